@@ -1,0 +1,69 @@
+# Settings and helpers that every target shares.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+  set(CMAKE_BUILD_TYPE RelWithDebInfo)
+endif()
+set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O2 -g1")
+
+# What runs is gathered in one folder that can be copied elsewhere whole.
+set(VEKAD_OUTPUT ${CMAKE_BINARY_DIR}/vekad)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${VEKAD_OUTPUT})
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${VEKAD_OUTPUT})
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+set(CMAKE_BUILD_RPATH "$ORIGIN")
+
+find_program(CCACHE ccache)
+if(CCACHE)
+  set(CMAKE_C_COMPILER_LAUNCHER ${CCACHE})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${CCACHE})
+endif()
+
+find_program(MOLD mold)
+if(MOLD)
+  add_link_options(-fuse-ld=mold)
+endif()
+
+add_compile_options(-Wall -Wextra -Wno-unused-parameter -Werror=return-type)
+option(VEKAD_WERROR "treat warnings as errors" ON)
+if(VEKAD_WERROR)
+  add_compile_options(-Werror)
+endif()
+
+set(VEKAD_SANITIZE "" CACHE STRING "sanitizers to build with, as in address,undefined")
+if(VEKAD_SANITIZE)
+  add_compile_options(-fsanitize=${VEKAD_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+  add_link_options(-fsanitize=${VEKAD_SANITIZE})
+endif()
+
+# Adds the C++ sources of the given folders, each without its subfolders.
+function(vekad_sources target)
+  foreach(folder IN LISTS ARGN)
+    file(GLOB found CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${folder}/*.cpp)
+    target_sources(${target} PRIVATE ${found})
+  endforeach()
+endfunction()
+
+function(vekad_precompile target)
+  target_precompile_headers(${target} PRIVATE
+    <algorithm> <array> <cmath> <cstdint> <functional> <memory> <optional> <string> <string_view>
+    <unordered_map> <vector>)
+endfunction()
+
+# A module: a shared object of exactly the given file name that binds to the host at run time.
+function(vekad_module target file)
+  add_library(${target} MODULE)
+  vekad_sources(${target} ${ARGN})
+  set_target_properties(${target} PROPERTIES PREFIX "" SUFFIX "" OUTPUT_NAME ${file})
+  target_include_directories(${target} PRIVATE ${CMAKE_SOURCE_DIR}/sdk)
+  target_link_libraries(${target} PRIVATE vekadhost)
+  target_link_options(${target} PRIVATE -Wl,-Bsymbolic)
+  vekad_precompile(${target})
+endfunction()
