@@ -44,7 +44,19 @@ public:
     bool atLeast(DxfVersion v) const { return m_version >= v; }
 
     // Begins a subclass: the groups that follow belong to it. R12 and older files have no markers.
+    // The marker of an object that is embedded at the end of another, "Embedded Object", is group 101; all others are 100.
+    // It ends the subclass before it just as they do.
     virtual void subclass(const char* marker) = 0;
+    // On reading, whether a marker of that name is still ahead.
+    virtual bool hasSubclass(const char* marker) const { return false; }
+    // A subclass that not every object has. True where it is there on reading, or is to be written: its groups follow.
+    bool optionalSubclass(const char* marker, bool present)
+    {
+        if (isReading() ? !hasSubclass(marker) : !present)
+            return false;
+        subclass(marker);
+        return true;
+    }
 
     // Groups that are always written.
     virtual void real(int code, double& value) = 0;
