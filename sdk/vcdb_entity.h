@@ -109,6 +109,8 @@ public:
     virtual std::vector<VcDbObjectId>* subEntities() { return nullptr; }
     virtual VcDbObjectId endMark() const { return {}; }
     virtual void setEndMark(VcDbObjectId) {}
+    // Called once this entity has come into a database: brings in the sub-entities that it was made with.
+    virtual void addPendingSubEntities() {}
     // The layout block that the entity stands in, or null for members of block definitions and sub-entities' owners.
     bool isInLayout() const;
 
