@@ -62,6 +62,8 @@ private:
 class VK_SDK VcDbEntity : public VcDbObject {
     VCRX_DECLARE(VcDbEntity)
 public:
+    ~VcDbEntity() override;
+
     VcDbObjectId blockId() const { return ownerId(); }
 
     VcCmColor color() const;
@@ -109,8 +111,8 @@ public:
     virtual std::vector<VcDbObjectId>* subEntities() { return nullptr; }
     virtual VcDbObjectId endMark() const { return {}; }
     virtual void setEndMark(VcDbObjectId) {}
-    // Called once this entity has come into a database: brings in the sub-entities that it was made with.
-    virtual void addPendingSubEntities() {}
+    // Called when the entity has come into a database: sub-entities that it carried get their ids.
+    virtual void addedToDatabase() {}
     // The layout block that the entity stands in, or null for members of block definitions and sub-entities' owners.
     bool isInLayout() const;
 
@@ -121,7 +123,6 @@ protected:
     VcDbEntity();
     VcDbEntity(const VcDbEntity&);
     VcDbEntity& operator=(const VcDbEntity&);
-    ~VcDbEntity() override;
 };
 
 class VK_SDK VcDbCurve : public VcDbEntity {
