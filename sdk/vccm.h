@@ -26,6 +26,8 @@ public:
     std::uint32_t rgb() const;
     Vcad::ErrorStatus setRGB(std::uint8_t red, std::uint8_t green, std::uint8_t blue);
     void setTrueColor(std::uint32_t rgb);
+    // As setTrueColor, keeping the palette index that stands beside it.
+    void setTrueColorBeside(std::uint32_t rgb);
     std::uint8_t red() const { return std::uint8_t(rgb() >> 16); }
     std::uint8_t green() const { return std::uint8_t(rgb() >> 8); }
     std::uint8_t blue() const { return std::uint8_t(rgb()); }

@@ -62,8 +62,6 @@ private:
 class VK_SDK VcDbEntity : public VcDbObject {
     VCRX_DECLARE(VcDbEntity)
 public:
-    ~VcDbEntity() override;
-
     VcDbObjectId blockId() const { return ownerId(); }
 
     VcCmColor color() const;
@@ -104,15 +102,18 @@ public:
 
     // Host side.
     void fields(FieldVisitor& visitor) override;
+    void eraseOwned(bool erasing) override;
     const EntityProps& props() const;
     void setProps(const EntityProps& props);
+    // Called when the entity has come into a database: sub-entities that it carried get their ids.
+    virtual void addedToDatabase() {}
     // Vertices, attributes and the end mark, which live and die with this entity; null where there are none.
     virtual const std::vector<VcDbObjectId>* subEntities() const { return nullptr; }
     virtual std::vector<VcDbObjectId>* subEntities() { return nullptr; }
     virtual VcDbObjectId endMark() const { return {}; }
     virtual void setEndMark(VcDbObjectId) {}
-    // Called when the entity has come into a database: sub-entities that it carried get their ids.
-    virtual void addedToDatabase() {}
+    // Called once this entity has come into a database: brings in the sub-entities that it was made with.
+    virtual void addPendingSubEntities() {}
     // The layout block that the entity stands in, or null for members of block definitions and sub-entities' owners.
     bool isInLayout() const;
 
@@ -123,6 +124,7 @@ protected:
     VcDbEntity();
     VcDbEntity(const VcDbEntity&);
     VcDbEntity& operator=(const VcDbEntity&);
+    ~VcDbEntity() override;
 };
 
 class VK_SDK VcDbCurve : public VcDbEntity {

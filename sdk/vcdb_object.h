@@ -129,6 +129,24 @@ public:
     virtual void assignFrom(const VcDbObject& other) = 0;
     // Called after undo or redo has put another state in place; before is the state that was replaced.
     virtual void stateRestored(const VcDbObject& before) { (void)before; }
+    // Called after the object has been erased or brought back, by a caller or by undo.
+    virtual void erasedChanged() {}
+    // Whether something still needs the object, so that erasing it is refused.
+    virtual Vcad::ErrorStatus mayErase() const { return Vcad::eOk; }
+    // Erases or brings back what lives and dies with the object.
+    virtual void eraseOwned(bool erasing) { (void)erasing; }
+    // Called when a changed object is closed: texts handed out until then are no longer valid.
+    virtual void dropCaches() {}
+    // A new object stays open for write for its maker, who closes it.
+    void openNew() { m_writing = true; }
+    // Erases it because its owner goes, or brings back what went with the owner.
+    void eraseWithOwner(bool erasing);
+    bool isImplicit() const { return m_implicit; }
+    void setImplicit(bool implicit) { m_implicit = implicit; }
+    std::uint16_t presence() const { return m_present; }
+    void setPresence(std::uint16_t profile) { m_present = profile; }
+    std::uint32_t order() const { return m_order; }
+    void setOrder(std::uint32_t order) { m_order = order; }
 
     ObjectExtras* extras() const { return m_extras.get(); }
     ObjectExtras& makeExtras();
@@ -142,12 +160,13 @@ protected:
     std::uint32_t m_order = 0;      // place in the order of main entities, or among the owner's members
     std::uint32_t m_props = 0;      // of entities: index of the interned common properties
     std::uint16_t m_present = 0;    // which optional groups its file carried at their default (interned)
-    std::uint16_t m_readers : 11 = 0;
+    std::uint16_t m_readers : 10 = 0;
     bool m_writing : 1 = false;
     bool m_erased : 1 = false;
     bool m_modified : 1 = false;
     bool m_implicit : 1 = false;    // made for a name that was used before its record was read
     bool m_recorded : 1 = false;    // its state is kept since the last undo mark
+    bool m_erasedWithOwner : 1 = false;
     std::unique_ptr<ObjectExtras> m_extras;
 };
 

@@ -31,6 +31,17 @@ public:
     void adoptPending(VcDbEntity& owner);
     // The live sub-entities, those still waiting included.
     std::vector<VcDbEntity*> entities(const VcDbEntity& owner) const;
+    // Calls change with each live sub-entity open for write.
+    template <class Change>
+    void edit(VcDbEntity& owner, Change&& change)
+    {
+        for (VcDbEntity* e : entities(owner)) {
+            const bool opened = openForEdit(*e);
+            change(*e);
+            if (opened)
+                e->close();
+        }
+    }
 
 private:
     struct Owned {
@@ -38,6 +49,7 @@ private:
         std::vector<std::unique_ptr<VcDbEntity>> pending;
         VcDbObjectId end;
     };
+    static bool openForEdit(VcDbEntity& entity);
     VcDbOwned<Owned> m_owned;
 };
 
@@ -157,7 +169,7 @@ public:
     std::vector<VcDbObjectId>* subEntities() override { return &m_vertices.ids(); }
     VcDbObjectId endMark() const override { return m_vertices.end(); }
     void setEndMark(VcDbObjectId id) override { m_vertices.setEnd(id); }
-    void addedToDatabase() override { m_vertices.adoptPending(*this); }
+    void addPendingSubEntities() override { m_vertices.adoptPending(*this); }
 
 protected:
     Vcad::ErrorStatus append(VcDbObjectId& id, VcDbEntity* vertex);

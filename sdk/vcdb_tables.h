@@ -42,6 +42,7 @@ public:
     void setFlags(std::int16_t flags);
     void fields(FieldVisitor& visitor) override;
     void stateRestored(const VcDbObject& before) override;
+    Vcad::ErrorStatus mayErase() const override;
 
 protected:
     void nameAndFlags(FieldVisitor& visitor);
@@ -197,7 +198,9 @@ public:
 
     // Host side.
     const std::vector<std::uint32_t>& memberSlots() const { return *m_members; }  // in order, erased ones too
-    std::vector<std::uint32_t>& memberSlots() { return *m_members; }
+    // Lists an entity that has been given its id, and gives it its place in the order.
+    void memberAdded(VcDbEntity& entity);
+    void eraseOwned(bool erasing) override;
     std::int16_t blockFlags() const { return m_blockFlags; }
     void setBlockFlags(std::int16_t flags);
     const std::string& pathUtf8() const { return m_path; }

@@ -74,6 +74,9 @@ public:
     std::uint32_t slotCount() const { return m_slotCount; }
     VcDbObjectId idAt(std::uint32_t slot) const { return slot ? VcDbObjectId(m_serial, slot) : VcDbObjectId(); }
 
+    // Opening by id, with the rules of open counts, erased objects and locked layers.
+    static Vcad::ErrorStatus openObject(VcDbObject*& object, VcDbObjectId id, VcDb::OpenMode mode, bool openErased);
+
     // Puts an object under an owner and gives it a handle: the given one, or the next free one for 0. The change is
     // journalled. Symbol tables, dictionaries and blocks list their members themselves.
     VcDbObjectId add(std::unique_ptr<VcDbObject> object, VcDbObjectId owner, std::uint64_t handle = 0);
@@ -125,6 +128,8 @@ public:
     FileOrigin origin;
     // Set while a file is read: names that are missing are made, references may run ahead.
     bool loading = false;
+    // With TILEMODE 0: whether a viewport is current, so that new entities go to model space.
+    bool inModelViewport = false;
 
 private:
     struct Stub {

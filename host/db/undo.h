@@ -42,9 +42,13 @@ public:
 
     // Takes back everything after the position and forgets it or, with keep, hands it over for redo().
     struct Span;
+    struct VKHOST_API SpanDeleter {
+        void operator()(Span* span) const;
+    };
+    using SpanPtr = std::unique_ptr<Span, SpanDeleter>;
     void rollback(std::size_t position);
-    std::unique_ptr<Span> rollbackKeeping(std::size_t position);
-    void redo(std::unique_ptr<Span> span);
+    SpanPtr rollbackKeeping(std::size_t position);
+    void redo(SpanPtr span);
     // Forgets how to undo; the drawing stays as it is.
     void clear();
     // Ids of the objects changed, created or erased after the position, each once, in order of the first change.
@@ -55,7 +59,6 @@ public:
     std::vector<Touched> touchedSince(std::size_t position) const;
     // The state that the object had at the position, or null if it has not changed since (or was made since).
     const VcDbObject* stateAt(std::size_t position, VcDbObjectId id) const;
-    std::size_t memoryUse() const;
 
 private:
     struct Change;

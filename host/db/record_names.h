@@ -1,0 +1,22 @@
+// Names of table records, and what still needs a record.
+#pragma once
+
+#include "sdk/vcdb_tables.h"
+
+#include <string>
+#include <string_view>
+
+class DatabaseCore;
+
+// Not empty, at most 255 characters, none of < > / \ " : ; ? * | , = ` nor a control character, no blank at the ends;
+// a first "*" stands for an anonymous record.
+bool isLegalRecordName(std::string_view utf8);
+
+// The next free number behind a name such as "*U" in the table.
+std::string freeAnonymousName(const VcDbSymbolTable& table, std::string_view prefix);
+
+// Whether erasing the record is refused: it is current, one of those every drawing has, or something refers to it.
+bool recordIsNeeded(const DatabaseCore& db, const VcDbSymbolTableRecord& record);
+
+// Ids that live objects refer to with a pointer (not as owner), each once. One walk over the whole drawing.
+std::vector<bool> referredSlots(const DatabaseCore& db);
