@@ -20,6 +20,8 @@ enum class DxfVersion : std::uint8_t { R10, R11, R12, R13, R14, R2000, R2004, R2
 // What a reference obliges to: owners are saved with what they own, hard pointers keep their target from a purge.
 enum class RefKind : std::uint8_t { SoftPointer, HardPointer, SoftOwner, HardOwner };
 
+class TagList;
+
 enum class NameTable : std::uint8_t { Layer, Linetype, TextStyle, DimStyle, Block, AppId, Ucs, View, Viewport };
 
 class VKHOST_API FieldVisitor {
@@ -93,6 +95,9 @@ public:
     virtual void endOrdered() = 0;
     // Code of the next group not yet taken in the current window, or kNothing; on writing always kNothing.
     virtual int peek() const = 0;
+    // Every group of the current window that is not taken yet, whatever its code, kept whole and in order: for data whose
+    // groups have no meaning of their own. On writing they are put back as they are.
+    virtual void rest(TagList& groups) = 0;
     static constexpr int kNothing = -9999;
 
     // Convenience over the above.

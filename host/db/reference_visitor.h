@@ -32,6 +32,7 @@ public:
     void beginOrdered() override {}
     void endOrdered() override {}
     int peek() const override { return kNothing; }
+    void rest(TagList& groups) override { tags(groups); }
     void ref(int code, RefKind kind, VcDbObjectId& id) override;
     void optionalRef(int code, RefKind kind, VcDbObjectId& id) override { ref(code, kind, id); }
     void name(int code, NameTable table, VcDbObjectId& id) override { ref(code, RefKind::HardPointer, id); }
