@@ -12,6 +12,7 @@
 #include "vcdb_hatch.h"
 #include "vcdb_images.h"
 #include "vcdb_insert.h"
+#include "vcdb_layout.h"
 #include "vcdb_misc.h"
 #include "vcdb_object.h"
 #include "vcdb_objects.h"

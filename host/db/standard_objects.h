@@ -1,0 +1,11 @@
+// What every drawing of today has: tables, standard records, spaces, dictionaries, layouts and header variables.
+#pragma once
+
+#include "host/base/api.h"
+
+class DatabaseCore;
+
+// Makes what is missing and keeps what is there; done twice, the second time changes nothing. For new drawings, and for
+// files of releases or programs that leave most of it out. The drawing's units are those of its $MEASUREMENT, metric where
+// it has none.
+VKHOST_API void ensureStandardObjects(DatabaseCore& db);
