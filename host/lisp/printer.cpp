@@ -10,7 +10,7 @@ namespace vk::lisp {
 namespace {
 
 // Lists that share their parts can stand for texts without end.
-constexpr std::size_t kLongestPrint = std::size_t(64) << 20;
+constexpr std::size_t kLongestPrint = TextCell::kLongest;
 
 std::string printReal(double number)
 {

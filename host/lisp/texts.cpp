@@ -31,8 +31,11 @@ Value positionOfByte(const std::string& text, std::size_t byte)
 Value join(Interpreter&, Args args)
 {
     std::string joined;
-    for (const Value& part : args)
+    for (const Value& part : args) {
         joined += asText(part);
+        if (joined.size() > TextCell::kLongest)
+            throw LispError("string too long");
+    }
     return Value::text(std::move(joined));
 }
 

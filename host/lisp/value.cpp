@@ -56,6 +56,8 @@ void Cell::bury(Cell* cell)
 
 TextCell::TextCell(std::string text) : content(std::move(text))
 {
+    if (content.size() > kLongest)
+        throw LispError("string too long");
     claim(content.size());
 }
 

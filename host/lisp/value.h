@@ -120,6 +120,7 @@ private:
 
 class TextCell : public Cell {
 public:
+    static constexpr std::size_t kLongest = std::size_t(64) << 20;
     explicit TextCell(std::string content);
     ~TextCell() override;
     const std::string content;  // UTF-8
