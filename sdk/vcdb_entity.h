@@ -62,6 +62,8 @@ private:
 class VK_SDK VcDbEntity : public VcDbObject {
     VCRX_DECLARE(VcDbEntity)
 public:
+    ~VcDbEntity() override;
+
     VcDbObjectId blockId() const { return ownerId(); }
 
     VcCmColor color() const;
@@ -112,8 +114,6 @@ public:
     virtual std::vector<VcDbObjectId>* subEntities() { return nullptr; }
     virtual VcDbObjectId endMark() const { return {}; }
     virtual void setEndMark(VcDbObjectId) {}
-    // Called once this entity has come into a database: brings in the sub-entities that it was made with.
-    virtual void addPendingSubEntities() {}
     // The layout block that the entity stands in, or null for members of block definitions and sub-entities' owners.
     bool isInLayout() const;
 
@@ -124,7 +124,6 @@ protected:
     VcDbEntity();
     VcDbEntity(const VcDbEntity&);
     VcDbEntity& operator=(const VcDbEntity&);
-    ~VcDbEntity() override;
 };
 
 class VK_SDK VcDbCurve : public VcDbEntity {
