@@ -1,0 +1,49 @@
+// Selection sets: members in the order they came, membership in constant time.
+#pragma once
+
+#include "host/base/api.h"
+#include "sdk/vcdb_object.h"
+
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+namespace vk::edit {
+
+class VKHOST_API SelectionSet {
+public:
+    bool add(VcDbObjectId id);  // false when it is a member already
+    bool remove(VcDbObjectId id);
+    bool has(VcDbObjectId id) const { return m_places.contains(id); }
+    std::size_t size() const { return m_places.size(); }
+    bool empty() const { return m_places.empty(); }
+    // Members in order.
+    const std::vector<VcDbObjectId>& ids() const;
+    void clear();
+
+private:
+    void compact() const;
+    mutable std::vector<VcDbObjectId> m_ids;  // a removed member leaves a null until the next look
+    mutable std::unordered_map<VcDbObjectId, std::size_t> m_places;
+    mutable bool m_hasHoles = false;
+};
+
+// Sets that modules and Lisp hold by name. A name says its slot and its generation, so that a freed one is refused.
+class VKHOST_API SelectionSetTable {
+public:
+    static SelectionSetTable& instance();
+    void nameOf(std::shared_ptr<SelectionSet> set, vds_name out);
+    std::shared_ptr<SelectionSet> find(const vds_name name) const;
+    bool release(const vds_name name);
+    std::size_t liveCount() const;
+
+private:
+    struct Slot {
+        std::shared_ptr<SelectionSet> set;
+        std::uint32_t generation = 0;
+    };
+    std::vector<Slot> m_slots{1};
+    std::vector<std::uint32_t> m_free;
+};
+
+}  // namespace vk::edit
