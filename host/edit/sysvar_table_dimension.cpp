@@ -192,8 +192,9 @@ static constexpr SysVarDef kRows[] = {
     {"DIMSE2", Short, DimStyle, rw, "0", kFlag, "Leaves out the second extension line. 0 drawn, 1 left out.", "$DIMSE2",
      70},
     {"DIMSHO", Short, Drawing, rw, "1", kFlag,
-     "Older switch for redrawing a dimension while it is dragged. Dimensions always follow the pointer now.", "$DIMSHO",
-     70},
+     "Older switch for redrawing a dimension while it is dragged, 0 no and 1 yes. Dimensions always follow the "
+     "pointer now.",
+     "$DIMSHO", 70},
     {"DIMSOXD", Short, DimStyle, rw, "0", kFlag,
      "Leaves out arrowheads that would have to stand outside the extension lines. 0 drawn, 1 left out.", "$DIMSOXD",
      70},

@@ -8,6 +8,7 @@
 #include <limits>
 #include <map>
 #include <set>
+#include <stdexcept>
 
 using namespace vk::edit;
 
