@@ -1,7 +1,8 @@
 // Values of system variables as text, and which of them are allowed.
 #include "host/edit/sysvar_table.h"
 
-#include <fast_float/fast_float.h>
+#include "host/base/numbers.h"
+
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
@@ -12,40 +13,19 @@
 
 namespace vk::edit {
 
-static std::string_view trimmed(std::string_view text)
+static std::optional<double> parseFinite(std::string_view text)
 {
-    const auto first = text.find_first_not_of(" \t");
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
-
-// A plus sign may stand before a number, but not two signs.
-static std::string_view withoutPlus(std::string_view text)
-{
-    const bool hasPlus = text.size() > 1 && text[0] == '+' && text[1] != '-';
-    return hasPlus ? text.substr(1) : text;
-}
-
-static std::optional<double> parseReal(std::string_view text)
-{
-    text = withoutPlus(trimmed(text));
-    double value = 0;
-    const auto [end, error] = fast_float::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(value))
-        return std::nullopt;
-    return value;
+    const auto value = parseReal(text);
+    return value && std::isfinite(*value) ? value : std::nullopt;
 }
 
 template <typename Int>
 static std::optional<SysVarValue> parseWhole(std::string_view text)
 {
-    text = withoutPlus(trimmed(text));
-    Int value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size())
+    const auto value = parseInteger(text);
+    if (!value || *value != Int(*value))
         return std::nullopt;
-    return SysVarValue(std::int32_t(value));
+    return SysVarValue(std::int32_t(*value));
 }
 
 // The coordinates between commas: `fewest` to three of them, what is missing is 0.
@@ -55,7 +35,7 @@ static std::optional<VcGePoint3d> parsePoint(std::string_view text, std::size_t 
     std::size_t count = 0;
     for (bool more = true; more; ++count) {
         const auto comma = text.find(',');
-        const auto coordinate = parseReal(text.substr(0, comma));
+        const auto coordinate = parseFinite(text.substr(0, comma));
         if (!coordinate || count == most)
             return std::nullopt;
         xyz[count] = *coordinate;
@@ -75,7 +55,7 @@ std::optional<SysVarValue> parseSysVar(const SysVarDef& def, std::string_view te
     case SysVarType::Long:
         return parseWhole<std::int32_t>(text);
     case SysVarType::Real:
-        return parseReal(text);
+        return parseFinite(text);
     case SysVarType::String:
         return std::string(text);
     case SysVarType::Point2d:
