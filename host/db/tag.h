@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/api.h"
+#include "sdk/vcdb_object.h"
 
 #include <cstdint>
 #include <string>
@@ -17,12 +18,13 @@ struct Tag {
         Integer,  // also a handle as a number
         Point,    // three reals under one code, as in a chain
         Bytes,    // binary data
-        Id,       // an object id, packed by packId
+        Id,       // an object id as an integer, packed by packId
     };
+    std::uint32_t line = 0;  // of an ASCII file, or the byte offset of a binary one
     std::int16_t code = 0;
     Form form = Form::Raw;
-    bool taken = false;
-    std::uint32_t line = 0;  // of an ASCII file, or the byte offset of a binary one
+    std::uint8_t taken : 7 = 0;  // by which subclass call of a reader, counted from 1; 0 while it is free
+    bool isHandle : 1 = false;   // of an Integer that names an object
     union {
         struct {
             const char* data;
@@ -72,8 +74,17 @@ struct Tag {
     }
 };
 
-// Groups kept whole, packed in one block of bytes: code, then the value by the kind of its code. Texts are UTF-8;
-// handles are kept as numbers, so they mean objects of the database that holds the list.
+inline std::int64_t packId(VcDbObjectId id)
+{
+    return static_cast<std::int64_t>(std::uint64_t(id.databaseSerial()) << 32 | id.slot());
+}
+inline VcDbObjectId unpackId(std::int64_t packed)
+{
+    return {static_cast<std::uint32_t>(std::uint64_t(packed) >> 32), static_cast<std::uint32_t>(packed)};
+}
+
+// Groups kept whole, packed in one block of bytes: code, kind of the value, value. Texts are UTF-8; handles are kept as
+// numbers, so they mean objects of the database that holds the list.
 class VKHOST_API TagList {
 public:
     bool empty() const { return m_bytes.empty(); }
@@ -87,12 +98,12 @@ public:
     void addInteger(int code, std::int64_t value);
     void addHandle(int code, std::uint64_t handle);
     void addBytes(int code, std::string_view data);
-    // A tag of any form but Raw, Point and Id.
+    // A tag of any form but Raw and Id; a point becomes three reals under code, code + 10 and code + 20.
     void add(const Tag& tag);
     void append(const TagList& other);
     bool operator==(const TagList& other) const { return m_bytes == other.m_bytes; }
 
-    // Texts come as Utf8, handles and integers as Integer, reals as Real, binary data as Bytes.
+    // Texts come as Utf8, integers and handles (isHandle) as Integer, reals as Real, binary data as Bytes.
     class VKHOST_API const_iterator {
     public:
         const Tag& operator*() const { return m_tag; }

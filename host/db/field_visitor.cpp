@@ -1,0 +1,3 @@
+#include "host/db/field_visitor.h"
+
+FieldVisitor::~FieldVisitor() = default;
