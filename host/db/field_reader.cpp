@@ -572,6 +572,22 @@ int FieldReader::peek() const
     return kNothing;
 }
 
+void FieldReader::rest(TagList& groups)
+{
+    TagList all;
+    for (std::uint32_t i = m_scope.begin; i < m_scope.end; ++i) {
+        if (m_tags[i].taken)
+            continue;
+        keep(m_tags[i], all);
+        mark(m_tags[i]);
+    }
+    m_scope.cursor = m_scope.end;
+    if (all.empty())
+        return;
+    all.shrink();
+    groups = std::move(all);
+}
+
 void FieldReader::keep(const Tag& tag, TagList& list)
 {
     if (!isChars(tag))

@@ -57,6 +57,7 @@ public:
     void beginOrdered() override { ++m_ordered; }
     void endOrdered() override { --m_ordered; }
     int peek() const override;
+    void rest(TagList& groups) override;
 
     // Values of single groups, for readers of what is no object: false, and a problem, when it cannot be understood.
     bool realOf(const Tag& tag, double& value);

@@ -280,3 +280,11 @@ void FieldWriter::longText(int chunkCode, int lastCode, std::string& utf8)
     m_sink.text(lastCode, rest);
     wrote(lastCode);
 }
+
+void FieldWriter::rest(TagList& groups)
+{
+    for (const Tag& tag : groups) {
+        putTag(m_sink, tag);
+        wrote(tag.code);
+    }
+}

@@ -71,6 +71,7 @@ public:
     void beginOrdered() override {}
     void endOrdered() override {}
     int peek() const override { return kNothing; }
+    void rest(TagList& groups) override;
 
 private:
     struct Pending {
