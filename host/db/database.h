@@ -38,6 +38,8 @@ struct FileOrigin {
     DxfVersion version = DxfVersion::R2018;
     std::string codePage = "ANSI_1252";
     bool binary = false;
+    bool crLf = true;
+    bool namesLayouts = false;  // entities of layouts carry group 410
     bool fromFile = false;
 };
 

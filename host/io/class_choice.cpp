@@ -4,6 +4,9 @@
 #include "host/db/ent_factories.h"
 #include "host/db/kept_object.h"
 
+// Of the seven dimensions that share a group 0, by group 70 and the last marker.
+std::unique_ptr<VcDbObject> createDimension(std::int64_t flags, std::string_view marker);
+
 namespace {
 
 std::int64_t integerIn(std::span<const Tag> body, int code, std::int64_t byDefault)

@@ -18,40 +18,39 @@ public:
     void read();
 
 private:
-    // One type of record and what is to be known of it before its fields are read.
-    struct RecordInHand;
-    struct Prescan;
+    // A record of the TABLES section, which is read twice: names and handles first, then fields.
+    struct TableEntry;
 
-    bool nextRecord();
-    bool isCancelled();
     void prescan();
+    bool nextRecord();
+    bool nextInSection();
     void refuse(std::uint32_t line, std::string text);
     void note(std::uint32_t line, std::uint64_t handle, std::string text, bool mended = true);
+    std::string textOf(const DxfRecord& record, int code);
 
     void readSection();
     void readHeader();
     void readClasses();
-    void readTables();
-    void readBlocks();
-    void readEntities();
     void readObjects();
     void keepSection(std::string_view name);
-    bool inSection();
 
+    void readTables();
     void ensureTables();
-    void declareTable(RecordInHand& record);
-    void declareRecord(RecordInHand& record, NameTable table, VcDbObjectId owner);
-    void readClassRecord();
+    void declareTable(TableEntry& entry);
+    void declareRecord(TableEntry& entry, VcDbObjectId table);
 
+    void readBlocks();
     void beginBlock();
     void endBlock();
     void closeBlock();
-    VcDbBlockTableRecord& blockFor(std::string_view name, std::uint64_t ownerHandle);
-    VcDbBlockTableRecord& newBlock(std::string name);
+    VcDbBlockTableRecord& blockFor(const std::string& name, std::uint64_t owner);
+    VcDbBlockTableRecord& newBlock(const std::string& name);
+    void addBlockEnds(VcDbBlockTableRecord& block);
+
+    void readEntities();
+    void readEntity(VcDbBlockTableRecord* block);
     VcDbBlockTableRecord& spaceOf(const ObjectParts& parts);
     VcDbBlockTableRecord& space(bool paper);
-
-    void readEntity(VcDbBlockTableRecord* block);
     bool readSubEntity(const ObjectParts& parts);
     void closeParent();
 
@@ -67,14 +66,18 @@ private:
     std::unique_ptr<TextDecoder> m_decoder;
     std::unique_ptr<ObjectReader> m_objects;
     DxfRecord m_record;
+    bool m_recordWaits = false;   // the record in hand has not been dealt with
     bool m_ended = false;         // the end mark has come
     bool m_stopped = false;       // refused or cancelled
     bool m_sectionOpen = false;
+    std::size_t m_recordCount = 0;
+    std::uint64_t m_seed = 1;     // above every handle of the file, as far as it says
+
     VcDbBlockTableRecord* m_block = nullptr;  // whose BLOCK has been read
     VcDbEntity* m_parent = nullptr;           // whose sub-entities may follow
+    std::string_view m_parentTakes;           // what they are
     VcDbBlockTableRecord* m_spaces[2] = {};
     std::uint64_t m_lastOwner = 0;
     VcDbBlockTableRecord* m_lastOwnerBlock = nullptr;
     std::uint32_t m_objectOrder = 0;
-    std::size_t m_records = 0;
 };

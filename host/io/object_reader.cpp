@@ -65,13 +65,17 @@ ObjectParts ObjectReader::split(DxfRecord& record, bool isEntity)
     std::vector<Tag>& tags = record.tags;
     const std::size_t xdata = beginOfXData(tags);
     const std::size_t headEnd = beginOfSubclasses(std::span(tags).first(xdata));
-    const int handleCode = record.type == "DIMSTYLE" ? 105 : 5;
+    // Group 5 of a dimension style without markers is the name of an arrow.
+    const bool isDimStyle = record.type == "DIMSTYLE";
+    const auto isHandle = [&](const Tag& tag) {
+        return (tag.code == 105 && isDimStyle) || (tag.code == 5 && (!isDimStyle || headEnd < xdata));
+    };
 
     m_braceTags.clear();
     std::size_t left = 0;
     for (std::size_t i = 0; i < headEnd; ++i) {
         const Tag& tag = tags[i];
-        if (tag.code == handleCode && parts.handle == 0 && handleValue(tag) != 0) {
+        if (isHandle(tag) && parts.handle == 0 && handleValue(tag) != 0) {
             parts.handle = handleValue(tag);
         } else if (tag.code == 330 && !parts.hasOwner) {
             parts.owner = handleValue(tag);
