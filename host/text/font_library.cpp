@@ -170,7 +170,9 @@ struct FontLibrary::State {
         const std::string base = baseName(request.bigFont);
         if (base.empty() || hasEnding(base, ".shx") || (!hasEnding(base, ".ttf") && !hasEnding(base, ".ttc")))
             return nullptr;
-        return findOutlines({.font = request.bigFont}).source;
+        FontRequest big;
+        big.font = request.bigFont;
+        return findOutlines(big).source;
     }
 };
 
