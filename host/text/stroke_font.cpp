@@ -147,7 +147,7 @@ void StrokeFont::respace(Glyph& glyph, StrokeSpacing spacing)
     constexpr double cell = 1.0 / 6;
     const GlyphMetrics old = glyph.metrics;
     const double ink = old.blank ? 4 * cell : old.right - old.left;
-    const double cells = std::min(4.0, std::round(ink / cell));
+    const double cells = std::min(4.0, std::ceil(ink / cell - 0.1));
     const double stretch = cells >= 2 ? cells * cell / ink : 1;
     double shift = 0, advance = (cells + 2) * cell;
     if (spacing == StrokeSpacing::MonoCells) {

@@ -58,7 +58,7 @@ const LengthCase kLengths[] = {
     {"txt", "FOO", 0.75, 1, 2.0},
     {"txt", "xx", 6, 1, 10},
     {"txt", "N", 8, 1.2, 6.4},
-    {"txt", "N ", 6, 1, 10},
+    {"txt", "N ", 6, 1, 12},
     {"txt", "", 6, 1, 0},
     {"arial.ttf", "21/04/2020", 0.5, 1, 3.4959},
     {"arial.ttf", "This is a single line text", 5, 1, 72.21},
