@@ -73,7 +73,7 @@ struct RecordedSize {
 // Sizes that drawings record for texts in Arial; fonts of the same widths differ a little in their ink.
 const RecordedSize kRecorded[] = {
     {"MESH", 0.8, 3.0559, 0.03, 0.82729},
-    {"LEADER", 0.8, 4.3760, 0.04, 0.8},
+    {"LEADER", 0.8, 4.3760, 0.05, 0.8},
     {"DIMENSION", 0.8, 6.1555, 0.04, 0.82783},
     {"CIRCLE\\PDIMENSION", 0.8, 6.1555, 0.04, 2.17481},
     {"LINE1\\PLINE2\\PLINE3", 0.6, 2.2302, 0.04, 2.61801},
@@ -179,7 +179,7 @@ TEST(MTextLayout, ParagraphAlignment)
 
 TEST(MTextLayout, IndentsAndTabs)
 {
-    const MTextLayout hanging = wrapped("\\pi-2,l3;AA BB", 35);
+    const MTextLayout hanging = wrapped("\\pi-2,l3;AA BB", 33);
     ASSERT_EQ(hanging.fragments.size(), 2u);
     EXPECT_NEAR(hanging.fragments[0].x, 6, 1e-9);
     EXPECT_NEAR(hanging.fragments[1].x, 18, 1e-9);
