@@ -190,7 +190,8 @@ TEST(MTextLayout, IndentsAndTabs)
     EXPECT_NEAR(tabbed("\\pt10;A^IB"), 60, 1e-9);
     EXPECT_NEAR(tabbed("\\ptr10;A^IBB"), 48, 1e-9);
     EXPECT_NEAR(tabbed("\\ptc10;A^IBB"), 54, 1e-9);
-    EXPECT_NEAR(tabbed("\\ptr1;AAAA^IB"), 24, 1e-9);
+    EXPECT_NEAR(tabbed("\\ptr1;AAA^IB"), 24, 1e-9);
+    EXPECT_NEAR(tabbed("\\ptr4;AAA^IBBB"), 18, 1e-9); // no room to the left of the stop
 }
 
 TEST(MTextLayout, Stacks)
