@@ -1,7 +1,7 @@
 #include "host/lisp/interpreter.h"
 
+#include "host/base/unicode.h"
 #include "host/lisp/errors.h"
-#include "host/lisp/letters.h"
 #include "host/lisp/library.h"
 #include "host/lisp/printer.h"
 #include "host/lisp/reader.h"

@@ -1,7 +1,7 @@
 #include "host/lisp/reader.h"
 
+#include "host/base/unicode.h"
 #include "host/lisp/errors.h"
-#include "host/lisp/letters.h"
 #include "host/lisp/symbols.h"
 
 #include <charconv>
@@ -233,7 +233,7 @@ void Reader::readOctal(std::string& out)
     for (int i = 0; i < 3 && m_at < m_text.size() && m_text[m_at] >= '0' && m_text[m_at] <= '7'; ++i)
         code = code * 8 + static_cast<std::uint32_t>(m_text[m_at++] - '0');
     if (code != 0)
-        appendCodePoint(out, code);
+        appendUtf8(out, code);
 }
 
 // \U+XXXX; where the four digits are not there, the text stands as it was.
@@ -244,7 +244,7 @@ void Reader::readHex(std::string& out)
     std::uint32_t code = 0;
     const auto got = std::from_chars(digits.data(), digits.data() + digits.size(), code, 16);
     if (digits.size() == kDigits && got.ptr == digits.data() + kDigits && code != 0) {
-        appendCodePoint(out, code);
+        appendUtf8(out, code);
         m_at += 2 + kDigits;
     } else {
         out += "\\U";

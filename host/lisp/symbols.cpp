@@ -1,6 +1,6 @@
 #include "host/lisp/symbols.h"
 
-#include "host/lisp/letters.h"
+#include "host/base/unicode.h"
 
 #include <numbers>
 

@@ -1,5 +1,7 @@
 // Texts. Characters are Unicode code points; positions of the vl- family count from 0, those of substr from 1.
 
+#include "host/base/numbers.h"
+#include "host/base/unicode.h"
 #include "host/lisp/arguments.h"
 #include "host/lisp/errors.h"
 #include "host/lisp/interpreter.h"
@@ -8,9 +10,7 @@
 #include "host/lisp/printer.h"
 #include "host/lisp/reader.h"
 
-#include <charconv>
 #include <cmath>
-#include <fast_float/fast_float.h>
 
 namespace vk::lisp {
 
@@ -66,14 +66,15 @@ Value changeCase(Interpreter&, Args args)
 
 Value codeOfFirst(Interpreter&, Args args)
 {
-    return Value::whole(firstCodePoint(asText(args[0])));
+    return Value::whole(firstCharacter(asText(args[0])));
 }
 
 std::string character(const Value& code)
 {
     std::string text;
-    if (asPosition(code) != 0)
-        appendCodePoint(text, static_cast<std::uint32_t>(code.integer()));
+    constexpr std::int32_t kLastCharacter = 0x10FFFF;
+    if (asPosition(code) != 0 && code.integer() <= kLastCharacter)
+        appendUtf8(text, static_cast<char32_t>(code.integer()));
     return text;
 }
 
@@ -82,33 +83,16 @@ Value characterOfCode(Interpreter&, Args args)
     return Value::text(character(args[0]));
 }
 
-std::string_view numberStart(const std::string& text)
-{
-    const std::size_t start = text.find_first_not_of(" \t\n\r");
-    if (start == std::string::npos)
-        return {};
-    std::string_view number = std::string_view(text).substr(start);
-    if (number[0] == '+')
-        number.remove_prefix(1);
-    return number;
-}
-
 Value textToInteger(Interpreter&, Args args)
 {
-    const std::string_view number = numberStart(asText(args[0]));
-    std::int32_t result = 0;
-    const auto got = std::from_chars(number.data(), number.data() + number.size(), result);
-    if (got.ec == std::errc::result_out_of_range)
-        result = number[0] == '-' ? INT32_MIN : INT32_MAX;
-    return Value::integer(result);
+    const std::int64_t number = leadingInteger(asText(args[0]));
+    return Value::integer(static_cast<std::int32_t>(std::clamp<std::int64_t>(number, INT32_MIN, INT32_MAX)));
 }
 
 Value textToReal(Interpreter&, Args args)
 {
-    const std::string_view number = numberStart(asText(args[0]));
-    double result = 0;
-    fast_float::from_chars(number.data(), number.data() + number.size(), result);
-    return Value::real(std::isfinite(result) ? result : 0.0);
+    const double number = leadingReal(asText(args[0]));
+    return Value::real(std::isfinite(number) ? number : 0.0);
 }
 
 Value integerToText(Interpreter&, Args args)
@@ -192,7 +176,7 @@ Value characterCodes(Interpreter&, Args args)
 {
     ListBuilder codes;
     for (const std::string_view letter : splitCharacters(asText(args[0])))
-        codes.add(Value::whole(firstCodePoint(letter)));
+        codes.add(Value::whole(firstCharacter(letter)));
     return codes.take();
 }
 
@@ -210,7 +194,7 @@ Value codeAt(Interpreter&, Args args)
     const std::size_t byte = byteOfCharacter(text, asPosition(args[1]));
     if (byte >= text.size())
         throw LispError("bad argument value: position: " + print(args[1]));
-    return Value::whole(firstCodePoint(text.substr(byte)));
+    return Value::whole(firstCharacter(text.substr(byte)));
 }
 
 template <PrintStyle style>
