@@ -23,9 +23,11 @@ VK_SDK int vcutNewBuffer(char*& out, std::size_t size);
 VK_SDK int vcutDelBuffer(char*& out);
 
 // Any of these releases what the host gave.
+extern "C" {
 VK_SDK void vcdbFree(void* memory);
 VK_SDK void vcad_free(void* memory);
 VK_SDK void vkad_free(void* memory);
+}
 
 // In the XY plane; angles are 0 to 2 pi. The result of vcutPolar keeps the height of the origin.
 VK_SDK double vcutAngle(const vds_point from, const vds_point to);
