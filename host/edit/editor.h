@@ -18,12 +18,14 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <variant>
 #include <vector>
 
 namespace vk::edit {
 
 class SysVars;
 class ActiveCommand;
+struct AskAgain;
 
 // A host command refuses: what, where and what to do about it.
 struct CommandError {
@@ -58,6 +60,10 @@ public:
     // Questions of host commands. Each throws CommandCancelled on Esc; what the person typed wrong is asked again here.
     // The raw form, with every outcome:
     Answer ask(Question question);
+    // A module's question: every outcome comes back, nothing is thrown.
+    Answer askFromModule(const Question& question) { return askOnMain(question); }
+    // A question that belongs to another one, asked from the main stack.
+    Answer askNested(const Question& question);
 
     struct Options {
         std::string keywords;                 // initget form
@@ -167,18 +173,39 @@ public:
 
 private:
     friend class ActiveCommand;
+    static constexpr std::size_t kTranscriptKept = 4 << 20;
+
+    InputSource* currentSource(bool argumentsOnly);
+    InputSource* personSource();
+    Input nextInput(const Question& question, bool argumentsOnly, InputSource*& from);
+    bool isQuiet(const InputSource* source) const;
+    void printPrompt(std::string_view prompt);
     Answer askOnMain(const Question& question);
-    std::optional<Answer> answerFrom(const Question& question, Input input, bool echo);
-    Input nextInput(const Question& question, bool argumentsOnly, bool& fromArguments, bool& echo);
+    std::optional<Answer> tryAnswer(const Question& question, bool argumentsOnly);
+    std::optional<Answer> settle(std::variant<Answer, AskAgain> interpretation);
+    std::optional<Answer> answerWithLisp(const Question& question, const Input::Expression& expression);
+    Answer cancelled(bool byInterrupt);
+    Answer endOfInput();
+    LispEvaluator::Result evaluateLisp(const std::string& text);
+    bool isTransparentCall(const Question& question, const std::string& text) const;
+    void runTransparent(const std::string& typed);
+    int startHost(const CommandEntry& entry, bool driven, bool fromLisp);
+    void resumeTop();
+    int drive(bool argumentsOnly);
+    void driveToEnd();
+    int finishTop();
+    void settleWaiting(int level);
+    int cancelWaiting();
+    int feedCommands(ArgumentSource& source, bool fromLisp);
+    bool isAsking(const ActiveCommand& active) const;
+    int startNamed(const std::string& name, bool fromLisp);
     bool runNext();
+    void runTyped(const std::string& typed);
     int runEntry(const CommandEntry& entry);
-    int startHost(const CommandEntry& entry, bool driven);
-    int drive(ActiveCommand& active, bool argumentsOnly);
-    void finish(ActiveCommand& active);
-    void settleWaiting(std::size_t depth);
+    void finishLeftOvers();
     void runLispAtTop(const std::string& text);
     void runLispCommand(const std::string& name);
-    void runTransparent(const std::string& typed);
+    void showLispResult(const LispEvaluator::Result& result);
     void record(const std::string& name, CommandRecord::Status status);
     void dropFinishedSources();
 
@@ -187,20 +214,29 @@ private:
     std::unique_ptr<SysVars> m_vars;
     std::vector<std::unique_ptr<InputSource>> m_sources;
     std::vector<std::unique_ptr<ActiveCommand>> m_active;
-    ActiveCommand* m_current = nullptr;  // whose coroutine is executing
+    ActiveCommand* m_current = nullptr;  // whose stack is running
+    ActiveCommand* m_asking = nullptr;   // whose question is being answered
     std::unique_ptr<LispEvaluator> m_lisp;
     DialogService* m_dialogs = nullptr;
     std::function<void(std::string_view)> m_sink;
     std::string m_transcript;
     std::string m_lastCommand;
     std::string m_selectKeyword;
+    std::vector<std::string> m_names;
     InitGet m_init;
     std::vector<CommandRecord> m_records;
+    CommandRecord::Status m_lastOutcome = CommandRecord::Done;
+    bool m_atLineStart = true;
     bool m_quitting = false;
     bool m_failed = false;
     bool m_currentFailed = false;
+    bool m_currentCancelled = false;
+    bool m_cancelledByInterrupt = false;
+    bool m_stopOnInterrupt = true;
+    bool m_toldEnd = false;
     volatile bool m_interrupted = false;
     int m_nesting = 0;
+    int m_running = 0;
 };
 
 }  // namespace vk::edit

@@ -52,6 +52,8 @@ public:
     void dropEnters();
 
 private:
+    RbPtr takeFirst();
+    RbPtr takeList(RbPtr first);
     RbPtr m_chain;
 };
 

@@ -1,0 +1,190 @@
+#include "host/db/clone.h"
+
+#include "host/db/database.h"
+#include "host/db/extras.h"
+#include "host/db/reference_visitor.h"
+#include "sdk/vcdb_entity.h"
+#include "sdk/vcdb_objects.h"
+#include "sdk/vcdb_tables.h"
+
+namespace {
+
+class Cloner {
+public:
+    Cloner(DatabaseCore& from, DatabaseCore& to, VcDbIdMapping& mapping) : m_from(from), m_to(to), m_mapping(mapping) {}
+
+    Vcad::ErrorStatus cloneTo(const VcDbObjectIdArray& ids, VcDbObjectId owner);
+    VcDbObjectId translated(VcDbObjectId id, RefKind kind);
+    // Extended data names applications, which the target must know.
+    void translateAll();
+
+private:
+    VcDbObjectId copy(VcDbObject& original, VcDbObjectId owner);
+    void copyOwned(VcDbObject& original, VcDbObject& clone);
+    VcDbObjectId copyRecord(VcDbSymbolTableRecord& record);
+    void place(VcDbObject& clone, VcDbObjectId owner);
+    bool isElsewhere() const { return &m_from != &m_to; }
+    VcDbObjectId mapped(VcDbObjectId id) const;
+
+    DatabaseCore& m_from;
+    DatabaseCore& m_to;
+    VcDbIdMapping& m_mapping;
+    std::vector<VcDbObjectId> m_toTranslate;
+};
+
+class Translator : public ReferenceVisitor {
+public:
+    explicit Translator(Cloner& cloner) : m_cloner(cloner) {}
+
+protected:
+    VcDbObjectId visit(VcDbObjectId id, RefKind kind) override { return m_cloner.translated(id, kind); }
+
+private:
+    Cloner& m_cloner;
+};
+
+VcDbObjectId Cloner::mapped(VcDbObjectId id) const
+{
+    VcDbIdPair pair(id, {});
+    return m_mapping.compute(pair) ? pair.value() : VcDbObjectId();
+}
+
+Vcad::ErrorStatus Cloner::cloneTo(const VcDbObjectIdArray& ids, VcDbObjectId owner)
+{
+    for (const VcDbObjectId id : ids) {
+        VcDbObject* original = m_from.object(id);
+        if (!original || original->isErased() || !mapped(id).isNull())
+            continue;
+        auto* record = VcDbSymbolTableRecord::cast(original);
+        if (record && isElsewhere())
+            copyRecord(*record);
+        else
+            copy(*original, owner);
+    }
+    translateAll();
+    return Vcad::eOk;
+}
+
+VcDbObjectId Cloner::copy(VcDbObject& original, VcDbObjectId owner)
+{
+    std::unique_ptr<VcDbObject> made = original.copyOf();
+    VcDbObject& clone = *made;
+    if (VcDbEntity* entity = VcDbEntity::cast(&clone); entity && isElsewhere())
+        entity->carryProps(static_cast<VcDbEntity&>(original).props());
+    clone.detach();
+    const VcDbObjectId id = m_to.add(std::move(made), owner);
+    m_mapping.assign(VcDbIdPair(original.objectId(), id, true));
+    place(clone, owner);
+    copyOwned(original, clone);
+    m_toTranslate.push_back(id);
+    return id;
+}
+
+void Cloner::place(VcDbObject& clone, VcDbObjectId owner)
+{
+    VcDbObject* holder = m_to.object(owner);
+    if (auto* block = VcDbBlockTableRecord::cast(holder))
+        if (auto* entity = VcDbEntity::cast(&clone))
+            block->memberAdded(*entity);
+    if (auto* table = VcDbSymbolTable::cast(holder))
+        table->recordAdded(static_cast<VcDbSymbolTableRecord&>(clone));
+}
+
+void Cloner::copyOwned(VcDbObject& original, VcDbObject& clone)
+{
+    if (auto* entity = VcDbEntity::cast(&original)) {
+        auto& twin = static_cast<VcDbEntity&>(clone);
+        if (auto* subs = twin.subEntities()) {
+            const std::vector<VcDbObjectId> originals = *static_cast<const VcDbEntity*>(entity)->subEntities();
+            subs->clear();
+            for (const VcDbObjectId id : originals)
+                if (VcDbObject* sub = m_from.object(id); sub && !sub->isErased())
+                    subs->push_back(copy(*sub, clone.objectId()));
+        }
+        if (VcDbObject* end = m_from.object(entity->endMark()))
+            twin.setEndMark(copy(*end, clone.objectId()));
+    }
+    if (auto* block = VcDbBlockTableRecord::cast(&original)) {
+        auto& twin = static_cast<VcDbBlockTableRecord&>(clone);
+        const std::vector<std::uint32_t> members = block->memberSlots();
+        for (const std::uint32_t slot : members)
+            if (VcDbObject* member = m_from.objectAt(slot); member && !member->isErased())
+                copy(*member, clone.objectId());
+        VcDbObject* begin = m_from.object(block->beginId());
+        VcDbObject* end = m_from.object(block->endId());
+        if (begin && end) {
+            const VcDbObjectId newBegin = copy(*begin, {}), newEnd = copy(*end, {});
+            m_to.object(newBegin)->setOwnerId(clone.objectId());
+            m_to.object(newEnd)->setOwnerId(clone.objectId());
+            twin.setBeginEnd(newBegin, newEnd);
+        }
+    }
+    if (auto* dictionary = VcDbDictionary::cast(&original)) {
+        auto& twin = static_cast<VcDbDictionary&>(clone);
+        for (const auto& [key, id] : dictionary->liveEntries())
+            if (VcDbObject* entry = m_from.object(id); entry && !entry->isErased() && entry->ownerId() == original.objectId())
+                twin.setAtUtf8(key, copy(*entry, clone.objectId()));
+    }
+    const ObjectExtras* extras = original.extras();
+    if (VcDbObject* dictionary = extras ? m_from.object(extras->extensionDictionary) : nullptr)
+        clone.makeExtras().extensionDictionary = copy(*dictionary, clone.objectId());
+}
+
+// A record of the same name that the target has stands for the original.
+VcDbObjectId Cloner::copyRecord(VcDbSymbolTableRecord& record)
+{
+    for (int t = 0; t < 9; ++t) {
+        if (m_from.tableId(NameTable(t)) != record.ownerId())
+            continue;
+        const VcDbObjectId there = m_to.findRecord(NameTable(t), record.nameUtf8());
+        if (there.isNull())
+            return copy(record, m_to.tableId(NameTable(t)));
+        m_mapping.assign(VcDbIdPair(record.objectId(), there, false));
+        return there;
+    }
+    return {};
+}
+
+VcDbObjectId Cloner::translated(VcDbObjectId id, RefKind kind)
+{
+    if (id.databaseSerial() != m_from.serial())
+        return id;
+    if (const VcDbObjectId twin = mapped(id); !twin.isNull())
+        return twin;
+    if (!isElsewhere())
+        return id;
+    VcDbObject* target = m_from.object(id);
+    if (!target || target->isErased())
+        return {};
+    if (auto* record = VcDbSymbolTableRecord::cast(target))
+        return copyRecord(*record);
+    if (kind == RefKind::SoftPointer)
+        return {};
+    return copyByPath(*target);
+}
+
+void Cloner::translateAll()
+{
+    Translator translator(*this);
+    // Translating may bring more objects along, which join the list.
+    for (std::size_t i = 0; i < m_toTranslate.size(); ++i)
+        if (VcDbObject* clone = m_to.object(m_toTranslate[i]))
+            translator.visitAll(*clone);
+    m_toTranslate.clear();
+}
+
+}
+
+Vcad::ErrorStatus cloneObjects(const VcDbObjectIdArray& ids, VcDbObjectId owner, VcDbIdMapping& mapping)
+{
+    if (ids.empty())
+        return Vcad::eOk;
+    DatabaseCore* from = DatabaseCore::of(ids.front());
+    DatabaseCore* to = DatabaseCore::of(owner);
+    if (!from || !to)
+        return Vcad::eNoDatabase;
+    for (const VcDbObjectId id : ids)
+        if (id.databaseSerial() != from->serial())
+            return Vcad::eWrongDatabase;
+    return Cloner(*from, *to, mapping).cloneTo(ids, owner);
+}

@@ -1,0 +1,142 @@
+#include "host/db/database.h"
+
+#include "host/base/unicode.h"
+#include "sdk/vcdb_entity.h"
+#include "sdk/vcdb_tables.h"
+
+namespace {
+
+// Databases by serial number; a closed one leaves a null behind, so that its ids are known to be stale.
+std::vector<DatabaseCore*>& databases()
+{
+    static std::vector<DatabaseCore*> all(1, nullptr);
+    return all;
+}
+
+}
+
+DatabaseCore::DatabaseCore(VcDbDatabase& face) : m_face(face), m_serial(std::uint32_t(databases().size())), m_undo(*this), m_header(*this)
+{
+    databases().push_back(this);
+    m_chunks.push_back(std::make_unique<Stub[]>(kChunk));
+}
+
+DatabaseCore::~DatabaseCore()
+{
+    m_undo.clear();
+    for (std::uint32_t slot = 1; slot < m_slotCount; ++slot)
+        delete stub(slot).object;
+    databases()[m_serial] = nullptr;
+}
+
+DatabaseCore* DatabaseCore::bySerial(std::uint32_t serial)
+{
+    return serial < databases().size() ? databases()[serial] : nullptr;
+}
+
+std::uint32_t DatabaseCore::newSlot(std::uint64_t handle)
+{
+    const std::uint32_t slot = m_slotCount++;
+    if (slot / kChunk >= m_chunks.size())
+        m_chunks.push_back(std::make_unique<Stub[]>(kChunk));
+    stub(slot).handle = handle;
+    bindHandle(handle, slot);
+    return slot;
+}
+
+// The plain table may grow to a small multiple of what the drawing holds; a handle far beyond goes to the hash.
+void DatabaseCore::bindHandle(std::uint64_t handle, std::uint32_t slot)
+{
+    const std::uint64_t bound = std::max<std::uint64_t>(65536, std::uint64_t(m_slotCount) * 4);
+    if (handle < m_denseHandles.size()) {
+        m_denseHandles[handle] = slot;
+    } else if (handle < bound) {
+        m_denseHandles.resize(std::max<std::uint64_t>(handle + 1, std::min<std::uint64_t>(bound, m_denseHandles.size() * 3 / 2)));
+        m_denseHandles[handle] = slot;
+    } else {
+        m_sparseHandles[handle] = slot;
+    }
+    raiseHandleSeed(handle + 1);
+}
+
+void DatabaseCore::raiseHandleSeed(std::uint64_t seed) { m_handleSeed = std::max(m_handleSeed, seed); }
+
+VcDbObjectId DatabaseCore::findHandle(std::uint64_t handle) const
+{
+    if (handle < m_denseHandles.size() && m_denseHandles[handle])
+        return idAt(m_denseHandles[handle]);
+    const auto found = m_sparseHandles.find(handle);
+    return found == m_sparseHandles.end() ? VcDbObjectId() : idAt(found->second);
+}
+
+VcDbObjectId DatabaseCore::reserveHandle(std::uint64_t handle)
+{
+    if (handle == 0)
+        return {};
+    const VcDbObjectId known = findHandle(handle);
+    return known.isNull() ? idAt(newSlot(handle)) : known;
+}
+
+std::uint64_t DatabaseCore::nextHandle()
+{
+    while (!findHandle(m_handleSeed).isNull())
+        ++m_handleSeed;
+    return m_handleSeed;
+}
+
+std::uint64_t DatabaseCore::handleOf(VcDbObjectId id) const
+{
+    return id.databaseSerial() == m_serial && id.slot() < m_slotCount ? stub(id.slot()).handle : 0;
+}
+
+VcDbObjectId DatabaseCore::add(std::unique_ptr<VcDbObject> object, VcDbObjectId owner, std::uint64_t handle)
+{
+    return fill(idAt(newSlot(handle ? handle : nextHandle())), std::move(object), owner);
+}
+
+VcDbObjectId DatabaseCore::fill(VcDbObjectId reserved, std::unique_ptr<VcDbObject> object, VcDbObjectId owner)
+{
+    VcDbObject& added = *object;
+    added.m_id = reserved;
+    added.m_owner = owner.slot();
+    stub(reserved.slot()).object = object.release();
+    if (VcDbEntity* entity = VcDbEntity::cast(&added); entity && entity->m_ownProps) {
+        added.m_props = m_props.intern(*entity->m_ownProps);
+        entity->m_ownProps.reset();
+    }
+    m_undo.recordCreated(added);
+    return reserved;
+}
+
+VcDbSymbolTable& DatabaseCore::table(NameTable table) const { return *objectAs<VcDbSymbolTable>(tableId(table)); }
+
+VcDbObjectId DatabaseCore::findRecord(NameTable which, std::string_view name) const
+{
+    const VcDbSymbolTable* t = objectAs<VcDbSymbolTable>(tableId(which));
+    return t ? t->find(name) : VcDbObjectId();
+}
+
+VcDbObjectId DatabaseCore::recordFor(NameTable which, std::string_view name)
+{
+    VcDbSymbolTable& t = table(which);
+    if (const VcDbObjectId known = t.find(name); !known.isNull())
+        return known;
+    std::unique_ptr<VcDbSymbolTableRecord> record(t.newRecord());
+    record->setNameUtf8(std::string(name));
+    record->m_implicit = true;
+    VcDbSymbolTableRecord& added = *record;
+    const VcDbObjectId id = add(std::move(record), t.objectId());
+    t.recordAdded(added);
+    return id;
+}
+
+void DatabaseCore::setSpaces(VcDbObjectId model, VcDbObjectId paper)
+{
+    m_modelSpace = model;
+    m_paperSpace = paper;
+}
+
+VcDbObjectId DatabaseCore::currentSpace() const
+{
+    return m_header.integer("$TILEMODE", 1) == 1 || m_paperSpace.isNull() || inModelViewport ? m_modelSpace : m_paperSpace;
+}

@@ -1,0 +1,106 @@
+#include "host/db/record_names.h"
+
+#include "host/base/unicode.h"
+#include "host/db/database.h"
+#include "host/db/extras.h"
+#include "host/db/reference_visitor.h"
+#include "sdk/vcdb_entity.h"
+#include "sdk/vcdb_records.h"
+
+bool isLegalRecordName(std::string_view utf8)
+{
+    if (utf8.empty() || utf8.size() > 255 * 4 || utf8.front() == ' ' || utf8.back() == ' ')
+        return false;
+    const std::string_view rest = utf8.front() == '*' ? utf8.substr(1) : utf8;
+    for (const char c : rest)
+        if (static_cast<unsigned char>(c) < 32 || std::string_view("<>/\\\":;?*|,=`").find(c) != std::string_view::npos)
+            return false;
+    return true;
+}
+
+std::string freeAnonymousName(const VcDbSymbolTable& table, std::string_view prefix)
+{
+    std::string letters(prefix.substr(0, 2));
+    const DatabaseCore* db = DatabaseCore::of(table.objectId());
+    std::uint64_t next = 1;
+    for (const std::uint32_t slot : table.recordSlots()) {
+        const auto* record = static_cast<const VcDbSymbolTableRecord*>(db->objectAt(slot));
+        const std::string& name = record->nameUtf8();
+        if (name.size() > 2 && equalNoCase(std::string_view(name).substr(0, 2), letters))
+            next = std::max(next, std::strtoull(name.c_str() + 2, nullptr, 10) + 1);
+    }
+    return letters + std::to_string(next);
+}
+
+namespace {
+
+class MarkReferred : public ReferenceVisitor {
+public:
+    explicit MarkReferred(std::vector<bool>& marks) : m_marks(marks) {}
+
+protected:
+    VcDbObjectId visit(VcDbObjectId id, RefKind kind) override
+    {
+        const bool points = kind == RefKind::SoftPointer || kind == RefKind::HardPointer;
+        if (points && id.slot() < m_marks.size())
+            m_marks[id.slot()] = true;
+        return id;
+    }
+
+private:
+    std::vector<bool>& m_marks;
+};
+
+bool isStandardName(NameTable table, std::string_view name)
+{
+    switch (table) {
+    case NameTable::Layer:
+        return name == "0";
+    case NameTable::Linetype:
+        return equalNoCase(name, "ByLayer") || equalNoCase(name, "ByBlock") || equalNoCase(name, "Continuous");
+    case NameTable::TextStyle:
+    case NameTable::DimStyle:
+        return equalNoCase(name, "Standard");
+    case NameTable::AppId:
+        return equalNoCase(name, "ACAD");
+    case NameTable::Viewport:
+        return equalNoCase(name, "*Active");
+    default:
+        return false;
+    }
+}
+
+bool isCurrent(const DatabaseCore& db, NameTable table, std::string_view name)
+{
+    const char* variable = table == NameTable::Layer       ? "$CLAYER"
+                           : table == NameTable::Linetype  ? "$CELTYPE"
+                           : table == NameTable::TextStyle ? "$TEXTSTYLE"
+                           : table == NameTable::DimStyle  ? "$DIMSTYLE"
+                                                           : nullptr;
+    return variable && equalNoCase(db.header().text(variable, ""), name);
+}
+
+}
+
+std::vector<bool> referredSlots(const DatabaseCore& db)
+{
+    std::vector<bool> marks(db.slotCount());
+    MarkReferred visitor(marks);
+    for (std::uint32_t slot = 1; slot < db.slotCount(); ++slot)
+        if (VcDbObject* object = db.objectAt(slot); object && !object->isErased())
+            visitor.visitAll(*object);
+    return marks;
+}
+
+bool recordIsNeeded(const DatabaseCore& db, const VcDbSymbolTableRecord& record)
+{
+    for (int t = 0; t < 9; ++t) {
+        if (db.tableId(NameTable(t)) != record.ownerId())
+            continue;
+        if (isStandardName(NameTable(t), record.nameUtf8()) || isCurrent(db, NameTable(t), record.nameUtf8()))
+            return true;
+    }
+    if (const auto* block = VcDbBlockTableRecord::cast(&record); block && block->isLayout())
+        return true;
+    return referredSlots(db)[record.objectId().slot()];
+}
