@@ -50,11 +50,6 @@ VK_SDK int vcdbAngToS(double radians, int unit, int precision, wchar_t* textOut)
 VK_SDK int vcdbDisToF(const wchar_t* text, int unit, double* valueOut);
 VK_SDK int vcdbAngToF(const wchar_t* text, int unit, double* radiansOut);
 
-// Releases storage that the host handed out.
-VK_SDK void vcdbFree(void* memory);
-VK_SDK void vcad_free(void* memory);
-VK_SDK void vkad_free(void* memory);
-
 }  // extern "C"
 
 // The current UCS of a drawing as a matrix from UCS to world; true when it is not the world itself.

@@ -107,6 +107,8 @@ public:
     void eraseOwned(bool erasing) override;
     const EntityProps& props() const;
     void setProps(const EntityProps& props);
+    // Keeps the properties with the entity while it belongs to no drawing.
+    void carryProps(const EntityProps& props);
     // Called when the entity has come into a database: sub-entities that it carried get their ids.
     virtual void addedToDatabase() {}
     // Vertices, attributes and the end mark, which live and die with this entity; null where there are none.

@@ -43,7 +43,7 @@ public:
     std::vector<VcDbObjectId>* subEntities() override { return &m_attributes.ids(); }
     VcDbObjectId endMark() const override { return m_attributes.end(); }
     void setEndMark(VcDbObjectId id) override { m_attributes.setEnd(id); }
-    void addPendingSubEntities() override { m_attributes.adoptPending(*this); }
+    void addedToDatabase() override { m_attributes.adoptPending(*this); }
 
 protected:
     struct Grid {

@@ -139,6 +139,8 @@ public:
     virtual void dropCaches() {}
     // A new object stays open for write for its maker, who closes it.
     void openNew() { m_writing = true; }
+    // A copy that is to become an object of its own: it forgets its id and whatever goes with being open.
+    void detach();
     // Erases it because its owner goes, or brings back what went with the owner.
     void eraseWithOwner(bool erasing);
     bool isImplicit() const { return m_implicit; }

@@ -31,17 +31,6 @@ public:
     void adoptPending(VcDbEntity& owner);
     // The live sub-entities, those still waiting included.
     std::vector<VcDbEntity*> entities(const VcDbEntity& owner) const;
-    // Calls change with each live sub-entity open for write.
-    template <class Change>
-    void edit(VcDbEntity& owner, Change&& change)
-    {
-        for (VcDbEntity* e : entities(owner)) {
-            const bool opened = openForEdit(*e);
-            change(*e);
-            if (opened)
-                e->close();
-        }
-    }
 
 private:
     struct Owned {
@@ -49,7 +38,6 @@ private:
         std::vector<std::unique_ptr<VcDbEntity>> pending;
         VcDbObjectId end;
     };
-    static bool openForEdit(VcDbEntity& entity);
     VcDbOwned<Owned> m_owned;
 };
 
@@ -161,6 +149,7 @@ public:
     // The caller deletes it.
     VcDbObjectIterator* vertexIterator() const;
     std::vector<VcDbEntity*> vertices() const { return m_vertices.entities(*this); }
+    Vcad::ErrorStatus appendSubEntity(VcDbObjectId& id, VcDbEntity* vertex) { return m_vertices.append(*this, id, vertex); }
     std::int16_t polylineFlags() const { return m_flags; }
 
     Vcad::ErrorStatus transformBy(const VcGeMatrix3d& m) override;
@@ -169,10 +158,9 @@ public:
     std::vector<VcDbObjectId>* subEntities() override { return &m_vertices.ids(); }
     VcDbObjectId endMark() const override { return m_vertices.end(); }
     void setEndMark(VcDbObjectId id) override { m_vertices.setEnd(id); }
-    void addPendingSubEntities() override { m_vertices.adoptPending(*this); }
+    void addedToDatabase() override { m_vertices.adoptPending(*this); }
 
 protected:
-    Vcad::ErrorStatus append(VcDbObjectId& id, VcDbEntity* vertex);
     void setFlag(std::int16_t flag, bool on);
     void pointAndFlags(FieldVisitor& visitor, const char* marker);
     VcDbSubEntities m_vertices;
@@ -196,7 +184,7 @@ public:
     double defaultStartWidth() const { return m_startWidth; }
     double defaultEndWidth() const { return m_endWidth; }
     bool isLinetypeGenerationOn() const { return (m_flags & kPlinegen) != 0; }
-    Vcad::ErrorStatus appendVertex(VcDbObjectId& id, VcDb2dVertex* vertex) { return append(id, vertex); }
+    Vcad::ErrorStatus appendVertex(VcDbObjectId& id, VcDb2dVertex* vertex) { return appendSubEntity(id, vertex); }
     VcGePoint3d vertexPosition(const VcDb2dVertex& vertex) const;  // in the world
 
     Vcad::ErrorStatus transformBy(const VcGeMatrix3d& m) override;
@@ -217,7 +205,7 @@ public:
     VcDb::Poly3dType polyType() const;
     bool isClosed() const override { return (m_flags & kClosed) != 0; }
     void setClosed(bool closed) { setFlag(kClosed, closed); }
-    Vcad::ErrorStatus appendVertex(VcDbObjectId& id, VcDb3dPolylineVertex* vertex) { return append(id, vertex); }
+    Vcad::ErrorStatus appendVertex(VcDbObjectId& id, VcDb3dPolylineVertex* vertex) { return appendSubEntity(id, vertex); }
 
     Vcad::ErrorStatus explode(std::vector<VcDbEntity*>& pieces) const override;
     void fields(FieldVisitor& visitor) override;
@@ -237,7 +225,7 @@ public:
     void setMClosed(bool closed) { setFlag(kClosed, closed); }
     bool isNClosed() const { return (m_flags & kClosedN) != 0; }
     void setNClosed(bool closed) { setFlag(kClosedN, closed); }
-    Vcad::ErrorStatus appendVertex(VcDbObjectId& id, VcDbPolygonMeshVertex* vertex) { return append(id, vertex); }
+    Vcad::ErrorStatus appendVertex(VcDbObjectId& id, VcDbPolygonMeshVertex* vertex) { return appendSubEntity(id, vertex); }
 
     Vcad::ErrorStatus explode(std::vector<VcDbEntity*>& pieces) const override;
     void fields(FieldVisitor& visitor) override;

@@ -11,7 +11,9 @@
 #include "host/db/object_factory.h"
 #include "host/db/xdata.h"
 #include "sdk/vcdb_entity.h"
+#include "sdk/vcdb_layout.h"
 #include "sdk/vcdb_objects.h"
+#include "sdk/vcdb_records.h"
 #include "sdk/vcdb_tables.h"
 #include "sdk/vcdb_text.h"
 
@@ -183,7 +185,7 @@ void addXData(const TagList& xdata, const resbuf* applications, RbBuilder& chain
         if (node->restype == 1001) {
             takes = false;
             for (const resbuf* app = applications; app && !takes; app = app->rbnext)
-                takes = wildcardMatch(toUpper(rbUtf8(*node)), toUpper(rbUtf8(*app)));
+                takes = Wildcard(rbUtf8(*app)).matches(rbUtf8(*node));
         }
         if (takes)
             wanted.append(copyRbNode(*node));
@@ -408,7 +410,7 @@ Vcad::ErrorStatus readChainInto(VcDbObject& object, ChainGroups& groups)
 std::unique_ptr<VcDbObject> objectOfChain(DatabaseCore& db, ChainGroups& groups)
 {
     const std::string last = groups.markers().empty() ? std::string() : groups.markers().back();
-    std::unique_ptr<VcDbObject> object = makeObject(groups.type(), int(groups.integerOf(70, 0)), last);
+    std::unique_ptr<VcDbObject> object = newObjectOfType(groups.type(), groups.integerOf(70, groups.type() == "INSERT" ? 1 : 0), groups.integerOf(71, 1), last);
     if (!object || !groups.isWellFormed())
         return nullptr;
     if (auto* entity = VcDbEntity::cast(object.get())) {

@@ -25,6 +25,8 @@ private:
     void place(VcDbObject& clone, VcDbObjectId owner);
     bool isElsewhere() const { return &m_from != &m_to; }
     VcDbObjectId mapped(VcDbObjectId id) const;
+    VcDbObjectId copyByPath(VcDbObject& target);
+    VcDbDictionary* twinOfDictionary(VcDbDictionary& original);
 
     DatabaseCore& m_from;
     DatabaseCore& m_to;
@@ -163,9 +165,45 @@ VcDbObjectId Cloner::translated(VcDbObjectId id, RefKind kind)
     return copyByPath(*target);
 }
 
+// The dictionary of the same name in the target, made when it is missing. Only those in the root have a name to go by.
+VcDbDictionary* Cloner::twinOfDictionary(VcDbDictionary& original)
+{
+    const auto* root = m_from.objectAs<VcDbDictionary>(m_from.rootDictionary());
+    auto* targetRoot = m_to.objectAs<VcDbDictionary>(m_to.rootDictionary());
+    const std::string name = root ? root->nameOf(original.objectId()) : std::string();
+    if (name.empty() || !targetRoot)
+        return nullptr;
+    if (auto* there = m_to.liveAs<VcDbDictionary>(targetRoot->find(name)))
+        return there;
+    auto made = std::make_unique<VcDbDictionary>();
+    VcDbDictionary* twin = made.get();
+    twin->setTreatElementsAsHard(original.isTreatElementsAsHard());
+    targetRoot->setAtUtf8(name, m_to.add(std::move(made), targetRoot->objectId()));
+    return twin;
+}
+
+// What a named dictionary holds, such as a style of multilines or an image, comes along under its name.
+VcDbObjectId Cloner::copyByPath(VcDbObject& target)
+{
+    auto* holder = m_from.objectAs<VcDbDictionary>(target.ownerId());
+    VcDbDictionary* twin = holder ? twinOfDictionary(*holder) : nullptr;
+    if (!twin)
+        return {};
+    const std::string name = holder->nameOf(target.objectId());
+    const VcDbObjectId there = twin->find(name);
+    if (there.isNull()) {
+        const VcDbObjectId id = copy(target, twin->objectId());
+        twin->setAtUtf8(name, id);
+        return id;
+    }
+    m_mapping.assign(VcDbIdPair(target.objectId(), there, false));
+    return there;
+}
+
 void Cloner::translateAll()
 {
     Translator translator(*this);
+    translator.setHandleSpace(m_from);
     // Translating may bring more objects along, which join the list.
     for (std::size_t i = 0; i < m_toTranslate.size(); ++i)
         if (VcDbObject* clone = m_to.object(m_toTranslate[i]))

@@ -53,7 +53,7 @@ public:
     static DatabaseCore* bySerial(std::uint32_t serial);
     static DatabaseCore* of(VcDbObjectId id) { return bySerial(id.databaseSerial()); }
     std::uint32_t serial() const { return m_serial; }
-    VcDbDatabase& face() { return m_face; }
+    VcDbDatabase& face() const { return m_face; }
 
     // The object of an id, erased ones too; null for a null, foreign or unresolved id.
     VcDbObject* object(VcDbObjectId id) const

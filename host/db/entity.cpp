@@ -4,6 +4,7 @@
 #include "host/base/unicode.h"
 #include "host/db/database.h"
 #include "host/db/extras.h"
+#include "sdk/vcdb_records.h"
 #include "sdk/vcdb_tables.h"
 
 #include <limits>
@@ -93,6 +94,8 @@ void VcDbEntity::setProps(const EntityProps& props)
     else
         m_ownProps = std::make_unique<EntityProps>(props);
 }
+
+void VcDbEntity::carryProps(const EntityProps& props) { m_ownProps = std::make_unique<EntityProps>(props); }
 
 namespace {
 

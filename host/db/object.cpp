@@ -225,6 +225,14 @@ Vcad::ErrorStatus VcDbObject::erase(bool erasing)
     return Vcad::eOk;
 }
 
+void VcDbObject::detach()
+{
+    m_id = {};
+    m_owner = 0;
+    m_readers = 0;
+    m_writing = m_recorded = m_implicit = m_modified = false;
+}
+
 void VcDbObject::eraseWithOwner(bool erasing)
 {
     if (m_erased == erasing || (!erasing && !m_erasedWithOwner))

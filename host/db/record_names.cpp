@@ -27,7 +27,7 @@ std::string freeAnonymousName(const VcDbSymbolTable& table, std::string_view pre
         const auto* record = static_cast<const VcDbSymbolTableRecord*>(db->objectAt(slot));
         const std::string& name = record->nameUtf8();
         if (name.size() > 2 && equalNoCase(std::string_view(name).substr(0, 2), letters))
-            next = std::max(next, std::strtoull(name.c_str() + 2, nullptr, 10) + 1);
+            next = std::max<std::uint64_t>(next, std::strtoull(name.c_str() + 2, nullptr, 10) + 1);
     }
     return letters + std::to_string(next);
 }

@@ -27,7 +27,7 @@ void ReferenceVisitor::ref(int, RefKind kind, VcDbObjectId& id)
 
 void ReferenceVisitor::tags(TagList& list)
 {
-    DatabaseCore* db = m_object ? DatabaseCore::of(m_object->objectId()) : nullptr;
+    DatabaseCore* db = m_handleSpace ? m_handleSpace : m_object ? DatabaseCore::of(m_object->objectId()) : nullptr;
     if (!db || list.empty())
         return;
     list.mapHandles([&](int code, std::uint64_t handle) -> std::uint64_t {

@@ -6,9 +6,14 @@
 
 #include <optional>
 
+class DatabaseCore;
+
 class VKHOST_API ReferenceVisitor : public FieldVisitor {
 public:
     ReferenceVisitor() : FieldVisitor(Purpose::References, DxfVersion::Newest) {}
+
+    // Handles in kept groups mean objects of this drawing; of the object's own where none is set.
+    void setHandleSpace(DatabaseCore& db) { m_handleSpace = &db; }
 
     // Calls visit for each reference but the owner, and puts what it returns in its place where that differs.
     void visitAll(VcDbObject& object);
@@ -45,6 +50,7 @@ protected:
 
 private:
     const VcDbObject* m_object = nullptr;
+    DatabaseCore* m_handleSpace = nullptr;
 };
 
 // What a group code says about a handle in data that is kept whole: nothing for a code that carries no handle.

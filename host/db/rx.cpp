@@ -3,6 +3,7 @@
 #include "host/base/unicode.h"
 
 #include <map>
+#include <utility>
 
 namespace {
 

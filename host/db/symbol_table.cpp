@@ -6,6 +6,8 @@
 #include "host/db/record_names.h"
 #include "sdk/vcdb_records.h"
 
+#include <utility>
+
 VCRX_DEFINE(VcDbSymbolTableRecord, VcDbObject)
 VCRX_DEFINE(VcDbSymbolTable, VcDbObject)
 

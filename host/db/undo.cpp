@@ -4,14 +4,6 @@
 
 UndoAction::~UndoAction() = default;
 
-struct UndoJournal::Change {
-    enum class Kind : std::uint8_t { State, Created, Erased, Action };
-    Kind kind;
-    VcDbObjectId id;
-    std::unique_ptr<VcDbObject> state;  // of State: how the object was
-    std::unique_ptr<UndoAction> action;
-};
-
 struct UndoJournal::Span {
     std::vector<Change> changes;
 };

@@ -21,6 +21,14 @@ public:
 };
 
 class VKHOST_API UndoJournal {
+    struct Change {
+        enum class Kind : std::uint8_t { State, Created, Erased, Action };
+        Kind kind;
+        VcDbObjectId id;
+        std::unique_ptr<VcDbObject> state;  // of State: how the object was
+        std::unique_ptr<UndoAction> action;
+    };
+
 public:
     explicit UndoJournal(DatabaseCore& db);
     ~UndoJournal();
@@ -61,7 +69,6 @@ public:
     const VcDbObject* stateAt(std::size_t position, VcDbObjectId id) const;
 
 private:
-    struct Change;
     void swapBack(Change& change);
     void forgetRecorded();
 

@@ -39,6 +39,21 @@ struct CommandRecord {
     enum Status { Done, Cancelled, Failed } status = Done;
 };
 
+struct AskOptions {
+    std::string keywords;             // initget form
+    std::optional<VcGePoint3d> from;  // base point, in the UCS
+    int bits = 0;                     // InitGet::Bits
+    bool enterEnds = false;           // Enter is an answer (status Enter)
+};
+
+struct SelectOptions {
+    std::string prompt = "Select objects: ";
+    bool allowLocked = false;
+    bool single = false;
+    const resbuf* filter = nullptr;
+    std::string keywords;  // initget form; a keyword typed ends the selection with it
+};
+
 class VKHOST_API Editor {
 public:
     // The editor of the process; there is one drawing session at a time.
@@ -65,12 +80,7 @@ public:
     // A question that belongs to another one, asked from the main stack.
     Answer askNested(const Question& question);
 
-    struct Options {
-        std::string keywords;                 // initget form
-        std::optional<VcGePoint3d> from;      // base point, in the UCS
-        int bits = 0;                         // InitGet::Bits
-        bool enterEnds = false;               // Enter is an answer (status Enter)
-    };
+    using Options = AskOptions;
     Answer askPoint(std::string_view prompt, const Options& options = {});
     Answer askDistance(std::string_view prompt, const Options& options = {});
     Answer askAngle(std::string_view prompt, const Options& options = {});
@@ -89,13 +99,7 @@ public:
 
     // "Select objects:" until Enter; what is on locked layers is counted and left unless allowLocked. An empty set means that
     // nothing was selected. A pick-first set is taken when the command's flags say so.
-    struct SelectOptions {
-        std::string prompt = "Select objects: ";
-        bool allowLocked = false;
-        bool single = false;
-        const resbuf* filter = nullptr;
-        std::string keywords;  // initget form; a keyword typed ends the selection with it
-    };
+    using SelectOptions = vk::edit::SelectOptions;
     std::shared_ptr<SelectionSet> select(const SelectOptions& options = {});
     // The keyword that ended the last select(), or empty.
     const std::string& selectKeyword() const { return m_selectKeyword; }

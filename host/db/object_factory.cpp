@@ -1,0 +1,21 @@
+#include "host/db/object_factory.h"
+
+#include "host/db/ent_factories.h"
+
+// Of the seven dimensions that share a group 0, by group 70 and the last marker.
+std::unique_ptr<VcDbObject> createDimension(std::int64_t flags, std::string_view marker);
+
+std::unique_ptr<VcDbObject> newObjectOfType(std::string_view type, std::int64_t group70, std::int64_t group71, std::string_view lastMarker)
+{
+    if (type == "POLYLINE")
+        return createPolyline(group70, lastMarker);
+    if (type == "VERTEX")
+        return createVertex(group70, lastMarker);
+    if (type == "INSERT")
+        return createInsert(group70, group71);
+    if (type == "DIMENSION")
+        return createDimension(group70, lastMarker);
+    const std::string_view stored = type == "3DLINE" ? "LINE" : type;
+    const VcRxClass* cls = VcRxClass::findByDxfName(stored.data(), stored.size());
+    return std::unique_ptr<VcDbObject>(cls ? cls->create() : nullptr);
+}
