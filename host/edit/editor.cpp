@@ -4,9 +4,10 @@
 #include "host/base/unicode.h"
 #include "host/db/database.h"
 #include "host/edit/active_command.h"
-#include "host/edit/host_application.h"
 #include "host/edit/interpret.h"
 #include "host/edit/sysvars.h"
+
+#include <utility>
 
 namespace vk::edit {
 

@@ -5,6 +5,7 @@
 #include "host/edit/editor.h"
 #include "host/edit/module_calls.h"
 #include "host/edit/sysvars.h"
+#include "sdk/vcdb_chains.h"
 #include "sdk/vced.h"
 #include "sdk/vcut.h"
 

@@ -5,7 +5,7 @@
 #include "host/base/units.h"
 #include "host/db/chain.h"
 #include "host/edit/editor.h"
-#include "host/edit/pick.h"
+#include "host/edit/pick_service.h"
 #include "host/edit/sysvars.h"
 #include "sdk/vcdb_chains.h"
 

@@ -2,17 +2,15 @@
 
 #include "host/base/unicode.h"
 #include "host/edit/editor.h"
-#include "sdk/system.h"
+#include "host/base/modules.h"
 #include "sdk/vcrx.h"
 
-#include <dlfcn.h>
 #include <filesystem>
+#include <utility>
 
 namespace vk::edit {
 
 namespace {
-
-std::wstring wide(std::string_view text) { return utf8ToWide(text); }
 
 class Linker : public VcRxDynamicLinker {
 public:
@@ -97,16 +95,16 @@ std::string ModuleLoader::load(const std::string& path)
     auto module = std::make_unique<Module>();
     module->name = name;
     module->path = path;
-    module->handle = LoadLibraryW(wide(path).c_str());
-    if (!module->handle)
-        return fmt::format("\"{}\" cannot be loaded: {}", path, wideToUtf8(lastLoadError()));
-    module->entry = reinterpret_cast<int (*)(unsigned, void*)>(GetProcAddress(module->handle, "vcrxEntryPoint"));
+    std::string error;
+    LoadedModule* const loaded = loadModule(path, Binding::Local, error);
+    if (!loaded)
+        return fmt::format("\"{}\" cannot be loaded: {}", path, error);
+    module->handle = loaded;
+    module->entry = reinterpret_cast<int (*)(unsigned, void*)>(moduleSymbol(loaded, "vcrxEntryPoint"));
     if (!module->entry) {
-        FreeLibrary(module->handle);
+        freeModule(loaded);
         return fmt::format("\"{}\" is no module: it has no entry point.", path);
     }
-    if (const auto main = reinterpret_cast<int (*)(void*, unsigned, void*)>(GetProcAddress(module->handle, "DllMain")))
-        main(module->handle, 1, nullptr);
     m_modules.push_back(std::move(module));
     Module& added = *m_modules.back();
     std::string failure;
@@ -117,7 +115,7 @@ std::string ModuleLoader::load(const std::string& path)
         failure = fmt::format("\"{}\" failed to start: {}", path, error.what());
     }
     if (!failure.empty()) {
-        FreeLibrary(added.handle);
+        freeModule(static_cast<LoadedModule*>(added.handle));
         m_modules.pop_back();
         return failure;
     }
@@ -134,7 +132,7 @@ std::string ModuleLoader::unload(const std::string& name)
     if ((*found)->locked)
         return fmt::format("\"{}\" is in use and cannot be unloaded.", name);
     send(**found, kUnloadAppMsg, (*found)->handle);
-    FreeLibrary((*found)->handle);
+    freeModule(static_cast<LoadedModule*>((*found)->handle));
     m_modules.erase(found);
     return {};
 }
@@ -144,7 +142,7 @@ void ModuleLoader::unloadAll()
     while (!m_modules.empty()) {
         Module& last = *m_modules.back();
         send(last, kUnloadAppMsg, last.handle);
-        FreeLibrary(last.handle);
+        freeModule(static_cast<LoadedModule*>(last.handle));
         m_modules.pop_back();
     }
 }
@@ -175,7 +173,7 @@ ModuleLoader::EntryPoint ModuleLoader::findEntryPoint(const std::string& name) c
     if (name.empty() || name.starts_with('_') || name == "vcrxEntryPoint" || name == "DllMain")
         return nullptr;
     for (const auto& module : m_modules)
-        if (const auto entry = GetProcAddress(module->handle, name.c_str()))
+        if (void* entry = moduleSymbol(static_cast<LoadedModule*>(module->handle), name.c_str()))
             return reinterpret_cast<EntryPoint>(entry);
     return nullptr;
 }
