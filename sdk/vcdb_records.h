@@ -237,8 +237,8 @@ private:
     void lightingFields(FieldVisitor& visitor);
 
     VcGePoint2d m_lowerLeft, m_upperRight{1, 1}, m_snapBase, m_snapSpacing{10, 10}, m_gridSpacing{10, 10};
-    double m_snapAngle = 0, m_brightness = 0, m_contrast = 0;
-    std::int32_t m_ambientRgb = 3355443;
+    double m_snapAngle = 0, m_aspect = 1, m_brightness = 0, m_contrast = 0;
+    std::int32_t m_ambientRgb = -1;  // -1 where the palette's colour stands alone
     std::int16_t m_circleSides = 1000, m_fastZoom = 1, m_ucsIcon = 3, m_snapStyle = 0, m_snapPair = 0;
     std::int16_t m_gridDisplay = 3, m_gridMajor = 5, m_ambientColor = 250, m_lightingType = 1;
     bool m_snapOn = false, m_gridOn = false, m_ucsPerViewport = true, m_defaultLighting = true;
