@@ -32,6 +32,9 @@ public:
     PlotType plotType() const { return PlotType(m_plotType); }
     PaperUnits plotPaperUnits() const { return PaperUnits(m_paperUnits); }
     std::int16_t plotRotation() const { return m_rotation; }  // quarter turns
+    Vcad::ErrorStatus setPlotRotation(std::int16_t quarterTurns);
+    Vcad::ErrorStatus setPlotType(PlotType type);
+    Vcad::ErrorStatus setPlotPaperUnits(PaperUnits units);
     void getPlotPaperSize(double& width, double& height) const;
     void getPlotPaperMargins(double& left, double& bottom, double& right, double& top) const;
     void getPlotWindowArea(VcGePoint2d& lowerLeft, VcGePoint2d& upperRight) const;
@@ -48,7 +51,8 @@ public:
     std::int16_t plotFlags() const { return m_plotFlags; }
     void setPlotFlags(std::int16_t flags);
     const std::string& paperNameUtf8() const { return m_paper; }
-    void setPaper(std::string printer, std::string paper, double width, double height, double margin);
+    // Margins stand at the sides and at the ends of a sheet in portrait.
+    void setPaper(std::string paper, double width, double height, double sideMargin, double endMargin);
     void fields(FieldVisitor& visitor) override;
 
 private:

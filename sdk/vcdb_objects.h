@@ -34,9 +34,10 @@ public:
     Vcad::ErrorStatus nameAt(VcDbObjectId id, wchar_t*& name) const;
     std::uint32_t numEntries() const;
     // Takes over a new object, which stays open for write and is closed by the caller; on failure it stays the caller's.
+    // An object of the drawing that has no owner is taken as well.
     // An object that stood under the name is erased.
     Vcad::ErrorStatus setAt(const wchar_t* name, VcDbObject* object, VcDbObjectId& id);
-    // Take the entry out; the object stays.
+    // Take the entry out. The object stays, without an owner, until it is put under another name; it is not saved.
     Vcad::ErrorStatus remove(const wchar_t* name);
     Vcad::ErrorStatus remove(const wchar_t* name, VcDbObjectId& id);
     Vcad::ErrorStatus remove(VcDbObjectId id);
@@ -75,6 +76,7 @@ private:
     void exchange(std::size_t position, Entry& other);
     void change(std::size_t position, Entry entry);
     void append(Entry entry);
+    void put(Entry entry);
     void takeOver(std::vector<Entry> read);
     void entryFields(FieldVisitor& visitor);
 
@@ -123,7 +125,7 @@ public:
     VcDbXrecord& operator=(const VcDbXrecord&);
     ~VcDbXrecord() override;
 
-    // Replaces the data. A code that is none of 1 to 369, or 5 or 105, is refused.
+    // Replaces the data. Codes are 1 to 369 without 5, 100 and 105; another one is refused.
     Vcad::ErrorStatus setFromRbChain(const resbuf& chain, VcDbDatabase* database = nullptr);
     // A new chain, null when there is no data; the caller releases it.
     Vcad::ErrorStatus rbChain(resbuf** chain, VcDbDatabase* database = nullptr) const;
@@ -171,6 +173,7 @@ public:
     void fields(FieldVisitor& visitor) override;
 
 private:
+    Vcad::ErrorStatus appendNew(VcDbObjectId id);
     std::string m_description;
     std::vector<VcDbObjectId> m_members;
     bool m_anonymous = false, m_selectable = true;

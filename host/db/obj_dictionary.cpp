@@ -1,7 +1,11 @@
 #include "host/base/heap.h"
 #include "host/base/unicode.h"
 #include "host/db/database.h"
+#include "sdk/vcdb_entity.h"
 #include "sdk/vcdb_objects.h"
+#include "sdk/vcdb_tables.h"
+
+#include <unordered_set>
 
 VCDB_DEFINE(VcDbDictionary, VcDbObject, "DICTIONARY")
 VCDB_DEFINE(VcDbDictionaryWithDefault, VcDbDictionary, "ACDBDICTIONARYWDFLT")
@@ -222,12 +226,11 @@ std::vector<std::pair<std::string, VcDbObjectId>> VcDbDictionary::liveEntries() 
 // Changing
 
 // An entry whose object is gone gives its name up; it stays as a tombstone, for undo may bring the object back.
-void VcDbDictionary::setAtUtf8(std::string_view name, VcDbObjectId id)
+void VcDbDictionary::put(Entry entry)
 {
-    Entry entry{std::string(name), id, std::int16_t(m_hard ? 360 : 350)};
-    const std::size_t at = positionOf(name);
+    const std::size_t at = positionOf(entry.name);
     if (at != kNowhere && !isErasedEntry(m_entries->list[at])) {
-        if (m_entries->list[at].id != id)
+        if (m_entries->list[at].id != entry.id)
             change(at, std::move(entry));
         return;
     }
@@ -237,6 +240,11 @@ void VcDbDictionary::setAtUtf8(std::string_view name, VcDbObjectId id)
         change(at, std::move(gone));
     }
     append(std::move(entry));
+}
+
+void VcDbDictionary::setAtUtf8(std::string_view name, VcDbObjectId id)
+{
+    put({std::string(name), id, std::int16_t(m_hard ? 360 : 350)});
 }
 
 bool VcDbDictionary::removeUtf8(std::string_view name)
@@ -257,13 +265,19 @@ Vcad::ErrorStatus VcDbDictionary::setAt(const wchar_t* name, VcDbObject* object,
         return Vcad::eNoDatabase;
     if (!name || !*name)
         return Vcad::eInvalidKey;
-    if (!object || !object->objectId().isNull() || object->isKindOf(VcDbEntity::desc()))
+    if (!object || object->isKindOf(VcDbEntity::desc()) || object->isKindOf(VcDbSymbolTableRecord::desc()))
+        return Vcad::eInvalidInput;
+    const bool isNew = object->objectId().isNull();
+    if (!isNew && (object->database() != database() || !object->ownerId().isNull()))
         return Vcad::eInvalidInput;
     const std::string key = wideToUtf8(name);
     const VcDbObjectId before = find(key);
-    id = db->add(std::unique_ptr<VcDbObject>(object), m_id);
+    id = isNew ? db->add(std::unique_ptr<VcDbObject>(object), m_id) : object->objectId();
+    if (isNew)
+        object->openNew();
+    else
+        object->setOwnerId(m_id);
     object->addPersistentReactor(m_id);
-    object->openNew();
     setAtUtf8(key, id);
     if (VcDbObject* replaced = db->object(before))
         replaced->erase();
@@ -287,8 +301,10 @@ Vcad::ErrorStatus VcDbDictionary::remove(VcDbObjectId id)
     if (!has(id))
         return Vcad::eKeyNotFound;
     removeUtf8(nameOf(id));
-    if (VcDbObject* object = DatabaseCore::of(id)->object(id))
-        object->removePersistentReactor(m_id);
+    VcDbObject* object = DatabaseCore::of(id)->object(id);
+    object->removePersistentReactor(m_id);
+    if (object->ownerId() == m_id)
+        object->setOwnerId({});
     return Vcad::eOk;
 }
 
@@ -394,8 +410,8 @@ void VcDbDictionary::takeOver(std::vector<Entry> read)
     for (const auto& [name, id] : liveEntries())
         if (!names.contains(name))
             removeUtf8(name);
-    for (const Entry& entry : read)
-        setAtUtf8(entry.name, entry.id);
+    for (Entry& entry : read)
+        put(std::move(entry));
 }
 
 Vcad::ErrorStatus VcDbDictionaryWithDefault::setDefaultId(VcDbObjectId id)
