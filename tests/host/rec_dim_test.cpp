@@ -1,0 +1,225 @@
+#include "db_support.h"
+
+#include "host/db/chain.h"
+#include "host/db/rec_arrow_blocks.h"
+#include "host/db/rec_dim_variables.h"
+#include "sdk/vcdb_records.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace {
+
+TEST(DimVariables, EachStandsOnceByNameAndByCode)
+{
+    std::set<std::string> names;
+    std::set<int> codes;
+    for (const DimVariable& v : dimVariables()) {
+        EXPECT_TRUE(names.insert(v.name).second) << v.name;
+        EXPECT_TRUE(codes.insert(v.code).second) << v.name;
+        EXPECT_EQ(findDimVariable(std::string_view(v.name)), &v);
+        EXPECT_EQ(findDimVariable(int(v.code)), &v);
+        EXPECT_LE(int(v.since), int(v.until)) << v.name;
+    }
+    EXPECT_EQ(names.size(), 75u);
+    EXPECT_STREQ(findDimVariable("dimscale")->name, "DIMSCALE");
+    EXPECT_STREQ(findDimVariable(6)->name, "DIMBLK1");
+    EXPECT_EQ(findDimVariable("DIMNOTHING"), nullptr);
+    EXPECT_EQ(findDimVariable(0), nullptr);
+}
+
+TEST(DimVariables, MembersBeginAtTheImperialValues)
+{
+    const VcDbDimVars fresh;
+    for (const DimVariable& v : dimVariables())
+        if (v.isNumber() && v.isIn(DxfVersion::Newest))
+            EXPECT_EQ(dimNumber(fresh, v), v.imperial) << v.name;
+    EXPECT_EQ(initialDimVars(false), fresh);
+}
+
+TEST(DimVariables, EachHasAMemberOfItsOwn)
+{
+    for (const DimVariable& v : dimVariables()) {
+        if (!v.isNumber())
+            continue;
+        VcDbDimVars vars;
+        setDimNumber(vars, v, 7);
+        int changed = 0;
+        for (const DimVariable& other : dimVariables())
+            changed += other.isNumber() && dimNumber(vars, other) != dimNumber(VcDbDimVars(), other);
+        EXPECT_EQ(changed, 1) << v.name;
+    }
+}
+
+struct OlderUnit {
+    int lunit, frac, unit;
+};
+const OlderUnit kUnits[] = {{1, 0, 1}, {2, 0, 2}, {3, 0, 3}, {4, 0, 4}, {5, 0, 5}, {4, 2, 6}, {5, 2, 7}, {6, 0, 8}};
+
+TEST(DimVariables, UnitAndFractionAreOneNumberInOlderFiles)
+{
+    for (const OlderUnit& u : kUnits) {
+        VcDbDimVars vars;
+        vars.dimlunit = std::int16_t(u.lunit);
+        vars.dimfrac = std::int16_t(u.frac);
+        EXPECT_EQ(olderDimUnit(vars), u.unit);
+        VcDbDimVars read;
+        takeOlderDimUnit(read, std::int16_t(u.unit));
+        EXPECT_EQ(read.dimlunit, u.lunit);
+        EXPECT_EQ(read.dimfrac, u.frac);
+    }
+}
+
+TEST(DimVariables, FitAndMoveAreOneNumberInOlderFiles)
+{
+    for (int fit = 0; fit <= 5; ++fit) {
+        VcDbDimVars vars;
+        takeOlderDimFit(vars, std::int16_t(fit));
+        EXPECT_EQ(olderDimFit(vars), fit);
+    }
+}
+
+TEST(DimVariables, GoToTheHeaderAndBack)
+{
+    VcDbDatabase db;
+    VcDbDimVars vars = initialDimVars(true);
+    vars.dimpost = "<>mm";
+    vars.dimscale = 50;
+    vars.dimclrd = 3;
+    vars.dimjogang = 1;
+    vars.dimtxsty = db.textstyle();
+    vars.dimblk1 = arrowBlock(db.core(), "dot");
+    setHeaderDimVars(db.core(), vars);
+    EXPECT_EQ(db.core().header().text("$DIMBLK1", ""), "_DOT");
+    EXPECT_EQ(headerDimVars(db.core()), vars);
+}
+
+TEST(DimVariables, OlderHeadersSayTheNewerVariables)
+{
+    VcDbDatabase db(false);
+    db.core().header().setInteger("$DIMUNIT", 70, 6);
+    db.core().header().setInteger("$DIMFIT", 70, 5);
+    const VcDbDimVars vars = headerDimVars(db.core());
+    EXPECT_EQ(vars.dimlunit, 4);
+    EXPECT_EQ(vars.dimfrac, 2);
+    EXPECT_EQ(vars.dimtmove, 2);
+}
+
+struct DimStyles : testing::Test {
+    DimStyles()
+        : style(*db.core().objectAs<VcDbDimStyleTableRecord>(db.core().findRecord(NameTable::DimStyle, "Standard")))
+    {
+    }
+    VcDbDatabase db;
+    VcDbDimStyleTableRecord& style;
+};
+
+TEST_F(DimStyles, AFileHasWhatIsNotAsInImperialUnits)
+{
+    const std::string text = dumpOf(style, db.core());
+    EXPECT_EQ(text.find("\n41="), std::string::npos);
+    VcDbDimVars vars = style.dimVars();
+    vars.dimasz = 2.5;
+    style.setDimVars(vars);
+    EXPECT_NE(dumpOf(style, db.core()).find("\n41=2.5\n"), std::string::npos);
+}
+
+TEST_F(DimStyles, ComeBackFromFilesOfEveryRelease)
+{
+    VcDbDimVars vars = initialDimVars(true);
+    vars.dimtad = 4;
+    vars.dimlunit = 4;
+    vars.dimfrac = 2;
+    vars.dimtmove = 1;
+    vars.dimtxsty = db.textstyle();
+    style.setDimVars(vars);
+    for (const DxfVersion version : {DxfVersion::R14, DxfVersion::R2000, DxfVersion::R2007, DxfVersion::R2018}) {
+        GroupList groups;
+        writeGroups(style, db.core(), groups, version);
+        VcDbDimStyleTableRecord read;
+        EXPECT_EQ(readGroups(read, db.core(), groups, version), 0);
+        VcDbDimVars got = read.dimVars();
+        EXPECT_EQ(got.dimlunit, 4) << int(version);
+        EXPECT_EQ(got.dimfrac, 2) << int(version);
+        EXPECT_EQ(got.dimtmove, 1) << int(version);
+        EXPECT_EQ(got.dimasz, 2.5) << int(version);
+        if (version >= DxfVersion::R2000)
+            EXPECT_EQ(got, vars) << int(version);
+    }
+}
+
+TEST_F(DimStyles, GroupsAtTheirDefaultStayWhenTheFileHadThem)
+{
+    GroupList came;
+    came.text(100, "AcDbSymbolTableRecord");
+    came.text(100, "AcDbDimStyleTableRecord");
+    came.text(2, "Plain");
+    came.integer(70, 0);
+    came.real(40, 1);
+    came.integer(178, 0);
+    came.integer(270, 2);
+    const std::string before = came.dump();
+    VcDbDimStyleTableRecord read;
+    EXPECT_EQ(readGroups(read, db.core(), came), 0);
+    EXPECT_EQ(dumpOf(read, db.core()), before);
+}
+
+TEST_F(DimStyles, AChainHasEveryVariable)
+{
+    const RbPtr chain = chainOf(style);
+    for (const DimVariable& v : dimVariables())
+        if (v.isNumber())
+            EXPECT_GE(nodesOf(chain.get(), v.code).size(), 1u) << v.name;
+    for (const int code : {3, 4, 5, 6, 7}) {
+        ASSERT_EQ(nodesOf(chain.get(), code).size(), code == 5 ? 1u : 1u) << code;
+        EXPECT_EQ(rbUtf8(*nodesOf(chain.get(), code)[0]), "");
+    }
+    EXPECT_EQ(nodesOf(chain.get(), 340).size(), 1u);
+    EXPECT_TRUE(nodesOf(chain.get(), 342).empty());
+    EXPECT_EQ(rbInteger(*nodesOf(chain.get(), 270)[0]), 2);
+    EXPECT_EQ(rbInteger(*nodesOf(chain.get(), 287)[0]), 3);
+}
+
+TEST_F(DimStyles, AChainNamesArrowBlocks)
+{
+    VcDbDimVars vars = style.dimVars();
+    vars.dimblk = arrowBlock(db.core(), "_ARCHTICK");
+    style.setDimVars(vars);
+    const RbPtr chain = chainOf(style);
+    EXPECT_EQ(rbUtf8(*nodesOf(chain.get(), 5)[0]), "_ARCHTICK");
+    EXPECT_EQ(nodesOf(chain.get(), 342).size(), 1u);
+}
+
+const char* const kArrows[] = {"DOT",      "DOTSMALL", "DOTBLANK", "ORIGIN",      "ORIGIN2",     "OPEN",       "OPEN90",
+                               "OPEN30",   "CLOSED",   "SMALL",    "NONE",        "OBLIQUE",     "BOXFILLED",  "BOXBLANK",
+                               "CLOSEDBLANK", "DATUMFILLED", "DATUMBLANK", "INTEGRAL", "ARCHTICK"};
+
+TEST(ArrowBlocks, AreMadeOnceUnderEitherName)
+{
+    VcDbDatabase db;
+    for (const std::string name : kArrows) {
+        EXPECT_TRUE(isBuiltInArrow(name));
+        const VcDbObjectId block = arrowBlock(db.core(), name);
+        ASSERT_FALSE(block.isNull()) << name;
+        EXPECT_EQ(arrowBlock(db.core(), "_" + name), block);
+        const auto* record = db.core().objectAs<VcDbBlockTableRecord>(block);
+        EXPECT_EQ(record->nameUtf8(), "_" + name);
+        EXPECT_EQ(record->memberSlots().empty(), name == "NONE") << name;
+    }
+    EXPECT_FALSE(isBuiltInArrow("ARROW"));
+    EXPECT_TRUE(arrowBlock(db.core(), "MYARROW").isNull());
+}
+
+TEST(ArrowBlocks, ABlockOfTheUsersOwnComesFirst)
+{
+    VcDbDatabase db;
+    auto* record = new VcDbBlockTableRecord;
+    record->setNameUtf8("Dot");
+    VcDbObjectId id;
+    ASSERT_EQ(static_cast<VcDbBlockTable&>(db.core().table(NameTable::Block)).add(id, record), Vcad::eOk);
+    record->close();
+    EXPECT_EQ(arrowBlock(db.core(), "DOT"), id);
+}
+
+}
