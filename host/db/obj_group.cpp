@@ -18,7 +18,7 @@ VcDbDictionary* dictionaryOf(const VcDbObject& object)
 
 std::wstring freeAnonymousKey(const VcDbDictionary& dictionary)
 {
-    for (std::uint32_t number = dictionary.numEntries() + 1;; ++number) {
+    for (std::uint32_t number = std::max(1u, dictionary.numEntries());; ++number) {
         const std::string key = "*A" + std::to_string(number);
         if (dictionary.find(key).isNull())
             return utf8ToWide(key);

@@ -22,7 +22,6 @@ TEST(DimVariables, EachStandsOnceByNameAndByCode)
         EXPECT_EQ(findDimVariable(int(v.code)), &v);
         EXPECT_LE(int(v.since), int(v.until)) << v.name;
     }
-    EXPECT_EQ(names.size(), 75u);
     EXPECT_STREQ(findDimVariable("dimscale")->name, "DIMSCALE");
     EXPECT_STREQ(findDimVariable(6)->name, "DIMBLK1");
     EXPECT_EQ(findDimVariable("DIMNOTHING"), nullptr);
@@ -32,9 +31,11 @@ TEST(DimVariables, EachStandsOnceByNameAndByCode)
 TEST(DimVariables, MembersBeginAtTheImperialValues)
 {
     const VcDbDimVars fresh;
-    for (const DimVariable& v : dimVariables())
-        if (v.isNumber() && v.isIn(DxfVersion::Newest))
+    for (const DimVariable& v : dimVariables()) {
+        if (v.isNumber() && v.isIn(DxfVersion::Newest)) {
             EXPECT_EQ(dimNumber(fresh, v), v.imperial) << v.name;
+        }
+    }
     EXPECT_EQ(initialDimVars(false), fresh);
 }
 
@@ -144,8 +145,9 @@ TEST_F(DimStyles, ComeBackFromFilesOfEveryRelease)
         EXPECT_EQ(got.dimfrac, 2) << int(version);
         EXPECT_EQ(got.dimtmove, 1) << int(version);
         EXPECT_EQ(got.dimasz, 2.5) << int(version);
-        if (version >= DxfVersion::R2000)
+        if (version >= DxfVersion::R2000) {
             EXPECT_EQ(got, vars) << int(version);
+        }
     }
 }
 
@@ -168,11 +170,13 @@ TEST_F(DimStyles, GroupsAtTheirDefaultStayWhenTheFileHadThem)
 TEST_F(DimStyles, AChainHasEveryVariable)
 {
     const RbPtr chain = chainOf(style);
-    for (const DimVariable& v : dimVariables())
-        if (v.isNumber())
+    for (const DimVariable& v : dimVariables()) {
+        if (v.isNumber()) {
             EXPECT_GE(nodesOf(chain.get(), v.code).size(), 1u) << v.name;
+        }
+    }
     for (const int code : {3, 4, 5, 6, 7}) {
-        ASSERT_EQ(nodesOf(chain.get(), code).size(), code == 5 ? 1u : 1u) << code;
+        ASSERT_EQ(nodesOf(chain.get(), code).size(), 1u) << code;
         EXPECT_EQ(rbUtf8(*nodesOf(chain.get(), code)[0]), "");
     }
     EXPECT_EQ(nodesOf(chain.get(), 340).size(), 1u);
