@@ -18,16 +18,40 @@ GlyphShape missingBoxShape()
 char32_t equivalent(char32_t c)
 {
     switch (c) {
-    case 0x2205: case 0x2300: return 0xD8;                  // diameter
-    case 0x00A0: case 0x2002: case 0x2003: case 0x202F: return ' ';
-    case 0x2009: case 0x200A: return ' ';
-    case 0x2010: case 0x2011: case 0x2012: case 0x2013: case 0x2014: case 0x2212: return '-';
-    case 0x2018: case 0x2019: return '\'';
-    case 0x201C: case 0x201D: case 0x201E: return '"';
-    case 0x00B5: return 0x3BC;
-    case 0x2126: return 0x3A9;
-    case 0x25CB: case 0x00BA: return 0xB0;
-    default: return 0;
+    case 0x2205:
+    case 0x2300:
+        return 0xD8; // diameter
+    case 0x00A0:
+    case 0x2002:
+    case 0x2003:
+    case 0x202F:
+        return ' ';
+    case 0x2009:
+    case 0x200A:
+        return ' ';
+    case 0x2010:
+    case 0x2011:
+    case 0x2012:
+    case 0x2013:
+    case 0x2014:
+    case 0x2212:
+        return '-';
+    case 0x2018:
+    case 0x2019:
+        return '\'';
+    case 0x201C:
+    case 0x201D:
+    case 0x201E:
+        return '"';
+    case 0x00B5:
+        return 0x3BC;
+    case 0x2126:
+        return 0x3A9;
+    case 0x25CB:
+    case 0x00BA:
+        return 0xB0;
+    default:
+        return 0;
     }
 }
 

@@ -15,7 +15,8 @@
 namespace vktext {
 
 // A glyph without ink (a space) has left = 0, right = advance, bottom = top = 0.
-struct GlyphMetrics {
+struct GlyphMetrics
+{
     double advance = 0;
     double left = 0, right = 0, bottom = 0, top = 0; // the ink
     bool blank = true;
@@ -23,13 +24,15 @@ struct GlyphMetrics {
 
 // Strokes are open polylines to be drawn with a pen. Contours are closed polygons without their repeated first point,
 // to be filled by the non-zero rule.
-struct GlyphShape {
+struct GlyphShape
+{
     std::vector<std::vector<VcGePoint2d>> lines;
     bool filled = false;
 };
 
 // One font file, or one set of strokes.
-class GlyphSource {
+class GlyphSource
+{
 public:
     virtual ~GlyphSource() = default;
     virtual std::optional<GlyphMetrics> metrics(char32_t c) = 0; // nothing when the glyph is missing
@@ -40,7 +43,8 @@ public:
 
 // A font with its stand-ins for missing glyphs. Every character has metrics and a shape: what no source has is a box.
 // Fills its caches on use, so that a font serves one thread.
-class VKHOST_API Font {
+class VKHOST_API Font
+{
 public:
     // systemSource gives a further source that has the character, or null.
     using SystemSource = GlyphSource* (*)(char32_t);
@@ -60,7 +64,8 @@ public:
     std::size_t missingGlyphs() const { return m_missing; }
 
 private:
-    struct Located {
+    struct Located
+    {
         GlyphSource* source = nullptr;
         GlyphMetrics metrics;
     };

@@ -13,13 +13,15 @@ namespace vktext {
 
 namespace {
 
-struct Found {
+struct Found
+{
     std::shared_ptr<GlyphSource> source; // null when nothing at all could be had
     std::string taken;
     FontMatch match = FontMatch::Substitute;
 };
 
-struct RequestHash {
+struct RequestHash
+{
     std::size_t operator()(const FontRequest& r) const
     {
         const std::hash<std::string> hash;
@@ -44,8 +46,10 @@ GlyphSource* systemSource(char32_t c)
 
 } // namespace
 
-struct FontLibrary::State {
-    struct Entry {
+struct FontLibrary::State
+{
+    struct Entry
+    {
         FontRequest asked;
         std::string taken;
         FontMatch match;
@@ -95,10 +99,7 @@ struct FontLibrary::State {
         return known->second;
     }
 
-    Found findStrokes(const StrokeSet& set, FontMatch match)
-    {
-        return {strokeFont(set), std::string(set.name), match};
-    }
+    Found findStrokes(const StrokeSet& set, FontMatch match) { return {strokeFont(set), std::string(set.name), match}; }
 
     Found findOutlines(const FontRequest& request)
     {
@@ -199,8 +200,8 @@ std::vector<FontUse> FontLibrary::report() const
 {
     std::vector<FontUse> uses;
     for (const auto& entry : m_state->entries)
-        uses.push_back({entry->asked, entry->taken, entry->match, entry->font.borrowedGlyphs(),
-                        entry->font.missingGlyphs()});
+        uses.push_back(
+            {entry->asked, entry->taken, entry->match, entry->font.borrowedGlyphs(), entry->font.missingGlyphs()});
     return uses;
 }
 

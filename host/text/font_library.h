@@ -10,13 +10,15 @@
 
 namespace vktext {
 
-enum class FontMatch {
+enum class FontMatch
+{
     Exact,      // the font itself, or the stroke set that goes by its name
     SameWidths, // another font whose letters are as wide
     Substitute, // texts may come out longer or shorter
 };
 
-struct FontUse {
+struct FontUse
+{
     FontRequest asked;
     std::string taken; // a typeface, or the name of a stroke set
     FontMatch match = FontMatch::Exact;
@@ -26,7 +28,8 @@ struct FontUse {
 
 // One for the program, made when first used; font files are looked for when first asked for. A font that cannot be had
 // is replaced, never refused. For one thread at a time.
-class VKHOST_API FontLibrary {
+class VKHOST_API FontLibrary
+{
 public:
     static FontLibrary& instance();
 

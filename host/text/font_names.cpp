@@ -1,5 +1,7 @@
 #include "host/text/font_names.h"
 
+#include "host/base/unicode.h"
+
 #include <algorithm>
 
 namespace vktext {
@@ -11,78 +13,58 @@ constexpr auto kCells = StrokeSpacing::Cells;
 constexpr auto kMono = StrokeSpacing::MonoCells;
 
 constexpr StrokeSet kStrokeSets[] = {
-    {"txt", "rowmans", kCells, true},         {"monotxt", "rowmans", kMono, true},
-    {"simplex", "rowmans", kDrawn, true},     {"romans", "rowmans", kDrawn, true},
-    {"romand", "rowmand", kDrawn, true},      {"romanc", "timesr", kDrawn, true},
-    {"romant", "timesrb", kDrawn, true},      {"complex", "timesr", kDrawn, true},
-    {"italic", "timesi", kDrawn, true},       {"italicc", "timesi", kDrawn, true},
-    {"italict", "timesib", kDrawn, true},     {"scripts", "scripts", kDrawn, true},
-    {"scriptc", "scriptc", kDrawn, true},     {"greeks", "greeks", kDrawn, true},
-    {"greekc", "greekc", kDrawn, true},       {"gothice", "gothiceng", kDrawn, true},
-    {"gothicg", "gothicger", kDrawn, true},   {"gothici", "gothicita", kDrawn, true},
-    {"cyrillic", "cyrillic", kDrawn, true},   {"cyriltlc", "cyrilc_1", kDrawn, true},
-    {"syastro", "astrology", kDrawn, true},   {"symap", "markers", kDrawn, true},
-    {"symath", "mathlow", kDrawn, true},      {"symeteo", "meteorology", kDrawn, true},
-    {"symusic", "music", kDrawn, true},       {"isocp", "rowmans", kCells, false},
-    {"isocp2", "rowmans", kCells, false},     {"isocp3", "rowmans", kCells, false},
-    {"isoct", "rowmans", kCells, false},      {"isoct2", "rowmans", kCells, false},
-    {"isoct3", "rowmans", kCells, false},     {"gdt", "symbolic", kDrawn, false},
+    {"txt", "rowmans", kCells, true},       {"monotxt", "rowmans", kMono, true},
+    {"simplex", "rowmans", kDrawn, true},   {"romans", "rowmans", kDrawn, true},
+    {"romand", "rowmand", kDrawn, true},    {"romanc", "timesr", kDrawn, true},
+    {"romant", "timesrb", kDrawn, true},    {"complex", "timesr", kDrawn, true},
+    {"italic", "timesi", kDrawn, true},     {"italicc", "timesi", kDrawn, true},
+    {"italict", "timesib", kDrawn, true},   {"scripts", "scripts", kDrawn, true},
+    {"scriptc", "scriptc", kDrawn, true},   {"greeks", "greeks", kDrawn, true},
+    {"greekc", "greekc", kDrawn, true},     {"gothice", "gothiceng", kDrawn, true},
+    {"gothicg", "gothicger", kDrawn, true}, {"gothici", "gothicita", kDrawn, true},
+    {"cyrillic", "cyrillic", kDrawn, true}, {"cyriltlc", "cyrilc_1", kDrawn, true},
+    {"syastro", "astrology", kDrawn, true}, {"symap", "markers", kDrawn, true},
+    {"symath", "mathlow", kDrawn, true},    {"symeteo", "meteorology", kDrawn, true},
+    {"symusic", "music", kDrawn, true},     {"isocp", "rowmans", kCells, false},
+    {"isocp2", "rowmans", kCells, false},   {"isocp3", "rowmans", kCells, false},
+    {"isoct", "rowmans", kCells, false},    {"isoct2", "rowmans", kCells, false},
+    {"isoct3", "rowmans", kCells, false},   {"gdt", "symbolic", kDrawn, false},
 };
 
-struct FaceFile {
+struct FaceFile
+{
     std::string_view stem;
     std::string_view family;
     bool bold, italic;
 };
 
 constexpr FaceFile kFaceFiles[] = {
-    {"arial", "Arial", false, false},
-    {"arialbd", "Arial", true, false},
-    {"ariali", "Arial", false, true},
-    {"arialbi", "Arial", true, true},
-    {"arialn", "Arial Narrow", false, false},
-    {"arialnb", "Arial Narrow", true, false},
-    {"arialni", "Arial Narrow", false, true},
-    {"arialnbi", "Arial Narrow", true, true},
-    {"ariblk", "Arial Black", false, false},
-    {"arialuni", "Arial Unicode MS", false, false},
-    {"times", "Times New Roman", false, false},
-    {"timesbd", "Times New Roman", true, false},
-    {"timesi", "Times New Roman", false, true},
-    {"timesbi", "Times New Roman", true, true},
-    {"cour", "Courier New", false, false},
-    {"courbd", "Courier New", true, false},
-    {"couri", "Courier New", false, true},
-    {"courbi", "Courier New", true, true},
-    {"calibri", "Calibri", false, false},
-    {"calibrib", "Calibri", true, false},
-    {"calibrii", "Calibri", false, true},
-    {"calibriz", "Calibri", true, true},
-    {"cambria", "Cambria", false, false},
-    {"cambriab", "Cambria", true, false},
-    {"verdana", "Verdana", false, false},
-    {"verdanab", "Verdana", true, false},
-    {"tahoma", "Tahoma", false, false},
-    {"tahomabd", "Tahoma", true, false},
-    {"segoeui", "Segoe UI", false, false},
-    {"segoeuib", "Segoe UI", true, false},
-    {"georgia", "Georgia", false, false},
-    {"trebuc", "Trebuchet MS", false, false},
-    {"comic", "Comic Sans MS", false, false},
-    {"consola", "Consolas", false, false},
-    {"lucon", "Lucida Console", false, false},
-    {"micross", "Microsoft Sans Serif", false, false},
-    {"symbol", "Symbol", false, false},
-    {"wingding", "Wingdings", false, false},
-    {"simsun", "SimSun", false, false},
-    {"simhei", "SimHei", false, false},
-    {"msyh", "Microsoft YaHei", false, false},
-    {"msgothic", "MS Gothic", false, false},
-    {"isocpeur", "ISOCPEUR", false, false},
-    {"isocteur", "ISOCTEUR", false, false},
+    {"arial", "Arial", false, false},           {"arialbd", "Arial", true, false},
+    {"ariali", "Arial", false, true},           {"arialbi", "Arial", true, true},
+    {"arialn", "Arial Narrow", false, false},   {"arialnb", "Arial Narrow", true, false},
+    {"arialni", "Arial Narrow", false, true},   {"arialnbi", "Arial Narrow", true, true},
+    {"ariblk", "Arial Black", false, false},    {"arialuni", "Arial Unicode MS", false, false},
+    {"times", "Times New Roman", false, false}, {"timesbd", "Times New Roman", true, false},
+    {"timesi", "Times New Roman", false, true}, {"timesbi", "Times New Roman", true, true},
+    {"cour", "Courier New", false, false},      {"courbd", "Courier New", true, false},
+    {"couri", "Courier New", false, true},      {"courbi", "Courier New", true, true},
+    {"calibri", "Calibri", false, false},       {"calibrib", "Calibri", true, false},
+    {"calibrii", "Calibri", false, true},       {"calibriz", "Calibri", true, true},
+    {"cambria", "Cambria", false, false},       {"cambriab", "Cambria", true, false},
+    {"verdana", "Verdana", false, false},       {"verdanab", "Verdana", true, false},
+    {"tahoma", "Tahoma", false, false},         {"tahomabd", "Tahoma", true, false},
+    {"segoeui", "Segoe UI", false, false},      {"segoeuib", "Segoe UI", true, false},
+    {"georgia", "Georgia", false, false},       {"trebuc", "Trebuchet MS", false, false},
+    {"comic", "Comic Sans MS", false, false},   {"consola", "Consolas", false, false},
+    {"lucon", "Lucida Console", false, false},  {"micross", "Microsoft Sans Serif", false, false},
+    {"symbol", "Symbol", false, false},         {"wingding", "Wingdings", false, false},
+    {"simsun", "SimSun", false, false},         {"simhei", "SimHei", false, false},
+    {"msyh", "Microsoft YaHei", false, false},  {"msgothic", "MS Gothic", false, false},
+    {"isocpeur", "ISOCPEUR", false, false},     {"isocteur", "ISOCTEUR", false, false},
 };
 
-struct MetricTwin {
+struct MetricTwin
+{
     std::string_view asked, taken;
     double capHeight; // of the asked one, in ems
 };
@@ -104,11 +86,6 @@ constexpr MetricTwin kTwins[] = {
 char lower(char c)
 {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool equalNoCase(std::string_view a, std::string_view b)
-{
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return lower(x) == lower(y); });
 }
 
 } // namespace

@@ -9,7 +9,8 @@
 
 namespace vktext {
 
-struct StrokeSet {
+struct StrokeSet
+{
     std::string_view name; // as drawings write it, without its ending
     std::string_view file; // of the Hershey sets, without its ending
     StrokeSpacing spacing;
@@ -17,7 +18,8 @@ struct StrokeSet {
 };
 
 // A typeface, and the member of its family that the file name or the name stands for.
-struct TypefaceName {
+struct TypefaceName
+{
     std::string family;
     bool bold = false;
     bool italic = false;

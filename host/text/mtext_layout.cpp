@@ -1,5 +1,7 @@
 #include "host/text/mtext_layout.h"
 
+#include "host/base/unicode.h"
+#include "host/text/mtext_downwards.h"
 #include "host/text/mtext_lines.h"
 #include "host/text/mtext_parser.h"
 
@@ -10,7 +12,6 @@ namespace vktext {
 
 namespace {
 
-constexpr double kBaseDistance = 5.0 / 3; // of lines, in text heights
 constexpr int kMostColumns = 1000;
 
 double positiveOr(double value, double otherwise)
@@ -29,7 +30,8 @@ CharFormat baseFormat(const MTextSpec& spec)
 }
 
 // What a line needs to be put in its place once the width of all lines is known.
-struct PlacedLineRecord {
+struct PlacedLineRecord
+{
     std::size_t fragmentBegin = 0, fragmentEnd = 0, ruleBegin = 0, ruleEnd = 0;
     double marginLeft = 0, marginRight = 0;
     ParagraphAlignment alignment = ParagraphAlignment::Left;
@@ -38,7 +40,8 @@ struct PlacedLineRecord {
     int column = 0;
 };
 
-class MTextPlacer {
+class MTextPlacer
+{
 public:
     explicit MTextPlacer(const MTextSpec& spec)
         : m_spec(spec), m_base(baseFormat(spec)), m_content(parseMText(spec.contents, m_base, spec.style)),
@@ -69,8 +72,8 @@ private:
     void endParagraph(const ParagraphFormat& format, std::uint32_t endFormat, MTextToken::Kind end)
     {
         const double h = m_base.height;
-        ParagraphFrame frame{m_width, format.left * h, (format.left + format.indent) * h, format.right * h,
-                             format.tabs.get(), h};
+        ParagraphFrame frame{m_width,          format.left * h,   (format.left + format.indent) * h,
+                             format.right * h, format.tabs.get(), h};
         m_space += format.before * h;
         for (const auto& range : breakLines(frame, m_content, m_pieces))
             addLine(frame, format, range, endFormat);
@@ -81,7 +84,8 @@ private:
     }
 
     // Heights of a line above and below its baseline.
-    struct LineHeights {
+    struct LineHeights
+    {
         double nominal = 0; // of the largest letters
         double top = 0, bottom = 0;
         double stackDepth = 0; // how far stacks reach down
@@ -115,9 +119,12 @@ private:
         const double height =
             piece.kind == Piece::Kind::Stack ? stackGeometry(piece, format.height).height : format.height;
         switch (format.alignment) {
-        case LineAlignment::Center: return (lineHeight - height) / 2;
-        case LineAlignment::Top: return lineHeight - height;
-        default: return 0;
+        case LineAlignment::Center:
+            return (lineHeight - height) / 2;
+        case LineAlignment::Top:
+            return lineHeight - height;
+        default:
+            return 0;
         }
     }
 
@@ -270,9 +277,8 @@ private:
         setStackPart(piece, piece.begin, piece.middle, piece.upperWidth, {x + g.upper.x, y + g.upper.y});
         setStackPart(piece, piece.middle, piece.end, piece.lowerWidth, {x + g.lower.x, y + g.lower.y});
         if (g.hasRule)
-            m_out.rules.push_back({{x + g.ruleFrom.x, y + g.ruleFrom.y},
-                                   {x + g.ruleTo.x, y + g.ruleTo.y},
-                                   formatOf(piece).color});
+            m_out.rules.push_back(
+                {{x + g.ruleFrom.x, y + g.ruleFrom.y}, {x + g.ruleTo.x, y + g.ruleTo.y}, formatOf(piece).color});
     }
 
     void setStackPart(const Piece& piece, std::size_t begin, std::size_t end, double width, VcGePoint2d at)
@@ -289,9 +295,12 @@ private:
         if (format.alignment != ParagraphAlignment::ByAttachment)
             return format.alignment;
         switch (attachmentColumn()) {
-        case 1: return ParagraphAlignment::Center;
-        case 2: return ParagraphAlignment::Right;
-        default: return ParagraphAlignment::Left;
+        case 1:
+            return ParagraphAlignment::Center;
+        case 2:
+            return ParagraphAlignment::Right;
+        default:
+            return ParagraphAlignment::Left;
         }
     }
 
@@ -331,9 +340,12 @@ private:
     {
         const double from = line.marginLeft, to = columnWidth - line.marginRight;
         switch (line.alignment) {
-        case ParagraphAlignment::Right: return to - line.right;
-        case ParagraphAlignment::Center: return (from + to - line.left - line.right) / 2;
-        default: return from - line.left;
+        case ParagraphAlignment::Right:
+            return to - line.right;
+        case ParagraphAlignment::Center:
+            return (from + to - line.left - line.right) / 2;
+        default:
+            return from - line.left;
         }
     }
 
@@ -341,9 +353,14 @@ private:
     {
         const double middle = frameWidth / 2;
         switch (attachmentColumn()) {
-        case 0: m_out.width = std::max(right, 0.0); break;
-        case 1: m_out.width = 2 * std::max({right - middle, middle - left, 0.0}); break;
-        default: m_out.width = std::max(frameWidth - left, 0.0);
+        case 0:
+            m_out.width = std::max(right, 0.0);
+            break;
+        case 1:
+            m_out.width = 2 * std::max({right - middle, middle - left, 0.0});
+            break;
+        default:
+            m_out.width = std::max(frameWidth - left, 0.0);
         }
         if (m_column > 0)
             m_out.width = std::max(m_out.width, frameWidth);
@@ -391,6 +408,8 @@ private:
 
 MTextLayout layoutMText(const MTextSpec& spec)
 {
+    if (spec.flow == 3 || (spec.flow == 5 && spec.style.vertical))
+        return layoutDownwards(spec, baseFormat(spec));
     return MTextPlacer(spec).run();
 }
 

@@ -12,26 +12,30 @@
 
 namespace vktext {
 
-struct MTextColumns {
+struct MTextColumns
+{
     int count = 0; // 0: no columns
     double width = 0;
     double gutter = 0;
     std::vector<double> heights; // of each column; what is missing takes the last; 0 is as long as need be
 };
 
-struct MTextSpec {
+struct MTextSpec
+{
     std::string contents;
     TextStyleSpec style; // its mirroring and its fixed height are of no account
     double height = 1;
-    double width = 0; // lines are broken at this width; 0 or nonsense: only where the contents say so
-    int attachment = 1;    // 1 to 9, top left to bottom right
+    double width = 0;          // lines are broken at this width; 0 or nonsense: only where the contents say so
+    int attachment = 1;        // 1 to 9, top left to bottom right
+    int flow = 1;              // 1 in lines; 3 downwards, in columns from right to left; 5 as the style says
     bool exactSpacing = false; // every line at the same distance; else lines that stand out get more room
     double spacingFactor = 1;  // of five thirds of the text height
     MTextColumns columns;
 };
 
 // A stretch of one line that looks alike throughout. `text` is plain characters without any codes.
-struct MTextFragment {
+struct MTextFragment
+{
     std::string text;
     std::uint32_t font = 0; // into the layout's fonts
     std::uint32_t line = 0;
@@ -45,12 +49,14 @@ struct MTextFragment {
 };
 
 // A fraction's line.
-struct MTextRule {
+struct MTextRule
+{
     VcGePoint2d from, to;
     TextColor color;
 };
 
-struct MTextLayout {
+struct MTextLayout
+{
     std::vector<FontRequest> fonts;
     std::vector<MTextFragment> fragments; // in reading order
     std::vector<MTextRule> rules;

@@ -14,7 +14,8 @@ bool isBlank(const Piece& piece)
     return piece.kind == Piece::Kind::Space || piece.kind == Piece::Kind::Tab;
 }
 
-struct Stop {
+struct Stop
+{
     double at;
     TabKind kind;
 };
@@ -31,7 +32,8 @@ Stop nextStop(const ParagraphFrame& frame, double pen)
 }
 
 // Of what stands between a tab and the next one or the end of the paragraph, and the part before its decimal sign.
-struct TabbedText {
+struct TabbedText
+{
     double width = 0, beforePoint = 0;
 };
 
@@ -53,7 +55,8 @@ TabbedText textBehindTab(const MTextContent& content, const std::vector<Piece>& 
     return text;
 }
 
-class Breaker {
+class Breaker
+{
 public:
     Breaker(const ParagraphFrame& frame, const MTextContent& content, const std::vector<Piece>& pieces)
         : m_frame(frame), m_content(content), m_pieces(pieces)

@@ -5,14 +5,16 @@
 
 namespace vktext {
 
-struct LineRange {
+struct LineRange
+{
     std::size_t begin = 0, end = 0; // pieces, without the spaces at the end of the line
     bool first = false;             // of its paragraph
     bool last = false;
 };
 
 // Lengths of a paragraph in drawing units, from the left edge of its column.
-struct ParagraphFrame {
+struct ParagraphFrame
+{
     double width = 0; // of the column; 0: lines are not broken
     double left = 0, firstLeft = 0, right = 0;
     const std::vector<TabStop>* tabs = nullptr; // in text heights

@@ -7,10 +7,11 @@ namespace vktext {
 
 namespace {
 
-constexpr double kLimit = 1e6;        // text heights
+constexpr double kLimit = 1e6; // text heights
 constexpr std::size_t kMostTabs = 64;
 
-class ParagraphCode {
+class ParagraphCode
+{
 public:
     ParagraphCode(ParagraphFormat& format, std::string_view code) : m_format(format), m_code(code) {}
 
@@ -24,15 +25,32 @@ private:
     void applyOne(char key)
     {
         switch (key) {
-        case 'i': number(m_format.indent, 0); break;
-        case 'l': number(m_format.left, 0); break;
-        case 'r': number(m_format.right, 0); break;
-        case 'b': number(m_format.before, 0); break;
-        case 'a': number(m_format.after, 0); break;
-        case 'q': alignment(); break;
-        case 's': spacing(); break;
-        case 't': tabs(); break;
-        default: break; // the "x" in front, commas
+        case 'i':
+            number(m_format.indent, 0);
+            break;
+        case 'l':
+            number(m_format.left, 0);
+            break;
+        case 'r':
+            number(m_format.right, 0);
+            break;
+        case 'b':
+            number(m_format.before, 0);
+            break;
+        case 'a':
+            number(m_format.after, 0);
+            break;
+        case 'q':
+            alignment();
+            break;
+        case 's':
+            spacing();
+            break;
+        case 't':
+            tabs();
+            break;
+        default:
+            break; // the "x" in front, commas
         }
     }
 

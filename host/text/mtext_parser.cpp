@@ -22,7 +22,8 @@ std::uint32_t rgbFromBgr(std::uint32_t bgr)
     return ((bgr & 0xFF) << 16) | (bgr & 0xFF00) | ((bgr >> 16) & 0xFF);
 }
 
-class MTextReader {
+class MTextReader
+{
 public:
     MTextReader(std::string_view text, const CharFormat& base, const FontRequest& font)
         : m_text(text), m_baseHeight(base.height)
@@ -46,21 +47,31 @@ public:
     }
 
 private:
-    struct Saved {
+    struct Saved
+    {
         std::uint32_t format, paragraph;
     };
 
     void step()
     {
         switch (m_text[m_at]) {
-        case '\\': return backslash();
-        case '{': return openGroup();
-        case '}': return closeGroup();
-        case '^': return caret();
-        case '%': return percent();
-        case '\n': case '\r': return rawLineEnd();
-        case '\t': return rawTab();
-        default: addChar(nextChar(m_text, m_at));
+        case '\\':
+            return backslash();
+        case '{':
+            return openGroup();
+        case '}':
+            return closeGroup();
+        case '^':
+            return caret();
+        case '%':
+            return percent();
+        case '\n':
+        case '\r':
+            return rawLineEnd();
+        case '\t':
+            return rawTab();
+        default:
+            addChar(nextChar(m_text, m_at));
         }
     }
 
@@ -110,11 +121,16 @@ private:
         }
         m_at += ends ? 1 : 2;
         switch (next) {
-        case ' ': return addChar('^');
-        case 'I': return addToken(MTextToken::Kind::Tab);
-        case 'J': return addToken(MTextToken::Kind::Paragraph);
-        case 'M': return;
-        default: addChar(kUnprintable);
+        case ' ':
+            return addChar('^');
+        case 'I':
+            return addToken(MTextToken::Kind::Tab);
+        case 'J':
+            return addToken(MTextToken::Kind::Paragraph);
+        case 'M':
+            return;
+        default:
+            addChar(kUnprintable);
         }
     }
 
@@ -161,9 +177,15 @@ private:
     bool simpleCode(char code)
     {
         switch (code) {
-        case 'P': case 'X': addToken(MTextToken::Kind::Paragraph); break;
-        case 'N': addToken(MTextToken::Kind::Column); break;
-        default: return false;
+        case 'P':
+        case 'X':
+            addToken(MTextToken::Kind::Paragraph);
+            break;
+        case 'N':
+            addToken(MTextToken::Kind::Column);
+            break;
+        default:
+            return false;
         }
         m_at += 2;
         return true;
@@ -172,13 +194,26 @@ private:
     bool switchCode(char code)
     {
         switch (code) {
-        case 'L': change().decorations |= kUnderline; break;
-        case 'l': change().decorations &= ~kUnderline; break;
-        case 'O': change().decorations |= kOverline; break;
-        case 'o': change().decorations &= ~kOverline; break;
-        case 'K': change().decorations |= kStrike; break;
-        case 'k': change().decorations &= ~kStrike; break;
-        default: return false;
+        case 'L':
+            change().decorations |= kUnderline;
+            break;
+        case 'l':
+            change().decorations &= ~kUnderline;
+            break;
+        case 'O':
+            change().decorations |= kOverline;
+            break;
+        case 'o':
+            change().decorations &= ~kOverline;
+            break;
+        case 'K':
+            change().decorations |= kStrike;
+            break;
+        case 'k':
+            change().decorations &= ~kStrike;
+            break;
+        default:
+            return false;
         }
         m_at += 2;
         return true;
@@ -187,17 +222,29 @@ private:
     bool valueCode(char code)
     {
         switch (code) {
-        case 'H': return height();
-        case 'W': return factor([](CharFormat& f, double v) { f.widthFactor = std::clamp(v, 0.01, 100.0); });
-        case 'T': return factor([](CharFormat& f, double v) { f.tracking = std::clamp(v, 0.01, 100.0); });
-        case 'Q': return number([](CharFormat& f, double v) { f.oblique = degrees(std::clamp(v, -85.0, 85.0)); });
-        case 'A': return lineAlignment();
-        case 'C': return colorIndex();
-        case 'c': return trueColor();
-        case 'f': case 'F': return font();
-        case 'p': return paragraph();
-        case 'S': return stack();
-        default: return false;
+        case 'H':
+            return height();
+        case 'W':
+            return factor([](CharFormat& f, double v) { f.widthFactor = std::clamp(v, 0.01, 100.0); });
+        case 'T':
+            return factor([](CharFormat& f, double v) { f.tracking = std::clamp(v, 0.01, 100.0); });
+        case 'Q':
+            return number([](CharFormat& f, double v) { f.oblique = degrees(std::clamp(v, -85.0, 85.0)); });
+        case 'A':
+            return lineAlignment();
+        case 'C':
+            return colorIndex();
+        case 'c':
+            return trueColor();
+        case 'f':
+        case 'F':
+            return font();
+        case 'p':
+            return paragraph();
+        case 'S':
+            return stack();
+        default:
+            return false;
         }
     }
 
@@ -213,7 +260,8 @@ private:
 
     // A number behind the code's letter, perhaps followed by "x", and a semicolon, which may be missing. The position
     // moves behind all that if there is a number.
-    struct Value {
+    struct Value
+    {
         double value = 0;
         bool relative = false;
     };
@@ -483,9 +531,14 @@ std::string plainMText(std::string_view contents)
         case MTextToken::Kind::Text:
             plain += toUtf8(std::u32string_view(content.chars).substr(token.begin, token.end - token.begin));
             break;
-        case MTextToken::Kind::Tab: plain += '\t'; break;
-        case MTextToken::Kind::Stack: appendStack(plain, content, token); break;
-        default: plain += '\n';
+        case MTextToken::Kind::Tab:
+            plain += '\t';
+            break;
+        case MTextToken::Kind::Stack:
+            appendStack(plain, content, token);
+            break;
+        default:
+            plain += '\n';
         }
     }
     return plain;

@@ -10,19 +10,33 @@
 
 namespace vktext {
 
-enum class StackKind : char { Horizontal = '/', Diagonal = '#', Tolerance = '^' };
+enum class StackKind : char
+{
+    Horizontal = '/',
+    Diagonal = '#',
+    Tolerance = '^'
+};
 
-struct MTextToken {
-    enum class Kind : std::uint8_t { Text, Tab, Stack, Paragraph, Column };
+struct MTextToken
+{
+    enum class Kind : std::uint8_t
+    {
+        Text,
+        Tab,
+        Stack,
+        Paragraph,
+        Column
+    };
     Kind kind = Kind::Text;
     StackKind stack = StackKind::Horizontal;
-    std::uint32_t format = 0;    // into formats
-    std::uint32_t paragraph = 0; // into paragraphs: the format that holds at this token
+    std::uint32_t format = 0;       // into formats
+    std::uint32_t paragraph = 0;    // into paragraphs: the format that holds at this token
     std::size_t begin = 0, end = 0; // into chars
     std::size_t middle = 0;         // a stack: where the lower part begins
 };
 
-struct MTextContent {
+struct MTextContent
+{
     std::u32string chars;
     std::vector<MTextToken> tokens;
     std::vector<CharFormat> formats;

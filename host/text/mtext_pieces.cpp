@@ -10,7 +10,7 @@ namespace vktext {
 namespace {
 
 // In heights of the stack's text.
-constexpr double kUpperBase = 1.5;    // baseline of the upper part above that of the lower
+constexpr double kUpperBase = 1.5; // baseline of the upper part above that of the lower
 constexpr double kRuleAt = 1.25;
 constexpr double kDiagonalRise = 0.8; // of the upper part of a slanted fraction
 constexpr double kDiagonalGap = 0.5;
@@ -71,12 +71,16 @@ const Font& PieceMaker::fontOf(const CharFormat& format)
 void PieceMaker::add(std::vector<Piece>& to, const MTextToken& token)
 {
     switch (token.kind) {
-    case MTextToken::Kind::Text: return addText(to, token);
-    case MTextToken::Kind::Stack: to.push_back(stackPiece(token)); return;
+    case MTextToken::Kind::Text:
+        return addText(to, token);
+    case MTextToken::Kind::Stack:
+        to.push_back(stackPiece(token));
+        return;
     case MTextToken::Kind::Tab:
         to.push_back({.kind = Piece::Kind::Tab, .format = token.format, .begin = token.begin, .end = token.end});
         return;
-    default: return;
+    default:
+        return;
     }
 }
 

@@ -6,8 +6,17 @@
 
 namespace vktext {
 
-struct Piece {
-    enum class Kind : std::uint8_t { Word, Space, Tab, Stack };
+inline constexpr double kBaseDistance = 5.0 / 3; // of lines, in text heights
+
+struct Piece
+{
+    enum class Kind : std::uint8_t
+    {
+        Word,
+        Space,
+        Tab,
+        Stack
+    };
     Kind kind = Kind::Word;
     StackKind stack = StackKind::Horizontal;
     bool breakBefore = false; // a line may begin with it though no space stands before it
@@ -20,7 +29,8 @@ struct Piece {
 };
 
 // The parts of a stack, from its left lower corner.
-struct StackGeometry {
+struct StackGeometry
+{
     VcGePoint2d upper, lower; // baselines
     VcGePoint2d ruleFrom, ruleTo;
     bool hasRule = false;
@@ -28,7 +38,8 @@ struct StackGeometry {
 };
 StackGeometry stackGeometry(const Piece& piece, double textHeight);
 
-class PieceMaker {
+class PieceMaker
+{
 public:
     explicit PieceMaker(const MTextContent& content);
     // Appends the pieces of a token that is no break.

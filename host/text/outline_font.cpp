@@ -19,7 +19,8 @@ FT_Library library()
 }
 
 // Collects an outline as polygons in capital heights.
-class Flattener {
+class Flattener
+{
 public:
     Flattener(double scaleX, double scaleY) : m_scaleX(scaleX), m_scaleY(scaleY) {}
 
@@ -88,7 +89,8 @@ private:
 
 } // namespace
 
-struct OutlineFont::Face {
+struct OutlineFont::Face
+{
     FT_Face handle = nullptr;
     ~Face()
     {

@@ -7,7 +7,8 @@
 
 namespace vktext {
 
-class OutlineFont final : public GlyphSource {
+class OutlineFont final : public GlyphSource
+{
 public:
     // capHeight is the height of a capital in ems by which the widths are scaled; 0 takes that of the font. A font
     // that stands in for another of the same widths is given the other's, so that texts keep their length.

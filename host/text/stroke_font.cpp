@@ -16,7 +16,8 @@ constexpr double kUnit = 1.0 / 21; // capitals are 21 units high
 constexpr int kBaseline = 9;       // units below the middle of the letter, y pointing down
 
 // Accents are drawn about x = 0 with y = 0 at the top of the letter they sit on, or at its foot for those below.
-struct Accent {
+struct Accent
+{
     char32_t mark;
     bool below;
     Strokes strokes;
@@ -33,7 +34,9 @@ const std::vector<Accent>& accents()
         {0x306, false, {{{-.16, .29}, {-.1, .16}, {0, .12}, {.1, .16}, {.16, .29}}}},
         {0x307, false, {{{0, .16}, {0, .22}}}},
         {0x308, false, {{{-.14, .17}, {-.14, .24}}, {{.14, .17}, {.14, .24}}}},
-        {0x30A, false, {{{0, .08}, {.09, .12}, {.12, .2}, {.09, .29}, {0, .33}, {-.09, .29}, {-.12, .2}, {-.09, .12}, {0, .08}}}},
+        {0x30A,
+         false,
+         {{{0, .08}, {.09, .12}, {.12, .2}, {.09, .29}, {0, .33}, {-.09, .29}, {-.12, .2}, {-.09, .12}, {0, .08}}}},
         {0x30B, false, {{{0, .33}, {-.14, .10}}, {{.22, .33}, {.08, .10}}}},
         {0x30C, false, {{{-.17, .30}, {0, .10}, {.17, .30}}}},
         {0x327, true, {{{0, 0}, {0, -.1}, {.1, -.15}, {.06, -.26}, {-.1, -.28}}}},
@@ -51,15 +54,16 @@ const Accent* accentFor(char32_t mark)
 }
 
 // Letters and signs that a base glyph and one stroke make.
-struct Crossed {
+struct Crossed
+{
     char32_t c;
     char base;
     VcGePoint2d from, to; // in fractions of the ink's width and height
 };
 
 constexpr Crossed kCrossed[] = {
-    {0xD8, 'O', {-.05, -.08}, {1.05, 1.08}}, {0xF8, 'o', {-.05, -.1}, {1.05, 1.1}},  {0xB1, '+', {0, -.15}, {1, -.15}},
-    {0x110, 'D', {-.15, .5}, {.45, .5}},     {0x111, 'd', {.45, .82}, {1.1, .82}},   {0xD0, 'D', {-.15, .5}, {.45, .5}},
+    {0xD8, 'O', {-.05, -.08}, {1.05, 1.08}}, {0xF8, 'o', {-.05, -.1}, {1.05, 1.1}}, {0xB1, '+', {0, -.15}, {1, -.15}},
+    {0x110, 'D', {-.15, .5}, {.45, .5}},     {0x111, 'd', {.45, .82}, {1.1, .82}},  {0xD0, 'D', {-.15, .5}, {.45, .5}},
     {0x141, 'L', {-.2, .4}, {.5, .65}},      {0x142, 'l', {-.5, .4}, {1.5, .65}},
 };
 
@@ -182,9 +186,7 @@ std::optional<StrokeFont::Glyph> StrokeFont::composed(char32_t c) const
         const GlyphMetrics m = glyph.metrics;
         // A stem has no width of its own to measure by.
         const double width = std::max(m.right - m.left, 0.25), height = m.top - m.bottom;
-        const auto place = [&](VcGePoint2d p) {
-            return VcGePoint2d(m.left + p.x * width, m.bottom + p.y * height);
-        };
+        const auto place = [&](VcGePoint2d p) { return VcGePoint2d(m.left + p.x * width, m.bottom + p.y * height); };
         glyph.strokes.push_back({place(crossed.from), place(crossed.to)});
         glyph.metrics = inkOf(glyph.strokes, m.advance);
         return glyph;

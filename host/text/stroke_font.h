@@ -8,7 +8,8 @@
 
 namespace vktext {
 
-enum class StrokeSpacing {
+enum class StrokeSpacing
+{
     AsDrawn,   // the set's own side bearings
     Cells,     // every letter on a grid of sixths of its height, at most four wide, two apart
     MonoCells, // every letter advances by the height
@@ -16,7 +17,8 @@ enum class StrokeSpacing {
 
 // Covers ASCII, the degree, plus-minus and diameter signs, and Latin letters with accents, which are put together
 // from the letter and strokes of our own.
-class StrokeFont final : public GlyphSource {
+class StrokeFont final : public GlyphSource
+{
 public:
     // Null when the file cannot be read or holds no glyphs.
     static std::shared_ptr<StrokeFont> load(const std::string& path, StrokeSpacing spacing);
@@ -27,7 +29,8 @@ public:
     bool stroked() const override { return true; }
 
 private:
-    struct Glyph {
+    struct Glyph
+    {
         GlyphMetrics metrics;
         std::vector<std::vector<VcGePoint2d>> strokes;
     };

@@ -9,12 +9,14 @@ namespace vktext {
 
 namespace {
 
-struct PatternDeleter {
+struct PatternDeleter
+{
     void operator()(FcPattern* p) const { FcPatternDestroy(p); }
 };
 using Pattern = std::unique_ptr<FcPattern, PatternDeleter>;
 
-struct FontSetDeleter {
+struct FontSetDeleter
+{
     void operator()(FcFontSet* s) const { FcFontSetDestroy(s); }
 };
 using FontSet = std::unique_ptr<FcFontSet, FontSetDeleter>;
@@ -53,7 +55,8 @@ void addFamily(FcPattern* pattern, const char* family)
 
 } // namespace
 
-struct SystemFonts::State {
+struct SystemFonts::State
+{
     FcConfig* config = FcInitLoadConfigAndFonts();
     FontSet byPreference; // for characters that a font lacks; sorted when first needed
     std::vector<std::shared_ptr<OutlineFont>> loaded;

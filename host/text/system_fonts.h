@@ -11,13 +11,15 @@ namespace vktext {
 
 class GlyphSource;
 
-struct FontFile {
+struct FontFile
+{
     std::string path;
     int faceIndex = 0;
     std::string family; // under the asked name when the font has several
 };
 
-class SystemFonts {
+class SystemFonts
+{
 public:
     static SystemFonts& instance();
 

@@ -1,17 +1,11 @@
 #include "host/text/text_codes.h"
 
-#include <unicode/ucnv.h>
-#include <unicode/utf16.h>
-#include <unicode/utf8.h>
-
-#include <array>
-#include <memory>
+#include "host/base/code_page.h"
+#include "host/base/unicode.h"
 
 namespace vktext {
 
 namespace {
-
-constexpr char32_t kReplacement = 0xFFFD;
 
 int hexDigit(char c)
 {
@@ -40,15 +34,19 @@ bool startsNoCase(std::string_view text, char a, char b)
     return text.size() >= 3 && text[0] == a && (text[1] == b || text[1] == b + ('a' - 'A')) && text[2] == '+';
 }
 
-// From 128 on, the characters of code page 1252, but for those that stroke fonts keep there by custom.
+// Three places behind ASCII are those of stroke fonts by custom, the rest those of code page 1252. 0 for none.
 char32_t fontCode(int code)
 {
-    static constexpr std::array<char16_t, 32> k1252 = {
-        0xB1, 0xD8, 0x201A, 0x192, 0x201E, 0x2026, 0x2020, 0x2021, 0x2C6, 0x2030, 0x160, 0x2039, 0x152, 0x8D, 0x17D, 0x8F,
-        0x90, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014, 0x2DC, 0x2122, 0x161, 0x203A, 0x153, 0x9D, 0x17E, 0x178};
-    if (code == 127)
+    switch (code) {
+    case 127:
         return 0xB0;
-    return code >= 128 && code < 160 ? k1252[code - 128] : code > 255 ? kReplacement : static_cast<char32_t>(code);
+    case 128:
+        return 0xB1;
+    case 129:
+        return 0xD8;
+    default:
+        return code > 255 ? 0 : CodePage::byNumber(1252)->character(static_cast<unsigned>(code), 0);
+    }
 }
 
 CharCode numberedCode(std::string_view text)
@@ -57,31 +55,29 @@ CharCode numberedCode(std::string_view text)
     std::size_t digits = 0;
     while (digits < 3 && 2 + digits < text.size() && text[2 + digits] >= '0' && text[2 + digits] <= '9')
         code = code * 10 + (text[2 + digits++] - '0');
-    return digits == 0 ? CharCode{} : CharCode{2 + digits, std::u32string(1, fontCode(code)), 0};
+    const char32_t c = digits == 0 ? 0 : fontCode(code);
+    return c == 0 ? CharCode{} : CharCode{2 + digits, std::u32string(1, c), 0};
 }
-
-struct ConverterDeleter {
-    void operator()(UConverter* c) const { ucnv_close(c); }
-};
-using Converter = std::unique_ptr<UConverter, ConverterDeleter>;
 
 // By the digit of "\M+n". Null for other digits.
-UConverter* multibyteConverter(char digit)
+const CodePage* multibytePage(char digit)
 {
-    static constexpr std::array<const char*, 5> kNames = {"windows-932", "windows-950", "windows-949", "ibm-1363",
-                                                          "windows-936"};
-    thread_local std::array<Converter, kNames.size()> opened;
-    if (digit < '1' || digit > '5')
-        return nullptr;
-    auto& converter = opened[digit - '1'];
-    if (!converter) {
-        UErrorCode status = U_ZERO_ERROR;
-        converter.reset(ucnv_open(kNames[digit - '1'], &status));
-    }
-    return converter.get();
+    static constexpr int kNumbers[] = {932, 950, 949, 1361, 936};
+    return digit >= '1' && digit <= '5' ? CodePage::byNumber(kNumbers[digit - '1']) : nullptr;
 }
 
-class Decoder {
+bool isLeadSurrogate(int unit)
+{
+    return unit >= 0xD800 && unit <= 0xDBFF;
+}
+
+bool isTrailSurrogate(int unit)
+{
+    return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+
+class Decoder
+{
 public:
     explicit Decoder(std::string_view text) : m_text(text) { m_out.chars.reserve(text.size()); }
 
@@ -132,34 +128,14 @@ private:
 
 char32_t nextChar(std::string_view utf8, std::size_t& at)
 {
-    const auto* bytes = reinterpret_cast<const std::uint8_t*>(utf8.data());
-    UChar32 c;
-    U8_NEXT(bytes, at, utf8.size(), c);
-    return c < 0 ? kReplacement : static_cast<char32_t>(c);
-}
-
-std::u32string fromUtf8(std::string_view utf8)
-{
-    std::u32string text;
-    text.reserve(utf8.size());
-    for (std::size_t at = 0; at < utf8.size();)
-        text += nextChar(utf8, at);
-    return text;
-}
-
-void appendUtf8(std::string& to, char32_t c)
-{
-    if (c < 0x80) {
-        to += static_cast<char>(c);
-        return;
+    if (const auto byte = static_cast<unsigned char>(utf8[at]); byte < 0x80) {
+        ++at;
+        return byte;
     }
-    std::uint8_t bytes[4];
-    int length = 0;
-    UBool failed = false;
-    U8_APPEND(bytes, length, 4, static_cast<UChar32>(c), failed);
-    if (failed)
-        return appendUtf8(to, kReplacement);
-    to.append(reinterpret_cast<const char*>(bytes), length);
+    std::string_view rest = utf8.substr(at);
+    const char32_t c = takeCharacter(rest);
+    at = utf8.size() - rest.size();
+    return c;
 }
 
 std::string toUtf8(std::u32string_view text)
@@ -176,14 +152,28 @@ CharCode percentCode(std::string_view text)
     if (text.size() < 3 || text[0] != '%' || text[1] != '%')
         return {};
     switch (text[2]) {
-    case 'd': case 'D': return {3, U"\u00B0", 0};
-    case 'p': case 'P': return {3, U"\u00B1", 0};
-    case 'c': case 'C': return {3, U"\u00D8", 0};
-    case '%': return {3, U"%", 0};
-    case 'u': case 'U': return {3, {}, kUnderline};
-    case 'o': case 'O': return {3, {}, kOverline};
-    case 'k': case 'K': return {3, {}, kStrike};
-    default: return numberedCode(text);
+    case 'd':
+    case 'D':
+        return {3, U"\u00B0", 0};
+    case 'p':
+    case 'P':
+        return {3, U"\u00B1", 0};
+    case 'c':
+    case 'C':
+        return {3, U"\u00D8", 0};
+    case '%':
+        return {3, U"%", 0};
+    case 'u':
+    case 'U':
+        return {3, {}, kUnderline};
+    case 'o':
+    case 'O':
+        return {3, {}, kOverline};
+    case 'k':
+    case 'K':
+        return {3, {}, kStrike};
+    default:
+        return numberedCode(text);
     }
 }
 
@@ -192,37 +182,23 @@ CharCode unicodeCode(std::string_view text)
     const int unit = startsNoCase(text, '\\', 'U') ? hex4(text.substr(3)) : -1;
     if (unit < 0)
         return {};
-    const char32_t c = static_cast<char32_t>(unit);
-    if (!U16_IS_SURROGATE(c))
-        return {7, std::u32string(1, c), 0};
-    if (U16_IS_LEAD(c) && text.size() >= 14 && startsNoCase(text.substr(7), '\\', 'U')) {
+    if (isLeadSurrogate(unit) && text.size() >= 14 && startsNoCase(text.substr(7), '\\', 'U')) {
         const int trail = hex4(text.substr(10));
-        if (trail >= 0 && U16_IS_TRAIL(trail))
-            return {14, std::u32string(1, U16_GET_SUPPLEMENTARY(c, trail)), 0};
+        if (isTrailSurrogate(trail))
+            return {14, std::u32string(1, 0x10000 + ((unit - 0xD800) << 10) + (trail - 0xDC00)), 0};
     }
-    return {7, std::u32string(1, kReplacement), 0};
+    return {7, std::u32string(1, static_cast<char32_t>(unit)), 0};
 }
 
 CharCode multibyteCode(std::string_view text)
 {
     if (!startsNoCase(text, '\\', 'M') || text.size() < 8)
         return {};
-    UConverter* converter = multibyteConverter(text[3]);
+    const CodePage* page = multibytePage(text[3]);
     const int code = hex4(text.substr(4));
-    if (!converter || code < 0)
-        return {};
-    const char bytes[2] = {static_cast<char>(code >> 8), static_cast<char>(code & 0xFF)};
-    UErrorCode status = U_ZERO_ERROR;
-    UChar units[8];
-    const bool single = bytes[0] == 0;
-    const int length = ucnv_toUChars(converter, units, 8, bytes + single, 2 - single, &status);
-    CharCode result{8, {}, 0};
-    for (int i = 0; U_SUCCESS(status) && i < std::min(length, 8);) {
-        UChar32 c;
-        U16_NEXT(units, i, length, c);
-        result.chars += static_cast<char32_t>(c);
-    }
-    return result;
+    const unsigned first = static_cast<unsigned>(code) >> 8, second = code & 0xFF;
+    const char32_t c = page && code >= 0 ? page->character(first == 0 ? second : first, first == 0 ? 0 : second) : 0;
+    return c == 0 ? CharCode{} : CharCode{8, std::u32string(1, c), 0};
 }
 
 DecodedText decodeText(std::string_view utf8)

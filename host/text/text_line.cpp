@@ -13,7 +13,8 @@ namespace {
 constexpr double kVerticalStep = 1.5; // from letter to letter of a vertical text, in heights
 
 // The factors that turn capital heights into drawing units; nonsense in a style counts as its default.
-struct Scale {
+struct Scale
+{
     double x = 1, y = 1;
     double slant = 0; // x for each y
 
@@ -38,7 +39,8 @@ std::uint8_t allDecorations(const DecodedText& text)
 }
 
 // In capital heights, the text running to the right.
-struct UnitLine {
+struct UnitLine
+{
     double length = 0;
     Box ink;
 };
@@ -132,19 +134,27 @@ LineMetrics measure(const TextStyleSpec& style, double height, const DecodedText
 double verticalAt(const LineMetrics& line, VerticalMode mode)
 {
     switch (mode) {
-    case VerticalMode::Bottom: return -line.descent;
-    case VerticalMode::Middle: return line.height / 2;
-    case VerticalMode::Top: return line.height;
-    default: return 0;
+    case VerticalMode::Bottom:
+        return -line.descent;
+    case VerticalMode::Middle:
+        return line.height / 2;
+    case VerticalMode::Top:
+        return line.height;
+    default:
+        return 0;
     }
 }
 
 double horizontalAt(const LineMetrics& line, HorizontalMode mode)
 {
     switch (mode) {
-    case HorizontalMode::Center: case HorizontalMode::Middle: return line.length / 2;
-    case HorizontalMode::Right: return line.length;
-    default: return 0;
+    case HorizontalMode::Center:
+    case HorizontalMode::Middle:
+        return line.length / 2;
+    case HorizontalMode::Right:
+        return line.length;
+    default:
+        return 0;
     }
 }
 
@@ -156,7 +166,8 @@ VcGeVector2d upright(const LineMetrics& line, HorizontalMode horizontal, Vertica
     return {x, verticalAt(line, vertical)};
 }
 
-class LinePlacer {
+class LinePlacer
+{
 public:
     LinePlacer(const TextStyleSpec& style, double height)
         : m_style(style), m_font(FontLibrary::instance().font(style)), m_scale(style, height)
@@ -192,7 +203,8 @@ private:
     void switchDecorations(std::uint8_t next)
     {
         if (!m_style.vertical && m_pen > m_from) {
-            for (const auto& [flag, y] : {std::pair{kUnderline, kUnderlineAt}, {kOverline, kOverlineAt}, {kStrike, kStrikeAt}})
+            for (const auto& [flag, y] :
+                 {std::pair{kUnderline, kUnderlineAt}, {kOverline, kOverlineAt}, {kStrike, kStrikeAt}})
                 if (m_decorations & flag)
                     m_line.decorations.push_back({at(m_from, y), at(next == 0 ? m_end : m_pen, y)});
         }
@@ -233,8 +245,8 @@ void addShape(TextOutline& to, const GlyphShape& shape, const PlacedGlyph& glyph
         auto& placed = lines.emplace_back();
         placed.reserve(line.size());
         for (const auto& p : line)
-            placed.push_back({glyph.origin.x + glyph.xScale * p.x + glyph.slant * p.y,
-                              glyph.origin.y + glyph.yScale * p.y});
+            placed.push_back(
+                {glyph.origin.x + glyph.xScale * p.x + glyph.slant * p.y, glyph.origin.y + glyph.yScale * p.y});
     }
     if (shape.filled)
         to.letterEnds.push_back(to.contours.size());
@@ -268,8 +280,8 @@ VcGeVector2d justificationOffset(const TextStyleSpec& style, double height, std:
 {
     const LineMetrics line = measureLine(style, height, text);
     // A vertical text runs down from its base point, so that its length counts along y.
-    const VcGeVector2d offset = style.vertical ? VcGeVector2d(0, -horizontalAt(line, horizontal))
-                                               : upright(line, horizontal, vertical);
+    const VcGeVector2d offset =
+        style.vertical ? VcGeVector2d(0, -horizontalAt(line, horizontal)) : upright(line, horizontal, vertical);
     return {style.backwards ? -offset.x : offset.x, style.upsideDown ? -offset.y : offset.y};
 }
 

@@ -4,6 +4,12 @@
 
 using namespace vktext;
 
+// Fontconfig keeps a little of what it reads of its configuration and never gives it back.
+extern "C" __attribute__((weak)) const char* __lsan_default_suppressions()
+{
+    return "leak:libfontconfig";
+}
+
 namespace {
 
 const Font& font(const std::string& name, bool bold = false)
@@ -23,7 +29,8 @@ FontUse useOf(const std::string& name)
     return {};
 }
 
-struct NameCase {
+struct NameCase
+{
     const char* asked;
     const char* taken;
     FontMatch match;

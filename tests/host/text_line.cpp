@@ -1,5 +1,5 @@
-#include "host/text/text_codes.h"
 #include "host/text/text_line.h"
+#include "host/text/text_codes.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +18,8 @@ TextStyleSpec style(const char* font, double widthFactor = 1)
     return s;
 }
 
-struct CodeCase {
+struct CodeCase
+{
     const char* text;
     const char* plain;
 };
@@ -34,19 +35,21 @@ const CodeCase kCodes[] = {
     {"%%uunder%%u %%Oover", "under over"},
     {"%%k", ""},
     {"%%065%%66%%1279", "AB°9"},
-    {"%%176", "°"},
+    {"%%176 %%150", "° –"},
+    {"%%999", "%%999"},
     {"%%zz", "%%zz"},
     {"\\U+00B0 \\u+2205", "° ∅"},
     {"\\U+D83D\\U+DE00", "😀"},
-    {"\\U+D83D", "\uFFFD"},
+    {"\\U+D83D", "\xED\xA0\xBD"},
     {"\\U+12", "\\U+12"},
     {"\\M+182A0", "あ"},
     {"\\M+982A0", "\\M+982A0"},
     {"\\P stays", "\\P stays"},
-    {"bad \xFF byte", "bad \uFFFD byte"},
+    {"stray \xFF byte", "stray \xFF byte"},
 };
 
-struct LengthCase {
+struct LengthCase
+{
     const char* font;
     const char* text;
     double height, widthFactor, length;

@@ -39,7 +39,8 @@ std::string lines(const MTextLayout& layout)
     return out;
 }
 
-struct WrapCase {
+struct WrapCase
+{
     const char* contents;
     double width;
     const char* lines;
@@ -65,7 +66,8 @@ const WrapCase kWraps[] = {
     {"A B", 1e-9, "A|B"},
 };
 
-struct RecordedSize {
+struct RecordedSize
+{
     const char* contents;
     double height, width, widthTolerance, actualHeight;
 };
@@ -238,6 +240,33 @@ TEST(MTextLayout, Columns)
     EXPECT_NEAR(layout.fragments[3].x, 120, 1e-9);
     EXPECT_NEAR(layout.width, 170, 1e-9);
     EXPECT_NEAR(layout.height, 16, 1e-9);
+}
+
+TEST(MTextLayout, DownwardFlow)
+{
+    auto s = spec("AB C\\PD");
+    s.flow = 3;
+    MTextLayout layout = layoutMText(s);
+    ASSERT_EQ(layout.fragments.size(), 4u);
+    EXPECT_NEAR(layout.fragments[0].y, -6, 1e-9);
+    EXPECT_NEAR(layout.fragments[1].y, -16, 1e-9);
+    EXPECT_NEAR(layout.fragments[2].y, -36, 1e-9);
+    EXPECT_NEAR(layout.fragments[3].x, 0, 1e-9);
+    EXPECT_NEAR(layout.fragments[0].x, 10, 1e-9);
+    EXPECT_NEAR(layout.width, 14, 1e-9);
+    EXPECT_NEAR(layout.height, 36, 1e-9);
+
+    s.width = 16;
+    s.attachment = 9;
+    layout = layoutMText(s);
+    EXPECT_EQ(layout.lines, 3u);
+    EXPECT_NEAR(layout.box.right, 0, 1e-9);
+    EXPECT_NEAR(layout.box.bottom, 0, 1e-9);
+
+    s.flow = 5;
+    EXPECT_EQ(layoutMText(s).fragments[0].text, "AB");
+    s.style.vertical = true;
+    EXPECT_EQ(layoutMText(s).fragments[0].text, "A");
 }
 
 TEST(MTextLayout, FragmentTextKeepsItsSigns)
