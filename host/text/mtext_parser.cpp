@@ -1,5 +1,7 @@
 #include "host/text/mtext_parser.h"
 
+#include "host/text/mtext_builder.h"
+
 #include <charconv>
 #include <cmath>
 
@@ -26,32 +28,18 @@ class MTextReader
 {
 public:
     MTextReader(std::string_view text, const CharFormat& base, const FontRequest& font)
-        : m_text(text), m_baseHeight(base.height)
+        : m_text(text), m_baseHeight(base.height), m_out(base, font, text.size())
     {
-        m_out.fonts.push_back(font);
-        m_now = base;
-        m_now.font = 0;
-        m_out.chars.reserve(text.size());
-        m_out.paragraphs.emplace_back();
-        m_out.formats.push_back(m_now);
     }
 
     MTextContent run()
     {
         while (m_at < m_text.size())
             step();
-        endText();
-        m_out.finalParagraph = m_paragraph;
-        m_out.finalFormat = formatIndex();
-        return std::move(m_out);
+        return m_out.finish();
     }
 
 private:
-    struct Saved
-    {
-        std::uint32_t format, paragraph;
-    };
-
     void step()
     {
         switch (m_text[m_at]) {
@@ -71,7 +59,7 @@ private:
         case '\t':
             return rawTab();
         default:
-            addChar(nextChar(m_text, m_at));
+            m_out.addChar(nextChar(m_text, m_at));
         }
     }
 
@@ -79,20 +67,20 @@ private:
     {
         const bool pair = m_text[m_at] == '\r' && m_at + 1 < m_text.size() && m_text[m_at + 1] == '\n';
         m_at += pair ? 2 : 1;
-        addToken(MTextToken::Kind::Paragraph);
+        m_out.addToken(MTextToken::Kind::Paragraph);
     }
 
     void rawTab()
     {
         ++m_at;
-        addToken(MTextToken::Kind::Tab);
+        m_out.addToken(MTextToken::Kind::Tab);
     }
 
     void openGroup()
     {
         ++m_at;
         if (m_groups.size() < kMostNesting)
-            m_groups.push_back({formatIndex(), paragraphIndex()});
+            m_groups.push_back(m_out.mark());
         else
             ++m_tooDeep;
     }
@@ -103,9 +91,7 @@ private:
         if (m_tooDeep > 0) {
             --m_tooDeep;
         } else if (!m_groups.empty()) {
-            endText();
-            m_now = m_out.formats[m_groups.back().format];
-            m_paragraph = m_out.paragraphs[m_groups.back().paragraph];
+            m_out.restore(m_groups.back());
             m_groups.pop_back();
         }
     }
@@ -117,20 +103,20 @@ private:
         const bool ends = m_at + 1 >= m_text.size();
         if (static_cast<unsigned char>(next) >= 0x80 || (next != ' ' && (next < '@' || next > '_'))) {
             ++m_at;
-            return addChar('^');
+            return m_out.addChar('^');
         }
         m_at += ends ? 1 : 2;
         switch (next) {
         case ' ':
-            return addChar('^');
+            return m_out.addChar('^');
         case 'I':
-            return addToken(MTextToken::Kind::Tab);
+            return m_out.addToken(MTextToken::Kind::Tab);
         case 'J':
-            return addToken(MTextToken::Kind::Paragraph);
+            return m_out.addToken(MTextToken::Kind::Paragraph);
         case 'M':
             return;
         default:
-            addChar(kUnprintable);
+            m_out.addChar(kUnprintable);
         }
     }
 
@@ -138,26 +124,23 @@ private:
     {
         const CharCode code = percentCode(m_text.substr(m_at));
         if (code.length == 0)
-            return addChar(nextChar(m_text, m_at));
+            return m_out.addChar(nextChar(m_text, m_at));
         addCode(code);
-        if (code.toggles != 0) {
-            auto& format = change();
-            format.decorations ^= code.toggles;
-        }
+        if (code.toggles != 0)
+            m_out.changeFormat().decorations ^= code.toggles;
     }
 
     void addCode(const CharCode& code)
     {
         m_at += code.length;
-        for (const char32_t c : code.chars)
-            addChar(c);
+        m_out.addChars(code.chars);
     }
 
     void backslash()
     {
         if (m_at + 1 >= m_text.size()) {
             ++m_at;
-            return addChar('\\');
+            return m_out.addChar('\\');
         }
         const char code = m_text[m_at + 1];
         if (code == '\\' || code == '{' || code == '}')
@@ -165,13 +148,13 @@ private:
         if (code == '~')
             return literal(0xA0);
         if (!simpleCode(code) && !switchCode(code) && !valueCode(code) && !characterCode())
-            addChar(nextChar(m_text, m_at));
+            m_out.addChar(nextChar(m_text, m_at));
     }
 
     void literal(char32_t c)
     {
         m_at += 2;
-        addChar(c);
+        m_out.addChar(c);
     }
 
     bool simpleCode(char code)
@@ -179,10 +162,10 @@ private:
         switch (code) {
         case 'P':
         case 'X':
-            addToken(MTextToken::Kind::Paragraph);
+            m_out.addToken(MTextToken::Kind::Paragraph);
             break;
         case 'N':
-            addToken(MTextToken::Kind::Column);
+            m_out.addToken(MTextToken::Kind::Column);
             break;
         default:
             return false;
@@ -195,22 +178,22 @@ private:
     {
         switch (code) {
         case 'L':
-            change().decorations |= kUnderline;
+            m_out.changeFormat().decorations |= kUnderline;
             break;
         case 'l':
-            change().decorations &= ~kUnderline;
+            m_out.changeFormat().decorations &= ~kUnderline;
             break;
         case 'O':
-            change().decorations |= kOverline;
+            m_out.changeFormat().decorations |= kOverline;
             break;
         case 'o':
-            change().decorations &= ~kOverline;
+            m_out.changeFormat().decorations &= ~kOverline;
             break;
         case 'K':
-            change().decorations |= kStrike;
+            m_out.changeFormat().decorations |= kStrike;
             break;
         case 'k':
-            change().decorations &= ~kStrike;
+            m_out.changeFormat().decorations &= ~kStrike;
             break;
         default:
             return false;
@@ -288,9 +271,9 @@ private:
         const auto value = takeNumber();
         if (!value)
             return false;
-        const double height = value->relative ? value->value * m_now.height : value->value;
+        const double height = value->relative ? value->value * m_out.format().height : value->value;
         if (height > 0)
-            change().height = std::clamp(height, m_baseHeight / kMostScaling, m_baseHeight * kMostScaling);
+            m_out.changeFormat().height = std::clamp(height, m_baseHeight / kMostScaling, m_baseHeight * kMostScaling);
         return true;
     }
 
@@ -299,7 +282,7 @@ private:
     {
         const auto value = takeNumber();
         if (value)
-            set(change(), value->value);
+            set(m_out.changeFormat(), value->value);
         return value.has_value();
     }
 
@@ -364,7 +347,7 @@ private:
         const auto argument = takeArgument();
         if (!argument)
             return false;
-        FontRequest request = m_out.fonts[m_now.font];
+        FontRequest request = m_out.font();
         const auto bar = argument->find('|');
         const auto name = argument->substr(0, bar);
         const auto comma = isTypeface ? std::string_view::npos : name.find(',');
@@ -374,20 +357,8 @@ private:
             request.bigFont = std::string(name.substr(comma + 1));
         request.bold = argument->find("|b1") != std::string_view::npos;
         request.italic = argument->find("|i1") != std::string_view::npos;
-        change().font = fontIndex(request);
+        m_out.changeFont(request);
         return true;
-    }
-
-    std::uint32_t fontIndex(const FontRequest& request)
-    {
-        // Texts use few fonts; one that does not is not searched through.
-        const std::size_t known = std::min<std::size_t>(m_out.fonts.size(), 16);
-        for (std::size_t i = 0; i < known; ++i)
-            if (m_out.fonts[i] == request)
-                return static_cast<std::uint32_t>(i);
-        if (m_out.fonts.back() != request)
-            m_out.fonts.push_back(request);
-        return static_cast<std::uint32_t>(m_out.fonts.size() - 1);
     }
 
     bool paragraph()
@@ -395,8 +366,7 @@ private:
         const auto argument = takeArgument();
         if (!argument)
             return false;
-        endText();
-        applyParagraphCode(m_paragraph, *argument);
+        applyParagraphCode(m_out.changeParagraph(), *argument);
         return true;
     }
 
@@ -404,30 +374,22 @@ private:
     // character as it stands.
     bool stack()
     {
-        endText();
         m_at += 2;
-        MTextToken token{.kind = MTextToken::Kind::Stack, .begin = m_out.chars.size()};
-        bool parted = false;
+        m_out.beginStack();
+        std::optional<StackKind> kind;
+        std::size_t middle = 0;
         for (; m_at < m_text.size() && m_text[m_at] != ';'; ++m_at) {
             const char c = m_text[m_at];
-            if (!parted && (c == '/' || c == '#' || c == '^')) {
-                parted = true;
-                token.stack = static_cast<StackKind>(c);
-                token.middle = m_out.chars.size();
-                m_at += c == '^' && m_at + 1 < m_text.size() && m_text[m_at + 1] == ' ';
-            } else {
+            if (kind || (c != '/' && c != '#' && c != '^')) {
                 stackChar();
+                continue;
             }
+            kind = static_cast<StackKind>(c);
+            middle = m_out.length();
+            m_at += c == '^' && m_at + 1 < m_text.size() && m_text[m_at + 1] == ' ';
         }
         m_at += m_at < m_text.size();
-        token.end = m_out.chars.size();
-        if (!parted) {
-            token.kind = MTextToken::Kind::Text;
-            token.middle = token.end;
-        }
-        m_textBegin = token.end;
-        if (token.begin < token.end)
-            push(token);
+        m_out.endStack(kind, middle);
         return true;
     }
 
@@ -439,72 +401,22 @@ private:
         if (code.length == 0)
             code = multibyteCode(rest);
         if (code.length > 0) {
-            m_out.chars += code.chars;
+            m_out.addChars(code.chars);
             m_at += code.length - 1;
             return;
         }
         m_at += rest[0] == '\\' && rest.size() > 1;
-        m_out.chars += nextChar(m_text, m_at);
+        m_out.addChar(nextChar(m_text, m_at));
         --m_at;
-    }
-
-    void addChar(char32_t c) { m_out.chars += c; }
-
-    void addToken(MTextToken::Kind kind)
-    {
-        endText();
-        push({.kind = kind, .begin = m_out.chars.size(), .end = m_out.chars.size()});
-    }
-
-    void endText()
-    {
-        if (m_textBegin < m_out.chars.size())
-            push({.kind = MTextToken::Kind::Text, .begin = m_textBegin, .end = m_out.chars.size()});
-        m_textBegin = m_out.chars.size();
-    }
-
-    void push(MTextToken token)
-    {
-        token.format = formatIndex();
-        token.paragraph = paragraphIndex();
-        m_out.tokens.push_back(token);
-    }
-
-    // The format is about to change: what was read so far is a token of the old one.
-    CharFormat& change()
-    {
-        endText();
-        return m_now;
-    }
-
-    // Texts go back and forth between a few formats, so the latest ones are looked through.
-    std::uint32_t formatIndex()
-    {
-        const std::size_t count = m_out.formats.size();
-        for (std::size_t back = 1; back <= std::min<std::size_t>(count, 8); ++back)
-            if (m_out.formats[count - back] == m_now)
-                return static_cast<std::uint32_t>(count - back);
-        m_out.formats.push_back(m_now);
-        return static_cast<std::uint32_t>(count);
-    }
-
-    std::uint32_t paragraphIndex()
-    {
-        if (!(m_out.paragraphs.back() == m_paragraph))
-            m_out.paragraphs.push_back(m_paragraph);
-        return static_cast<std::uint32_t>(m_out.paragraphs.size() - 1);
     }
 
     std::string_view m_text;
     std::size_t m_at = 0;
-    std::size_t m_textBegin = 0;
     std::size_t m_semicolon = 0; // the first one at or behind what was last asked for
-    double m_baseHeight;
-    CharFormat m_now;
-    ParagraphFormat m_paragraph;
-    std::vector<Saved> m_groups;
+    const double m_baseHeight;
+    std::vector<MTextBuilder::Mark> m_groups;
     std::size_t m_tooDeep = 0;
-    MTextContent m_out;
+    MTextBuilder m_out;
 };
 
 void appendStack(std::string& to, const MTextContent& content, const MTextToken& token)

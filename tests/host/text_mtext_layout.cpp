@@ -107,6 +107,16 @@ TEST(MTextLayout, RecordedSizes)
     }
 }
 
+TEST(MTextLayout, RecordedWrappingOfStrokes)
+{
+    auto s = spec("This is a sample multiline text. This is a sample multiline text.", "simplex.shx", 7.5);
+    s.width = 80;
+    const MTextLayout layout = layoutMText(s);
+    EXPECT_EQ(lines(layout), "This is a|sample|multiline text.|This is a|sample|multiline text.");
+    EXPECT_NEAR(layout.height, 70, 1e-9);
+    EXPECT_NEAR(layout.width, 77.142857, 0.03 * 77);
+}
+
 TEST(MTextLayout, LinesStandFiveThirdsApart)
 {
     const MTextLayout layout = layoutMText(spec("H\\PH\\PH"));
