@@ -60,7 +60,8 @@ struct MTextLayout
     std::vector<FontRequest> fonts;
     std::vector<MTextFragment> fragments; // in reading order
     std::vector<MTextRule> rules;
-    // The actual size: with the attachment's corner on the insertion point, a box of this size holds all that is drawn.
+    // The actual size: with the attachment's corner on the insertion point, a box of this size holds all that is drawn,
+    // but for strokes of the first line that rise above its capitals.
     double width = 0, height = 0;
     Box box; // that box
     std::size_t lines = 0;

@@ -120,7 +120,8 @@ void PieceMaker::measure(Piece& piece)
             if (i == piece.begin && !font.stroked())
                 piece.left = m.left * scale;
             piece.right = std::max(piece.right, pen + m.right * scale + m.top * h * slant);
-            piece.top = std::max(piece.top, m.top * h);
+            // Lines of strokes keep their distance whatever rises above the capitals: dots, brackets, accents.
+            piece.top = std::max(piece.top, (font.stroked() ? std::min(m.top, 1.0) : m.top) * h);
             piece.bottom = std::min(piece.bottom, m.bottom * h);
         }
         pen += m.advance * scale * format.tracking;
