@@ -1,0 +1,181 @@
+#include "host/edit/sysvars_computed.h"
+
+#include "host/base/files.h"
+#include "host/base/settings.h"
+#include "host/base/unicode.h"
+#include "host/db/database.h"
+#include "host/edit/editor.h"
+#include "host/edit/sysvars_drawing.h"
+#include "host/edit/view.h"
+#include "sdk/vcdb_chains.h"
+#include "sdk/vcdb_tables.h"
+
+#include <chrono>
+#include <ctime>
+#include <unistd.h>
+
+namespace vk::edit {
+
+namespace {
+
+using Get = SysVarValue (*)(const Editor&);
+
+Editor& mutableEditor(const Editor& ed) { return const_cast<Editor&>(ed); }
+
+std::tm localTime()
+{
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    return local;
+}
+
+double secondsOfDay(const std::tm& t) { return t.tm_hour * 3600 + t.tm_min * 60 + t.tm_sec; }
+
+// Days since noon of 1 January 4713 B.C., with the fraction of the local day.
+SysVarValue julianDate(const Editor&)
+{
+    const std::tm t = localTime();
+    const int a = (13 - t.tm_mon) / 12, y = t.tm_year + 6700 - a, m = t.tm_mon + 1 + 12 * a - 3;
+    const int day = t.tm_mday + (153 * m + 2) / 5 + 365 * y + y / 4 - y / 100 + y / 400 - 32045;
+    return day + secondsOfDay(t) / 86400.0;
+}
+
+// YYYYMMDD.HHMMSS
+SysVarValue calendarDate(const Editor&)
+{
+    const std::tm t = localTime();
+    return (t.tm_year + 1900) * 10000.0 + (t.tm_mon + 1) * 100 + t.tm_mday + t.tm_hour / 1e2 + t.tm_min / 1e4 + t.tm_sec / 1e6;
+}
+
+SysVarValue commandNames(const Editor& ed)
+{
+    std::string names;
+    for (const std::string& name : ed.runningCommands())
+        names += (names.empty() ? "" : "'") + (name.starts_with('\'') ? name.substr(1) : name);
+    return names;
+}
+
+SysVarValue viewCenter(const Editor& ed) { return currentView(mutableEditor(ed)).center; }
+
+struct Computed {
+    std::string_view name;
+    bool needsDrawing;
+    Get get;
+};
+
+const Computed kComputed[] = {
+    {"DATE", false, julianDate},
+    {"CDATE", false, calendarDate},
+    {"MILLISECS", false,
+     [](const Editor&) -> SysVarValue {
+         const auto now = std::chrono::steady_clock::now().time_since_epoch();
+         return std::int32_t(std::chrono::duration_cast<std::chrono::milliseconds>(now).count() & 0x7fffffff);
+     }},
+    {"CMDNAMES", false, commandNames},
+    {"CMDACTIVE", false, [](const Editor& ed) -> SysVarValue { return std::int32_t(ed.runningCommands().empty() ? 0 : 1); }},
+    {"CPROFILE", false, [](const Editor&) -> SysVarValue { return std::string("Default"); }},
+    {"LASTPOINT", true, [](const Editor& ed) -> SysVarValue { return ed.lastPoint; }},
+    {"LASTANGLE", true, [](const Editor& ed) -> SysVarValue { return ed.lastAngle; }},
+    {"DWGPREFIX", true, [](const Editor& ed) -> SysVarValue { return std::string(folderOf(ed.db().origin.path)); }},
+    {"DWGNAME", true,
+     [](const Editor& ed) -> SysVarValue {
+         const std::string& path = ed.db().origin.path;
+         return path.empty() ? std::string("Drawing1.dxf") : std::string(fileNameOf(path));
+     }},
+    {"DWGTITLED", true, [](const Editor& ed) -> SysVarValue { return std::int32_t(!ed.db().origin.path.empty()); }},
+    {"DBMOD", true, [](const Editor& ed) -> SysVarValue { return std::int32_t(ed.db().undo().size() > 0 ? 1 : 0); }},
+    {"SCREENSIZE", false, [](const Editor&) -> SysVarValue { return VcGePoint2d(kScreenWidth, kScreenHeight); }},
+    {"VIEWSIZE", true, [](const Editor& ed) -> SysVarValue { return currentView(mutableEditor(ed)).height; }},
+    {"VIEWCTR", true, viewCenter},
+    {"VIEWDIR", true, [](const Editor& ed) -> SysVarValue { return VcGePoint3d() + currentView(mutableEditor(ed)).direction; }},
+    {"TARGET", true, [](const Editor& ed) -> SysVarValue { return currentView(mutableEditor(ed)).target; }},
+    {"VIEWTWIST", true, [](const Editor& ed) -> SysVarValue { return currentView(mutableEditor(ed)).twist; }},
+    {"WORLDUCS", true,
+     [](const Editor& ed) -> SysVarValue {
+         VcGeMatrix3d m;
+         return std::int32_t(!vcdbUcsMatrix(m, &ed.drawing()));
+     }},
+    {"CVPORT", true,
+     [](const Editor& ed) -> SysVarValue { return std::int32_t(ed.db().currentSpace() == ed.db().modelSpace() ? 2 : 1); }},
+    {"TEMPPREFIX", false, [](const Editor&) -> SysVarValue { return temporaryFolder(); }},
+    {"LOGINNAME", false,
+     [](const Editor&) -> SysVarValue {
+         const char* user = std::getenv("USER");
+         return std::string(user ? user : "");
+     }},
+    {"EXTMIN", true,
+     [](const Editor& ed) -> SysVarValue {
+         const VcDbExtents e = spaceExtents(ed);
+         return e.isEmpty() ? VcGePoint3d(1e20, 1e20, 1e20) : e.minPoint();
+     }},
+    {"EXTMAX", true,
+     [](const Editor& ed) -> SysVarValue {
+         const VcDbExtents e = spaceExtents(ed);
+         return e.isEmpty() ? VcGePoint3d(-1e20, -1e20, -1e20) : e.maxPoint();
+     }},
+};
+
+// Names of records that must be there; the record's own spelling is what is stored.
+struct NamesRecord {
+    std::string_view variable;
+    NameTable table;
+};
+constexpr NamesRecord kNamesRecord[] = {
+    {"CLAYER", NameTable::Layer},
+    {"TEXTSTYLE", NameTable::TextStyle},
+    {"CELTYPE", NameTable::Linetype},
+    {"DIMSTYLE", NameTable::DimStyle},
+};
+
+SetVarResult setRecordName(Editor& ed, const SysVarDef& def, NameTable table, const std::string& name)
+{
+    const DatabaseCore& db = ed.db();
+    const auto* record = db.liveAs<VcDbSymbolTableRecord>(db.findRecord(table, name));
+    const auto* layer = VcDbLayerTableRecord::cast(record);
+    if (!record || (layer && layer->isFrozen()))
+        return SetVarResult::Refused;
+    ed.vars().force(def.name, record->nameUtf8());
+    return SetVarResult::Done;
+}
+
+SetVarResult setTileMode(Editor& ed, std::int32_t value)
+{
+    ed.db().inModelViewport = false;
+    ed.vars().force("TILEMODE", value);
+    resetView(ed);
+    return SetVarResult::Done;
+}
+
+}
+
+std::optional<SysVarValue> computedSysVar(const Editor& ed, const SysVarDef& def)
+{
+    for (const Computed& c : kComputed)
+        if (c.name == def.name)
+            return c.needsDrawing && !ed.hasDrawing() ? std::nullopt : std::optional(c.get(ed));
+    return std::nullopt;
+}
+
+std::optional<SetVarResult> setSpecialSysVar(Editor& ed, const SysVarDef& def, const SysVarValue& value)
+{
+    for (const NamesRecord& n : kNamesRecord)
+        if (n.variable == def.name)
+            return setRecordName(ed, def, n.table, std::get<std::string>(value));
+    const std::string_view name = def.name;
+    if (name == "LASTPOINT") {
+        ed.lastPoint = std::get<VcGePoint3d>(value);
+        return SetVarResult::Done;
+    }
+    if (name == "TILEMODE")
+        return setTileMode(ed, std::get<std::int32_t>(value));
+    if (name == "CECOLOR" && !setDrawingSysVar(ed.db(), def, value))
+        return SetVarResult::OutOfRange;
+    if (name == "CVPORT") {
+        ed.db().inModelViewport = std::get<std::int32_t>(value) > 1;
+        return SetVarResult::Done;
+    }
+    return name == "CECOLOR" ? std::optional(SetVarResult::Done) : std::nullopt;
+}
+
+}

@@ -1,0 +1,134 @@
+// Coordinates between the world, the UCS, the display, a sheet, and an object's own system; entering model and paper space.
+#include "host/db/chain.h"
+#include "host/db/database.h"
+#include "host/edit/editor.h"
+#include "host/edit/sysvars.h"
+#include "host/edit/view.h"
+#include "sdk/vcdb_chains.h"
+#include "sdk/vcdb_records.h"
+#include "sdk/vcdb_viewport.h"
+#include "sdk/vced.h"
+
+#include <optional>
+
+using namespace vk::edit;
+
+namespace {
+
+std::optional<VcGeVector3d> normalOf(VcDbObjectId id)
+{
+    VcDbObject* object = id.isNull() ? nullptr : DatabaseCore::of(id)->object(id);
+    if (!object)
+        return std::nullopt;
+    const RbPtr chain = chainOf(*object);
+    VcGeVector3d normal = VcGeVector3d::zAxis();
+    for (const resbuf* node = chain.get(); node; node = node->rbnext)
+        if (node->restype == 210)
+            normal = {node->resval.rpoint[0], node->resval.rpoint[1], node->resval.rpoint[2]};
+    return normal;
+}
+
+// From the system that the node names to the world.
+std::optional<VcGeMatrix3d> toWorld(Editor& ed, const resbuf& system)
+{
+    VcDbObjectId id;
+    switch (system.restype) {
+    case RTENAME:
+        if (nameToId(system.resval.rlname, id))
+            if (const auto normal = normalOf(id))
+                return VcGeMatrix3d::planeToWorld(*normal);
+        return std::nullopt;
+    case RTPOINT:
+    case RT3DPOINT: {
+        const VcGeVector3d normal(system.resval.rpoint[0], system.resval.rpoint[1], system.resval.rpoint[2]);
+        return normal.length() > 0 ? std::optional(VcGeMatrix3d::planeToWorld(normal)) : std::nullopt;
+    }
+    case RTSHORT:
+        break;
+    default:
+        return std::nullopt;
+    }
+    VcGeMatrix3d m;
+    switch (system.resval.rint) {
+    case 0:
+        return m;
+    case 1:
+        vcdbUcsMatrix(m, &ed.drawing());
+        return m;
+    case 2:
+    case 3:
+        return worldToDisplay(ed).inverse();
+    default:
+        return std::nullopt;
+    }
+}
+
+}
+
+int vcedTrans(const vds_point point, const resbuf* from, const resbuf* to, int displacement, vds_point resultOut)
+{
+    Editor& ed = Editor::instance();
+    if (!ed.hasDrawing() || !from || !to)
+        return RTERROR;
+    const auto in = toWorld(ed, *from), out = toWorld(ed, *to);
+    if (!in || !out)
+        return RTERROR;
+    const VcGeMatrix3d m = out->inverse() * *in;
+    const VcGePoint3d p(point[0], point[1], point[2]);
+    const VcGePoint3d image = displacement ? VcGePoint3d() + m * p.asVector() : m * p;
+    resultOut[0] = image.x;
+    resultOut[1] = image.y;
+    resultOut[2] = image.z;
+    return RTNORM;
+}
+
+static bool isOnSheet(const Editor& ed) { return ed.hasDrawing() && ed.vars().integer("TILEMODE") == 0; }
+
+int vcedMspace()
+{
+    Editor& ed = Editor::instance();
+    if (!isOnSheet(ed))
+        return RTERROR;
+    ed.db().inModelViewport = true;
+    return RTNORM;
+}
+
+int vcedPspace()
+{
+    Editor& ed = Editor::instance();
+    if (!isOnSheet(ed))
+        return RTERROR;
+    ed.db().inModelViewport = false;
+    return RTNORM;
+}
+
+VcDbObjectId vcedGetCurViewportObjectId()
+{
+    const Editor& ed = Editor::instance();
+    if (!ed.hasDrawing())
+        return {};
+    const DatabaseCore& db = ed.db();
+    if (!isOnSheet(ed))
+        return db.findRecord(NameTable::Viewport, "*Active");
+    const std::int16_t wanted = db.inModelViewport ? 2 : 1;
+    for (const std::uint32_t slot : db.mainOrder()) {
+        const auto* viewport = VcDbViewport::cast(db.objectAt(slot));
+        if (viewport && !viewport->isErased() && viewport->ownerId() == db.paperSpace() && viewport->number() == wanted)
+            return viewport->objectId();
+    }
+    return {};
+}
+
+Vcad::ErrorStatus vcedSetCurrentView(VcDbViewTableRecord* record, VcDbViewport*)
+{
+    Editor& ed = Editor::instance();
+    if (!record || !ed.hasDrawing())
+        return Vcad::eInvalidInput;
+    View& view = currentView(ed);
+    view.center = {record->centerPoint().x, record->centerPoint().y, 0};
+    view.height = record->height();
+    view.target = record->target();
+    view.direction = record->viewDirection();
+    view.twist = record->viewTwist();
+    return Vcad::eOk;
+}
