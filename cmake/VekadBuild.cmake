@@ -58,10 +58,15 @@ function(vekad_sources target)
   endif()
 endfunction()
 
+# The standard headers that nearly every source uses. They are precompiled where that was asked for; otherwise they are
+# included as they are, which lets one compiler cache serve several checkouts.
+option(VEKAD_PCH "precompile the standard headers" OFF)
 function(vekad_precompile target)
-  target_precompile_headers(${target} PRIVATE
-    <algorithm> <array> <cmath> <cstdint> <functional> <memory> <optional> <string> <string_view>
-    <unordered_map> <vector>)
+  if(VEKAD_PCH)
+    target_precompile_headers(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${CMAKE_SOURCE_DIR}/cmake/prelude.h>)
+  else()
+    target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:SHELL:-include ${CMAKE_SOURCE_DIR}/cmake/prelude.h>)
+  endif()
 endfunction()
 
 # A module: a shared object of exactly the given file name that binds to the host at run time.
