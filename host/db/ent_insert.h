@@ -1,0 +1,26 @@
+// What a block reference draws: its extents, and its members in their place.
+#pragma once
+
+#include "sdk/vcdb_insert.h"
+
+#include <memory>
+#include <unordered_map>
+
+// A copy of an entity, with copies of its sub-entities, that is in no database. Its xdata and extension dictionary stay
+// behind with the dictionary's owner; extended data comes along.
+std::unique_ptr<VcDbEntity> looseCopy(const VcDbEntity& entity);
+
+// Extents of references. The box of each block is worked out once, so deep nesting costs no more than the definitions.
+class BlockExtents {
+public:
+    // Adds what the reference draws, moved by a further matrix. Members are measured where they stand; members of nested
+    // references by the box of their block, which is exact unless the nested one is turned.
+    void addReference(VcDbExtents& extents, const VcDbBlockReference& reference, const VcGeMatrix3d& outer);
+
+private:
+    const VcDbExtents& ofBlock(VcDbObjectId block);
+    void addMembers(VcDbExtents& extents, VcDbObjectId block, const VcGeMatrix3d& m);
+    std::unordered_map<VcDbObjectId, VcDbExtents> m_boxes;  // an empty box while its block is being measured
+};
+
+Vcad::ErrorStatus explodeReference(const VcDbBlockReference& reference, std::vector<VcDbEntity*>& pieces);

@@ -1,0 +1,169 @@
+#include "host/db/ent_insert.h"
+
+#include "host/db/database.h"
+#include "host/db/ent_util.h"
+#include "host/db/extras.h"
+#include "sdk/vcdb_curves.h"
+#include "sdk/vcdb_text.h"
+
+namespace {
+
+const VcDbBlockTableRecord* blockOf(VcDbObjectId id)
+{
+    const DatabaseCore* db = DatabaseCore::of(id);
+    return db ? db->liveAs<VcDbBlockTableRecord>(id) : nullptr;
+}
+
+template <class Each>
+void forEachMember(VcDbObjectId block, Each&& each)
+{
+    const VcDbBlockTableRecord* record = blockOf(block);
+    const DatabaseCore* db = DatabaseCore::of(block);
+    if (!record)
+        return;
+    for (const std::uint32_t slot : record->memberSlots())
+        if (const VcDbObject* member = db->objectAt(slot); member && !member->isErased())
+            if (const auto* entity = VcDbEntity::cast(member))
+                each(*entity);
+}
+
+bool keepsBoxes(const VcGeMatrix3d& m)
+{
+    // Each axis goes to one axis: a box stays a box.
+    for (const auto& row : {m.entry[0], m.entry[1], m.entry[2]}) {
+        const double largest = std::max({std::fabs(row[0]), std::fabs(row[1]), std::fabs(row[2])});
+        int big = 0;
+        for (int column = 0; column < 3; ++column)
+            big += std::fabs(row[column]) > 1e-12 * largest;
+        if (big != 1)
+            return false;
+    }
+    return true;
+}
+
+}
+
+std::unique_ptr<VcDbEntity> looseCopy(const VcDbEntity& entity)
+{
+    const EntityProps props = entity.props();
+    std::unique_ptr<VcDbEntity> copy(static_cast<VcDbEntity*>(entity.copyOf().release()));
+    copy->leaveDatabase();
+    copy->setProps(props);
+    std::vector<VcDbObjectId>* list = copy->subEntities();
+    const DatabaseCore* db = DatabaseCore::of(entity.objectId());
+    if (!list || !db || !entity.subEntities())
+        return copy;
+    for (const VcDbObjectId id : *entity.subEntities())
+        if (const auto* sub = db->liveAs<VcDbEntity>(id))
+            copy->addLooseSubEntity(looseCopy(*sub));
+    return copy;
+}
+
+// Extents
+
+void BlockExtents::addReference(VcDbExtents& extents, const VcDbBlockReference& reference, const VcGeMatrix3d& outer)
+{
+    addMembers(extents, reference.blockTableRecord(), outer * reference.blockTransform());
+}
+
+const VcDbExtents& BlockExtents::ofBlock(VcDbObjectId block)
+{
+    if (const auto known = m_boxes.find(block); known != m_boxes.end())
+        return known->second;
+    // The empty box stands until it is known, so that a block within itself adds nothing.
+    m_boxes.emplace(block, VcDbExtents());
+    VcDbExtents box;
+    addMembers(box, block, VcGeMatrix3d());
+    return m_boxes[block] = box;
+}
+
+void BlockExtents::addMembers(VcDbExtents& extents, VcDbObjectId block, const VcGeMatrix3d& m)
+{
+    const bool boxStays = keepsBoxes(m);
+    forEachMember(block, [&](const VcDbEntity& member) {
+        if (member.isKindOf(VcDbAttributeDefinition::desc()) && !static_cast<const VcDbAttributeDefinition&>(member).isConstant())
+            return;
+        VcDbExtents one;
+        if (const auto* nested = VcDbBlockReference::cast(&member)) {
+            one = ofBlock(nested->blockTableRecord());
+            one.transformBy(m * nested->blockTransform());
+            extents.addExt(one);
+            return;
+        }
+        if (!boxStays)
+            if (const auto copy = looseCopy(member); copy->transformBy(m) == Vcad::eOk && copy->getGeomExtents(one) == Vcad::eOk) {
+                extents.addExt(one);
+                return;
+            }
+        if (member.getGeomExtents(one) == Vcad::eOk) {
+            one.transformBy(m);
+            extents.addExt(one);
+        }
+    });
+}
+
+// Exploding
+
+namespace {
+
+constexpr int kDeepest = 32;
+constexpr std::size_t kMostPieces = 4'000'000;
+
+using Pieces = std::vector<std::unique_ptr<VcDbEntity>>;
+
+// An ellipse for a circle or an arc that an uneven scale makes one.
+std::unique_ptr<VcDbEntity> asEllipse(const VcDbEntity& round, const VcGeMatrix3d& m)
+{
+    auto ellipse = std::make_unique<VcDbEllipse>();
+    const auto* circle = VcDbCircle::cast(&round);
+    const auto* arc = VcDbArc::cast(&round);
+    if (!circle && !arc)
+        return nullptr;
+    if ((circle ? ellipse->setFromCircle(*circle, m) : ellipse->setFromArc(*arc, m)) != Vcad::eOk)
+        return nullptr;
+    ellipse->setPropertiesFrom(&round);
+    return ellipse;
+}
+
+// The entity moved, or simpler entities that look like it moved. False when neither can be had.
+bool addMoved(std::unique_ptr<VcDbEntity> entity, const VcGeMatrix3d& m, Pieces& pieces, int depth)
+{
+    if (entity->transformBy(m) == Vcad::eOk) {
+        pieces.push_back(std::move(entity));
+        return true;
+    }
+    if (auto ellipse = asEllipse(*entity, m)) {
+        pieces.push_back(std::move(ellipse));
+        return true;
+    }
+    std::vector<VcDbEntity*> parts;
+    if (depth == 0 || entity->explode(parts) != Vcad::eOk)
+        return false;
+    Pieces owned(parts.begin(), parts.end());
+    bool all = pieces.size() + owned.size() <= kMostPieces;
+    for (std::unique_ptr<VcDbEntity>& part : owned)
+        all = all && addMoved(std::move(part), m, pieces, depth - 1);
+    return all;
+}
+
+}
+
+Vcad::ErrorStatus explodeReference(const VcDbBlockReference& reference, std::vector<VcDbEntity*>& pieces)
+{
+    const VcDbBlockTableRecord* record = blockOf(reference.blockTableRecord());
+    if (!record || !record->explodable() || record->isFromExternalReference())
+        return Vcad::eCannotExplode;
+    const VcGeMatrix3d m = reference.blockTransform();
+    if (!planeMove(m, VcGeVector3d::zAxis()))
+        return Vcad::eCannotExplode;
+    Pieces made;
+    bool all = true;
+    forEachMember(reference.blockTableRecord(), [&](const VcDbEntity& member) {
+        all = all && addMoved(looseCopy(member), m, made, kDeepest);
+    });
+    if (!all)
+        return Vcad::eCannotScaleNonUniformly;
+    for (std::unique_ptr<VcDbEntity>& piece : made)
+        pieces.push_back(piece.release());
+    return Vcad::eOk;
+}
