@@ -6,8 +6,8 @@
 #include <memory>
 #include <unordered_map>
 
-// A copy of an entity, with copies of its sub-entities, that is in no database. Its xdata and extension dictionary stay
-// behind with the dictionary's owner; extended data comes along.
+// A copy of an entity, with copies of its sub-entities, that is in no database. Extended data comes along; the extension
+// dictionary and reactors stay with the original.
 std::unique_ptr<VcDbEntity> looseCopy(const VcDbEntity& entity);
 
 // Extents of references. The box of each block is worked out once, so deep nesting costs no more than the definitions.

@@ -45,17 +45,20 @@ bool keepsBoxes(const VcGeMatrix3d& m)
 
 std::unique_ptr<VcDbEntity> looseCopy(const VcDbEntity& entity)
 {
-    const EntityProps props = entity.props();
     std::unique_ptr<VcDbEntity> copy(static_cast<VcDbEntity*>(entity.copyOf().release()));
-    copy->leaveDatabase();
-    copy->setProps(props);
-    std::vector<VcDbObjectId>* list = copy->subEntities();
-    const DatabaseCore* db = DatabaseCore::of(entity.objectId());
-    if (!list || !db || !entity.subEntities())
-        return copy;
-    for (const VcDbObjectId id : *entity.subEntities())
-        if (const auto* sub = db->liveAs<VcDbEntity>(id))
-            copy->addLooseSubEntity(looseCopy(*sub));
+    copy->carryProps(entity.props());
+    copy->detach();
+    if (ObjectExtras* extras = copy->extras()) {
+        extras->extensionDictionary = {};
+        extras->reactors.clear();
+    }
+    VcDbObjectId none;
+    if (const auto* reference = VcDbBlockReference::cast(&entity))
+        for (const VcDbEntity* attribute : reference->attributes())
+            static_cast<VcDbBlockReference&>(*copy).appendAttribute(static_cast<VcDbAttribute*>(looseCopy(*attribute).release()));
+    if (const auto* polyline = VcDbVertexOwner::cast(&entity))
+        for (const VcDbEntity* vertex : polyline->vertices())
+            static_cast<VcDbVertexOwner&>(*copy).appendSubEntity(none, looseCopy(*vertex).release());
     return copy;
 }
 

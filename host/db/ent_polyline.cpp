@@ -29,8 +29,6 @@ std::unique_ptr<VcDbObject> createPolyline(std::int64_t flags, std::string_view 
 
 VcDbObjectIterator* VcDbVertexOwner::vertexIterator() const { return new VcDbObjectIterator(m_vertices.ids()); }
 
-Vcad::ErrorStatus VcDbVertexOwner::append(VcDbObjectId& id, VcDbEntity* vertex) { return m_vertices.append(*this, id, vertex); }
-
 void VcDbVertexOwner::setFlag(std::int16_t flag, bool on)
 {
     assertWriteEnabled();
@@ -248,7 +246,7 @@ Vcad::ErrorStatus VcDbPolyFaceMesh::appendVertex(VcDbObjectId& id, VcDbPolyFaceM
 {
     if (m_numVertices == std::numeric_limits<std::int16_t>::max())
         return Vcad::eOutOfRange;
-    const Vcad::ErrorStatus status = append(id, vertex);
+    const Vcad::ErrorStatus status = appendSubEntity(id, vertex);
     if (!status)
         ++m_numVertices;
     return status;
@@ -258,7 +256,7 @@ Vcad::ErrorStatus VcDbPolyFaceMesh::appendFaceRecord(VcDbObjectId& id, VcDbFaceR
 {
     if (m_numFaces == std::numeric_limits<std::int16_t>::max())
         return Vcad::eOutOfRange;
-    const Vcad::ErrorStatus status = append(id, face);
+    const Vcad::ErrorStatus status = appendSubEntity(id, face);
     if (!status)
         ++m_numFaces;
     return status;

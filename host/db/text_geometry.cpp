@@ -1,0 +1,92 @@
+#include "host/db/text_geometry.h"
+
+#include "host/base/unicode.h"
+#include "host/db/database.h"
+#include "sdk/vcdb_records.h"
+
+#include <fmt/format.h>
+
+namespace {
+
+const VcDbTextStyleTableRecord* styleRecord(VcDbObjectId style, const DatabaseCore* db)
+{
+    if (!db)
+        return nullptr;
+    if (const auto* record = db->objectAs<VcDbTextStyleTableRecord>(style))
+        return record;
+    return db->objectAs<VcDbTextStyleTableRecord>(db->findRecord(NameTable::TextStyle, "Standard"));
+}
+
+vktext::FontRequest fontOf(const VcDbTextStyleTableRecord& record)
+{
+    vktext::FontRequest font;
+    font.bigFont = record.bigFontUtf8();
+    const auto face = record.typeface();
+    const bool isFace = face && !face->family.empty();
+    font.font = isFace ? face->family : record.fileUtf8();
+    font.bold = isFace && face->bold;
+    font.italic = isFace && face->italic;
+    return font;
+}
+
+}
+
+vktext::TextStyleSpec textStyleSpec(VcDbObjectId style, const DatabaseCore* db)
+{
+    vktext::TextStyleSpec spec;
+    spec.font = "txt";
+    const VcDbTextStyleTableRecord* record = styleRecord(style, db);
+    if (!record)
+        return spec;
+    static_cast<vktext::FontRequest&>(spec) = fontOf(*record);
+    spec.fixedHeight = record->textSize();
+    spec.widthFactor = record->xScale();
+    spec.oblique = record->obliquingAngle();
+    spec.backwards = record->isBackwards();
+    spec.upsideDown = record->isUpsideDown();
+    spec.vertical = record->isVertical();
+    return spec;
+}
+
+vktext::TextStyleSpec textStyleSpec(const VcDbText& text)
+{
+    vktext::TextStyleSpec spec = textStyleSpec(text.textStyle(), DatabaseCore::of(text.objectId()));
+    spec.fixedHeight = 0;
+    spec.widthFactor = text.widthFactor();
+    spec.oblique = text.oblique();
+    spec.backwards = text.isMirroredInX();
+    spec.upsideDown = text.isMirroredInY();
+    return spec;
+}
+
+VcDbObjectId styleWithFont(DatabaseCore& db, const vktext::FontRequest& font, VcDbObjectId preferred)
+{
+    const VcDbTextStyleTableRecord* own = styleRecord(preferred, &db);
+    if (own && fontOf(*own) == font)
+        return own->objectId();
+    auto* table = db.objectAs<VcDbSymbolTable>(db.tableId(NameTable::TextStyle));
+    if (!table)
+        return preferred;
+    for (const VcDbObjectId id : table->records())
+        if (const auto* record = db.liveAs<VcDbTextStyleTableRecord>(id); record && !record->isShapeFile() && fontOf(*record) == font)
+            return id;
+
+    auto record = std::make_unique<VcDbTextStyleTableRecord>();
+    const std::string stem = fmt::format("MtXpl_{}", font.font);
+    std::string name = stem;
+    for (int n = 1; !table->find(name).isNull(); ++n)
+        name = fmt::format("{}_{}", stem, n);
+    record->setNameUtf8(name);
+    const bool isFile = font.font.find('.') != std::string::npos;
+    record->setFontFiles(isFile ? font.font : std::string(), font.bigFont);
+    if (!isFile)
+        record->setFont(utf8ToWide(font.font).c_str(), font.bold, font.italic, 0, 0);
+    VcDbObjectId id;
+    VcDbTextStyleTableRecord* added = record.release();
+    if (table->add(id, added) != Vcad::eOk) {
+        delete added;
+        return preferred;
+    }
+    added->close();
+    return id;
+}

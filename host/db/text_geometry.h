@@ -1,0 +1,16 @@
+// How large the texts of a drawing are and where their parts stand: from styles of the drawing to plain values of host/text.
+#pragma once
+
+#include "host/text/mtext_layout.h"
+#include "host/text/text_line.h"
+#include "sdk/vcdb_text.h"
+
+class DatabaseCore;
+
+// The style of that id or, where there is none, Standard of the drawing; a text in no drawing has the style txt.
+vktext::TextStyleSpec textStyleSpec(VcDbObjectId style, const DatabaseCore* db);
+// With the width factor, slant and mirroring of the text itself.
+vktext::TextStyleSpec textStyleSpec(const VcDbText& text);
+
+// A record of the drawing with that font; made, under the undo of the drawing, when there is none.
+VcDbObjectId styleWithFont(DatabaseCore& db, const vktext::FontRequest& font, VcDbObjectId preferred);
