@@ -253,11 +253,19 @@ void VcDbText::textFields(FieldVisitor& v)
     v.optionalNumber<std::int8_t>(72, m_horizontal, 0);
     // A justified text always says its point, be it the origin.
     const VcGePoint3d never(NAN, NAN, NAN);
+    if (v.purpose() == FieldVisitor::Purpose::ReadFile)
+        m_alignment = never;
     v.optionalPoint(11, m_alignment, v.isWriting() && !isDefaultAlignment() ? never : VcGePoint3d());
     m_extrusion.normalField(v);
 }
 
-void VcDbText::verticalField(FieldVisitor& v, int code) { v.optionalNumber<std::int8_t>(code, m_vertical, 0); }
+// A file that leaves out the point of a justified text must not make it jump to the origin when it is changed.
+void VcDbText::verticalField(FieldVisitor& v, int code)
+{
+    v.optionalNumber<std::int8_t>(code, m_vertical, 0);
+    if (!isFinite(m_alignment))
+        m_alignment = isDefaultAlignment() ? VcGePoint3d() : m_position;
+}
 
 void VcDbText::fields(FieldVisitor& v)
 {

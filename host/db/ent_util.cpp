@@ -38,7 +38,7 @@ double turnOf(double angle)
 // Rounding must not tilt a plane that only moved, or came back to an axis: its own axes could jump.
 static VcGeVector3d settled(const VcGeVector3d& n, const VcGeVector3d& before)
 {
-    const VcGeVector3d likely[] = {before, -before, {0, 0, 1}, {0, 0, -1}, {1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, {0, -1, 0}};
+    const VcGeVector3d likely[] = {before, -before, before.normal(), {0, 0, 1}, {0, 0, -1}, {1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, {0, -1, 0}};
     for (const VcGeVector3d& v : likely)
         if ((n - v).length() < 1e-12)
             return v;
@@ -57,7 +57,7 @@ std::optional<PlaneMove> planeMove(const VcGeMatrix3d& m, const VcGeVector3d& no
     PlaneMove move;
     move.mirrored = volume < 0;
     const VcGeVector3d exact = (move.mirrored ? -across : across).normal();
-    move.normal = settled(exact, old.z);
+    move.normal = settled(exact, normal);
     move.own = VcGeMatrix3d::worldToPlane(move.normal) * m * VcGeMatrix3d::planeToWorld(old.z);
     const double length = std::sqrt(u.length() * v.length());
     move.scale = length;

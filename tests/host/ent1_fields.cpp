@@ -95,7 +95,7 @@ const FieldCase kCases[] = {
      "100 AcDbText | 10 1 | 20 2 | 30 0 | 40 2.5 | 1 abc | 50 30 | 41 0.8 | 51 15 | 71 2 | 72 1 | 11 0 | 21 0 | 31 0 | 100 AcDbText | 73 2"},
     {"TextOfR12", "TEXT", DxfVersion::R12, "10 1 | 20 2 | 30 0 | 40 2.5 | 1 abc | 50 30 | 72 1 | 11 5 | 21 2 | 31 0 | 73 1"},
     {"Attribute", "ATTRIB", DxfVersion::R2018,
-     "100 AcDbText | 10 1 | 20 2 | 30 0 | 40 2.5 | 1 abc | 100 AcDbAttribute | 280 0 | 2 TAG | 70 1 | 74 2 | 280 1"},
+     "100 AcDbText | 10 1 | 20 2 | 30 0 | 40 2.5 | 1 abc | 11 1 | 21 3 | 31 0 | 100 AcDbAttribute | 280 0 | 2 TAG | 70 1 | 74 2 | 280 1"},
     {"AttributeOf2007", "ATTRIB", DxfVersion::R2007, "100 AcDbText | 10 1 | 20 2 | 30 0 | 40 2.5 | 1 abc | 100 AcDbAttribute | 2 TAG | 70 0 | 280 1"},
     {"Definition", "ATTDEF", DxfVersion::R2000,
      "100 AcDbText | 10 1 | 20 2 | 30 0 | 40 2.5 | 1 abc | 100 AcDbAttributeDefinition | 3 What? | 2 TAG | 70 8 | 73 12"},
@@ -157,6 +157,16 @@ TEST_P(Ent1Fields, AreTheSameInACopy)
     const auto assigned = make(GetParam().kind);
     assigned->assignFrom(*copy);
     EXPECT_EQ(written(*assigned, d, FieldVisitor::Purpose::WriteFile, GetParam().version), withCommon(GetParam()));
+}
+
+TEST(Ent1Fields, AJustifiedTextWithoutAPointStaysWhereItIs)
+{
+    Drawing d;
+    VcDbText text;
+    read(text, d, "100 AcDbEntity | 8 0 | 100 AcDbText | 10 1 | 20 2 | 30 0 | 40 2.5 | 1 abc | 72 2 | 100 AcDbText", DxfVersion::R2000);
+    expectNear(text.alignmentPoint(), {1, 2, 0}, 0);
+    text.setHeight(5);
+    EXPECT_NEAR(text.position().y, 2, 1e-12);
 }
 
 // A chain carries what a file leaves out at its default.
