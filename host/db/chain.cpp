@@ -8,6 +8,7 @@
 #include "host/db/field_reader.h"
 #include "host/db/field_writer.h"
 #include "host/db/kept_object.h"
+#include "host/db/obj_tag_chain.h"
 #include "host/db/object_factory.h"
 #include "host/db/xdata.h"
 #include "sdk/vcdb_entity.h"
@@ -64,22 +65,25 @@ bool isLeftOut(int code, double value)
 
 class ChainSink : public GroupSink {
 public:
-    ChainSink(VcDbObject& object, RbBuilder& chain) : m_object(object), m_chain(chain), m_isEntity(object.isKindOf(VcDbEntity::desc())) {}
+    ChainSink(VcDbObject& object, RbBuilder& chain) : m_object(object), m_chain(chain), m_points(chain), m_isEntity(object.isKindOf(VcDbEntity::desc())) {}
 
     void real(int code, double value) override
     {
         if (m_isEntity && (m_common || code == 39) && isLeftOut(code, value))
             return;
-        m_chain.addReal(code, value);
+        if (!m_points.take(code, value))
+            m_chain.addReal(code, value);
     }
     void integer(int code, std::int64_t value) override
     {
+        m_points.stop();
         if (m_isEntity && m_common && isLeftOut(code, double(value)))
             return;
         m_chain.addInteger(code, value);
     }
     void text(int code, std::string_view utf8) override
     {
+        m_points.stop();
         if (m_isEntity && m_common && ((code == 6 && equalNoCase(utf8, "ByLayer")) || (code == 430 && utf8.empty())))
             return;
         m_chain.addUtf8(code, utf8);
@@ -95,6 +99,7 @@ public:
     }
     void reference(int code, VcDbObjectId id, std::uint64_t handle) override
     {
+        m_points.stop();
         if (groupKind(code) != GroupKind::Reference) {
             m_chain.addUtf8(code, hex(handle));
             return;
@@ -133,6 +138,7 @@ private:
 
     VcDbObject& m_object;
     RbBuilder& m_chain;
+    PointJoiner m_points;
     bool m_isEntity;
     bool m_common = false;
 };
@@ -267,7 +273,7 @@ ChainGroups::ChainGroups(const resbuf* chain)
     const resbuf* node = chain;
     bool inBraces = false;
     for (; node && node->restype != -3; node = node->rbnext) {
-        if (node->restype == 102) {
+        if (node->restype == 102 && m_markers.empty()) {
             inBraces = !rbUtf8(*node).starts_with('}');
             continue;
         }
@@ -277,6 +283,16 @@ ChainGroups::ChainGroups(const resbuf* chain)
     if (node)
         m_xdata = copyRbChain(node->rbnext);
 }
+
+// In a dimension style it names an arrow, in a draw order it is the handle to sort by.
+bool ChainGroups::hasDataIn5() const
+{
+    const VcRxClass* cls = m_name ? m_name->objectClass() : nullptr;
+    const std::string_view type = cls && cls->dxfName() ? cls->dxfName() : m_type;
+    return type == "DIMSTYLE" || type == "SORTENTSTABLE";
+}
+
+bool ChainGroups::isXrecord() const { return !m_markers.empty() && m_markers.back() == "AcDbXrecord"; }
 
 void ChainGroups::addNode(const resbuf& node)
 {
@@ -293,9 +309,9 @@ void ChainGroups::addNode(const resbuf& node)
         return;
     }
     // Handles and owners are the host's, as are the space and what the database works out.
-    if (code < 0 || code == 5 || code == 105 || code == 330 || (code == 67 && m_markers.size() < 2) || code == 410)
-        if (code != 330 || m_markers.size() < 2)
-            return;
+    if (code < 0 || code == 105 || (code == 5 && !hasDataIn5()) || (code == 330 && m_markers.empty()) ||
+        (code == 67 && m_markers.size() < 2) || (code == 410 && !isXrecord()))
+        return;
     switch (groupKind(code)) {
     case GroupKind::Point:
         m_tags.push_back(Tag::ofPoint(code, node.resval.rpoint[0], node.resval.rpoint[1], node.resval.rpoint[2]));

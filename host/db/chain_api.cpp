@@ -72,6 +72,7 @@ Vcad::ErrorStatus replaceRecord(VcDbSymbolTableRecord& record, ChainGroups& grou
     const std::unique_ptr<VcDbObject> before = record.copyOf();
     record.assignFrom(wanted);
     record.stateRestored(*before);
+    record.fieldsChanged();
     return xdata ? record.setXData(xdata.get()) : Vcad::eOk;
 }
 

@@ -161,7 +161,9 @@ int makeRecord(DatabaseCore& db, std::unique_ptr<VcDbObject> object, VcDbObjectI
         auto& record = static_cast<VcDbSymbolTableRecord&>(*object);
         if (!isLegalRecordName(record.nameUtf8()) || table->add(made, &record))
             return RTERROR;
-        object.release()->close();
+        object.release();
+        record.fieldsChanged();
+        record.close();
         return RTNORM;
     }
     return RTERROR;

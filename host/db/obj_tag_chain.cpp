@@ -43,39 +43,6 @@ void addTag(RbBuilder& chain, const Tag& tag, const DatabaseCore* db)
     }
 }
 
-// Puts the coordinates of one point together: 10, 20 and 30 as they stand one behind the other.
-class PointJoiner {
-public:
-    explicit PointJoiner(RbBuilder& chain) : m_chain(chain) {}
-    bool take(const Tag& tag)
-    {
-        if (tag.form != Tag::Form::Real)
-            return drop();
-        if (m_point && tag.code == m_point->restype + m_next * 10) {
-            m_point->resval.rpoint[m_next] = tag.real;
-            m_next == 2 ? drop() : bool(++m_next);
-            return true;
-        }
-        drop();
-        if (groupKind(tag.code) != GroupKind::Point)
-            return false;
-        m_point = &m_chain.add(tag.code);
-        setRbPoint(*m_point, tag.real, 0, 0);
-        m_next = 1;
-        return true;
-    }
-
-private:
-    bool drop()
-    {
-        m_point = nullptr;
-        return false;
-    }
-    RbBuilder& m_chain;
-    resbuf* m_point = nullptr;
-    int m_next = 0;
-};
-
 bool addReferenceNode(TagList& tags, const resbuf& node, const DatabaseCore* db)
 {
     const vds_name& name = node.resval.rlname;
@@ -122,13 +89,31 @@ bool addNode(TagList& tags, const resbuf& node, const DatabaseCore* db)
 
 }
 
+bool PointJoiner::take(int code, double value)
+{
+    if (m_point && m_axis < 3 && code == m_point->restype + m_axis * 10) {
+        m_point->resval.rpoint[m_axis++] = value;
+        return true;
+    }
+    stop();
+    if (groupKind(code) != GroupKind::Point)
+        return false;
+    m_point = &m_chain.add(code);
+    setRbPoint(*m_point, value, 0, 0);
+    m_axis = 1;
+    return true;
+}
+
 RbPtr tagsToChain(const TagList& tags, const DatabaseCore* db)
 {
     RbBuilder chain;
     PointJoiner points(chain);
-    for (const Tag& tag : tags)
-        if (!points.take(tag))
-            addTag(chain, tag, db);
+    for (const Tag& tag : tags) {
+        if (tag.form == Tag::Form::Real && points.take(tag.code, tag.real))
+            continue;
+        points.stop();
+        addTag(chain, tag, db);
+    }
     return chain.take();
 }
 

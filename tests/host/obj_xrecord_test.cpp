@@ -123,4 +123,23 @@ TEST_F(Xrecords, UndoBringsTheDataBack)
     EXPECT_EQ(rbUtf8(*get()), "first");
 }
 
+TEST_F(Xrecords, AnObjectsChainHasTheDataToo)
+{
+    vds_name name;
+    idToName(db.layerTableId(), name);
+    RbBuilder data;
+    data.addUtf8(102, "{X");
+    data.addPoint(10, 1, 2, 3);
+    data.addName(330, name);
+    data.addUtf8(410, "text");
+    data.addUtf8(102, "}");
+    const RbPtr given = data.take();
+    ASSERT_EQ(record.setFromRbChain(*given), Vcad::eOk);
+    const RbPtr chain = chainOf(record);
+    ChainGroups groups(chain.get());
+    std::unique_ptr<VcDbObject> copy = objectOfChain(db.core(), groups);
+    ASSERT_NE(copy, nullptr);
+    EXPECT_EQ(static_cast<VcDbXrecord&>(*copy).data(), record.data());
+}
+
 }

@@ -3,7 +3,9 @@
 #include "host/db/chain.h"
 #include "host/db/rec_arrow_blocks.h"
 #include "host/db/rec_dim_variables.h"
+#include "sdk/vcdb_chains.h"
 #include "sdk/vcdb_records.h"
+#include "sdk/vchost.h"
 
 #include <gtest/gtest.h>
 
@@ -224,6 +226,68 @@ TEST(ArrowBlocks, ABlockOfTheUsersOwnComesFirst)
     ASSERT_EQ(static_cast<VcDbBlockTable&>(db.core().table(NameTable::Block)).add(id, record), Vcad::eOk);
     record->close();
     EXPECT_EQ(arrowBlock(db.core(), "DOT"), id);
+}
+
+
+// Chains of the C interface work on the drawing that is current.
+struct DimStyleChains : DimStyles {
+    DimStyleChains() { vcdbHostApplicationServices()->setWorkingDatabase(&db); }
+    ~DimStyleChains() override { vcdbHostApplicationServices()->setWorkingDatabase(nullptr); }
+
+    static RbBuilder begin(const char* name)
+    {
+        RbBuilder chain;
+        chain.addUtf8(0, "DIMSTYLE");
+        chain.addUtf8(100, "AcDbSymbolTableRecord");
+        chain.addUtf8(100, "AcDbDimStyleTableRecord");
+        chain.addUtf8(2, name);
+        chain.addInteger(70, 0);
+        return chain;
+    }
+    const VcDbDimStyleTableRecord* find(const char* name)
+    {
+        return db.core().objectAs<VcDbDimStyleTableRecord>(db.core().findRecord(NameTable::DimStyle, name));
+    }
+};
+
+TEST_F(DimStyleChains, ABuiltInArrowMakesItsBlock)
+{
+    RbBuilder chain = begin("ARROWS");
+    chain.addUtf8(5, "_DOT");
+    chain.addUtf8(7, "oblique");
+    chain.addUtf8(5, "_DOT");
+    chain.addInteger(277, 4);
+    ASSERT_EQ(vcdbEntMake(chain.take().get()), RTNORM);
+    const VcDbDimStyleTableRecord* made = find("ARROWS");
+    ASSERT_NE(made, nullptr);
+    EXPECT_EQ(made->dimVars().dimblk, db.core().findRecord(NameTable::Block, "_DOT"));
+    EXPECT_FALSE(made->dimVars().dimblk.isNull());
+    EXPECT_EQ(made->dimVars().dimblk2, db.core().findRecord(NameTable::Block, "_OBLIQUE"));
+    EXPECT_TRUE(made->dimVars().dimblk1.isNull());
+    EXPECT_EQ(made->dimVars().dimlunit, 4);
+    EXPECT_EQ(made->dimVars().dimasz, 0.18);
+}
+
+TEST_F(DimStyleChains, WhatAChainLeavesOutFallsToTheDefault)
+{
+    VcDbDimVars vars = style.dimVars();
+    vars.dimasz = 5;
+    vars.dimblk = arrowBlock(db.core(), "DOT");
+    style.setDimVars(vars);
+    RbPtr fetched = chainOf(style);
+    RbBuilder chain;
+    vds_name name;
+    idToName(style.objectId(), name);
+    chain.addName(-1, name);
+    chain.addUtf8(0, "DIMSTYLE");
+    chain.addUtf8(2, "Standard");
+    chain.addReal(42, 3);
+    ASSERT_EQ(vcdbEntMod(chain.take().get()), RTNORM);
+    EXPECT_EQ(style.dimVars().dimexo, 3);
+    EXPECT_EQ(style.dimVars().dimasz, 0.18);
+    EXPECT_TRUE(style.dimVars().dimblk.isNull());
+    ASSERT_EQ(vcdbEntMod(fetched.get()), RTNORM);
+    EXPECT_EQ(style.dimVars(), vars);
 }
 
 }
