@@ -40,7 +40,15 @@ struct FileOrigin {
     bool binary = false;
     bool crLf = true;
     bool namesLayouts = false;  // entities of layouts carry group 410
+    bool hasHandles = false;    // R12: entities carry their handles
     bool fromFile = false;
+    std::size_t headerEntries = 0;  // how many of the header's variables came from it
+    // What each table said its number of records was, and how many there were when it had been read.
+    struct TableCount {
+        std::int64_t stated = -1;
+        std::size_t read = 0;
+    };
+    TableCount tableCounts[9];
 };
 
 class VKHOST_API DatabaseCore {
