@@ -3,8 +3,9 @@
 
 #include "host/db/database.h"
 
+#include <map>
+
 class GroupSink;
-class ObjectWriter;
 class VcDbEntity;
 
 enum class Fate { Kept, Rewritten, Dropped };
@@ -12,8 +13,7 @@ enum class Fate { Kept, Rewritten, Dropped };
 // What the release can say of an entity: itself, something older that looks the same, or nothing.
 Fate fateOf(const VcDbEntity& entity, const DatabaseCore& db, DxfVersion version);
 // Writes what stands for an entity whose fate is Rewritten.
-void writeOlderForm(VcDbEntity& entity, DatabaseCore& db, DxfVersion version, ObjectWriter& writer, GroupSink& sink,
-                    const TagList* space);
+void writeOlderForm(VcDbEntity& entity, DatabaseCore& db, DxfVersion version, GroupSink& sink, const TagList* space);
 
 // ByLayer and ByBlock, which R12 does not list.
 bool isAbstractLinetype(const DatabaseCore& db, VcDbObjectId id);

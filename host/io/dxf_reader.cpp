@@ -319,7 +319,10 @@ void DxfReader::finish()
     m_db.setSpaces(space(false).objectId(), space(true).objectId());
     for (const VcDbObjectId id : m_db.table(NameTable::Block).records())
         addBlockEnds(*m_db.objectAs<VcDbBlockTableRecord>(id));
+    m_db.origin.headerEntries = m_db.header().entries().size();
     ensureStandardObjects(m_db);
+    for (int t = 0; t < 9; ++t)
+        m_db.origin.tableCounts[t].read = m_db.table(NameTable(t)).records().size();
     m_result.objects = m_objects->objectsRead();
     if (m_options.progress)
         m_options.progress(1.0);

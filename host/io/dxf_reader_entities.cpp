@@ -54,6 +54,7 @@ void DxfReader::readEntity(VcDbBlockTableRecord* block)
     m_objects->fill(entity, parts);
     owner.memberAdded(entity);
     m_db.origin.namesLayouts |= parts.namesLayout;
+    m_db.origin.hasHandles |= parts.handle != 0;
     ++m_result.entities;
     if (entity.subEntities()) {
         m_parent = &entity;

@@ -114,6 +114,11 @@ void DxfReader::declareTable(TableEntry& entry)
     if (id.isNull())
         id = m_objects->place(entry.kind->create(), entry.parts, {}, entry.record.line);
     entry.object = m_db.object(id);
+    for (const Tag& tag : entry.parts.body)
+        if (std::int64_t count = 0; tag.code == 70 && m_objects->fields().integerOf(tag, count)) {
+            m_db.origin.tableCounts[static_cast<int>(entry.kind->table)].stated = count;
+            break;
+        }
 }
 
 void DxfReader::declareRecord(TableEntry& entry, VcDbObjectId tableId)

@@ -5,7 +5,9 @@
 #include "host/db/kept_object.h"
 #include "host/io/downgrade.h"
 #include "host/io/header_versions.h"
+#include "sdk/vcdb_insert.h"
 #include "sdk/vcdb_layout.h"
+#include "sdk/vcdb_polylines.h"
 #include "sdk/vcdb_tables.h"
 
 #include <fmt/format.h>
@@ -269,7 +271,7 @@ void DxfWriter::entity(VcDbEntity& main)
     if (fate == Fate::Rewritten) {
         ++m_result.rewrote;
         ++m_result.rewroteByType[dxfNameOf(main)];
-        writeOlderForm(main, m_db, m_version, m_objects, m_sink, space);
+        writeOlderForm(main, m_db, m_version, m_sink, space);
         return;
     }
     ++m_result.kept;
