@@ -16,6 +16,12 @@ inline PresenceKey presenceKey(int subclassCall, int code)
     return static_cast<PresenceKey>(subclassCall) << 16 | static_cast<std::uint16_t>(code);
 }
 
+// The same with a record that the group names.
+inline std::uint64_t spellingKey(std::uint32_t slot, int subclassCall, int code)
+{
+    return std::uint64_t(slot) << 32 | presenceKey(subclassCall, code);
+}
+
 // The number of the profile with these keys, in any order and repeated at will; 0 when there are too many profiles.
 VKHOST_API std::uint16_t internPresence(std::vector<PresenceKey>& keys);
 VKHOST_API bool presenceHas(std::uint16_t profile, PresenceKey key);

@@ -53,6 +53,14 @@ std::string spaceName(const std::string& name)
     return name;
 }
 
+// A table's name stands ahead of its handle and is written there, whatever the table itself writes.
+void dropName(DxfRecord& table)
+{
+    const auto name = std::find_if(table.tags.begin(), table.tags.end(), [](const Tag& t) { return t.code == 2; });
+    if (name != table.tags.end())
+        table.tags.erase(name);
+}
+
 }
 
 struct DxfReader::TableEntry {
@@ -79,6 +87,8 @@ void DxfReader::readTables()
         entry.record = std::move(m_record);
         m_record = {};
         entry.kind = kind;
+        if (entry.record.type == "TABLE")
+            dropName(entry.record);
         entry.parts = m_objects->split(entry.record, false);
         entry.braces.assign(entry.parts.braces.begin(), entry.parts.braces.end());
         entry.parts.braces = entry.braces;
@@ -145,6 +155,9 @@ void DxfReader::declareRecord(TableEntry& entry, VcDbObjectId tableId)
     m_objects->place(std::move(made), entry.parts, tableId, entry.record.line);
     table.recordAdded(record);
     entry.object = &record;
+    if (entry.parts.owner && entry.parts.owner != m_db.handleOf(tableId))
+        note(entry.record.line, entry.parts.handle,
+             fmt::format("the owner of {} \"{}\" was {:X}, which is not its table", entry.record.type, record.nameUtf8(), entry.parts.owner));
 }
 
 void DxfReader::readBlocks()

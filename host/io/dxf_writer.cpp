@@ -279,7 +279,7 @@ void DxfWriter::entity(VcDbEntity& main)
     const auto* subs = main.subEntities();
     if (!subs)
         return;
-    bool any = main.isKindOf(VcDbVertexOwner::desc());
+    bool any = subs->empty() || main.isKindOf(VcDbVertexOwner::desc());
     for (const VcDbObjectId id : *subs)
         if (VcDbObject* sub = m_db.object(id); isLive(sub)) {
             m_objects.write(*sub, space);
