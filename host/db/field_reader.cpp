@@ -370,7 +370,7 @@ bool FieldReader::recordOf(const Tag& tag, NameTable table, VcDbObjectId& id)
     id = seen.id;
     if (seen.isSpeltOtherwise) {
         textOf(tag, m_scratch);
-        m_db.spellings.emplace(spellingKey(id.slot(), static_cast<int>(m_calls.size()) - 1, tag.code), trimBlanks(m_scratch));
+        m_db.spellings.emplace(spellingKey(id.slot(), m_calls.back().marker, tag.code), trimBlanks(m_scratch));
     }
     return true;
 }

@@ -215,7 +215,7 @@ void FieldWriter::name(int code, NameTable, VcDbObjectId& id)
     const auto* record = m_db.objectAs<VcDbSymbolTableRecord>(id);
     std::string_view spelt = record ? std::string_view(record->nameUtf8()) : std::string_view();
     if (!m_db.spellings.empty() && isFile()) {
-        const auto other = m_db.spellings.find(spellingKey(id.slot(), static_cast<int>(m_calls.size()) - 1, code));
+        const auto other = m_db.spellings.find(spellingKey(id.slot(), m_subclass, code));
         if (other != m_db.spellings.end() && equalNoCase(other->second, spelt))
             spelt = other->second;
     }

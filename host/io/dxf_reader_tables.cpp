@@ -187,6 +187,8 @@ void DxfReader::beginBlock()
             break;
         }
     m_block = &blockFor(spaceName(name), parts.owner);
+    if (parts.owner && parts.owner != m_db.handleOf(m_block->objectId()))
+        note(m_record.line, parts.handle, fmt::format("the owner of block \"{}\" was {:X}, which is not its record", name, parts.owner));
     std::unique_ptr<VcDbObject> made = makeEntity("BLOCK", parts.body);
     auto& begin = static_cast<VcDbEntity&>(*made);
     const VcDbObjectId id = m_objects->place(std::move(made), parts, m_block->objectId(), m_record.line);
