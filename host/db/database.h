@@ -40,7 +40,15 @@ struct FileOrigin {
     bool binary = false;
     bool crLf = true;
     bool namesLayouts = false;  // entities of layouts carry group 410
+    bool hasHandles = false;    // R12: entities carry their handles
     bool fromFile = false;
+    std::size_t headerEntries = 0;  // how many of the header's variables came from it
+    // What each table said its number of records was, and how many there were when it had been read.
+    struct TableCount {
+        std::int64_t stated = -1;
+        std::size_t read = 0;
+    };
+    TableCount tableCounts[9];
 };
 
 class VKHOST_API DatabaseCore {
@@ -128,6 +136,9 @@ public:
     std::vector<ClassRecord> classes;
     std::vector<KeptSection> keptSections;
     FileOrigin origin;
+    // How the file spells names of records where it refers to them in another case than the records have, by the slot of
+    // the record and the field.
+    std::unordered_map<std::uint64_t, std::string> spellings;
     // Set while a file is read: names that are missing are made, references may run ahead.
     bool loading = false;
     // With TILEMODE 0: whether a viewport is current, so that new entities go to model space.

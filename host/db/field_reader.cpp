@@ -5,6 +5,7 @@
 #include "host/db/database.h"
 #include "host/db/degrees.h"
 #include "host/db/extras.h"
+#include "sdk/vcdb_tables.h"
 
 #include <cmath>
 #include <fmt/format.h>
@@ -59,6 +60,7 @@ struct FieldReader::NameCache {
         std::string raw;
         VcDbObjectId id;
         int table = -1;
+        bool isSpeltOtherwise = false;  // than the record itself
     };
     Entry entries[512];
 
@@ -362,8 +364,14 @@ bool FieldReader::recordOf(const Tag& tag, NameTable table, VcDbObjectId& id)
         seen.id = name.empty() ? VcDbObjectId() : m_db.recordFor(table, name);
         seen.raw = raw;
         seen.table = static_cast<int>(table);
+        const auto* record = static_cast<const VcDbSymbolTableRecord*>(m_db.object(seen.id));
+        seen.isSpeltOtherwise = record && record->nameUtf8() != name;
     }
     id = seen.id;
+    if (seen.isSpeltOtherwise) {
+        textOf(tag, m_scratch);
+        m_db.spellings.emplace(spellingKey(id.slot(), m_calls.back().marker, tag.code), trimBlanks(m_scratch));
+    }
     return true;
 }
 

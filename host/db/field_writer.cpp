@@ -59,8 +59,9 @@ FieldWriter::FieldWriter(Purpose purpose, DxfVersion version, DatabaseCore& db, 
 
 FieldWriter::~FieldWriter() = default;
 
-void FieldWriter::begin(const VcDbObject& object)
+void FieldWriter::begin(const VcDbObject& object, const TagList* common)
 {
+    m_common = common;
     m_pending.clear();
     m_written.clear();
     m_pendingHere = 0;
@@ -95,7 +96,9 @@ void FieldWriter::put(Pending& pending)
     if (pending.written)
         return;
     pending.written = true;
+    m_sink.beginKept();
     putTags(m_sink, pending.groups->tags);
+    m_sink.endKept();
 }
 
 void FieldWriter::beginSubclass()
@@ -128,6 +131,8 @@ void FieldWriter::subclass(const char* marker)
     m_calls.push_back(m_subclass);
     if (isChain() || version() >= DxfVersion::R13)
         m_sink.text(m_subclass == "Embedded Object" ? 101 : 100, m_subclass);
+    if (m_common && m_subclass == "AcDbEntity")
+        putTags(m_sink, *m_common);
     if (!m_pending.empty())
         beginSubclass();
 }
@@ -208,7 +213,13 @@ void FieldWriter::ref(int code, RefKind, VcDbObjectId& id)
 void FieldWriter::name(int code, NameTable, VcDbObjectId& id)
 {
     const auto* record = m_db.objectAs<VcDbSymbolTableRecord>(id);
-    m_sink.text(code, record ? std::string_view(record->nameUtf8()) : std::string_view());
+    std::string_view spelt = record ? std::string_view(record->nameUtf8()) : std::string_view();
+    if (!m_db.spellings.empty() && isFile()) {
+        const auto other = m_db.spellings.find(spellingKey(id.slot(), m_subclass, code));
+        if (other != m_db.spellings.end() && equalNoCase(other->second, spelt))
+            spelt = other->second;
+    }
+    m_sink.text(code, spelt);
     wrote(code);
 }
 

@@ -17,6 +17,9 @@ public:
     virtual void text(int code, std::string_view utf8) = 0;
     virtual void handle(int code, std::uint64_t handle) = 0;
     virtual void bytes(int code, std::string_view data) = 0;  // one chunk
+    // Around groups that are put back as they came and that no field of the class wrote.
+    virtual void beginKept() {}
+    virtual void endKept() {}
     // Of a field that is a reference; the id may be of an object that the file has not brought.
     virtual void reference(int code, VcDbObjectId id, std::uint64_t handle)
     {
@@ -44,8 +47,9 @@ public:
     FieldWriter(Purpose purpose, DxfVersion version, DatabaseCore& db, GroupSink& sink);
     ~FieldWriter() override;
 
-    // Around fields() of one object: its unclaimed groups go back in between.
-    void begin(const VcDbObject& object);
+    // Around fields() of one object: its unclaimed groups go back in between, and the common ones behind the marker of what
+    // all entities have.
+    void begin(const VcDbObject& object, const TagList* common = nullptr);
     void finish();
 
     void subclass(const char* marker) override;
@@ -100,4 +104,5 @@ private:
     std::vector<std::string_view> m_calls;
     std::uint16_t m_occurrence = 0;
     std::uint16_t m_profile = 0;
+    const TagList* m_common = nullptr;
 };

@@ -6,6 +6,8 @@
 #include "host/base/api.h"
 
 #include <cstdint>
+#include <functional>
+#include <string_view>
 #include <vector>
 
 // A group of a class: the number of the subclass call in fields() that it belongs to, and its code.
@@ -14,6 +16,12 @@ using PresenceKey = std::uint32_t;
 inline PresenceKey presenceKey(int subclassCall, int code)
 {
     return static_cast<PresenceKey>(subclassCall) << 16 | static_cast<std::uint16_t>(code);
+}
+
+// A record and the group that names it, by subclass and code.
+inline std::uint64_t spellingKey(std::uint32_t slot, std::string_view subclass, int code)
+{
+    return std::uint64_t(slot) << 32 | presenceKey(static_cast<int>(std::hash<std::string_view>{}(subclass) & 0xFFFF), code);
 }
 
 // The number of the profile with these keys, in any order and repeated at will; 0 when there are too many profiles.

@@ -1,24 +1,21 @@
 #include "host/io/class_choice.h"
 
 #include "host/base/numbers.h"
-#include "host/db/ent_factories.h"
 #include "host/db/kept_object.h"
-
-// Of the seven dimensions that share a group 0, by group 70 and the last marker.
-std::unique_ptr<VcDbObject> createDimension(std::int64_t flags, std::string_view marker);
+#include "host/db/object_factory.h"
 
 namespace {
 
-std::int64_t integerIn(std::span<const Tag> body, int code, std::int64_t byDefault)
+std::int64_t integerIn(std::span<const Tag> body, int code)
 {
     for (const Tag& tag : body) {
         if (tag.code != code)
             continue;
         if (tag.form == Tag::Form::Integer)
             return tag.integer;
-        return tag.form == Tag::Form::Raw ? parseIntegerLoosely(tag.view()).value_or(byDefault) : byDefault;
+        return tag.form == Tag::Form::Raw ? parseIntegerLoosely(tag.view()).value_or(0) : 0;
     }
-    return byDefault;
+    return 0;
 }
 
 // The last marker, which names the most derived class.
@@ -30,30 +27,11 @@ std::string_view lastMarker(std::span<const Tag> body)
     return {};
 }
 
-std::unique_ptr<VcDbObject> createByName(std::string_view type)
-{
-    const VcRxClass* cls = VcRxClass::findByDxfName(type.data(), type.size());
-    return std::unique_ptr<VcDbObject>(cls ? cls->create() : nullptr);
-}
-
-std::unique_ptr<VcDbObject> createEntity(std::string_view type, std::span<const Tag> body)
-{
-    if (type == "POLYLINE")
-        return createPolyline(integerIn(body, 70, 0), lastMarker(body));
-    if (type == "VERTEX")
-        return createVertex(integerIn(body, 70, 0), lastMarker(body));
-    if (type == "INSERT")
-        return createInsert(integerIn(body, 70, 1), integerIn(body, 71, 1));
-    if (type == "DIMENSION")
-        return createDimension(integerIn(body, 70, 0), lastMarker(body));
-    return createByName(type == "3DLINE" ? "LINE" : type);
-}
-
 }
 
 std::unique_ptr<VcDbObject> makeEntity(std::string_view type, std::span<const Tag> body)
 {
-    std::unique_ptr<VcDbObject> made = createEntity(type, body);
+    std::unique_ptr<VcDbObject> made = newObjectOfType(type, integerIn(body, 70), integerIn(body, 71), lastMarker(body));
     if (!made || !made->isKindOf(VcDbEntity::desc()))
         made = std::make_unique<VcDbKeptEntity>(type);
     return made;
@@ -61,7 +39,7 @@ std::unique_ptr<VcDbObject> makeEntity(std::string_view type, std::span<const Ta
 
 std::unique_ptr<VcDbObject> makeObject(std::string_view type)
 {
-    std::unique_ptr<VcDbObject> made = createByName(type);
+    std::unique_ptr<VcDbObject> made = newObjectOfType(type, 0, 0, {});
     if (!made || made->isKindOf(VcDbEntity::desc()))
         made = std::make_unique<VcDbKeptObject>(type);
     return made;

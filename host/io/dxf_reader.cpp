@@ -74,8 +74,9 @@ void DxfReader::prescan()
             page = headerText(record, "$DWGCODEPAGE");
             seed = headerText(record, "$HANDSEED");
             isHeaderAhead = false;
+            continue;
         }
-        if (!isHeaderAhead && !seed.empty() && m_bytes.size() > kSmallFile)
+        if (!isHeaderAhead && parseHandle(seed).value_or(0) > 1 && m_bytes.size() > kSmallFile)
             break;
         for (const int code : {5, 105})
             if (const auto handle = parseHandle(record.text(code)); handle && *handle < (std::uint64_t(1) << 60))
@@ -157,6 +158,8 @@ void DxfReader::read()
         } else if (m_record.type == "SECTION") {
             anySection = true;
             readSection();
+        } else if (m_record.type == "ENDSEC") {
+            note(m_record.line, 0, "ENDSEC stands outside of a section");
         } else if (m_options.recover) {
             note(m_record.line, 0, fmt::format("SECTION was expected, found {}", m_record.type), false);
             readEntity(nullptr);
@@ -319,7 +322,10 @@ void DxfReader::finish()
     m_db.setSpaces(space(false).objectId(), space(true).objectId());
     for (const VcDbObjectId id : m_db.table(NameTable::Block).records())
         addBlockEnds(*m_db.objectAs<VcDbBlockTableRecord>(id));
+    m_db.origin.headerEntries = m_db.header().entries().size();
     ensureStandardObjects(m_db);
+    for (int t = 0; t < 9; ++t)
+        m_db.origin.tableCounts[t].read = m_db.table(NameTable(t)).records().size();
     m_result.objects = m_objects->objectsRead();
     if (m_options.progress)
         m_options.progress(1.0);

@@ -37,7 +37,11 @@ VcDbBlockTableRecord& DxfReader::spaceOf(const ObjectParts& parts)
         m_lastOwner = parts.owner;
         m_lastOwnerBlock = m_db.objectAs<VcDbBlockTableRecord>(m_db.findHandle(parts.owner));
     }
-    return m_lastOwnerBlock ? *m_lastOwnerBlock : space(parts.inPaperSpace);
+    if (m_lastOwnerBlock)
+        return *m_lastOwnerBlock;
+    VcDbBlockTableRecord& owner = space(parts.inPaperSpace);
+    note(m_record.line, parts.handle, fmt::format("the owner of {} was {:X}, which is no block; it stands in {}", m_record.type, parts.owner, owner.nameUtf8()));
+    return owner;
 }
 
 void DxfReader::readEntity(VcDbBlockTableRecord* block)
@@ -54,6 +58,7 @@ void DxfReader::readEntity(VcDbBlockTableRecord* block)
     m_objects->fill(entity, parts);
     owner.memberAdded(entity);
     m_db.origin.namesLayouts |= parts.namesLayout;
+    m_db.origin.hasHandles |= parts.handle != 0;
     ++m_result.entities;
     if (entity.subEntities()) {
         m_parent = &entity;

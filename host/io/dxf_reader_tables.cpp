@@ -53,6 +53,14 @@ std::string spaceName(const std::string& name)
     return name;
 }
 
+// A table's name stands ahead of its handle and is written there, whatever the table itself writes.
+void dropName(DxfRecord& table)
+{
+    const auto name = std::find_if(table.tags.begin(), table.tags.end(), [](const Tag& t) { return t.code == 2; });
+    if (name != table.tags.end())
+        table.tags.erase(name);
+}
+
 }
 
 struct DxfReader::TableEntry {
@@ -79,6 +87,8 @@ void DxfReader::readTables()
         entry.record = std::move(m_record);
         m_record = {};
         entry.kind = kind;
+        if (entry.record.type == "TABLE")
+            dropName(entry.record);
         entry.parts = m_objects->split(entry.record, false);
         entry.braces.assign(entry.parts.braces.begin(), entry.parts.braces.end());
         entry.parts.braces = entry.braces;
@@ -114,6 +124,11 @@ void DxfReader::declareTable(TableEntry& entry)
     if (id.isNull())
         id = m_objects->place(entry.kind->create(), entry.parts, {}, entry.record.line);
     entry.object = m_db.object(id);
+    for (const Tag& tag : entry.parts.body)
+        if (std::int64_t count = 0; tag.code == 70 && m_objects->fields().integerOf(tag, count)) {
+            m_db.origin.tableCounts[static_cast<int>(entry.kind->table)].stated = count;
+            break;
+        }
 }
 
 void DxfReader::declareRecord(TableEntry& entry, VcDbObjectId tableId)
@@ -140,6 +155,9 @@ void DxfReader::declareRecord(TableEntry& entry, VcDbObjectId tableId)
     m_objects->place(std::move(made), entry.parts, tableId, entry.record.line);
     table.recordAdded(record);
     entry.object = &record;
+    if (entry.parts.owner && entry.parts.owner != m_db.handleOf(tableId))
+        note(entry.record.line, entry.parts.handle,
+             fmt::format("the owner of {} \"{}\" was {:X}, which is not its table", entry.record.type, record.nameUtf8(), entry.parts.owner));
 }
 
 void DxfReader::readBlocks()
@@ -169,6 +187,8 @@ void DxfReader::beginBlock()
             break;
         }
     m_block = &blockFor(spaceName(name), parts.owner);
+    if (parts.owner && parts.owner != m_db.handleOf(m_block->objectId()))
+        note(m_record.line, parts.handle, fmt::format("the owner of block \"{}\" was {:X}, which is not its record", name, parts.owner));
     std::unique_ptr<VcDbObject> made = makeEntity("BLOCK", parts.body);
     auto& begin = static_cast<VcDbEntity&>(*made);
     const VcDbObjectId id = m_objects->place(std::move(made), parts, m_block->objectId(), m_record.line);

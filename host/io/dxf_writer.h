@@ -1,0 +1,52 @@
+// DxfWriter: a drawing as the sections of a DXF file.
+#pragma once
+
+#include "host/io/drawing_file.h"
+#include "host/io/group_output.h"
+#include "host/io/object_writer.h"
+
+class DatabaseCore;
+class VcDbBlockTableRecord;
+class VcDbEntity;
+struct KeptSection;
+
+class DxfWriter {
+public:
+    DxfWriter(DatabaseCore& db, DxfVersion version, GroupSink& sink, const WriteOptions& options, WriteResult& result);
+    // False when it was cancelled.
+    bool write();
+
+private:
+    struct TableRow;
+
+    void beginSection(const char* name);
+    void endSection();
+    void header();
+    void classes();
+    void tables();
+    void blocks();
+    void block(VcDbBlockTableRecord& record);
+    void entities();
+    void entity(VcDbEntity& entity);
+    void objects();
+    void keptSections();
+    void keptSection(const KeptSection& section);
+
+    const TagList* spaceGroups(const VcDbBlockTableRecord& block);
+    bool isLegacy() const { return m_version < DxfVersion::R13; }
+    std::uint64_t handleSeed() const;
+    bool tick();
+
+    DatabaseCore& m_db;
+    DxfVersion m_version;
+    GroupSink& m_sink;
+    const WriteOptions& m_options;
+    WriteResult& m_result;
+    ObjectWriter m_objects;
+    TagList m_space;
+    VcDbObjectId m_spaceOf;
+    bool m_isInPaper = false;
+    bool m_hasHandles = true;
+    std::size_t m_written = 0;
+    bool m_cancelled = false;
+};
