@@ -18,4 +18,15 @@ void defineGeometry(Interpreter& lisp);
 // All of the above: what needs no drawing.
 void defineLanguage(Interpreter& lisp);
 
+void defineEntities(Interpreter& lisp);
+void defineSelections(Interpreter& lisp);
+void defineQuestions(Interpreter& lisp);
+void defineTables(Interpreter& lisp);
+void defineEditor(Interpreter& lisp);
+void defineUnits(Interpreter& lisp);
+void defineProfile(Interpreter& lisp);
+
+// All that works on the current drawing through the editor.
+void defineDrawing(Interpreter& lisp);
+
 }  // namespace vk::lisp
