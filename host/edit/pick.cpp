@@ -2,6 +2,7 @@
 
 #include "host/db/database.h"
 #include "host/edit/editor.h"
+#include "host/edit/pick_service.h"
 #include "host/edit/select_index.h"
 
 namespace vk::edit {

@@ -54,8 +54,4 @@ private:
     SeenLayers m_layers;
 };
 
-// For answers to questions; null when the pick missed.
-VKHOST_API VcDbObjectId pickEntity(Editor& editor, const VcGePoint3d& world, bool nested);
-VKHOST_API bool entityIsAt(Editor& editor, VcDbObjectId id, const VcGePoint3d& world);
-
 }  // namespace vk::edit
