@@ -7,12 +7,12 @@
 
 namespace vk::edit {
 
-Picker::Picker(DatabaseCore& db, VcDbObjectId space, View view, SeenLayers layers)
+Picker::Picker(DatabaseCore& db, VcDbObjectId space, PickView view, SeenLayers layers)
     : m_db(db), m_space(space), m_view(view), m_layers(std::move(layers))
 {
 }
 
-Picker Picker::of(Editor& ed) { return {ed.db(), ed.db().currentSpace(), View::of(ed), SeenLayers::of(ed)}; }
+Picker Picker::of(Editor& ed) { return {ed.db(), ed.db().currentSpace(), PickView::of(ed), SeenLayers::of(ed)}; }
 
 // What of the entity lies nearest to the point, within reach.
 std::optional<Picker::Hit> Picker::hit(const VcDbEntity& entity, const VcGePoint3d& at) const

@@ -21,7 +21,7 @@ struct NestedPick {
 // Picks in one space of a drawing as a view shows it.
 class VKHOST_API Picker {
 public:
-    Picker(DatabaseCore& db, VcDbObjectId space, View view, SeenLayers layers);
+    Picker(DatabaseCore& db, VcDbObjectId space, PickView view, SeenLayers layers);
     static Picker of(Editor& editor);  // in the current space
 
     // Null when nothing lies there. Points are in the world.
@@ -36,7 +36,7 @@ public:
     // A point on the entity, where a pick of it by name is taken to be.
     std::optional<VcGePoint3d> pointOn(VcDbObjectId entity) const;
 
-    const View& view() const { return m_view; }
+    const PickView& view() const { return m_view; }
     const SeenLayers& layers() const { return m_layers; }
 
 private:
@@ -50,7 +50,7 @@ private:
 
     DatabaseCore& m_db;
     VcDbObjectId m_space;
-    View m_view;
+    PickView m_view;
     SeenLayers m_layers;
 };
 

@@ -78,7 +78,7 @@ double distanceTo(const Point& p, const Chain& chain, bool filled)
     return filled ? std::min(nearest, distanceToPiece(p, chain.back(), chain.front())) : nearest;
 }
 
-Chain projected(const View& view, const std::vector<VcGePoint3d>& points)
+Chain projected(const PickView& view, const std::vector<VcGePoint3d>& points)
 {
     Chain chain;
     chain.reserve(points.size());
@@ -87,14 +87,14 @@ Chain projected(const View& view, const std::vector<VcGePoint3d>& points)
     return chain;
 }
 
-SelectArea SelectArea::rectangle(const View& view, const VcGePoint3d& a, const VcGePoint3d& b, Kind kind)
+SelectArea SelectArea::rectangle(const PickView& view, const VcGePoint3d& a, const VcGePoint3d& b, Kind kind)
 {
     const Point p = view.project(a), q = view.project(b);
     const Point min(std::min(p.x, q.x), std::min(p.y, q.y)), max(std::max(p.x, q.x), std::max(p.y, q.y));
     return SelectArea(view, kind, {min, {max.x, min.y}, max, {min.x, max.y}}, true);
 }
 
-SelectArea SelectArea::polygon(const View& view, std::span<const VcGePoint3d> points, Kind kind)
+SelectArea SelectArea::polygon(const PickView& view, std::span<const VcGePoint3d> points, Kind kind)
 {
     Chain chain = projected(view, {points.begin(), points.end()});
     if (kind != Kind::Fence && chain.size() > 1 && chain.front() == chain.back())
@@ -102,7 +102,7 @@ SelectArea SelectArea::polygon(const View& view, std::span<const VcGePoint3d> po
     return SelectArea(view, kind, std::move(chain), false);
 }
 
-SelectArea::SelectArea(const View& view, Kind kind, Chain points, bool isRectangle)
+SelectArea::SelectArea(const PickView& view, Kind kind, Chain points, bool isRectangle)
     : m_view(view), m_kind(kind), m_points(std::move(points)), m_isRectangle(isRectangle), m_min(HUGE_VAL, HUGE_VAL),
       m_max(-HUGE_VAL, -HUGE_VAL)
 {

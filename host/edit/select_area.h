@@ -16,8 +16,8 @@ public:
         Fence,     // what touches the open chain
     };
     // Points are in the world. A window's corners span a rectangle that is level on the picture.
-    static SelectArea rectangle(const View& view, const VcGePoint3d& a, const VcGePoint3d& b, Kind kind);
-    static SelectArea polygon(const View& view, std::span<const VcGePoint3d> points, Kind kind);
+    static SelectArea rectangle(const PickView& view, const VcGePoint3d& a, const VcGePoint3d& b, Kind kind);
+    static SelectArea polygon(const PickView& view, std::span<const VcGePoint3d> points, Kind kind);
 
     // Whether the outlines that are seen of the entity are taken.
     bool takes(const DatabaseCore& db, const SeenLayers& layers, const VcDbEntity& entity) const;
@@ -27,13 +27,13 @@ public:
     std::optional<PlanArea> plan() const;
 
 private:
-    SelectArea(const View& view, Kind kind, std::vector<VcGePoint2d> points, bool isRectangle);
+    SelectArea(const PickView& view, Kind kind, std::vector<VcGePoint2d> points, bool isRectangle);
     bool contains(const VcGePoint2d& p) const;
     bool meets(const std::vector<VcGePoint2d>& chain, bool filled) const;
     bool holds(const std::vector<VcGePoint2d>& chain) const;
     std::size_t edgeCount() const { return m_kind == Kind::Fence ? m_points.size() - 1 : m_points.size(); }
 
-    View m_view;
+    PickView m_view;
     Kind m_kind;
     std::vector<VcGePoint2d> m_points;
     bool m_isRectangle;
@@ -42,6 +42,6 @@ private:
 
 // Distance of a point to a chain on the picture, 0 within a filled one.
 double distanceTo(const VcGePoint2d& p, const std::vector<VcGePoint2d>& chain, bool filled);
-std::vector<VcGePoint2d> projected(const View& view, const std::vector<VcGePoint3d>& points);
+std::vector<VcGePoint2d> projected(const PickView& view, const std::vector<VcGePoint3d>& points);
 
 }  // namespace vk::edit

@@ -319,7 +319,7 @@ void Selector::pickAt(const VcGePoint3d& point)
 
 bool Selector::isToTheRight(const VcGePoint3d& from, const VcGePoint3d& to) const
 {
-    const View view = View::of(m_ed);
+    const PickView view = PickView::of(m_ed);
     return view.project(world(to)).x >= view.project(world(from)).x;
 }
 

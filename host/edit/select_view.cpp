@@ -2,8 +2,7 @@
 
 #include "host/db/database.h"
 #include "host/edit/editor.h"
-#include "host/edit/sysvars.h"
-#include "sdk/vcdb_chains.h"
+#include "host/edit/view.h"
 #include "sdk/vcdb_entity.h"
 #include "sdk/vcdb_tables.h"
 #include "sdk/vcdb_viewport.h"
@@ -11,23 +10,14 @@
 
 namespace vk::edit {
 
-View View::of(const Editor& ed)
+PickView PickView::of(Editor& ed)
 {
-    VcGeMatrix3d ucs;
-    vcdbUcsMatrix(ucs, &ed.drawing());
-    const VcGeVector3d eye = (ucs * ed.vars().point("VIEWDIR").asVector()).normal();
-    const VcGeVector3d right = VcGeVector3d::zAxis().crossProduct(eye);
-    View view;
-    // Straight from above or below the X axis of the world stays to the right.
-    view.x = right.length() > 1e-9 ? right.normal() : VcGeVector3d::xAxis();
-    view.y = eye.lengthSqrd() > 0 ? eye.crossProduct(view.x).normal() : VcGeVector3d::yAxis();
-    if (const double twist = ed.vars().real("VIEWTWIST"); twist != 0) {
-        view.x.rotateBy(-twist, eye);
-        view.y.rotateBy(-twist, eye);
-    }
-    const VcGePoint3d screen = ed.vars().point("SCREENSIZE");
-    const double pixel = ed.vars().real("VIEWSIZE") / std::max(screen.y, 1.0);
-    view.reach = pixel * std::max(double(ed.vars().integer("PICKBOX")), 0.5);
+    const VcGeMatrix3d m = worldToDisplay(ed);
+    PickView view;
+    view.x = {m.entry[0][0], m.entry[0][1], m.entry[0][2]};
+    view.y = {m.entry[1][0], m.entry[1][1], m.entry[1][2]};
+    // A pick box of no size still is the pixel under the cursor.
+    view.reach = std::max(pickAperture(ed), currentView(ed).height / kScreenHeight / 2);
     return view;
 }
 

@@ -15,11 +15,11 @@ namespace vk::edit {
 class Editor;
 
 // The picture is a parallel projection. Lengths on it are drawing units.
-struct VKHOST_API View {
+struct VKHOST_API PickView {
     VcGeVector3d x{1, 0, 0}, y{0, 1, 0};  // to the right and up, in the world
     double reach = 0.05;                  // from a pick to what it still meets
 
-    static View of(const Editor& editor);
+    static PickView of(Editor& editor);
     VcGePoint2d project(const VcGePoint3d& world) const
     {
         return {x.dotProduct(world.asVector()), y.dotProduct(world.asVector())};
