@@ -1,0 +1,130 @@
+#include "host/edit/pick.h"
+
+#include "host/db/database.h"
+#include "host/edit/editor.h"
+#include "host/edit/pick_service.h"
+#include "host/edit/select_index.h"
+
+namespace vk::edit {
+
+Picker::Picker(DatabaseCore& db, VcDbObjectId space, PickView view, SeenLayers layers)
+    : m_db(db), m_space(space), m_view(view), m_layers(std::move(layers))
+{
+}
+
+Picker Picker::of(Editor& ed) { return {ed.db(), ed.db().currentSpace(), PickView::of(ed), SeenLayers::of(ed)}; }
+
+// What of the entity lies nearest to the point, within reach.
+std::optional<Picker::Hit> Picker::hit(const VcDbEntity& entity, const VcGePoint3d& at) const
+{
+    const VcGePoint2d p = m_view.project(at);
+    ShapeWalk::Options options;
+    options.tolerance = m_view.reach / 64;
+    options.area = SelectArea::rectangle(m_view, at - (m_view.x + m_view.y) * m_view.reach, at + (m_view.x + m_view.y) * m_view.reach,
+                                         SelectArea::Kind::Crossing)
+                       .plan();
+    ShapeWalk shape(m_db, m_layers, options);
+    std::optional<Hit> best;
+    shape.walk(entity, [&](const Outline& outline) {
+        const double distance = distanceTo(p, projected(m_view, outline.points), outline.filled);
+        if (distance > m_view.reach || (best && distance > best->distance))
+            return true;
+        const auto& outside = shape.containers();
+        best = Hit{distance, {shape.part(), {outside.rbegin(), outside.rend()}, shape.toWorld()}};
+        return true;
+    });
+    return best;
+}
+
+std::vector<const VcDbEntity*> Picker::candidates(const SelectArea& area) const
+{
+    std::vector<const VcDbEntity*> found = SpaceIndex::of(m_db, m_space).candidates(area.plan());
+    // A reference on a layer that is off still shows those of its members that lie on others.
+    std::erase_if(found, [&](const VcDbEntity* e) {
+        const bool hidden = e->visibility() != VcDb::kVisible || m_layers.isFrozen(e->layerId());
+        return hidden || (!m_layers.isSeen(e->layerId()) && !e->subEntities());
+    });
+    return found;
+}
+
+std::optional<Picker::Hit> Picker::nearest(const VcGePoint3d& at) const
+{
+    const VcGeVector3d reach = (m_view.x + m_view.y) * m_view.reach;
+    const SelectArea box = SelectArea::rectangle(m_view, at - reach, at + reach, SelectArea::Kind::Crossing);
+    std::optional<Hit> best;
+    for (const VcDbEntity* entity : candidates(box))
+        if (auto found = hit(*entity, at); found && (!best || found->distance <= best->distance))
+            best = std::move(found);
+    return best;
+}
+
+VcDbObjectId Picker::entityAt(const VcGePoint3d& at) const
+{
+    const auto found = nearest(at);
+    if (!found)
+        return {};
+    const NestedPick& pick = found->pick;
+    const VcDbObjectId top = pick.containers.empty() ? pick.entity : pick.containers.back();
+    // An attribute counts for its reference.
+    const auto* entity = m_db.objectAs<VcDbEntity>(top);
+    return entity && m_db.objectAs<VcDbEntity>(entity->ownerId()) ? entity->ownerId() : top;
+}
+
+std::optional<NestedPick> Picker::nestedAt(const VcGePoint3d& at) const
+{
+    auto found = nearest(at);
+    return found ? std::optional(std::move(found->pick)) : std::nullopt;
+}
+
+std::optional<NestedPick> Picker::nestedIn(VcDbObjectId id, const VcGePoint3d& at) const
+{
+    const auto* entity = m_db.liveAs<VcDbEntity>(id);
+    auto found = entity ? hit(*entity, at) : std::nullopt;
+    return found ? std::optional(std::move(found->pick)) : std::nullopt;
+}
+
+std::vector<VcDbObjectId> Picker::allAt(const VcGePoint3d& at) const
+{
+    const VcGeVector3d reach = (m_view.x + m_view.y) * m_view.reach;
+    return takenBy(SelectArea::rectangle(m_view, at - reach, at + reach, SelectArea::Kind::Crossing));
+}
+
+std::vector<VcDbObjectId> Picker::takenBy(const SelectArea& area) const
+{
+    std::vector<VcDbObjectId> taken;
+    for (const VcDbEntity* entity : candidates(area)) {
+        VcDbExtents extents;
+        const bool known = m_layers.isSeen(entity->layerId()) && entity->getGeomExtents(extents) == Vcad::eOk && !extents.isEmpty();
+        const auto quick = known ? area.takesExtents(extents) : std::nullopt;
+        if (quick ? *quick : area.takes(m_db, m_layers, *entity))
+            taken.push_back(entity->objectId());
+    }
+    return taken;
+}
+
+std::optional<VcGePoint3d> Picker::pointOn(VcDbObjectId id) const
+{
+    const auto* entity = m_db.liveAs<VcDbEntity>(id);
+    if (!entity)
+        return std::nullopt;
+    std::optional<VcGePoint3d> point;
+    ShapeWalk shape(m_db, m_layers, {.tolerance = m_view.reach, .area = {}, .wholeEntity = true});
+    shape.walk(*entity, [&](const Outline& outline) {
+        point = outline.points.front();
+        return false;
+    });
+    return point;
+}
+
+VcDbObjectId pickEntity(Editor& ed, const VcGePoint3d& world, bool nested)
+{
+    const Picker picker = Picker::of(ed);
+    if (!nested)
+        return picker.entityAt(world);
+    const auto pick = picker.nestedAt(world);
+    return pick ? pick->entity : VcDbObjectId();
+}
+
+bool entityIsAt(Editor& ed, VcDbObjectId id, const VcGePoint3d& world) { return Picker::of(ed).isAt(id, world); }
+
+}  // namespace vk::edit

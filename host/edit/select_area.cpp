@@ -1,0 +1,201 @@
+#include "host/edit/select_area.h"
+
+#include <cmath>
+
+namespace vk::edit {
+
+namespace {
+
+using Point = VcGePoint2d;
+using Chain = std::vector<Point>;
+
+double turn(const Point& a, const Point& b, const Point& c) { return (b - a).crossProduct(c - a); }
+
+bool isBetween(const Point& a, const Point& b, const Point& p)
+{
+    return std::min(a.x, b.x) <= p.x && p.x <= std::max(a.x, b.x) && std::min(a.y, b.y) <= p.y && p.y <= std::max(a.y, b.y);
+}
+
+int sign(double v) { return (v > 0) - (v < 0); }
+
+// Ends that lie on the other piece count.
+bool touch(const Point& a, const Point& b, const Point& c, const Point& d)
+{
+    const int abc = sign(turn(a, b, c)), abd = sign(turn(a, b, d)), cda = sign(turn(c, d, a)), cdb = sign(turn(c, d, b));
+    if (abc * abd < 0 && cda * cdb < 0)
+        return true;
+    return (abc == 0 && isBetween(a, b, c)) || (abd == 0 && isBetween(a, b, d)) || (cda == 0 && isBetween(c, d, a)) ||
+           (cdb == 0 && isBetween(c, d, b));
+}
+
+// Each goes through the other: ends that lie on the other piece do not count.
+bool cross(const Point& a, const Point& b, const Point& c, const Point& d)
+{
+    return sign(turn(a, b, c)) * sign(turn(a, b, d)) < 0 && sign(turn(c, d, a)) * sign(turn(c, d, b)) < 0;
+}
+
+bool isOnEdge(const Point& p, const Chain& polygon)
+{
+    for (std::size_t i = 0; i < polygon.size(); ++i) {
+        const Point &a = polygon[i], &b = polygon[(i + 1) % polygon.size()];
+        if (isBetween(a, b, p) && turn(a, b, p) == 0)
+            return true;
+    }
+    return false;
+}
+
+// By counting the edges to the right of the point; on the edge is within.
+bool isWithin(const Point& p, const Chain& polygon)
+{
+    bool inside = false;
+    for (std::size_t i = 0; i < polygon.size(); ++i) {
+        const Point &a = polygon[i], &b = polygon[(i + 1) % polygon.size()];
+        if ((a.y > p.y) != (b.y > p.y) && p.x < a.x + (b.x - a.x) * (p.y - a.y) / (b.y - a.y))
+            inside = !inside;
+    }
+    return inside || isOnEdge(p, polygon);
+}
+
+double distanceToPiece(const Point& p, const Point& a, const Point& b)
+{
+    const VcGeVector2d along = b - a;
+    const double length = along.lengthSqrd();
+    const double t = length > 0 ? std::clamp((p - a).dotProduct(along) / length, 0.0, 1.0) : 0.0;
+    return p.distanceTo(a + along * t);
+}
+
+}
+
+double distanceTo(const Point& p, const Chain& chain, bool filled)
+{
+    if (chain.size() == 1)
+        return p.distanceTo(chain[0]);
+    if (filled && isWithin(p, chain))
+        return 0;
+    double nearest = HUGE_VAL;
+    for (std::size_t i = 0; i + 1 < chain.size(); ++i)
+        nearest = std::min(nearest, distanceToPiece(p, chain[i], chain[i + 1]));
+    return filled ? std::min(nearest, distanceToPiece(p, chain.back(), chain.front())) : nearest;
+}
+
+Chain projected(const PickView& view, const std::vector<VcGePoint3d>& points)
+{
+    Chain chain;
+    chain.reserve(points.size());
+    for (const VcGePoint3d& p : points)
+        chain.push_back(view.project(p));
+    return chain;
+}
+
+SelectArea SelectArea::rectangle(const PickView& view, const VcGePoint3d& a, const VcGePoint3d& b, Kind kind)
+{
+    const Point p = view.project(a), q = view.project(b);
+    const Point min(std::min(p.x, q.x), std::min(p.y, q.y)), max(std::max(p.x, q.x), std::max(p.y, q.y));
+    return SelectArea(view, kind, {min, {max.x, min.y}, max, {min.x, max.y}}, true);
+}
+
+SelectArea SelectArea::polygon(const PickView& view, std::span<const VcGePoint3d> points, Kind kind)
+{
+    Chain chain = projected(view, {points.begin(), points.end()});
+    if (kind != Kind::Fence && chain.size() > 1 && chain.front() == chain.back())
+        chain.pop_back();
+    return SelectArea(view, kind, std::move(chain), false);
+}
+
+SelectArea::SelectArea(const PickView& view, Kind kind, Chain points, bool isRectangle)
+    : m_view(view), m_kind(kind), m_points(std::move(points)), m_isRectangle(isRectangle), m_min(HUGE_VAL, HUGE_VAL),
+      m_max(-HUGE_VAL, -HUGE_VAL)
+{
+    for (const Point& p : m_points) {
+        m_min = {std::min(m_min.x, p.x), std::min(m_min.y, p.y)};
+        m_max = {std::max(m_max.x, p.x), std::max(m_max.y, p.y)};
+    }
+}
+
+std::optional<PlanArea> SelectArea::plan() const
+{
+    // A view that is turned about the line of sight looks straight down as well, but its boxes are not the world's.
+    if (!m_view.isPlan() || m_points.empty())
+        return std::nullopt;
+    PlanArea area{{HUGE_VAL, HUGE_VAL}, {-HUGE_VAL, -HUGE_VAL}};
+    for (const Point& corner : {m_min, m_max, Point(m_min.x, m_max.y), Point(m_max.x, m_min.y)}) {
+        const VcGeVector3d world = m_view.x * corner.x + m_view.y * corner.y;
+        area.min = {std::min(area.min.x, world.x), std::min(area.min.y, world.y)};
+        area.max = {std::max(area.max.x, world.x), std::max(area.max.y, world.y)};
+    }
+    return area;
+}
+
+std::optional<bool> SelectArea::takesExtents(const VcDbExtents& extents) const
+{
+    Point min(HUGE_VAL, HUGE_VAL), max(-HUGE_VAL, -HUGE_VAL);
+    const VcGePoint3d &a = extents.minPoint(), &b = extents.maxPoint();
+    for (int corner = 0; corner < 8; ++corner) {
+        const Point p = m_view.project({corner & 1 ? b.x : a.x, corner & 2 ? b.y : a.y, corner & 4 ? b.z : a.z});
+        min = {std::min(min.x, p.x), std::min(min.y, p.y)};
+        max = {std::max(max.x, p.x), std::max(max.y, p.y)};
+    }
+    if (min.x > m_max.x || m_min.x > max.x || min.y > m_max.y || m_min.y > max.y)
+        return false;
+    if (m_isRectangle && m_min.x <= min.x && max.x <= m_max.x && m_min.y <= min.y && max.y <= m_max.y)
+        return true;
+    return std::nullopt;
+}
+
+bool SelectArea::contains(const Point& p) const
+{
+    if (m_isRectangle)
+        return m_min.x <= p.x && p.x <= m_max.x && m_min.y <= p.y && p.y <= m_max.y;
+    return isWithin(p, m_points);
+}
+
+bool SelectArea::meets(const Chain& chain, bool filled) const
+{
+    if (m_kind != Kind::Fence)
+        for (const Point& p : chain)
+            if (contains(p))
+                return true;
+    const std::size_t pieces = chain.size() - (filled ? 0 : 1);
+    for (std::size_t e = 0; e < edgeCount(); ++e) {
+        const Point &a = m_points[e], &b = m_points[(e + 1) % m_points.size()];
+        for (std::size_t i = 0; i < pieces; ++i)
+            if (touch(a, b, chain[i], chain[(i + 1) % chain.size()]))
+                return true;
+    }
+    if (chain.size() == 1 && m_kind == Kind::Fence)
+        for (std::size_t e = 0; e < edgeCount(); ++e)
+            if (distanceToPiece(chain[0], m_points[e], m_points[e + 1]) <= m_view.reach)
+                return true;
+    return filled && !m_points.empty() && isWithin(m_points[0], chain);
+}
+
+bool SelectArea::holds(const Chain& chain) const
+{
+    for (const Point& p : chain)
+        if (!contains(p))
+            return false;
+    for (std::size_t i = 0; !m_isRectangle && i + 1 < chain.size(); ++i)
+        for (std::size_t e = 0; e < m_points.size(); ++e)
+            if (cross(m_points[e], m_points[(e + 1) % m_points.size()], chain[i], chain[i + 1]))
+                return false;
+    return true;
+}
+
+bool SelectArea::takes(const DatabaseCore& db, const SeenLayers& layers, const VcDbEntity& entity) const
+{
+    ShapeWalk::Options options;
+    options.tolerance = std::max(m_min.distanceTo(m_max) * 1e-5, 1e-12);
+    options.area = plan();
+    options.wholeEntity = m_kind == Kind::Window;
+    bool seen = false, taken = false;
+    ShapeWalk shape(db, layers, options);
+    shape.walk(entity, [&](const Outline& outline) {
+        const Chain chain = projected(m_view, outline.points);
+        seen = true;
+        taken = m_kind == Kind::Window ? holds(chain) : meets(chain, outline.filled);
+        return m_kind == Kind::Window ? taken : !taken;
+    });
+    return seen && taken;
+}
+
+}  // namespace vk::edit

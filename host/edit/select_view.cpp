@@ -1,0 +1,49 @@
+#include "host/edit/select_view.h"
+
+#include "host/db/database.h"
+#include "host/edit/editor.h"
+#include "host/edit/view.h"
+#include "sdk/vcdb_entity.h"
+#include "sdk/vcdb_tables.h"
+#include "sdk/vcdb_viewport.h"
+#include "sdk/vced.h"
+
+namespace vk::edit {
+
+PickView PickView::of(Editor& ed)
+{
+    const VcGeMatrix3d m = worldToDisplay(ed);
+    PickView view;
+    view.x = {m.entry[0][0], m.entry[0][1], m.entry[0][2]};
+    view.y = {m.entry[1][0], m.entry[1][1], m.entry[1][2]};
+    // A pick box of no size still is the pixel under the cursor.
+    view.reach = std::max(pickAperture(ed), currentView(ed).height / kScreenHeight / 2);
+    return view;
+}
+
+SeenLayers::SeenLayers(const DatabaseCore& db, VcDbObjectId viewport)
+{
+    m_zero = db.findRecord(NameTable::Layer, "0");
+    for (const VcDbObjectId id : db.table(NameTable::Layer).records()) {
+        const auto* layer = db.objectAs<VcDbLayerTableRecord>(id);
+        if (m_states.size() <= id.slot())
+            m_states.resize(id.slot() + 1);
+        m_states[id.slot()] = (layer->isOff() ? kOff : 0) | (layer->isFrozen() ? kFrozen : 0) | (layer->isLocked() ? kLocked : 0);
+    }
+    if (const auto* window = db.liveAs<VcDbViewport>(viewport))
+        for (const VcDbObjectId id : window->frozenLayers())
+            if (id.slot() < m_states.size())
+                m_states[id.slot()] |= kFrozen;
+}
+
+SeenLayers SeenLayers::of(const Editor& ed)
+{
+    return {ed.db(), ed.db().inModelViewport ? vcedGetCurViewportObjectId() : VcDbObjectId()};
+}
+
+bool SeenLayers::shows(const VcDbEntity& entity) const
+{
+    return entity.visibility() == VcDb::kVisible && isSeen(entity.layerId());
+}
+
+}  // namespace vk::edit
