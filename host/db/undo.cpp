@@ -142,6 +142,8 @@ std::vector<UndoJournal::Touched> UndoJournal::touchedSince(std::size_t position
         t.created |= change.kind == Change::Kind::Created;
         t.erased |= change.kind == Change::Kind::Erased;
         t.modified |= change.kind == Change::Kind::State;
+        if (!t.before && change.kind == Change::Kind::State)
+            t.before = change.state.get();
     }
     return touched;
 }

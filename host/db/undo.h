@@ -63,6 +63,7 @@ public:
     struct Touched {
         VcDbObjectId id;
         bool created, erased, modified;
+        const VcDbObject* before = nullptr;  // its state at the position, where it has changed since; the journal's
     };
     std::vector<Touched> touchedSince(std::size_t position) const;
     // The state that the object had at the position, or null if it has not changed since (or was made since).

@@ -70,6 +70,7 @@ protected:
     virtual std::optional<std::string> readLine(const std::string& prompt) = 0;
     std::string m_name;
     bool m_stripComments = true;
+    bool m_ended = false;  // readLine gave nothing; a source that can go on clears it
 
 private:
     bool fill(const Question& question);
@@ -77,7 +78,6 @@ private:
     std::string m_line;
     std::size_t m_at = 0;
     bool m_hasLine = false;
-    bool m_ended = false;
     int m_number = 0;
 };
 
