@@ -6,6 +6,8 @@
 #include "sdk/vcdb_curves.h"
 #include "sdk/vcdb_text.h"
 
+#include <algorithm>
+
 namespace {
 
 const VcDbBlockTableRecord* blockOf(VcDbObjectId id)

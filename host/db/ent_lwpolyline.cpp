@@ -3,6 +3,8 @@
 #include "host/geom/arbitrary_axis.h"
 #include "sdk/vcdb_curves.h"
 
+#include <algorithm>
+
 VCDB_DEFINE(VcDbPolyline, VcDbCurve, "LWPOLYLINE")
 
 using vk::geom::toWorld;

@@ -2,6 +2,8 @@
 #include "host/db/ent_util.h"
 #include "sdk/vcdb_faces.h"
 
+#include <algorithm>
+
 VCDB_DEFINE(VcDbSubDMesh, VcDbEntity, "MESH")
 
 namespace {

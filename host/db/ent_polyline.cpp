@@ -6,6 +6,8 @@
 #include "sdk/vcdb_curves.h"
 #include "sdk/vcdb_faces.h"
 
+#include <algorithm>
+
 VCDB_DEFINE_ABSTRACT(VcDbVertexOwner, VcDbCurve)
 VCDB_DEFINE(VcDb2dPolyline, VcDbVertexOwner, "POLYLINE")
 VCDB_DEFINE(VcDb3dPolyline, VcDbVertexOwner, "POLYLINE")

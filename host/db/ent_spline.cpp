@@ -2,6 +2,8 @@
 #include "host/db/ent_util.h"
 #include "sdk/vcdb_curves.h"
 
+#include <algorithm>
+
 VCDB_DEFINE(VcDbSpline, VcDbCurve, "SPLINE")
 VCDB_DEFINE(VcDbHelix, VcDbSpline, "HELIX")
 

@@ -2,6 +2,8 @@
 #include "host/db/ent_util.h"
 #include "sdk/vcdb_viewport.h"
 
+#include <algorithm>
+
 VCDB_DEFINE(VcDbViewport, VcDbEntity, "VIEWPORT")
 
 Vcad::ErrorStatus VcDbViewport::setCenterPoint(const VcGePoint3d& p) { return setMember(*this, m_center, p, isFinite(p)); }

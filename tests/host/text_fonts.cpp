@@ -5,7 +5,7 @@
 using namespace vktext;
 
 // Fontconfig keeps a little of what it reads of its configuration and never gives it back.
-extern "C" __attribute__((weak)) const char* __lsan_default_suppressions()
+extern "C" __attribute__((weak, visibility("default"))) const char* __lsan_default_suppressions()
 {
     return "leak:libfontconfig";
 }
