@@ -525,6 +525,16 @@ void Editor::run()
     --m_running;
 }
 
+// Sources below are kept out of it, so that a script which ends within a command does not go on with what follows it.
+void Editor::runScript(std::string name, std::string text)
+{
+    std::vector<std::unique_ptr<InputSource>> below = std::exchange(m_sources, {});
+    pushSource(std::make_unique<ScriptSource>(std::move(name), std::move(text)));
+    while (!m_quitting && runNext()) {
+    }
+    m_sources = std::move(below);
+}
+
 bool Editor::runNext()
 {
     if (!m_active.empty() && m_active.back()->level() == m_nesting) {

@@ -131,6 +131,8 @@ public:
     void pushSource(std::unique_ptr<InputSource> source);
     // Takes commands from the sources until they are empty, or a command asks to quit.
     void run();
+    // Runs the lines of a script now, until they are used up. From the main stack.
+    void runScript(std::string name, std::string text);
     void quit() { m_quitting = true; }
     bool isQuitting() const { return m_quitting; }
     // One vcedCommand or Lisp command: RTNORM, RTCAN, RTERROR.
@@ -148,6 +150,8 @@ public:
     // State shared by the C-level interface.
     InitGet takeInitGet();
     void setInitGet(InitGet init) { m_init = std::move(init); }
+    bool writesNothing = false;    // a dry run: commands that save say so and leave it
+    bool asksBeforeQuit = false;   // someone is there to be asked
     std::string lastInput;  // keyword or arbitrary text of the last question
     std::shared_ptr<SelectionSet> previousSelection;
     std::shared_ptr<SelectionSet> pickFirst;

@@ -7,6 +7,7 @@
 #include "host/edit/sysvars.h"
 #include "sdk/vcdb_chains.h"
 #include "sdk/vced.h"
+#include "sdk/system.h"
 #include "sdk/vcut.h"
 
 #include <cstdarg>
@@ -184,6 +185,8 @@ int vcedEntSel(const wchar_t* prompt, vds_name nameOut, vds_point pointOut)
     copyPoint(a.hasPoint ? a.point : VcGePoint3d(), pointOut);
     return RTNORM;
 }
+
+void vcedAlert(const wchar_t* text) { AfxMessageBox(text ? text : L""); }
 
 int vcedUsrBrk() { return Editor::instance().isInterrupted(); }
 

@@ -1,0 +1,18 @@
+#include "host/commands/all_commands.h"
+
+#include "host/commands/families.h"
+
+namespace vk::commands {
+
+void registerHostCommands()
+{
+    static bool done = false;
+    if (std::exchange(done, true))
+        return;
+    for (const auto& family : {variableCommands(), undoCommands(), drawCommands(), polylineCommands(), arcCommands(), textCommands(),
+                               modifyCommands(), transformCommands(), layerCommands(), styleCommands(), inquiryCommands(),
+                               sessionCommands(), fileCommands()})
+        edit::CommandTable::instance().addHostCommands(family);
+}
+
+}

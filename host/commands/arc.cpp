@@ -1,0 +1,131 @@
+// ARC, in the customary ways.
+#include "host/commands/drawing.h"
+#include "host/commands/families.h"
+#include "sdk/vcdb_curves.h"
+
+namespace vk::commands {
+
+namespace {
+
+using namespace edit;
+
+// In the UCS: anticlockwise from start to end about the centre.
+struct ArcShape {
+    VcGePoint3d centre;
+    double radius, start, end;
+};
+
+double directionOf(const VcGePoint3d& from, const VcGePoint3d& to) { return std::atan2(to.y - from.y, to.x - from.x); }
+
+void addArc(Editor& ed, const ArcShape& arc)
+{
+    if (!(arc.radius > 0) || arc.start == arc.end)
+        throw CommandError{"The arc does not exist: its points do not allow one."};
+    const double twist = ucsTwist(ed);
+    addToSpace(ed, std::make_unique<VcDbArc>(toWorld(ed, arc.centre), ucsNormal(ed), arc.radius, arc.start + twist, arc.end + twist));
+}
+
+std::optional<VcGePoint3d> centreOf(const VcGePoint3d& a, const VcGePoint3d& b, const VcGePoint3d& c)
+{
+    const double bx = b.x - a.x, by = b.y - a.y, cx = c.x - a.x, cy = c.y - a.y;
+    const double cross = 2 * (bx * cy - by * cx), size = std::max({std::abs(bx), std::abs(by), std::abs(cx), std::abs(cy)});
+    if (std::abs(cross) <= 1e-12 * size * size)
+        return std::nullopt;
+    const double b2 = bx * bx + by * by, c2 = cx * cx + cy * cy;
+    return VcGePoint3d(a.x + (cy * b2 - by * c2) / cross, a.y + (bx * c2 - cx * b2) / cross, a.z);
+}
+
+ArcShape throughThree(const VcGePoint3d& a, const VcGePoint3d& b, const VcGePoint3d& c)
+{
+    const auto centre = centreOf(a, b, c);
+    if (!centre)
+        throw CommandError{"The arc does not exist: its three points lie on a line."};
+    const bool anticlockwise = (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x) > 0;
+    const double first = directionOf(*centre, a), last = directionOf(*centre, c);
+    return {*centre, centre->distanceTo(a), anticlockwise ? first : last, anticlockwise ? last : first};
+}
+
+ArcShape byAngle(const VcGePoint3d& centre, const VcGePoint3d& start, double included)
+{
+    const double first = directionOf(centre, start);
+    return included > 0 ? ArcShape{centre, centre.distanceTo(start), first, first + included}
+                        : ArcShape{centre, centre.distanceTo(start), first + included, first};
+}
+
+ArcShape byChord(const VcGePoint3d& centre, const VcGePoint3d& start, double chord)
+{
+    const double radius = centre.distanceTo(start);
+    if (std::abs(chord) > 2 * radius)
+        throw CommandError{"The arc does not exist: the chord is longer than the diameter."};
+    const double angle = 2 * std::asin(std::abs(chord) / (2 * radius));
+    return byAngle(centre, start, chord > 0 ? angle : 2 * M_PI - angle);
+}
+
+// From start to end with a radius: the shorter arc, anticlockwise; the longer for a negative one.
+ArcShape byRadius(const VcGePoint3d& start, const VcGePoint3d& end, double radius)
+{
+    const double chord = start.distanceTo(end);
+    if (chord == 0 || chord > 2 * std::abs(radius))
+        throw CommandError{"The arc does not exist: the radius does not reach both ends."};
+    const double height = std::sqrt(std::max(0.0, radius * radius - chord * chord / 4));
+    const VcGeVector3d along = (end - start) / chord, left(-along.y, along.x, 0);
+    const VcGePoint3d centre = start + along * (chord / 2) + left * (radius > 0 ? height : -height);
+    return {centre, std::abs(radius), directionOf(centre, start), directionOf(centre, end)};
+}
+
+ArcShape endsWithAngle(const VcGePoint3d& start, const VcGePoint3d& end, double included)
+{
+    const double chord = start.distanceTo(end), half = included / 2;
+    if (chord == 0 || std::sin(half) == 0)
+        throw CommandError{"The arc does not exist: the included angle does not allow one."};
+    const VcGeVector3d along = (end - start) / chord, left(-along.y, along.x, 0);
+    const VcGePoint3d centre = start + along * (chord / 2) + left * (chord / 2 / std::tan(half));
+    const double first = directionOf(centre, start), last = directionOf(centre, end);
+    return {centre, centre.distanceTo(start), included > 0 ? first : last, included > 0 ? last : first};
+}
+
+// The rest of the questions when the centre and the start are known.
+void fromCentre(Editor& ed, const VcGePoint3d& centre, const VcGePoint3d& start)
+{
+    const Answer a = ed.askPoint("Specify end point of arc or [Angle/chord Length]", {.keywords = "Angle Length", .from = centre});
+    if (a.status == Answer::Status::Value)
+        return addArc(ed, {centre, centre.distanceTo(start), directionOf(centre, start), directionOf(centre, a.point)});
+    if (a.text == "Angle")
+        return addArc(ed, byAngle(centre, start, ed.askAngle("Specify included angle", {.from = centre, .bits = InitGet::NoZero}).real));
+    addArc(ed, byChord(centre, start, ed.askDistance("Specify length of chord", {.from = start, .bits = InitGet::NoZero}).real));
+}
+
+void fromEnds(Editor& ed, const VcGePoint3d& start)
+{
+    const VcGePoint3d end = ed.point("Specify end point of arc", {.from = start});
+    const Answer a = ed.askPoint("Specify center point of arc or [Angle/Radius]", {.keywords = "Angle Radius", .from = start});
+    if (a.status == Answer::Status::Value)
+        return addArc(ed, {a.point, a.point.distanceTo(start), directionOf(a.point, start), directionOf(a.point, end)});
+    if (a.text == "Angle")
+        return addArc(ed, endsWithAngle(start, end, ed.askAngle("Specify included angle", {.from = start, .bits = InitGet::NoZero}).real));
+    addArc(ed, byRadius(start, end, ed.askDistance("Specify radius of arc", {.from = end, .bits = InitGet::NoZero}).real));
+}
+
+void arc(Editor& ed)
+{
+    const Answer first = ed.askPoint("Specify start point of arc or [Center]", {.keywords = "Center"});
+    if (first.status == Answer::Status::Keyword) {
+        const VcGePoint3d centre = ed.point("Specify center point of arc");
+        return fromCentre(ed, centre, ed.point("Specify start point of arc", {.from = centre}));
+    }
+    const Answer second = ed.askPoint("Specify second point of arc or [Center/End]", {.keywords = "Center End", .from = first.point});
+    if (second.status == Answer::Status::Keyword)
+        return second.text == "Center" ? fromCentre(ed, ed.point("Specify center point of arc", {.from = first.point}), first.point)
+                                       : fromEnds(ed, first.point);
+    addArc(ed, throughThree(first.point, second.point, ed.point("Specify end point of arc", {.from = second.point})));
+}
+
+const HostCommand kCommands[] = {
+    {"ARC", "A", kPlain, "Draws an arc.", arc},
+};
+
+}
+
+std::span<const HostCommand> arcCommands() { return kCommands; }
+
+}

@@ -1,0 +1,72 @@
+#include "host/commands/drawing.h"
+
+#include "host/base/numbers.h"
+#include "host/base/unicode.h"
+#include "host/db/database.h"
+#include "sdk/vcdb_chains.h"
+#include "sdk/vcdb_tables.h"
+
+namespace vk::commands {
+
+VcDbObjectId addToSpace(edit::Editor& ed, std::unique_ptr<VcDbEntity> entity)
+{
+    auto* space = ed.db().objectAs<VcDbBlockTableRecord>(ed.db().currentSpace());
+    if (!space)
+        throw edit::CommandError{"There is no space to draw in."};
+    entity->setDatabaseDefaults(&ed.drawing());
+    VcDbObjectId id;
+    if (space->appendVcDbEntity(id, entity.get()))
+        throw edit::CommandError{"The object cannot be added to the drawing."};
+    entity.release()->close();
+    return id;
+}
+
+VcGeMatrix3d ucsToWorld(const edit::Editor& ed)
+{
+    VcGeMatrix3d m;
+    vcdbUcsMatrix(m, &ed.drawing());
+    return m;
+}
+
+VcGePoint3d toWorld(const edit::Editor& ed, const VcGePoint3d& ucs) { return ucsToWorld(ed) * ucs; }
+VcGePoint3d fromWorld(const edit::Editor& ed, const VcGePoint3d& world) { return ucsToWorld(ed).inverse() * world; }
+VcGeVector3d ucsNormal(const edit::Editor& ed) { return (ucsToWorld(ed) * VcGeVector3d::zAxis()).normal(); }
+
+double ucsTwist(const edit::Editor& ed)
+{
+    const VcGeVector3d axis = VcGeMatrix3d::worldToPlane(ucsNormal(ed)) * (ucsToWorld(ed) * VcGeVector3d::xAxis());
+    return std::atan2(axis.y, axis.x);
+}
+
+std::string lengthText(double value)
+{
+    wchar_t text[134];
+    return vcdbRToS(value, -1, -1, text) == RTNORM ? wideToUtf8(text) : realText(value);
+}
+
+std::string pointText(const VcGePoint3d& p)
+{
+    return fmt::format("X = {}  Y = {}  Z = {}", lengthText(p.x), lengthText(p.y), lengthText(p.z));
+}
+
+std::string angleText(double radians)
+{
+    wchar_t text[134];
+    return vcdbAngToS(radians, -1, -1, text) == RTNORM ? wideToUtf8(text) : realText(radians);
+}
+
+bool isOnLockedLayer(const VcDbEntity& entity)
+{
+    const DatabaseCore* db = DatabaseCore::of(entity.objectId());
+    const auto* layer = db ? db->objectAs<VcDbLayerTableRecord>(entity.layerId()) : nullptr;
+    return layer && layer->isLocked();
+}
+
+std::string layerName(const VcDbEntity& entity)
+{
+    const DatabaseCore* db = DatabaseCore::of(entity.objectId());
+    const auto* layer = db ? db->objectAs<VcDbLayerTableRecord>(entity.layerId()) : nullptr;
+    return layer ? layer->nameUtf8() : "0";
+}
+
+}

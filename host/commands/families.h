@@ -1,0 +1,26 @@
+// The families of host commands; each lists its entries.
+#pragma once
+
+#include "host/edit/command.h"
+
+#include <span>
+
+namespace vk::commands {
+
+using edit::HostCommand;
+
+std::span<const HostCommand> variableCommands();
+std::span<const HostCommand> undoCommands();
+std::span<const HostCommand> drawCommands();
+std::span<const HostCommand> polylineCommands();
+std::span<const HostCommand> arcCommands();
+std::span<const HostCommand> textCommands();
+std::span<const HostCommand> modifyCommands();
+std::span<const HostCommand> transformCommands();
+std::span<const HostCommand> layerCommands();
+std::span<const HostCommand> styleCommands();
+std::span<const HostCommand> inquiryCommands();
+std::span<const HostCommand> sessionCommands();
+std::span<const HostCommand> fileCommands();
+
+}  // namespace vk::commands

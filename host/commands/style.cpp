@@ -1,0 +1,96 @@
+// -STYLE - makes and changes text styles; the one worked on becomes current.
+#include "host/base/unicode.h"
+#include "host/base/wildcard.h"
+#include "host/commands/drawing.h"
+#include "host/commands/families.h"
+#include "host/db/database.h"
+#include "host/db/record_names.h"
+#include "host/edit/sysvars.h"
+#include "sdk/vcdb_records.h"
+#include "sdk/vcut.h"
+
+namespace vk::commands {
+
+namespace {
+
+using namespace edit;
+using Style = VcDbTextStyleTableRecord;
+
+std::string fontOf(const Style& style)
+{
+    wchar_t* file = style.fileName();
+    std::string name = file ? wideToUtf8(file) : std::string();
+    vcutDelString(file);
+    return name;
+}
+
+void list(Editor& ed)
+{
+    const Wildcard pattern(ed.text("Enter text style(s) to list <*>", "*"));
+    for (const VcDbObjectId id : ed.db().table(NameTable::TextStyle).records()) {
+        const auto* style = ed.db().objectAs<Style>(id);
+        if (!style->nameUtf8().empty() && pattern.matches(style->nameUtf8()))
+            ed.printLine(fmt::format("Style name: \"{}\"  Font: {}  Height: {}  Width factor: {}  Obliquing angle: {}", style->nameUtf8(),
+                                     fontOf(*style), lengthText(style->textSize()), lengthText(style->xScale()),
+                                     angleText(style->obliquingAngle())));
+    }
+}
+
+Style& styleNamed(Editor& ed, const std::string& name)
+{
+    if (auto* known = ed.db().liveAs<Style>(ed.db().findRecord(NameTable::TextStyle, name)))
+        return *known;
+    if (!isLegalRecordName(name))
+        throw CommandError{fmt::format("\"{}\" is no name for a text style.", name)};
+    auto made = std::make_unique<Style>();
+    made->setNameUtf8(name);
+    made->setFileName(L"txt");
+    Style* added = made.get();
+    if (ed.db().table(NameTable::TextStyle).add(made.get()))
+        throw CommandError{"The text style cannot be made."};
+    made.release();
+    added->close();
+    return *added;
+}
+
+bool yes(Editor& ed, const std::string& question, bool byDefault)
+{
+    return ed.keyword(fmt::format("{} [Yes/No] <{}>", question, byDefault ? "Y" : "N"), "Yes No", byDefault ? "Yes" : "No") == "Yes";
+}
+
+void style(Editor& ed)
+{
+    const std::string name = ed.text("Enter name of text style or [?]", ed.vars().text("TEXTSTYLE"));
+    if (name == "?")
+        return list(ed);
+    Style& style = styleNamed(ed, name);
+    const std::string font = ed.text("Specify full font name or font filename (TTF or stroke font)", fontOf(style));
+    const double height = ed.distance("Specify height of text", style.textSize(), {.bits = InitGet::NoNegative});
+    const double width = ed.real("Specify width factor", style.xScale(), {.bits = InitGet::NoZero | InitGet::NoNegative});
+    const Answer a = ed.askAngle(fmt::format("Specify obliquing angle <{}>", angleText(style.obliquingAngle())), {.enterEnds = true});
+    const double oblique = a.status == Answer::Status::Enter ? style.obliquingAngle() : std::remainder(a.real, 2 * M_PI);
+    const bool backwards = yes(ed, "Display text backwards?", style.isBackwards());
+    const bool upsideDown = yes(ed, "Display text upside-down?", style.isUpsideDown());
+    const bool vertical = yes(ed, "Vertical?", style.isVertical());
+
+    if (style.setObliquingAngle(oblique))
+        throw CommandError{"The obliquing angle must lie between -85 and 85 degrees."};
+    style.setFileName(utf8ToWide(font).c_str());
+    style.setTextSize(height);
+    style.setXScale(width);
+    style.setFlagBits(std::uint8_t((backwards ? 2 : 0) | (upsideDown ? 4 : 0)));
+    style.setIsVertical(vertical);
+    ed.vars().set("TEXTSTYLE", style.nameUtf8());
+    ed.printLine(fmt::format("\"{}\" is now the current text style.", style.nameUtf8()));
+}
+
+const HostCommand kCommands[] = {
+    {"-STYLE", nullptr, kPlain, "Makes and changes text styles.", style},
+    {"STYLE", "ST", kPlain, "Makes and changes text styles.", style},
+};
+
+}
+
+std::span<const HostCommand> styleCommands() { return kCommands; }
+
+}
