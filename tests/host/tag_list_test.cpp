@@ -48,9 +48,11 @@ TEST(TagList, MapsHandlesAndNothingElse)
     EXPECT_EQ(calls, 1);
     TagList expected = mixed();
     EXPECT_FALSE(list == expected);
-    for (const Tag& tag : list)
-        if (tag.isHandle)
+    for (const Tag& tag : list) {
+        if (tag.isHandle) {
             EXPECT_EQ(tag.integer, 0x30);
+        }
+    }
 }
 
 TEST(TagList, AddsTagsByTheirForm)
