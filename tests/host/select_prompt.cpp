@@ -60,7 +60,7 @@ const Case kCases[] = {
     {"TheSameTwice", "5,0\n5,0\n\n", "a", "1 found (1 duplicate), 1 total"},
     {"Escape", "5,0\n(cancel)\n", "cancelled", "*Cancel*"},
     {"Window", "W\n-1,-1\n11,11\n\n", "ab", "2 found, 2 total"},
-    {"WindowOnOneLine", "w -1,-1 11,11 \n", "ab", ""},
+    {"WindowOnOneLine", "w -1,-1 11,11\n\n", "ab", ""},
     {"GlobalWord", "_C\n-1,-1\n5,11\n\n", "ab", ""},
     {"WholeWord", "crossing\n-1,-1\n5,11\n\n", "ab", ""},
     {"ImpliedWindow", "-1,-1\n11,11\n\n", "ab", "2 found, 2 total"},
@@ -85,7 +85,7 @@ const Case kCases[] = {
     {"QuestionMark", "?\n\n", "", "Expects a point"},
     {"NoPrevious", "P\n\n", "", "There is no previous selection set."},
     {"NoSuchGroup", "G\nmine\n\n", "", "There is no group named \"mine\"."},
-    {"TheScriptEnds", "5,0\n", "cancelled", "*Cancel*"},
+    {"TheScriptEnds", "5,0\n", "cancelled", ""},
 };
 
 TEST_F(Prompt, Answers)

@@ -60,6 +60,19 @@ inline RbPtr chainFrom(const std::string& text)
     return chain.take();
 }
 
+class Escape : public vk::edit::InputSource {
+public:
+    vk::edit::Input next(const vk::edit::Question&) override
+    {
+        m_pressed = true;
+        return {vk::edit::Input::Cancel{}};
+    }
+    bool isExhausted() const override { return m_pressed; }
+
+private:
+    bool m_pressed = false;
+};
+
 class Drawing : public testing::Test {
 protected:
     void SetUp() override
@@ -156,8 +169,17 @@ protected:
         EXPECT_TRUE(result == RTNORM || (set[0] == 0 && set[1] == 0)) << "a failed selection writes nothing";
         return result == RTNORM ? lettersOfSet(set) : std::to_string(result);
     }
-    // Answers typed one after the other, lines parted by "\n".
-    static void type(const std::string& script) { ed().pushSource(std::make_unique<vk::edit::ScriptSource>("test", script)); }
+    // Answers typed one after the other, lines parted by "\n"; "(cancel)" is Esc.
+    static void type(const std::string& script)
+    {
+        static const std::string kEscape = "(cancel)\n";
+        const std::size_t at = script.find(kEscape);
+        if (at == std::string::npos)
+            return ed().pushSource(std::make_unique<vk::edit::ScriptSource>("test", script));
+        type(script.substr(at + kEscape.size()));
+        ed().pushSource(std::make_unique<Escape>());
+        type(script.substr(0, at));
+    }
 
     std::map<VcDbObjectId, char> m_letters;
 };
