@@ -1,9 +1,29 @@
 #include "host/edit/select_index.h"
 
 #include "host/db/database.h"
+#include "host/edit/select_outline.h"
+#include "sdk/vcdb_polylines.h"
+#include "sdk/vcdb_curves.h"
 #include "sdk/vcdb_tables.h"
 
 namespace vk::edit {
+
+// Where an entity can be met. Extents of polylines follow their middle, so that widths are added here.
+static VcDbExtents extentsOf(const VcDbEntity& entity)
+{
+    VcDbExtents extents;
+    if (entity.getGeomExtents(extents) != Vcad::eOk)
+        return {};
+    const auto* polyline = VcDbPolyline::cast(&entity);
+    if (!polyline || !polyline->hasWidth())
+        return extents;
+    OutlineBuilder builder(1e-3);
+    buildOutline(entity, builder);
+    for (const Outline& outline : builder.outlines)
+        for (const VcGePoint3d& p : outline.points)
+            extents.addPoint(p);
+    return extents;
+}
 
 SpaceIndex& SpaceIndex::of(const DatabaseCore& db, VcDbObjectId space)
 {
@@ -27,9 +47,7 @@ void SpaceIndex::refresh()
         const auto* entity = VcDbEntity::cast(m_db->objectAt(slot));
         if (!entity || entity->isErased())
             continue;
-        Item& item = m_items.emplace_back(Item{entity, {}});
-        if (entity->getGeomExtents(item.extents) != Vcad::eOk)
-            item.extents = {};
+        m_items.push_back({entity, extentsOf(*entity)});
     }
 }
 

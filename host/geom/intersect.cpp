@@ -1,6 +1,7 @@
 #include "host/geom/intersect.h"
 
 #include "host/geom/meet.h"
+#include "host/geom/sweep.h"
 
 #include <cmath>
 #include <tuple>
@@ -85,33 +86,6 @@ private:
             conic->range.to = conic->range.from + kTwoPi;
     }
 };
-
-// Pairs of pieces whose boxes touch, by a sweep along X.
-template <class Visit>
-void eachNearPair(const std::vector<Box3d>& a, const std::vector<Box3d>& b, Visit visit)
-{
-    struct Item
-    {
-        const Box3d* box;
-        size_t index;
-        bool first;
-    };
-    std::vector<Item> items;
-    for (size_t i = 0; i < a.size(); ++i)
-        items.push_back({&a[i], i, true});
-    for (size_t i = 0; i < b.size(); ++i)
-        items.push_back({&b[i], i, false});
-    std::sort(items.begin(), items.end(), [](const Item& p, const Item& q) { return p.box->min.x < q.box->min.x; });
-    std::vector<Item> open[2];
-    for (const Item& item : items) {
-        auto& others = open[item.first ? 1 : 0];
-        std::erase_if(others, [&](const Item& other) { return other.box->max.x < item.box->min.x; });
-        for (const Item& other : others)
-            if (item.box->touches(*other.box))
-                item.first ? visit(item.index, other.index) : visit(other.index, item.index);
-        open[item.first ? 0 : 1].push_back(item);
-    }
-}
 
 bool tangentAt(const PieceShape& a, double s, const PieceShape& b, double t)
 {
@@ -246,8 +220,8 @@ Meeting intersect(const Curve& a, const Curve& b, Extend extend, double toleranc
     const Operand first(a, -origin, extends(extend, Extend::First), tolerance);
     const Operand second(b, -origin, extends(extend, Extend::Second), tolerance);
     Meeting meeting;
-    eachNearPair(first.boxes, second.boxes,
-                 [&](size_t i, size_t j) { addMeetings(first, i, second, j, origin, tolerance, meeting); });
+    eachTouchingPair(first.boxes, second.boxes,
+                     [&](size_t i, size_t j) { addMeetings(first, i, second, j, origin, tolerance, meeting); });
     joinOverlaps(meeting.overlaps);
     keepDistinct(meeting, first, second, tolerance);
     return meeting;

@@ -9,7 +9,7 @@ struct Touch
 {
     double a = 0, b = 0;
     bool tangent = false;
-    bool vague = false;  // near the contact, but neither its crossing nor its tangency: an end, a place on the way
+    bool vague = false; // near the contact, but neither its crossing nor its tangency: an end, a place on the way
 };
 
 struct SharedStretch

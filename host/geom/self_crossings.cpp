@@ -1,6 +1,7 @@
 #include "host/geom/intersect.h"
 #include "host/geom/meet.h"
 #include "host/geom/nurbs.h"
+#include "host/geom/sweep.h"
 
 #include <cmath>
 
@@ -63,14 +64,9 @@ std::vector<Crossing> selfCrossings(const Curve& curve, double tolerance)
     const bool closed = isClosed(curve);
     const double perimeter = length(curve);
 
-    std::vector<size_t> order(parts.size());
     std::vector<Box3d> boxes;
-    for (size_t i = 0; i < parts.size(); ++i) {
-        order[i] = i;
-        boxes.push_back(boxOf(parts[i].shape).grown(tolerance));
-    }
-    std::sort(order.begin(), order.end(), [&](size_t i, size_t j) { return boxes[i].min.x < boxes[j].min.x; });
-
+    for (const Piece& part : parts)
+        boxes.push_back(boxOf(part.shape).grown(tolerance));
     // The way along the curve between two places that are one point tells a crossing from the curve going on.
     const auto goesOn = [&](double s, double t) {
         const double way = lengthBetween(curve, s, t);
@@ -85,14 +81,7 @@ std::vector<Crossing> selfCrossings(const Curve& curve, double tolerance)
                 found.push_back({place(parts[i].shape, t.a) + origin, std::min(s, u), std::max(s, u), t.tangent});
         }
     };
-    std::vector<size_t> open;
-    for (size_t i : order) {
-        std::erase_if(open, [&](size_t j) { return boxes[j].max.x < boxes[i].min.x; });
-        for (size_t j : open)
-            if (boxes[i].touches(boxes[j]))
-                add(std::min(i, j), std::max(i, j));
-        open.push_back(i);
-    }
+    eachTouchingPair(boxes, add);
     std::sort(found.begin(), found.end(), [](const Crossing& p, const Crossing& q) { return p.first < q.first; });
     const auto same = [&](const Crossing& p, const Crossing& q) {
         return p.point.distanceTo(q.point) <= 2 * tolerance &&

@@ -335,12 +335,15 @@ void DxfReader::reportImplicitRecords()
 {
     constexpr const char* kKinds[] = {"layer", "linetype", "text style", "dimension style", "block",
                                       "application", "coordinate system", "view", "viewport"};
+    // Layers come first in the list of tables, and those that are made need a linetype.
     for (int t = 0; t < 9; ++t) {
         for (const VcDbObjectId id : m_db.table(NameTable(t)).records()) {
             auto& record = static_cast<VcDbSymbolTableRecord&>(*m_db.object(id));
             if (!record.isImplicit())
                 continue;
             record.setImplicit(false);
+            if (auto* layer = VcDbLayerTableRecord::cast(&record); layer && layer->linetypeObjectId().isNull())
+                layer->setLinetypeObjectId(m_db.recordFor(NameTable::Linetype, "Continuous"));
             note(0, 0, fmt::format("the {} \"{}\" is used but not defined; it was made", kKinds[t], record.nameUtf8()));
         }
     }

@@ -110,6 +110,8 @@ void LegacySink::text(int code, std::string_view utf8)
 {
     if (code == 0)
         m_kind = kindOf(utf8);
+    else if (code == 100 || code == 101)
+        return;
     if (code == 0 || passes(code))
         m_next.text(code, m_kind && m_kind->type == "BLOCK" && (code == 2 || code == 3) ? legacyName(utf8) : utf8);
 }

@@ -71,13 +71,16 @@ ObjectParts ObjectReader::split(DxfRecord& record, bool isEntity)
         return (tag.code == 105 && isDimStyle) || (tag.code == 5 && (!isDimStyle || headEnd < xdata));
     };
 
+    // Files as old as R12 have no owners; theirs would be data of a class that we do not know.
+    const bool mayHaveOwner = headEnd < xdata || m_fields.version() >= DxfVersion::R13;
+
     m_braceTags.clear();
     std::size_t left = 0;
     for (std::size_t i = 0; i < headEnd; ++i) {
         const Tag& tag = tags[i];
         if (isHandle(tag) && parts.handle == 0 && handleValue(tag) != 0) {
             parts.handle = handleValue(tag);
-        } else if (tag.code == 330 && !parts.hasOwner) {
+        } else if (tag.code == 330 && !parts.hasOwner && mayHaveOwner) {
             parts.owner = handleValue(tag);
             parts.hasOwner = true;
         } else if (opensBrace(tag)) {

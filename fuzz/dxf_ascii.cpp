@@ -1,0 +1,10 @@
+#include "fuzz/dxf_target.h"
+
+#include <cstddef>
+#include <cstdint>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    exerciseDrawing({reinterpret_cast<const char*>(data), size});
+    return 0;
+}
