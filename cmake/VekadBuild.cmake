@@ -31,7 +31,7 @@ if(MOLD)
   add_link_options(-fuse-ld=mold)
 endif()
 
-add_compile_options(-Wall -Wextra -Wno-unused-parameter -Wno-missing-field-initializers -Wno-restrict -Werror=return-type)
+add_compile_options(-Wall -Wextra -Wno-unused-parameter -Wno-missing-field-initializers -Werror=return-type)
 option(VEKAD_WERROR "treat warnings as errors" ON)
 if(VEKAD_WERROR)
   add_compile_options(-Werror)
