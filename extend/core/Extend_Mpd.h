@@ -9,9 +9,9 @@
 #include <span>
 
 // The library that every text and dialog of the module comes from; null until the module has started.
-VK_MODULE_EXPORT extern HINSTANCE hLibModule;
+extern HINSTANCE hLibModule;
 VK_MODULE_EXPORT extern HINSTANCE hCurrentModule;
-VK_MODULE_EXPORT extern CVcExtensionModule VkExtend;
+extern CVcExtensionModule VkExtend;
 
 // A text of hLibModule, whatever handle is current; empty when there is none.
 VK_MODULE_EXPORT CStdStrW LoadLocalCmd(UINT id);
