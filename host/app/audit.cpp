@@ -4,6 +4,7 @@
 #include "host/app/paths.h"
 #include "host/app/remarks.h"
 #include "host/app/stopping.h"
+#include "host/io/audit.h"
 
 #include <fmt/format.h>
 
@@ -11,21 +12,31 @@ namespace vk::app {
 
 namespace {
 
-void print(const ReadProblem& problem)
+std::string ofObject(std::uint64_t handle) { return handle ? fmt::format("object {:X}: ", handle) : std::string(); }
+
+void printMore(std::size_t total, std::size_t listed)
 {
-    const std::string line = problem.line ? fmt::format("line {}: ", problem.line) : std::string();
-    const std::string handle = problem.handle ? fmt::format("object {:X}: ", problem.handle) : std::string();
-    fmt::print("{}{}{}{}\n", line, handle, problem.text, problem.mended ? "" : " (not mended)");
+    if (total > listed)
+        fmt::print("and {} more\n", withSeparators(total - listed));
 }
 
-void printAll(const std::string& drawing, const ProblemLog& found)
+// What the reader has met is mended already, or is not to be mended.
+void printRead(const ProblemLog& found)
 {
     for (const ReadProblem& problem : found.items())
-        print(problem);
-    if (found.total() > found.items().size())
-        fmt::print("and {} more\n", withSeparators(found.total() - found.items().size()));
-    fmt::print("{}: {}\n", drawing,
-               found.total() == 0 ? "nothing is wrong" : fmt::format("faults found: {}", withSeparators(found.total())));
+        fmt::print("{}{}{}{}\n", problem.line ? fmt::format("line {}: ", problem.line) : "", ofObject(problem.handle),
+                   problem.text, problem.mended ? " (mended on reading)" : " (not mended)");
+    printMore(found.total(), found.items().size());
+}
+
+void printAudit(const AuditReport& found)
+{
+    for (const AuditFault& fault : found.faults)
+        fmt::print("{}{}{}\n", ofObject(fault.handle), fault.text,
+                   fault.fixed     ? " (mended)"
+                   : fault.fixable ? " (--fix mends it)"
+                                   : " (cannot be mended)");
+    printMore(found.total, found.faults.size());
 }
 
 }
@@ -41,11 +52,15 @@ int audit(const AuditOptions& options)
     Loaded loaded = load(options.drawing, options.fix, remarks, true);
     if (loaded.status != kDone)
         return loaded.status;
-    const ProblemLog& found = loaded.read.problems;
-    printAll(options.drawing, found);
+    printRead(loaded.read.problems);
+    const AuditReport found = auditDrawing(*loaded.database, options.fix);
+    printAudit(found);
+    const std::size_t total = loaded.read.problems.total() + found.total;
+    fmt::print("{}: {}\n", options.drawing,
+               total == 0 ? "nothing is wrong" : fmt::format("faults found: {}", withSeparators(total)));
     if (options.fix && !saveAs(*loaded.database, options.out, writeOptions(options.save), remarks).ok())
         return kNotSaved;
-    return found.total() == 0 ? kDone : kCommandFailed;
+    return total == 0 ? kDone : kCommandFailed;
 }
 
 }  // namespace vk::app

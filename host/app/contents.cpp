@@ -127,7 +127,7 @@ const char* nameOf(vktext::FontMatch match)
 void findFonts(DatabaseCore& db, Contents& contents)
 {
     vktext::FontLibrary& library = vktext::FontLibrary::instance();
-    for (const VcDbObjectId id : db.table(NameTable::Style).records()) {
+    for (const VcDbObjectId id : db.table(NameTable::TextStyle).records()) {
         const auto* style = db.liveAs<VcDbTextStyleTableRecord>(id);
         if (!style || style->isShapeFile())
             continue;
@@ -147,7 +147,7 @@ Contents contentsOf(DatabaseCore& db)
     countSpaces(db, contents);
     contents.layers = namesIn(db, NameTable::Layer);
     contents.blocks = namesIn(db, NameTable::Block);
-    contents.styles = namesIn(db, NameTable::Style);
+    contents.styles = namesIn(db, NameTable::TextStyle);
     contents.dimstyles = namesIn(db, NameTable::DimStyle);
     contents.linetypes = namesIn(db, NameTable::Linetype);
     measure(db, contents);

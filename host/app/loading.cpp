@@ -7,15 +7,6 @@
 
 namespace vk::app {
 
-namespace {
-
-std::string reasonOf(const ReadResult& read)
-{
-    return read.line ? fmt::format("line {}: {}", read.line, read.message) : read.message;
-}
-
-}
-
 Loaded load(const std::string& path, bool recover, Remarks& remarks, bool quiet)
 {
     Loaded loaded;
@@ -30,7 +21,7 @@ Loaded load(const std::string& path, bool recover, Remarks& remarks, bool quiet)
         remarks.say(fmt::format("{}: reading was ended", path));
     } else if (!loaded.read.ok()) {
         loaded.status = kUnreadable;
-        remarks.say(fmt::format("{}: {}", path, reasonOf(loaded.read)));
+        remarks.say(fmt::format("{}: {}", path, loaded.read.message));
     }
     if (!quiet)
         remarks.problems(path, loaded.read.problems);

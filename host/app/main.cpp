@@ -4,6 +4,7 @@
 #include "host/app/convert.h"
 #include "host/app/info.h"
 #include "host/app/run.h"
+#include "host/base/files.h"
 #include "host/io/drawing_file.h"
 
 #include <CLI/CLI.hpp>
@@ -121,12 +122,6 @@ int refuse(const char* what)
     return kWrongUsage;
 }
 
-bool isSubcommand(const CLI::App& app, const std::string& word)
-{
-    const auto subcommands = app.get_subcommands([](const CLI::App*) { return true; });
-    return std::any_of(subcommands.begin(), subcommands.end(), [&](const CLI::App* s) { return s->get_name() == word; });
-}
-
 int start(std::vector<std::string> arguments)
 {
     CLI::App app{"vekad - works on drawings, from a shell or a script", "vekad"};
@@ -143,7 +138,7 @@ int start(std::vector<std::string> arguments)
 
     if (!arguments.empty() && arguments.front() == "render")
         return refuse("pictures are");
-    if (!arguments.empty() && !arguments.front().starts_with('-') && !isSubcommand(app, arguments.front()))
+    if (arguments.size() == 1 && fileExists(arguments.front()))
         return refuse("the window is");
     std::vector<std::string> typed;
     takeTyped(arguments, typed);

@@ -40,7 +40,7 @@ std::string withSeparators(std::size_t number)
 {
     std::string text = std::to_string(number);
     for (std::size_t at = text.size(); at > 3;)
-        text.insert(at -= 3, ",");
+        text.insert(at -= 3, 1, ',');
     return text;
 }
 

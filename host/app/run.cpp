@@ -48,8 +48,6 @@ std::string faultOfOutputs(const RunOptions& options)
 
 std::string faultOf(const RunOptions& options)
 {
-    if (options.json && options.drawings.size() == 1 && !options.hasInput() && !options.saves())
-        return "nothing to do: give commands with -c or -s, or somewhere to save with -o";
     if (options.drawings.size() > 1 && !options.out.empty())
         if (std::string fault = faultOfFolder(options); !fault.empty())
             return fault;

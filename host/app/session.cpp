@@ -5,6 +5,7 @@
 #include "host/base/settings.h"
 #include "host/commands/all_commands.h"
 #include "host/edit/editor.h"
+#include "host/edit/host_application.h"
 #include "host/edit/module_loader.h"
 #include "host/lisp/evaluator.h"
 
@@ -23,7 +24,7 @@ Session::Session(const std::string& profileFolder)
 {
     if (!profileFolder.empty())
         setSettingsFolder(profileFolder);
-    edit::ModuleLoader::prepareServices();
+    edit::startHostApplication();
     edit::Editor& editor = edit::Editor::instance();
     commands::registerHostCommands();
     editor.setLisp(std::make_unique<lisp::EditorLisp>(editor));

@@ -292,8 +292,6 @@ bool ChainGroups::hasDataIn5() const
     return type == "DIMSTYLE" || type == "SORTENTSTABLE";
 }
 
-bool ChainGroups::isXrecord() const { return !m_markers.empty() && m_markers.back() == "AcDbXrecord"; }
-
 void ChainGroups::addNode(const resbuf& node)
 {
     int code = node.restype;
@@ -310,7 +308,7 @@ void ChainGroups::addNode(const resbuf& node)
     }
     // Handles and owners are the host's, as are the space and what the database works out.
     if (code < 0 || code == 105 || (code == 5 && !hasDataIn5()) || (code == 330 && m_markers.empty()) ||
-        (code == 67 && m_markers.size() < 2) || (code == 410 && !isXrecord()))
+        (code == 67 && m_markers.size() < 2) || code == 410)
         return;
     switch (groupKind(code)) {
     case GroupKind::Point:

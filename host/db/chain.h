@@ -37,7 +37,6 @@ public:
 private:
     void addNode(const resbuf& node);
     bool hasDataIn5() const;
-    bool isXrecord() const;
     std::vector<Tag> m_tags;
     std::deque<std::string> m_texts;
     std::vector<std::string> m_markers;

@@ -598,6 +598,8 @@ void FieldReader::rest(TagList& groups)
 
 void FieldReader::keep(const Tag& tag, TagList& list)
 {
+    if (tag.form == Tag::Form::Id)
+        return list.addHandle(tag.code, m_db.handleOf(unpackId(tag.integer)));
     if (!isChars(tag))
         return list.add(tag);
     const GroupKind kind = fileGroupKind(tag.code);

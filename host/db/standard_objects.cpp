@@ -35,7 +35,8 @@ private:
     VcDbObjectId ensureSpace(const char* name, std::uint64_t handle);
     VcDbDictionary& ensureDictionary(VcDbDictionary& parent, const char* name, std::uint64_t handle);
     template <class T>
-    T& addTo(VcDbDictionary& dictionary, const std::string& name, std::unique_ptr<T> object, std::uint64_t handle = 0);
+    T& addTo(VcDbDictionary& dictionary, const std::string& name, std::unique_ptr<T> object, std::uint64_t handle = 0,
+             VcDbObjectId reserved = {});
     VcDbLayout* layoutOf(const VcDbDictionary& layouts, VcDbObjectId block) const;
     VcDbLayout& makeLayout(VcDbDictionary& layouts, VcDbBlockTableRecord& block);
     void setUpSheet(VcDbLayout& layout) const;
@@ -161,10 +162,12 @@ void StandardObjects::ensureSpaces()
 // Dictionaries and what stands in them
 
 template <class T>
-T& StandardObjects::addTo(VcDbDictionary& dictionary, const std::string& name, std::unique_ptr<T> object, std::uint64_t handle)
+T& StandardObjects::addTo(VcDbDictionary& dictionary, const std::string& name, std::unique_ptr<T> object, std::uint64_t handle,
+                          VcDbObjectId reserved)
 {
     T& added = *object;
-    const VcDbObjectId id = m_db.add(std::move(object), dictionary.objectId(), customary(handle));
+    const VcDbObjectId id = reserved.isNull() ? m_db.add(std::move(object), dictionary.objectId(), customary(handle))
+                                              : m_db.fill(reserved, std::move(object), dictionary.objectId());
     added.addPersistentReactor(dictionary.objectId());
     dictionary.setAtUtf8(name, id);
     return added;
@@ -286,6 +289,7 @@ void StandardObjects::setUpSheet(VcDbLayout& layout) const
     }
 }
 
+// A block that names a layout which its file does not have gets one of that handle.
 VcDbLayout& StandardObjects::makeLayout(VcDbDictionary& layouts, VcDbBlockTableRecord& block)
 {
     const bool isModel = block.objectId() == m_db.modelSpace();
@@ -301,7 +305,8 @@ VcDbLayout& StandardObjects::makeLayout(VcDbDictionary& layouts, VcDbBlockTableR
         layout->setPlotRotation(0);
         layout->setLimits({0, 0}, m_metric ? VcGePoint2d(420, 297) : VcGePoint2d(12, 9));
     }
-    return addTo(layouts, name, std::move(layout), isModel ? 0x22 : 0x1E);
+    const VcDbObjectId named = block.getLayoutId();
+    return addTo(layouts, name, std::move(layout), isModel ? 0x22 : 0x1E, m_db.object(named) ? VcDbObjectId() : named);
 }
 
 void StandardObjects::ensureLayouts(VcDbDictionary& layouts)

@@ -668,7 +668,8 @@ void Editor::runLispCommand(const std::string& name)
 void Editor::showLispResult(const LispEvaluator::Result& result)
 {
     if (result.status == LispEvaluator::Result::Failed) {
-        printLine("; error: " + result.message);
+        if (!result.message.empty())
+            printLine("; error: " + result.message);
         m_failed = true;
     } else if (result.status == LispEvaluator::Result::Cancelled) {
         printLine("*Cancel*");

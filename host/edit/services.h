@@ -16,7 +16,7 @@ public:
         enum Status { Done, Failed, Cancelled } status = Done;
         RbPtr value;          // as a chain: a single value, or RTLB ... RTLE; null for nil
         std::string printed;  // as prin1 shows it
-        std::string message;  // why it failed
+        std::string message;  // why it failed; empty where the program itself has told it
         bool isSilent = false;  // ended in (princ): nothing is shown
     };
     virtual Result evaluate(std::string_view text) = 0;

@@ -265,4 +265,15 @@ TEST(StandardObjects, EverySpaceAndLayoutNameEachOther)
     EXPECT_EQ(layout->getTabOrder(), 2);
 }
 
+TEST(StandardObjects, ALayoutThatABlockNamesInVainIsMadeUnderItsHandle)
+{
+    VcDbDatabase db;
+    DatabaseCore& core = db.core();
+    VcDbBlockTableRecord& block = addBlockRecord(core, "*Paper_Space0");
+    block.setLayoutId(core.reserveHandle(0xEEEEA));
+    ensureStandardObjects(core);
+    EXPECT_EQ(block.getLayoutId().handle().value(), 0xEEEEAu);
+    EXPECT_NE(core.objectAs<VcDbLayout>(block.getLayoutId()), nullptr);
+}
+
 }

@@ -131,7 +131,6 @@ TEST_F(Xrecords, AnObjectsChainHasTheDataToo)
     data.addUtf8(102, "{X");
     data.addPoint(10, 1, 2, 3);
     data.addName(330, name);
-    data.addUtf8(410, "text");
     data.addUtf8(102, "}");
     const RbPtr given = data.take();
     ASSERT_EQ(record.setFromRbChain(*given), Vcad::eOk);

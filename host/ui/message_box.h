@@ -1,0 +1,14 @@
+// Message boxes without a window: their text is in the transcript, their button as the script has laid down.
+#pragma once
+
+#include "host/base/message_service.h"
+
+namespace vk::ui {
+
+class ScriptedMessageBox : public MessageService {
+public:
+    // A box that nobody answered takes its default button; where it asked for a choice, the run has failed.
+    int show(std::string_view text, std::string_view title, unsigned style) override;
+};
+
+}  // namespace vk::ui

@@ -1,0 +1,276 @@
+#!/usr/bin/env python3
+"""test_cli.py VEKAD - the program as the shell sees it: arguments, status codes, files, reports."""
+
+import json
+import os
+import pty
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+from pathlib import Path
+
+VEKAD = ""
+BLANK = "0\nSECTION\n2\nENTITIES\n0\nENDSEC\n0\nEOF\n"
+LINE = """(entmake '((0 . "LINE") (8 . "0") (10 0.0 0.0 0.0) (11 1.0 2.0 0.0)))"""
+CIRCLE = """(entmake '((0 . "CIRCLE") (8 . "0") (10 0.0 0.0 0.0) (40 . 3.0)))"""
+
+
+class Case(unittest.TestCase):
+    def setUp(self):
+        self.folder = Path(tempfile.mkdtemp())
+        self.addCleanup(shutil.rmtree, self.folder)
+        self.put("a.dxf", BLANK)
+
+    def put(self, name, text):
+        path = self.folder / name
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text(text)
+        return path
+
+    def vekad(self, *arguments, typed="", expect=0):
+        done = subprocess.run([VEKAD, *map(str, arguments)], cwd=self.folder, input=typed, text=True, timeout=60,
+                              capture_output=True, env={**os.environ, "XDG_CONFIG_HOME": str(self.folder / "config")})
+        self.assertEqual(done.returncode, expect, done.stdout + done.stderr)
+        return done
+
+    def report(self, *arguments, expect=0):
+        return json.loads(self.vekad(*arguments, "--json", expect=expect).stdout)
+
+    def entities(self, name):
+        return self.report("info", name)["entities"]["model"]
+
+
+class Usage(Case):
+    WRONG = {
+        "no subcommand": [],
+        "no drawing": ["run"],
+        "unknown option": ["run", "a.dxf", "--nonsense"],
+        "unknown version": ["run", "a.dxf", "-o", "b.dxf", "--as", "1999"],
+        "a version that is only read": ["convert", "a.dxf", "b.dxf", "--as", "R14"],
+        "two places to save": ["run", "a.dxf", "-o", "b.dxf", "--in-place"],
+        "saved and not saved": ["run", "a.dxf", "--dry-run", "--in-place"],
+        "overwrites its input": ["run", "a.dxf", "-o", "a.dxf"],
+        "overwrites its input by another name": ["run", "a.dxf", "-o", "./x/../a.dxf"],
+        "convert onto itself": ["convert", "a.dxf", "a.dxf"],
+        "transcript onto the drawing": ["run", "a.dxf", "--transcript", "a.dxf"],
+        "script that is not there": ["run", "a.dxf", "-s", "nothing.scr"],
+        "no time": ["run", "a.dxf", "--timeout", "0"],
+        "fix without a place": ["audit", "a.dxf", "--fix"],
+        "pictures": ["render", "a.dxf", "a.png"],
+        "the window": ["a.dxf"],
+    }
+
+    def test_wrong_usage(self):
+        (self.folder / "x").mkdir()
+        for what, arguments in self.WRONG.items():
+            with self.subTest(what):
+                self.assertNotEqual(self.vekad(*arguments, expect=2).stderr, "")
+        self.assertEqual((self.folder / "a.dxf").read_text(), BLANK)
+
+    def test_help(self):
+        for command in ("run", "info", "audit", "convert"):
+            self.assertIn("Status", self.vekad(command, "--help").stdout)
+
+
+class Run(Case):
+    def test_saves_what_the_commands_made(self):
+        done = self.vekad("run", "a.dxf", "-c", LINE, "-c", CIRCLE, "-o", "b.dxf")
+        self.assertEqual(self.entities("b.dxf"), {"LINE": 1, "CIRCLE": 1})
+        self.assertEqual((self.folder / "a.dxf").read_text(), BLANK)
+        self.assertIn("kept", done.stderr)
+
+    def test_typed_texts_come_before_the_script(self):
+        script = self.put("s.scr", "; a comment\n(princ (+ x 1))\n")
+        self.assertIn("42", self.vekad("run", "a.dxf", "-s", script, "-c", "(setq x 41)").stdout)
+
+    def test_script_from_standard_input(self):
+        self.vekad("run", "a.dxf", "-s", "-", "-o", "b.dxf", typed=LINE + "\n")
+        self.assertEqual(self.entities("b.dxf"), {"LINE": 1})
+
+    def test_report(self):
+        report = self.report("run", "a.dxf", "-c", LINE, "-c", "NOSUCH", "-o", "b.dxf", expect=1)
+        self.assertEqual((report["drawing"], report["status"]), ("a.dxf", 1))
+        self.assertEqual(report["commands"], [{"name": "NOSUCH", "status": "failed"}])
+        self.assertEqual(list(report["added"]), ["LINE"])
+        self.assertEqual((report["modified"], report["erased"]), ({}, {}))
+        self.assertEqual(report["saved"]["path"], "b.dxf")
+        self.assertEqual(report["saved"]["dropped"], 0)
+
+    def test_report_of_changes_and_erasures(self):
+        self.vekad("run", "a.dxf", "-c", LINE, "-c", CIRCLE, "-o", "b.dxf")
+        grow = """(entmod (subst '(40 . 5.0) '(40 . 3.0) (entget (entlast))))"""
+        same = """(entmod (entget (entlast)))"""
+        gone = """(entdel (entnext))"""
+        self.assertEqual(list(self.report("run", "b.dxf", "-c", grow)["modified"]), ["CIRCLE"])
+        self.assertEqual(self.report("run", "b.dxf", "-c", same)["modified"], {})
+        self.assertEqual(list(self.report("run", "b.dxf", "-c", gone)["erased"]), ["LINE"])
+
+    def test_in_place_keeps_the_old_file(self):
+        self.vekad("run", "a.dxf", "-c", LINE, "--in-place")
+        self.assertEqual(self.entities("a.dxf"), {"LINE": 1})
+        backups = [p for p in self.folder.iterdir() if p.suffix == ".bak"]
+        self.assertEqual([p.read_text() for p in backups], [BLANK])
+
+    def test_dry_run_writes_nothing(self):
+        report = self.report("run", "a.dxf", "-c", LINE, "--dry-run")
+        self.assertEqual(list(report["added"]), ["LINE"])
+        self.assertEqual((self.folder / "a.dxf").read_text(), BLANK)
+        self.assertEqual(sorted(p.name for p in self.folder.iterdir() if p.is_file()), ["a.dxf"])
+
+    def test_failure_is_saved_all_the_same(self):
+        self.vekad("run", "a.dxf", "-c", LINE, "-c", "(car 5)", "-o", "b.dxf", expect=1)
+        self.assertEqual(self.entities("b.dxf"), {"LINE": 1})
+
+    def test_script_that_ends_inside_a_command(self):
+        self.vekad("run", "a.dxf", "-c", "(defun c:ask () (getpoint \"Point: \") (princ))", "-c", "ASK", expect=1)
+
+    def test_cancel_by_the_script_is_no_failure(self):
+        ask = "(defun c:ask () (getpoint \"Point: \") (princ))"
+        self.vekad("run", "a.dxf", "-c", ask, "-c", "ASK", "-c", "(cancel)", "-c", LINE, "-o", "b.dxf")
+        self.assertEqual(self.entities("b.dxf"), {"LINE": 1})
+
+    def test_left_over_answer(self):
+        done = self.vekad("run", "a.dxf", "-c", '(answer "TCaseDialog" "okBtn")', expect=1)
+        self.assertIn("TCaseDialog", done.stderr)
+
+    def test_transcript_in_a_file(self):
+        self.vekad("run", "a.dxf", "-c", '(princ "hello there")', "--json", "--transcript", "t.txt")
+        self.assertIn("hello there", (self.folder / "t.txt").read_text())
+
+    def test_time_limit(self):
+        begun = time.monotonic()
+        done = self.vekad("run", "a.dxf", "-c", LINE, "-c", "(while T (setq i 1))", "--timeout", "0.5", "-o", "b.dxf",
+                          expect=1)
+        self.assertLess(time.monotonic() - begun, 20)
+        self.assertIn("time limit", done.stderr)
+        self.assertEqual(self.entities("b.dxf"), {"LINE": 1})
+
+
+class Files(Case):
+    def test_unreadable(self):
+        self.put("cut.dxf", BLANK[:-12])
+        self.put("words.dxf", "This is no drawing.\n")
+        self.put("plan.dwg", "AC1032" + "\0" * 200)
+        for name in ("nothing.dxf", "words.dxf", "plan.dwg"):
+            with self.subTest(name):
+                for command in (["run", name], ["info", name], ["audit", name], ["convert", name, "b.dxf"]):
+                    self.assertIn(name, self.vekad(*command, expect=3).stderr)
+        self.assertFalse((self.folder / "b.dxf").exists())
+
+    def test_cannot_be_saved(self):
+        done = self.vekad("run", "a.dxf", "-c", LINE, "-o", "nowhere/b.dxf", expect=4)
+        self.assertIn("nowhere", done.stderr)
+
+    def test_convert_versions_and_forms(self):
+        self.vekad("run", "a.dxf", "-c", LINE, "-o", "b.dxf")
+        for version in ("R12", "2000", "2004", "2007", "2010", "2013", "2018"):
+            for form in ([], ["--binary"]):
+                with self.subTest(version=version, form=form):
+                    self.vekad("convert", "b.dxf", "c.dxf", "--as", version, *form)
+                    self.assertEqual(self.entities("c.dxf"), {"LINE": 1})
+
+    def test_second_save_is_the_first(self):
+        self.vekad("convert", "a.dxf", "b.dxf")
+        self.vekad("convert", "b.dxf", "c.dxf")
+        self.assertEqual((self.folder / "b.dxf").read_bytes(), (self.folder / "c.dxf").read_bytes())
+
+    def test_audit_of_a_sound_drawing(self):
+        self.vekad("convert", "a.dxf", "b.dxf")
+        self.assertIn("nothing is wrong", self.vekad("audit", "b.dxf").stdout)
+
+    def test_info(self):
+        self.vekad("run", "a.dxf", "-c", LINE, "--as", "2010", "-o", "b.dxf")
+        info = self.report("info", "b.dxf")
+        self.assertEqual(set(info), {"path", "version", "codepage", "entities", "layers", "blocks", "styles", "dimstyles",
+                                     "linetypes", "layouts", "extents", "fonts"})
+        self.assertIn("2010", info["version"])
+        self.assertIn("0", info["layers"])
+        self.assertEqual(info["extents"], [[0, 0, 0], [1, 2, 0]])
+
+
+class Several(Case):
+    def setUp(self):
+        super().setUp()
+        self.put("b.dxf", BLANK)
+        self.put("sub/a.dxf", BLANK)
+        self.put("broken.dxf", "no drawing")
+
+    def test_one_that_fails_does_not_stop_the_others(self):
+        done = self.vekad("run", "a.dxf", "broken.dxf", "b.dxf", "-c", LINE, "-o", "out/new", "--json", expect=3)
+        reports = [json.loads(line) for line in done.stdout.splitlines()]
+        self.assertEqual([(r["drawing"], r["status"]) for r in reports], [("a.dxf", 0), ("broken.dxf", 3), ("b.dxf", 0)])
+        self.assertEqual(sorted(p.name for p in (self.folder / "out/new").iterdir()), ["a.dxf", "b.dxf"])
+
+    def test_nothing_leaks_from_one_to_the_next(self):
+        tell = '(princ (strcat "it is " (if seen "old" "new")))'
+        done = self.vekad("run", "a.dxf", "b.dxf", "-c", tell, "-c", "(setq seen T)")
+        self.assertIn("it is new", done.stdout)
+        self.assertNotIn("it is old", done.stdout)
+
+    def test_shared_input_and_transcript(self):
+        self.vekad("run", "a.dxf", "b.dxf", "-s", "-", "--transcript", "t.txt", "--json", typed='(princ (strcat "he" "llo"))\n')
+        self.assertEqual((self.folder / "t.txt").read_text().count("\nhello"), 2)
+
+    def test_refusals(self):
+        self.vekad("run", "a.dxf", "sub/a.dxf", "-o", "out", expect=2)
+        self.vekad("run", "a.dxf", "b.dxf", "-o", "broken.dxf", expect=2)
+        self.vekad("run", "a.dxf", "b.dxf", "-o", ".", expect=2)
+
+
+class Interrupting(Case):
+    def start(self, *arguments):
+        return subprocess.Popen([VEKAD, *arguments], cwd=self.folder, text=True, stdout=subprocess.PIPE,
+                                stderr=subprocess.PIPE, stdin=subprocess.DEVNULL)
+
+    def test_the_first_cancels_the_command(self):
+        self.put("s.scr", f"(while T (setq i 1))\n{LINE}\n")
+        run = self.start("run", "a.dxf", "-s", "s.scr", "-o", "b.dxf")
+        time.sleep(1)
+        run.send_signal(signal.SIGINT)
+        run.communicate(timeout=30)
+        self.assertEqual(self.entities("b.dxf"), {"LINE": 1})
+
+    def test_the_second_ends_the_run(self):
+        loop = "(while T (setq i 1))\n"
+        self.put("s.scr", loop * 50 + LINE)
+        run = self.start("run", "a.dxf", "-s", "s.scr", "-o", "b.dxf")
+        time.sleep(1)
+        run.send_signal(signal.SIGINT)
+        time.sleep(0.5)
+        run.send_signal(signal.SIGINT)
+        run.communicate(timeout=30)
+        self.assertEqual(run.returncode, 1)
+        self.assertEqual(self.entities("b.dxf"), {})
+
+
+class Terminal(Case):
+    def test_typing(self):
+        pid, screen = pty.fork()
+        if pid == 0:
+            os.chdir(self.folder)
+            os.environ["TERM"] = "vt100"
+            os.execv(VEKAD, [VEKAD, "run", "a.dxf", "-o", "b.dxf", "--profile", "profile"])
+        # Tab completes a command's name; Ctrl-D ends the typing.
+        for keys in (LINE + "\r", "(setq x 5)\r", "RED\t\r", "\x04"):
+            time.sleep(0.5)
+            os.write(screen, keys.encode())
+        seen = b""
+        try:
+            while block := os.read(screen, 4096):
+                seen += block
+        except OSError:
+            pass
+        self.assertEqual(os.waitpid(pid, 0)[1], 0, seen)
+        self.assertIn(b"Command: ", seen)
+        self.assertIn(b"Nothing to redo", seen)
+        self.assertEqual(self.entities("b.dxf"), {"LINE": 1})
+        self.assertIn("setq", (self.folder / "profile/history").read_text())
+
+
+if __name__ == "__main__":
+    VEKAD = os.path.abspath(sys.argv.pop(1))
+    unittest.main()
