@@ -50,7 +50,8 @@ WriteResult saveAs(VcDbDatabase& database, const std::string& path, WriteOptions
     if (result.ok())
         remarks.receipt(result, how.dryRun);
     else
-        remarks.say(fmt::format("{} was not saved: {}", path, result.message));
+        remarks.say(fmt::format("{} was not saved: {}{}", path, result.message,
+                                result.status == FileStatus::Refused ? "; --allow-loss saves it without them" : ""));
     return result;
 }
 

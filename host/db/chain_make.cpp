@@ -4,6 +4,7 @@
 #include "host/db/database.h"
 #include "host/db/host_services.h"
 #include "host/db/record_names.h"
+#include "host/db/standard_objects.h"
 #include "sdk/vcdb_chains.h"
 #include "sdk/vcdb_entity.h"
 #include "sdk/vcdb_insert.h"
@@ -88,10 +89,7 @@ VcDbBlockTableRecord* recordForBlock(DatabaseCore& db, const std::string& name)
         return nullptr;
     record.release();
     added->close();
-    auto begin = std::make_unique<VcDbBlockBegin>();
-    auto end = std::make_unique<VcDbBlockEnd>();
-    const VcDbObjectId beginId = db.add(std::move(begin), added->objectId());
-    added->setBeginEnd(beginId, db.add(std::move(end), added->objectId()));
+    ensureBlockEnds(db, *added);
     return added;
 }
 

@@ -5,6 +5,7 @@
 #include "host/edit/editor.h"
 #include "host/edit/module_calls.h"
 #include "host/edit/sysvars.h"
+#include "sdk/system.h"
 #include "sdk/vcdb_chains.h"
 #include "sdk/vced.h"
 #include "sdk/system.h"
@@ -288,3 +289,5 @@ int vcdbFail(const wchar_t* text)
     ModuleCalls::instance().fail(wideToUtf8(text ? text : L""));
     return RTNORM;
 }
+
+void vcedAlert(const wchar_t* text) { AfxMessageBox(text ? text : L""); }

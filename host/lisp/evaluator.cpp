@@ -74,7 +74,9 @@ EditorLisp::~EditorLisp() = default;
 
 edit::LispEvaluator::Result EditorLisp::evaluate(std::string_view text)
 {
-    return resultOf(m_interpreter.evaluate(text));
+    Outcome outcome = m_interpreter.evaluate(text);
+    m_lastValue = outcome.value;
+    return resultOf(std::move(outcome));
 }
 
 bool EditorLisp::hasCommand(std::string_view name) const

@@ -29,6 +29,7 @@ public:
 
 private:
     Interpreter m_interpreter;
+    Value m_lastValue;  // a selection set lives as long as a value that names it: until the editor has taken the answer
     std::unordered_map<std::string, std::string> m_localNames;  // of module functions, by their folded names
 };
 
