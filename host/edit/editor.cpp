@@ -206,7 +206,7 @@ std::optional<Answer> Editor::tryAnswer(const Question& question, bool arguments
     if (auto* expression = std::get_if<Input::Expression>(&input.what))
         return answerWithLisp(question, *expression);
     if (auto* text = std::get_if<Input::Text>(&input.what)) {
-        if (!quiet && source->echoes())
+        if (!quiet && (source->echoes() || source->isArguments()))
             print(text->text + "\n");
         else if (source->isInteractive())
             m_atLineStart = true;
@@ -304,7 +304,8 @@ void Editor::runTransparent(const std::string& typed)
 int Editor::startHost(const CommandEntry& entry, bool driven, bool fromLisp)
 {
     m_active.push_back(std::make_unique<ActiveCommand>(*this, entry, driven, fromLisp, m_nesting));
-    m_undo->beginStep(entry.name);
+    if (!(entry.flags & kNoUndoStep))
+        m_undo->beginStep(entry.name);
     resumeTop();
     return RTNORM;
 }
@@ -362,7 +363,8 @@ int Editor::finishTop()
 {
     const std::unique_ptr<ActiveCommand> ended = std::move(m_active.back());
     m_active.pop_back();
-    m_undo->endStep();
+    if (!(ended->entry().flags & kNoUndoStep))
+        m_undo->endStep();
     m_lastOutcome = ended->outcome() == ActiveCommand::Outcome::Done        ? CommandRecord::Done
                     : ended->outcome() == ActiveCommand::Outcome::Cancelled ? CommandRecord::Cancelled
                                                                             : CommandRecord::Failed;

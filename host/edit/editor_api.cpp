@@ -187,8 +187,6 @@ int vcedEntSel(const wchar_t* prompt, vds_name nameOut, vds_point pointOut)
     return RTNORM;
 }
 
-void vcedAlert(const wchar_t* text) { AfxMessageBox(text ? text : L""); }
-
 int vcedUsrBrk() { return Editor::instance().isInterrupted(); }
 
 int vcedPrompt(const wchar_t* text)
