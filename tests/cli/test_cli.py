@@ -192,6 +192,24 @@ class Files(Case):
         self.assertEqual(info["extents"], [[0, 0, 0], [1, 2, 0]])
 
 
+class Samples(Case):
+    def test_the_plan_is_what_its_script_draws(self):
+        samples = Path(__file__).resolve().parents[2] / "samples"
+        self.vekad("run", samples / "blank.dxf", "-s", samples / "make_plan.scr", "--as", "2018", "-o", "plan.dxf")
+        drawn, kept = self.report("info", "plan.dxf"), self.report("info", samples / "plan.dxf")
+        for key in drawn.keys() - {"path"}:
+            self.assertEqual(drawn[key], kept[key], key)
+        self.assertIn("DIMENSION", drawn["entities"]["model"])
+        self.vekad("audit", "plan.dxf")
+
+    def test_the_demo_runs(self):
+        samples = Path(__file__).resolve().parents[2] / "samples"
+        report = self.report("run", samples / "plan.dxf", "-s", samples / "plan_tools.scr", "-o", "out.dxf")
+        self.assertEqual({c["name"]: c["status"] for c in report["commands"]}.get("CHGTHEI"), "done")
+        self.assertEqual(len(report["modified"]["TEXT"]), 6)
+        self.assertEqual(len(report["erased"]["MTEXT"]), 2)
+
+
 class Several(Case):
     def setUp(self):
         super().setUp()
