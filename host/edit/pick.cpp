@@ -3,6 +3,7 @@
 #include "host/db/database.h"
 #include "host/edit/editor.h"
 #include "host/edit/pick_service.h"
+#include "sdk/vcdb_chains.h"
 #include "sdk/vcdb_insert.h"
 
 namespace vk::edit {
@@ -125,5 +126,13 @@ VcDbObjectId pickEntity(Editor& ed, const VcGePoint3d& world, bool nested)
 }
 
 bool entityIsAt(Editor& ed, VcDbObjectId id, const VcGePoint3d& world) { return Picker::of(ed).isAt(id, world); }
+
+VcGePoint3d pointOnEntity(Editor& ed, VcDbObjectId id)
+{
+    VcGeMatrix3d ucs;
+    vcdbUcsMatrix(ucs, &ed.drawing());
+    const auto point = Picker::of(ed).pointOn(id);
+    return point ? ucs.inverse() * *point : VcGePoint3d();
+}
 
 }  // namespace vk::edit
