@@ -108,6 +108,24 @@ VcDbObjectId DatabaseCore::fill(VcDbObjectId reserved, std::unique_ptr<VcDbObjec
     return reserved;
 }
 
+// The log is cut to its later half when it is full.
+void DatabaseCore::noteChange(std::uint32_t slot)
+{
+    constexpr std::size_t kLongest = 1 << 17;
+    if (m_changeLog.size() == kLongest) {
+        m_changeLog.erase(m_changeLog.begin(), m_changeLog.begin() + kLongest / 2);
+        m_logStart += kLongest / 2;
+    }
+    m_changeLog.push_back(slot);
+}
+
+std::optional<std::span<const std::uint32_t>> DatabaseCore::changedSince(std::uint64_t count) const
+{
+    if (count < m_logStart || count > changeCount())
+        return std::nullopt;
+    return std::span(m_changeLog).subspan(std::size_t(count - m_logStart));
+}
+
 VcDbSymbolTable& DatabaseCore::table(NameTable table) const { return *objectAs<VcDbSymbolTable>(tableId(table)); }
 
 VcDbObjectId DatabaseCore::findRecord(NameTable which, std::string_view name) const

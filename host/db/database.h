@@ -10,6 +10,8 @@
 #include "sdk/vcdb_database.h"
 
 #include <memory>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -130,8 +132,11 @@ public:
     const std::vector<std::uint32_t>& mainOrder() const { return m_mainOrder; }
 
     // Number of changes so far; caches compare it.
-    std::uint64_t changeCount() const { return m_changeCount; }
-    void noteChange() { ++m_changeCount; }
+    std::uint64_t changeCount() const { return m_logStart + m_changeLog.size(); }
+    // Slots of what has changed since that count, oldest first, some several times, 0 for what is no object. Nothing when
+    // it is too long ago: then anything may have.
+    std::optional<std::span<const std::uint32_t>> changedSince(std::uint64_t count) const;
+    void noteChange(std::uint32_t slot);
 
     std::vector<ClassRecord> classes;
     std::vector<KeptSection> keptSections;
@@ -169,5 +174,6 @@ private:
     VcDbObjectId m_tables[9];
     VcDbObjectId m_rootDictionary, m_modelSpace, m_paperSpace;
     std::vector<std::uint32_t> m_mainOrder;
-    std::uint64_t m_changeCount = 0;
+    std::vector<std::uint32_t> m_changeLog;  // the latest changes
+    std::uint64_t m_logStart = 0;            // how many came before them
 };

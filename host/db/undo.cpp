@@ -17,7 +17,7 @@ void UndoJournal::setRecording(bool on) { m_recording = on; }
 
 void UndoJournal::recordState(VcDbObject& object)
 {
-    m_db.noteChange();
+    m_db.noteChange(object.objectId().slot());
     if (!isRecording() || object.m_recorded)
         return;
     object.m_recorded = true;
@@ -26,7 +26,7 @@ void UndoJournal::recordState(VcDbObject& object)
 
 void UndoJournal::recordCreated(VcDbObject& object)
 {
-    m_db.noteChange();
+    m_db.noteChange(object.objectId().slot());
     if (!isRecording())
         return;
     object.m_recorded = true;  // undo erases it, so its states in between are of no use
@@ -35,14 +35,14 @@ void UndoJournal::recordCreated(VcDbObject& object)
 
 void UndoJournal::recordErase(VcDbObject& object)
 {
-    m_db.noteChange();
+    m_db.noteChange(object.objectId().slot());
     if (isRecording())
         m_changes.push_back({Change::Kind::Erased, object.objectId(), nullptr, nullptr});
 }
 
 void UndoJournal::record(std::unique_ptr<UndoAction> action)
 {
-    m_db.noteChange();
+    m_db.noteChange(0);
     if (isRecording())
         m_changes.push_back({Change::Kind::Action, {}, nullptr, std::move(action)});
 }
@@ -70,6 +70,7 @@ void UndoJournal::swapBack(Change& change)
     VcDbObject* object = m_db.object(change.id);
     if (!object)
         return;
+    m_db.noteChange(change.id.slot());
     if (change.kind == Change::Kind::State) {
         std::unique_ptr<VcDbObject> now = object->copyOf();
         const auto readers = object->m_readers;
@@ -103,7 +104,7 @@ UndoJournal::SpanPtr UndoJournal::rollbackKeeping(std::size_t position)
     span->changes.assign(std::make_move_iterator(m_changes.begin() + position), std::make_move_iterator(m_changes.end()));
     m_changes.erase(m_changes.begin() + position, m_changes.end());
     m_lastMark = m_changes.size();
-    m_db.noteChange();
+    m_db.noteChange(0);
     return span;
 }
 
@@ -117,7 +118,7 @@ void UndoJournal::redo(SpanPtr span)
     }
     m_swapping = false;
     m_lastMark = m_changes.size();
-    m_db.noteChange();
+    m_db.noteChange(0);
 }
 
 void UndoJournal::clear()

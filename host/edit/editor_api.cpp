@@ -4,6 +4,7 @@
 #include "host/db/database.h"
 #include "host/edit/editor.h"
 #include "host/edit/module_calls.h"
+#include "host/edit/pick_service.h"
 #include "host/edit/sysvars.h"
 #include "sdk/system.h"
 #include "sdk/vcdb_chains.h"
@@ -183,7 +184,7 @@ int vcedEntSel(const wchar_t* prompt, vds_name nameOut, vds_point pointOut)
     if (code != RTNORM)
         return code;
     vcdbGetVdsName(nameOut, a.entity);
-    copyPoint(a.hasPoint ? a.point : VcGePoint3d(), pointOut);
+    copyPoint(a.hasPoint ? a.point : pointOnEntity(ed, a.entity), pointOut);
     return RTNORM;
 }
 

@@ -3,7 +3,8 @@
 #include "host/db/database.h"
 #include "host/edit/editor.h"
 #include "host/edit/pick_service.h"
-#include "host/edit/select_index.h"
+#include "sdk/vcdb_chains.h"
+#include "sdk/vcdb_insert.h"
 
 namespace vk::edit {
 
@@ -36,13 +37,13 @@ std::optional<Picker::Hit> Picker::hit(const VcDbEntity& entity, const VcGePoint
     return best;
 }
 
-std::vector<const VcDbEntity*> Picker::candidates(const SelectArea& area) const
+std::vector<SpaceIndex::Candidate> Picker::candidates(const SelectArea& area) const
 {
-    std::vector<const VcDbEntity*> found = SpaceIndex::of(m_db, m_space).candidates(area.plan());
-    // A reference on a layer that is off still shows those of its members that lie on others.
-    std::erase_if(found, [&](const VcDbEntity* e) {
-        const bool hidden = e->visibility() != VcDb::kVisible || m_layers.isFrozen(e->layerId());
-        return hidden || (!m_layers.isSeen(e->layerId()) && !e->subEntities());
+    std::vector<SpaceIndex::Candidate> found = SpaceIndex::of(m_db, m_space).candidates(area.plan());
+    std::erase_if(found, [&](const SpaceIndex::Candidate& c) {
+        const bool hidden = c.entity->visibility() != VcDb::kVisible || m_layers.isFrozen(c.entity->layerId());
+        // A reference on a layer that is off still shows those of its members that lie on others.
+        return hidden || (!m_layers.isSeen(c.entity->layerId()) && !VcDbBlockReference::cast(c.entity));
     });
     return found;
 }
@@ -52,8 +53,8 @@ std::optional<Picker::Hit> Picker::nearest(const VcGePoint3d& at) const
     const VcGeVector3d reach = (m_view.x + m_view.y) * m_view.reach;
     const SelectArea box = SelectArea::rectangle(m_view, at - reach, at + reach, SelectArea::Kind::Crossing);
     std::optional<Hit> best;
-    for (const VcDbEntity* entity : candidates(box))
-        if (auto found = hit(*entity, at); found && (!best || found->distance <= best->distance))
+    for (const SpaceIndex::Candidate& candidate : candidates(box))
+        if (auto found = hit(*candidate.entity, at); found && (!best || found->distance <= best->distance))
             best = std::move(found);
     return best;
 }
@@ -92,9 +93,8 @@ std::vector<VcDbObjectId> Picker::allAt(const VcGePoint3d& at) const
 std::vector<VcDbObjectId> Picker::takenBy(const SelectArea& area) const
 {
     std::vector<VcDbObjectId> taken;
-    for (const VcDbEntity* entity : candidates(area)) {
-        VcDbExtents extents;
-        const bool known = m_layers.isSeen(entity->layerId()) && entity->getGeomExtents(extents) == Vcad::eOk && !extents.isEmpty();
+    for (const auto& [entity, extents] : candidates(area)) {
+        const bool known = m_layers.isSeen(entity->layerId()) && !extents.isEmpty();
         const auto quick = known ? area.takesExtents(extents) : std::nullopt;
         if (quick ? *quick : area.takes(m_db, m_layers, *entity))
             taken.push_back(entity->objectId());
@@ -126,5 +126,13 @@ VcDbObjectId pickEntity(Editor& ed, const VcGePoint3d& world, bool nested)
 }
 
 bool entityIsAt(Editor& ed, VcDbObjectId id, const VcGePoint3d& world) { return Picker::of(ed).isAt(id, world); }
+
+VcGePoint3d pointOnEntity(Editor& ed, VcDbObjectId id)
+{
+    VcGeMatrix3d ucs;
+    vcdbUcsMatrix(ucs, &ed.drawing());
+    const auto point = Picker::of(ed).pointOn(id);
+    return point ? ucs.inverse() * *point : VcGePoint3d();
+}
 
 }  // namespace vk::edit

@@ -3,6 +3,7 @@
 
 #include "host/base/api.h"
 #include "host/edit/select_area.h"
+#include "host/edit/select_index.h"
 #include "host/edit/select_view.h"
 
 #include <optional>
@@ -46,7 +47,7 @@ private:
     };
     std::optional<Hit> hit(const VcDbEntity& entity, const VcGePoint3d& at) const;
     std::optional<Hit> nearest(const VcGePoint3d& at) const;
-    std::vector<const VcDbEntity*> candidates(const SelectArea& area) const;
+    std::vector<SpaceIndex::Candidate> candidates(const SelectArea& area) const;
 
     DatabaseCore& m_db;
     VcDbObjectId m_space;

@@ -15,4 +15,7 @@ VKHOST_API VcDbObjectId pickEntity(Editor& editor, const VcGePoint3d& world, boo
 // Whether that object lies within the pick box of the point.
 VKHOST_API bool entityIsAt(Editor& editor, VcDbObjectId id, const VcGePoint3d& world);
 
+// Where an object that was given by name is taken to be picked: a point on it, in the UCS.
+VKHOST_API VcGePoint3d pointOnEntity(Editor& editor, VcDbObjectId id);
+
 }  // namespace vk::edit

@@ -3,9 +3,11 @@
 
 #include "host/base/api.h"
 #include "host/edit/select_shape.h"
+#include "host/geom/spatial_index.h"
 
 #include <memory>
 #include <optional>
+#include <span>
 #include <vector>
 
 namespace vk::edit {
@@ -14,20 +16,28 @@ class VKHOST_API SpaceIndex {
 public:
     // The index of a space, brought up to date.
     static SpaceIndex& of(const DatabaseCore& db, VcDbObjectId space);
-    // Entities that are not erased and may touch the area, in the order of drawing; all of them without one.
-    std::vector<const VcDbEntity*> candidates(const std::optional<PlanArea>& area) const;
 
-private:
-    explicit SpaceIndex(const DatabaseCore& db, VcDbObjectId space) : m_db(&db), m_space(space) {}
-    void refresh();
-    const DatabaseCore* m_db;
-    VcDbObjectId m_space;
-    std::uint64_t m_changes = 0;
-    struct Item {
+    struct Candidate {
         const VcDbEntity* entity;
         VcDbExtents extents;  // empty for what lies everywhere or cannot be told
     };
-    std::vector<Item> m_items;
+    // What is not erased and may touch the area, in the order of drawing; everything without one.
+    std::vector<Candidate> candidates(const std::optional<PlanArea>& area) const;
+
+private:
+    SpaceIndex(const DatabaseCore& db, VcDbObjectId space) : m_db(db), m_space(space) {}
+    void refresh();
+    void rebuild();
+    bool follow(std::span<const std::uint32_t> changed);
+    // False when more than the one object may lie elsewhere now.
+    bool follow(const VcDbObject& changed);
+    void update(const VcDbEntity& entity);
+    std::vector<std::uint32_t> members() const;
+
+    const DatabaseCore& m_db;
+    VcDbObjectId m_space;
+    std::optional<std::uint64_t> m_changes;  // up to which it is right
+    geom::SpatialIndex m_boxes;              // by slot
 };
 
 }  // namespace vk::edit

@@ -4,6 +4,7 @@
 #include "host/db/database.h"
 #include "host/edit/editor.h"
 #include "host/edit/pick.h"
+#include "host/edit/pick_service.h"
 #include "host/edit/select_prompt.h"
 #include "host/edit/sysvars.h"
 #include "sdk/vcdb_chains.h"
@@ -420,19 +421,11 @@ void giveNested(const NestedPick& pick, vds_name nameOut, vds_matrix matrixOut, 
         *containersOut = chainOfNames(pick.containers).release();
 }
 
-// An entity given by name stands for itself, and is picked where it can be seen.
-NestedPick pickByName(Editor& ed, const Answer& answer, VcGePoint3d& at)
-{
-    if (const auto point = Picker::of(ed).pointOn(answer.entity))
-        at = ucsMatrix(ed).inverse() * *point;
-    return {answer.entity, {}, {}};
-}
-
 std::optional<NestedPick> nestedOf(Editor& ed, const Answer& answer, VcGePoint3d& at)
 {
+    at = answer.hasPoint ? answer.point : pointOnEntity(ed, answer.entity);
     if (!answer.hasPoint)
-        return pickByName(ed, answer, at);
-    at = answer.point;
+        return NestedPick{answer.entity, {}, {}};
     const Picker picker = Picker::of(ed);
     const VcGePoint3d world = ucsMatrix(ed) * answer.point;
     const auto pick = picker.nestedAt(world);

@@ -5,6 +5,8 @@
 #include "sdk/vcdb_faces.h"
 #include "tests/host/select_support.h"
 
+#include <chrono>
+
 using namespace seltest;
 using namespace vk::edit;
 
@@ -273,6 +275,71 @@ TEST_F(Pick, APickOfANamedObjectMissesUnlessThePointLiesOnIt)
     EXPECT_TRUE(entityIsAt(ed(), idOf('a'), {5, 0.1, 0})) << "whatever lies above it";
     EXPECT_FALSE(entityIsAt(ed(), idOf('a'), {5, 1, 0}));
     EXPECT_FALSE(entityIsAt(ed(), {}, {5, 0, 0}));
+}
+
+// What an index that followed every change finds is what a fresh look at the drawing finds.
+TEST_F(Pick, TheIndexFollowsWhateverHappens)
+{
+    std::vector<VcDbLine*> lines;
+    for (int i = 0; i < 200; ++i)
+        lines.push_back(&add(new VcDbLine({i * 1.0, 0, 0}, {i * 1.0, 1, 0})));
+    add(new VcDbCircle({0, 0, 0}, VcGeVector3d::zAxis(), 1), "0", &block("DOT"));
+    VcDbBlockReference& dot = insert("DOT", 50, 0);
+    unsigned seed = 7;
+    const auto random = [&](unsigned below) { return (seed = seed * 1103515245u + 12345u) / 65536u % below; };
+    const std::size_t start = db().undo().mark();
+    setView();
+    for (int round = 0; round < 60; ++round) {
+        VcDbLine& line = *lines[random(200)];
+        switch (random(5)) {
+        case 0:
+            line.erase(!line.isErased());
+            break;
+        case 1:
+            line.setEndPoint({double(random(200)), double(random(50)), 0});
+            break;
+        case 2:
+            lines[random(200)] = &add(new VcDbLine({double(random(200)), 0, 0}, {double(random(200)), 9, 0}));
+            break;
+        case 3:
+            dot.setPosition({double(random(200)), 0, 0});
+            break;
+        default:
+            if (db().undo().size() > start + 4)
+                db().undo().rollback(db().undo().size() - 3);
+        }
+        const Picker picker = Picker::of(ed());
+        const auto area = SelectArea::rectangle(picker.view(), {40, -1, 0}, {90, 20, 0}, SelectArea::Kind::Crossing);
+        std::vector<VcDbObjectId> expected;
+        for (const std::uint32_t slot : space().memberSlots())
+            if (auto* e = VcDbEntity::cast(db().objectAt(slot)); !e->isErased() && area.takes(db(), picker.layers(), *e))
+                expected.push_back(e->objectId());
+        ASSERT_EQ(picker.takenBy(area), expected) << "round " << round;
+    }
+}
+
+TEST_F(Pick, AWindowHoldsTheWidthToo)
+{
+    polyline({{0, 10}, {10, 10}}, false).setConstantWidth(4);
+    EXPECT_EQ(window(-1, 9, 11, 11), "");
+    EXPECT_EQ(window(-1, 7, 11, 13), "a");
+    EXPECT_EQ(crossing(-1, 11.5, 11, 20), "a");
+}
+
+TEST_F(Pick, APickInALargeDrawingLooksAtFewObjects)
+{
+    for (int i = 0; i < 100000; ++i)
+        space().appendVcDbEntity(new VcDbLine({i * 1.0, 0, 0}, {i * 1.0, 10, 0}));
+    setView();
+    const Picker picker = Picker::of(ed());
+    EXPECT_FALSE(picker.entityAt({5000, 5, 0}).isNull());
+    const auto start = std::chrono::steady_clock::now();
+    for (int i = 0; i < 2000; ++i) {
+        auto* line = VcDbLine::cast(db().objectAt(space().memberSlots()[std::size_t(i)]));
+        line->setEndPoint({i * 1.0, 11, 0});
+        EXPECT_FALSE(picker.entityAt({i * 40.0, 5, 0}).isNull());
+    }
+    EXPECT_LT(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count(), 2.0);
 }
 
 TEST_F(Pick, TextsOfAnyRotation)

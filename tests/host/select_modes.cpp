@@ -289,6 +289,19 @@ TEST_F(Nested, AtAGivenPoint)
     EXPECT_EQ(errnoOf(), 7);
 }
 
+TEST_F(Nested, AnObjectGivenByNameIsPickedOnItself)
+{
+    RbBuilder chain;
+    vds_name name, picked;
+    idToName(idOf('b'), name);
+    chain.addName(RTENAME, name);
+    ed().pushSource(std::make_unique<ArgumentSource>(chain.take()));
+    vds_point at = {-1, -1, -1};
+    ASSERT_EQ(vcedEntSel(nullptr, picked, at), RTNORM);
+    EXPECT_EQ(picked[0], name[0]);
+    EXPECT_EQ(at[1], 10);
+}
+
 TEST_F(Nested, EntSelTakesTheWholeReference)
 {
     add(new VcDbLine({0, 0, 0}, {10, 0, 0}), "0", &block("B"));
