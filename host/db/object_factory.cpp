@@ -2,9 +2,6 @@
 
 #include "host/db/ent_factories.h"
 
-// Of the seven dimensions that share a group 0, by group 70 and the last marker.
-std::unique_ptr<VcDbObject> createDimension(std::int64_t flags, std::string_view marker);
-
 std::unique_ptr<VcDbObject> newObjectOfType(std::string_view type, std::int64_t group70, std::int64_t group71, std::string_view lastMarker)
 {
     if (type == "POLYLINE")
