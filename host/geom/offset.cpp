@@ -14,7 +14,8 @@ namespace vk::geom {
 
 namespace {
 
-constexpr double kFitShare = 1e-8; // of the curve's size
+constexpr double kFitShare = 1e-8; // of the curve's size and the distance
+constexpr double kFlattest = 1e-7; // an ellipse flatter than this has no sides to speak of
 
 OffsetResult failed(OffsetFailure why)
 {
@@ -119,7 +120,7 @@ OffsetSource sourceOf(const Curve& curve, const Local& local, double distance, G
         const auto* conic = std::get_if<ConicPiece>(&shape);
         const bool straight = std::holds_alternative<LinePiece>(shape);
         if (!straight && !(conic && std::holds_alternative<Polyline>(curve)))
-            source.fit = kFitShare * box.diagonal();
+            source.fit = kFitShare * (box.diagonal() + std::fabs(distance));
         source.pieces.push_back(std::move(shape));
         source.origins.push_back(i);
     }
@@ -214,6 +215,8 @@ OffsetResult movedAsSpline(const Curve& curve, const Frame& frame, double distan
 
 OffsetResult moved(const Ellipse& e, double distance, GapFill gap, const Vector3&)
 {
+    if (e.ratio < kFlattest)
+        return failed(OffsetFailure::Invalid);
     return movedAsSpline(e, arbitraryFrame(e.normal, e.center), distance, gap);
 }
 

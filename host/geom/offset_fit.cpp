@@ -10,6 +10,10 @@ namespace vk::geom {
 
 namespace {
 
+// Beyond these a curve bends more sharply than its size can tell.
+constexpr size_t kMostPieces = 4000;
+constexpr int kDeepest = 34;
+
 struct Moved
 {
     Point3 point;
@@ -23,7 +27,7 @@ public:
 
     std::vector<BezierPiece> pieces()
     {
-        constexpr int kFirstParts = 4, kDeepest = 14;
+        constexpr int kFirstParts = 4;
         const Interval r = rangeOf(m_shape);
         for (int i = 0; i < kFirstParts; ++i)
             add(r.from + (r.to - r.from) * i / kFirstParts, r.from + (r.to - r.from) * (i + 1) / kFirstParts, kDeepest);
@@ -47,7 +51,7 @@ private:
         const double third = (to - from) / 3;
         const Bezier bezier{Pole::of(a.point), Pole::of(a.point + a.velocity * third),
                             Pole::of(b.point - b.velocity * third), Pole::of(b.point)};
-        if (depth > 0 && !follows(bezier, from, to)) {
+        if (depth > 0 && m_pieces.size() < kMostPieces && !follows(bezier, from, to)) {
             const double mid = (from + to) / 2;
             add(from, mid, depth - 1);
             add(mid, to, depth - 1);
@@ -56,11 +60,12 @@ private:
         m_pieces.push_back({bezier});
     }
 
+    // Point by point along both: a piece that only passes by the wanted places may still run wild between them.
     bool follows(const Bezier& bezier, double from, double to) const
     {
-        for (double share : {0.2, 0.4, 0.5, 0.6, 0.8}) {
+        for (double share : {0.15, 0.35, 0.5, 0.65, 0.85}) {
             const Point3 wanted = at(from + (to - from) * share).point;
-            if (nearest(BezierPiece{bezier}, wanted).distance > m_fit)
+            if (derivatives(bezier, share).point.distanceTo(wanted) > m_fit)
                 return false;
         }
         return true;
