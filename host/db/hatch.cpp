@@ -309,12 +309,18 @@ void VcDbHatch::patternFields(FieldVisitor& v)
 {
     v.number(75, m_style);
     v.number(76, m_patternType);
-    if (v.isWriting() && isSolidFill())
-        return;
-    v.angle(52, m_patternAngle);
-    v.real(41, m_patternScale);
-    v.number(77, m_double);
-    v.count(78, m_lines.size());
+    if (isSolidFill()) {  // says these in some programs' files only
+        std::int64_t lines = std::int64_t(m_lines.size());
+        v.optionalAngle(52, m_patternAngle, 0.0);
+        v.optional(41, m_patternScale, 1.0);
+        v.optionalNumber<std::int8_t>(77, m_double, 0);
+        v.optionalInteger(78, lines, 0);
+    } else {
+        v.angle(52, m_patternAngle);
+        v.real(41, m_patternScale);
+        v.number(77, m_double);
+        v.count(78, m_lines.size());
+    }
     OrderedFields ordered(v);
     listed(v, 53, m_lines, [&](PatternLine& line) {
         v.angle(53, line.angle);

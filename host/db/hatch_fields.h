@@ -17,7 +17,8 @@ void listed(FieldVisitor& v, int lead, std::vector<T>& items, Each&& each)
     std::vector<T> read;
     while (v.peek() == lead)
         each(read.emplace_back());
-    items = std::move(read);
+    if (!read.empty() || v.isFile())  // what a chain leaves out stays
+        items = std::move(read);
 }
 
 void hatchLoopField(FieldVisitor& v, VcDbHatch::Loop& loop);
