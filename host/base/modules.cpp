@@ -7,6 +7,7 @@
 #include <deque>
 #include <dlfcn.h>
 #include <filesystem>
+#include <link.h>
 #include <optional>
 #include <utility>
 
@@ -149,4 +150,14 @@ std::string modulePath(const LoadedModule* module)
 void* moduleSymbol(const LoadedModule* module, const char* name)
 {
     return isLoaded(module) && name ? ::dlsym(module->object, name) : nullptr;
+}
+
+void* moduleFunction(const LoadedModule* module, const char* name)
+{
+    void* const symbol = moduleSymbol(module, name);
+    Dl_info place;
+    void* entry = nullptr;
+    if (!symbol || !::dladdr1(symbol, &place, &entry, RTLD_DL_SYMENT) || !entry)
+        return nullptr;
+    return ELF64_ST_TYPE(static_cast<const ElfW(Sym)*>(entry)->st_info) == STT_FUNC ? symbol : nullptr;
 }

@@ -28,3 +28,5 @@ VKHOST_API LoadedModule* programModule();
 VKHOST_API bool isLoaded(const LoadedModule* module);
 VKHOST_API std::string modulePath(const LoadedModule* module);
 VKHOST_API void* moduleSymbol(const LoadedModule* module, const char* name);
+// Null for a symbol that is data.
+VKHOST_API void* moduleFunction(const LoadedModule* module, const char* name);

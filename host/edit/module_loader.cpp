@@ -167,13 +167,13 @@ void ModuleLoader::drawingClosing()
         send(*module, kUnloadDwgMsg, nullptr);
 }
 
-// C names alone: the mangled ones of C++ take arguments that nobody could give.
+// C names of functions alone: the mangled ones of C++ take arguments that nobody could give, and data cannot be called.
 ModuleLoader::EntryPoint ModuleLoader::findEntryPoint(const std::string& name) const
 {
     if (name.empty() || name.starts_with('_') || name == "vcrxEntryPoint" || name == "DllMain")
         return nullptr;
     for (const auto& module : m_modules)
-        if (void* entry = moduleSymbol(static_cast<LoadedModule*>(module->handle), name.c_str()))
+        if (void* entry = moduleFunction(static_cast<LoadedModule*>(module->handle), name.c_str()))
             return reinterpret_cast<EntryPoint>(entry);
     return nullptr;
 }
