@@ -272,6 +272,11 @@ void FieldWriter::optionalRef(int code, RefKind kind, VcDbObjectId& id)
 
 void FieldWriter::optionalName(int code, NameTable table, VcDbObjectId& id, const char* byDefault)
 {
+    if (!isFile() && id.isNull()) {
+        m_sink.text(code, byDefault);
+        wrote(code);
+        return;
+    }
     const auto* record = m_db.objectAs<VcDbSymbolTableRecord>(id);
     if ((record && !equalNoCase(record->nameUtf8(), byDefault)) || carried(code))
         name(code, table, id);
