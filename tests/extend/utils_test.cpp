@@ -1,6 +1,7 @@
 // Guards of system variables, choices kept in the profile, texts by number, and single groups of entities.
 #include "core/ExtendUtils.h"
 #include "core/PublicFunction.h"
+#include "host/commands/all_commands.h"
 #include "tests/extend/host_support.h"
 
 namespace {
@@ -184,6 +185,74 @@ TEST_F(Entities, WhatWasMadeAfterAnEntityIsFound)
     EXPECT_EQ(getEntType(first), 0);
     vcedSSFree(all);
     vcedSSFree(later);
+}
+
+TEST_F(Entities, PolylinesAreToldApartByTheirFlags)
+{
+    const struct
+    {
+        int flags, vertexFlags, kind;
+    } kCases[] = {{0, 0, 6}, {1, 0, 6}, {8, 32, 7}, {9, 32, 7}, {16, 64, 11}, {64, 192, 19}};
+    for (const auto& c : kCases) {
+        const vds_point at = {1, 2, 0};
+        const RbPtr head(vcutBuildList(RTDXF0, L"POLYLINE", 8, L"0", 66, 1, 70, c.flags, 71, 2, 72, 2, RTNONE));
+        ASSERT_EQ(vcdbEntMake(head.get()), RTNORM) << c.flags;
+        for (int i = 0; i < 4; ++i) {
+            const RbPtr vertex(vcutBuildList(RTDXF0, L"VERTEX", 8, L"0", 10, at, 70, c.vertexFlags, RTNONE));
+            ASSERT_EQ(vcdbEntMake(vertex.get()), RTNORM) << c.flags;
+        }
+        const RbPtr end(vcutBuildList(RTDXF0, L"SEQEND", RTNONE));
+        ASSERT_EQ(vcdbEntMake(end.get()), RTNORM) << c.flags;
+        vds_name name = {};
+        ASSERT_EQ(vcdbEntLast(name), RTNORM);
+        EXPECT_EQ(getEntType(name), c.kind) << c.flags;
+    }
+}
+
+// Commands of the host that make layers.
+class Layers : public HostTest
+{
+protected:
+    Layers() { vk::commands::registerHostCommands(); }
+
+    static int flagsOf(const wchar_t* name)
+    {
+        const RbPtr record(vcdbTblSearch(L"LAYER", name, 0));
+        int flags = -1;
+        GetBufInt(record.get(), 70, flags);
+        return flags;
+    }
+    static CStdStrW current()
+    {
+        wchar_t name[64] = L"";
+        getCurLayer(name, 64);
+        return name;
+    }
+};
+
+TEST_F(Layers, ANewLayerHasItsColourAndTheEchoStaysOff)
+{
+    set_acad_int_var(L"CMDECHO", 1);
+    EXPECT_EQ(createLayer(L"NOTES", 4), 1);
+    const RbPtr record(vcdbTblSearch(L"LAYER", L"NOTES", 0));
+    int colour = 0;
+    EXPECT_EQ(GetBufInt(record.get(), 62, colour), RTNORM);
+    EXPECT_EQ(colour, 4);
+    EXPECT_EQ(createLayer(L"NOTES", 5), 1);
+    EXPECT_EQ(shortVariable(L"CMDECHO"), 0);
+    EXPECT_EQ(current(), L"0");
+}
+
+TEST_F(Layers, AFrozenLayerIsThawedAndMadeCurrent)
+{
+    EXPECT_TRUE(dsc_frz_layer(L"AUX"));
+    EXPECT_EQ(flagsOf(L"AUX") & 1, 1);
+    EXPECT_EQ(current(), L"0");
+    EXPECT_EQ(shortVariable(L"CMDECHO"), 0);
+    EXPECT_EQ(dsc_set_clayer(L"AUX"), 1);
+    EXPECT_EQ(flagsOf(L"AUX") & 1, 0);
+    EXPECT_EQ(current(), L"AUX");
+    EXPECT_EQ(shortVariable(L"CMDECHO"), 1);
 }
 
 }  // namespace
