@@ -18,7 +18,7 @@ std::string joined(const std::vector<std::string>& names)
 
 void takeBack(Editor& ed, int count)
 {
-    if (ed.undo().inStep()) {
+    if (ed.undo().isNested()) {
         if (!ed.undo().undoInner())
             ed.printLine("Nothing to undo");
         return;
@@ -51,7 +51,7 @@ void control(Editor& ed)
 
 void beginGroup(Editor& ed)
 {
-    if (ed.undo().inStep())
+    if (ed.undo().isNested())
         ed.undo().beginInner();
     else
         ed.undo().beginGroup();
@@ -59,7 +59,7 @@ void beginGroup(Editor& ed)
 
 void endGroup(Editor& ed)
 {
-    if (ed.undo().inStep())
+    if (ed.undo().isNested())
         ed.undo().endInner();
     else
         ed.undo().endGroup();

@@ -281,7 +281,8 @@ private:
         const auto world = [&](const VcGeVector2d& v) {
             return vk::geom::toWorld(VcGePoint3d(v.x, v.y, 0), m_normal).asVector();
         };
-        addEllipse(m_extents, vk::geom::toWorld(VcGePoint3d(c.x, c.y, m_elevation), m_normal), world(a), world(b), start, end);
+        addEllipse(m_extents, vk::geom::toWorld(VcGePoint3d(c.x, c.y, m_elevation), m_normal), world(a), world(b), start,
+                   end < start ? end + kTwoPi : end);
     }
 
     VcDbExtents& m_extents;

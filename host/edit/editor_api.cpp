@@ -288,5 +288,3 @@ int vcdbFail(const wchar_t* text)
     ModuleCalls::instance().fail(wideToUtf8(text ? text : L""));
     return RTNORM;
 }
-
-void vcedAlert(const wchar_t* text) { AfxMessageBox(text ? text : L""); }

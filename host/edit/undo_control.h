@@ -17,7 +17,8 @@ public:
     void beginStep(std::string name);
     // Keeps the step where something changed. A new step forgets what could be redone.
     void endStep();
-    bool inStep() const { return m_depth > 0; }
+    // As a command asks it that has a step of its own: whether that belongs to another one's.
+    bool isNested() const { return m_depth > 0; }
 
     // Takes back up to count steps; returns the names of those taken back. Stops before a mark unless told otherwise.
     std::vector<std::string> undo(int count);
