@@ -195,6 +195,7 @@ int OneRun::run()
     if (!prepare())
         return finish();
     Session session(m_options.profile);
+    setDryRun(m_options.dryRun);
     const InterruptGuard interrupts;
     TimeLimit limit(m_options.timeout, [this] { lastWords(); });
     if (!read()) {

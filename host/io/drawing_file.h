@@ -73,6 +73,9 @@ VKHOST_API ReadResult readDrawingBytes(VcDbDatabase& database, std::string_view 
 VKHOST_API WriteResult writeDrawing(VcDbDatabase& database, const std::string& path, const WriteOptions& options = {});
 VKHOST_API WriteResult writeDrawingBytes(VcDbDatabase& database, std::string& bytes, const WriteOptions& options = {});
 
+// From then on every save of the process is a dry run, whoever asks for it.
+VKHOST_API void setDryRun(bool on);
+
 // "AC1015" and the like; "2000", "R12", "AC1015" as people write them.
 VKHOST_API const char* acadVersionName(DxfVersion version);
 VKHOST_API const char* releaseName(DxfVersion version);
