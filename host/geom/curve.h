@@ -121,7 +121,7 @@ struct Derivatives
     Vector3 first, second; // by the curve's parameter
 };
 
-// Finite numbers, positive weights, knots that ascend and are as many as they must be, something to run along.
+// Numbers below 1e60, positive weights, knots that ascend and are as many as they must be, something to run along.
 VKHOST_API bool isValid(const Curve& curve);
 VKHOST_API bool isClosed(const Curve& curve);
 // Infinite at the open ends of rays and construction lines.

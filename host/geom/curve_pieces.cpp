@@ -10,24 +10,27 @@ namespace {
 
 constexpr double kInfinite = Box3d::kInfinite;
 
-double turnAbove(double start, double end)
-{
-    while (end <= start)
-        end += kTwoPi;
-    return std::min(end, start + kTwoPi);
-}
-
 // An end that is not above the start counts from the next turn; whole turns are one.
 Interval turn(double start, double end)
 {
-    if (end <= start)
-        end += std::floor((start - end) / kTwoPi) * kTwoPi;
-    return {start, turnAbove(start, end)};
+    double sweep = end - start;
+    if (sweep > 0 && sweep <= kTwoPi)
+        return {start, end};
+    if (sweep <= 0)
+        sweep -= std::floor(sweep / kTwoPi) * kTwoPi;
+    return {start, start + (sweep > 0 ? std::min(sweep, kTwoPi) : kTwoPi)};
 }
 
+// Of larger ones not enough is left after the turns are taken off.
+bool isAngle(double v)
+{
+    return std::fabs(v) < 1e9;
+}
+
+// Products of coordinates must stay finite too.
 bool finite(double v)
 {
-    return std::isfinite(v);
+    return std::fabs(v) < 1e60;
 }
 bool finite(const Point3& p)
 {
@@ -56,12 +59,12 @@ bool valid(const Circle& c)
 }
 bool valid(const Arc& a)
 {
-    return finite(a.center) && finite(a.radius) && a.radius >= 0 && finite(a.start) && finite(a.end) &&
+    return finite(a.center) && finite(a.radius) && a.radius >= 0 && isAngle(a.start) && isAngle(a.end) &&
            finite(a.normal);
 }
 bool valid(const Ellipse& e)
 {
-    return finite(e.center) && finite(e.major) && finite(e.normal) && finite(e.start) && finite(e.end) &&
+    return finite(e.center) && finite(e.major) && finite(e.normal) && isAngle(e.start) && isAngle(e.end) &&
            e.ratio >= 0 && e.ratio <= 1e6;
 }
 

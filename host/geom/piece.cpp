@@ -59,10 +59,10 @@ double refinedLength(const PieceShape& shape, double from, double to, double who
 {
     const double mid = (from + to) / 2;
     const double left = speedIntegral(shape, from, mid), right = speedIntegral(shape, mid, to);
-    if (depth == 0 || std::fabs(left + right - whole) <= allowed)
+    if (depth == 0 || !(std::fabs(left + right - whole) > allowed))
         return left + right;
-    return refinedLength(shape, from, mid, left, allowed / 2, depth - 1) +
-           refinedLength(shape, mid, to, right, allowed / 2, depth - 1);
+    return refinedLength(shape, from, mid, left, allowed, depth - 1) +
+           refinedLength(shape, mid, to, right, allowed, depth - 1);
 }
 
 double circleLength(const ConicPiece& conic, double from, double to)
@@ -285,7 +285,8 @@ double lengthOf(const PieceShape& shape, double from, double to)
     const Vector3 home = bezier ? -bezier->poles.front().point().asVector() : Vector3();
     const PieceShape local = translated(shape, home);
     const double whole = speedIntegral(local, from, to);
-    return refinedLength(local, from, to, whole, 1e-13 * std::fabs(whole), 20);
+    const double noise = bezier ? 1e-15 * hullBox(std::get<BezierPiece>(local).poles).magnitude() : 0;
+    return refinedLength(local, from, to, whole, std::max(1e-14 * std::fabs(whole), noise), 20);
 }
 
 Vector3 sweptArea(const PieceShape& shape, const Point3& origin)
