@@ -111,15 +111,6 @@ constexpr int kMostPlaces = 340;
 
 } // namespace
 
-std::string_view trimBlanks(std::string_view text)
-{
-    while (!text.empty() && isBlank(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && isBlank(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
-
 void appendReal(std::string& out, double value)
 {
     char buffer[32];

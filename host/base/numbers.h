@@ -41,4 +41,12 @@ VKHOST_API double leadingReal(std::string_view text, std::size_t* used = nullptr
 // Saturates.
 VKHOST_API std::int64_t leadingInteger(std::string_view text);
 
-VKHOST_API std::string_view trimBlanks(std::string_view text);
+inline std::string_view trimBlanks(std::string_view text)
+{
+    const auto isBlank = [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; };
+    while (!text.empty() && isBlank(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && isBlank(text.back()))
+        text.remove_suffix(1);
+    return text;
+}

@@ -4,8 +4,8 @@
 #include "sdk/vccm.h"
 #include "sdk/vcdb_object.h"
 
+#include <deque>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 struct EntityProps {
@@ -23,6 +23,8 @@ struct EntityProps {
     bool operator==(const EntityProps&) const = default;
 };
 
+// A drawing may have as many combinations as layers times colours, so the table is compact: positions by hash, and the
+// hashes themselves beside the properties.
 class EntityPropsTable {
 public:
     EntityPropsTable();
@@ -30,10 +32,11 @@ public:
     std::uint32_t intern(const EntityProps& props);
 
 private:
-    struct Hash {
-        std::size_t operator()(const EntityProps& p) const noexcept;
-    };
-    std::unordered_map<EntityProps, std::uint32_t, Hash> m_index;
+    std::uint32_t add(const EntityProps& props, std::uint32_t hash);
+    void grow();
+
+    std::deque<EntityProps> m_storage;
     std::vector<const EntityProps*> m_items;
-    std::uint32_t m_last = 0;
+    std::vector<std::uint32_t> m_hashes;
+    std::vector<std::uint32_t> m_places;  // index + 1, 0 where nothing is
 };

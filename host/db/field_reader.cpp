@@ -8,6 +8,7 @@
 #include "sdk/vcdb_tables.h"
 
 #include <cmath>
+#include <fast_float/fast_float.h>
 #include <fmt/format.h>
 
 namespace {
@@ -62,11 +63,14 @@ struct FieldReader::NameCache {
         int table = -1;
         bool isSpeltOtherwise = false;  // than the record itself
     };
-    Entry entries[512];
+    Entry entries[2048];
 
     Entry& at(NameTable table, std::string_view raw)
     {
-        return entries[(std::hash<std::string_view>{}(raw) ^ static_cast<std::size_t>(table)) % std::size(entries)];
+        std::size_t hash = raw.size() + static_cast<std::size_t>(table) * 31;
+        for (const char c : raw)
+            hash = hash * 131 + static_cast<unsigned char>(c);
+        return entries[hash % std::size(entries)];
     }
 };
 
@@ -174,14 +178,17 @@ void FieldReader::mark(Tag& tag)
     ++m_taken;
 }
 
+// Most look-ups are either of what stands next or of what the window does not have.
 Tag* FieldReader::find(int code)
 {
     Scope& s = m_scope;
+    if (!(s.codes & bit(code)))
+        return nullptr;
     while (s.cursor < s.end && m_tags[s.cursor].taken)
         ++s.cursor;
     if (s.cursor < s.end && m_tags[s.cursor].code == code)
         return &m_tags[s.cursor];
-    if (m_ordered || !(s.codes & bit(code)))
+    if (m_ordered)
         return nullptr;
     for (std::uint32_t i = s.cursor; i < s.end; ++i)
         if (m_tags[i].code == code && !m_tags[i].taken)
@@ -242,6 +249,14 @@ bool FieldReader::realOf(const Tag& tag, double& value)
 {
     std::optional<double> read;
     if (isChars(tag)) {
+        // The common case, without blanks, is tried ahead of all others.
+        const char* end = tag.chars.data + tag.chars.size;
+        double plain = 0;
+        const auto [stopped, error] = fast_float::from_chars(tag.chars.data, end, plain);
+        if (error == std::errc() && stopped == end && std::isfinite(plain)) {
+            value = plain;
+            return true;
+        }
         read = parseReal(tag.view());
         if (!read && (read = parseReal(tag.view(), DecimalSign::PointOrComma)))
             noteMended(tag, "a decimal comma was taken for a point");
@@ -551,13 +566,14 @@ bool FieldReader::beginItem(int leadCode)
         return false;
     const auto begin = static_cast<std::uint32_t>(lead - m_tags.data());
     std::uint32_t end = m_scope.end;
+    std::uint64_t codes = m_scope.codes;
     if (!m_ordered) {
-        end = begin + 1;
-        while (end < m_scope.end && (m_tags[end].code != leadCode || m_tags[end].taken))
-            ++end;
+        codes = bit(leadCode);
+        for (end = begin + 1; end < m_scope.end && (m_tags[end].code != leadCode || m_tags[end].taken); ++end)
+            codes |= bit(m_tags[end].code);
     }
     m_outer.push_back(m_scope);
-    m_scope = {begin, end, begin, ~std::uint64_t(0)};
+    m_scope = {begin, end, begin, codes};
     return true;
 }
 

@@ -1,6 +1,7 @@
 #include "host/io/downgrade.h"
 
 #include "host/base/unicode.h"
+#include "host/db/degrees.h"
 #include "host/db/extras.h"
 #include "host/db/kept_object.h"
 #include "host/geom/curve.h"
@@ -10,6 +11,7 @@
 #include "sdk/vcdb_layout.h"
 #include "sdk/vcdb_polylines.h"
 #include "sdk/vcdb_tables.h"
+#include "sdk/vcdb_viewport.h"
 
 #include <map>
 
@@ -139,10 +141,47 @@ void writeWhole(VcDbEntity& entity, ObjectWriter& writer, const TagList* space)
 
 }
 
+namespace {
+
+bool saysItsView(const VcDbEntity& viewport)
+{
+    if (const ObjectExtras* extras = viewport.extras())
+        for (const Tag& tag : extras->xdata)
+            if (tag.code == 1000 && tag.view() == "MVIEW")
+                return true;
+    return false;
+}
+
+// R12 keeps the view of a viewport in extended data of its own.
+void putMView(const VcDbViewport& v, GroupSink& sink)
+{
+    constexpr std::int64_t kVersion = 16;
+    const VcGeVector3d direction = v.viewDirection();
+    sink.text(1001, "ACAD");
+    sink.text(1000, "MVIEW");
+    sink.text(1002, "{");
+    sink.integer(1070, kVersion);
+    sink.point(1010, v.viewTarget());
+    sink.point(1010, VcGePoint3d(direction.x, direction.y, direction.z));
+    for (const double value : {degreesOfRadians(v.twistAngle()), v.viewHeight(), v.viewCenter().x, v.viewCenter().y, v.lensLength(), 0.0, 0.0})
+        sink.real(1040, value);
+    for (const int value : {0, 1000, 1, 3, 0, 0, 0, 0})  // mode, circle zoom, fast zoom, icon, snap, grid, style, isopair
+        sink.integer(1070, value);
+    for (const double value : {0.0, 0.0, 0.0, 10.0, 10.0, 10.0, 10.0})  // snap angle and base, snap and grid spacing
+        sink.real(1040, value);
+    sink.integer(1070, 0);
+    for (const char* brace : {"{", "}", "}"})
+        sink.text(1002, brace);
+}
+
+}
+
 Fate fateOf(const VcDbEntity& entity, const DatabaseCore& db, DxfVersion version)
 {
     if (version >= DxfVersion::R13)
         return losesItsData(entity, db, version) ? Fate::Dropped : Fate::Kept;
+    if (entity.isKindOf(VcDbViewport::desc()) && !saysItsView(entity))
+        return Fate::Rewritten;
     if (LegacySink::knows(dxfNameOf(entity)) || (db.origin.fromFile && db.origin.version < DxfVersion::R13 && entity.isKindOf(VcDbKeptEntity::desc())))
         return Fate::Kept;
     return olderForms(entity).empty() ? Fate::Dropped : Fate::Rewritten;
@@ -150,6 +189,10 @@ Fate fateOf(const VcDbEntity& entity, const DatabaseCore& db, DxfVersion version
 
 void writeOlderForm(VcDbEntity& entity, DatabaseCore& db, DxfVersion version, GroupSink& sink, const TagList* space)
 {
+    if (const auto* viewport = VcDbViewport::cast(&entity)) {
+        ObjectWriter(db, version, sink).write(entity, space);
+        return putMView(*viewport, sink);
+    }
     Entities pieces = olderForms(entity);
     if (const ObjectExtras* extras = entity.extras(); extras && !extras->xdata.empty())
         pieces.front()->makeExtras().xdata = extras->xdata;

@@ -4,6 +4,7 @@
 #include "host/base/numbers.h"
 #include "host/base/unicode.h"
 #include "host/db/database.h"
+#include "host/db/kept_object.h"
 #include "host/db/standard_objects.h"
 #include "host/io/class_choice.h"
 #include "sdk/vcdb_objects.h"
@@ -298,6 +299,8 @@ void DxfReader::readObjects()
         m_objects->fill(object, parts);
         if (m_db.rootDictionary().isNull() && object.isKindOf(VcDbDictionary::desc()))
             m_db.rootDictionary() = object.objectId();
+        else if (!parts.owner)
+            m_orphans.push_back(&object);
     }
 }
 
@@ -322,6 +325,7 @@ void DxfReader::finish()
     m_db.setSpaces(space(false).objectId(), space(true).objectId());
     for (const VcDbObjectId id : m_db.table(NameTable::Block).records())
         addBlockEnds(*m_db.objectAs<VcDbBlockTableRecord>(id));
+    adoptOrphans();
     m_db.origin.headerEntries = m_db.header().entries().size();
     ensureStandardObjects(m_db);
     for (int t = 0; t < 9; ++t)
@@ -329,6 +333,23 @@ void DxfReader::finish()
     m_result.objects = m_objects->objectsRead();
     if (m_options.progress)
         m_options.progress(1.0);
+}
+
+// An object without an owner belongs to the dictionary that lists it, or else to the root.
+void DxfReader::adoptOrphans()
+{
+    if (m_orphans.empty())
+        return;
+    std::unordered_map<std::uint32_t, VcDbObjectId> holders;
+    for (std::uint32_t slot = 1; slot < m_db.slotCount(); ++slot)
+        if (const auto* dictionary = VcDbDictionary::cast(m_db.objectAt(slot)))
+            for (const auto& [name, id] : dictionary->liveEntries())
+                holders.emplace(id.slot(), dictionary->objectId());
+    for (VcDbObject* orphan : m_orphans) {
+        const auto holder = holders.find(orphan->objectId().slot());
+        orphan->setOwnerId(holder != holders.end() ? holder->second : m_db.rootDictionary());
+        note(0, m_db.handleOf(orphan->objectId()), fmt::format("a {} had no owner", dxfNameOf(*orphan)));
+    }
 }
 
 void DxfReader::reportImplicitRecords()

@@ -55,6 +55,7 @@ private:
     void closeParent();
 
     void finish();
+    void adoptOrphans();
     void reportImplicitRecords();
     void reportDangling();
 
@@ -80,4 +81,5 @@ private:
     std::uint64_t m_lastOwner = 0;
     VcDbBlockTableRecord* m_lastOwnerBlock = nullptr;
     std::uint32_t m_objectOrder = 0;
+    std::vector<VcDbObject*> m_orphans;  // objects that no owner was given for
 };

@@ -55,7 +55,8 @@ public:
         readPreamble();
     }
 
-    bool next(DxfRecord& record) override
+    // The innermost loop of loading: what it calls is drawn into it.
+    [[gnu::flatten]] bool next(DxfRecord& record) override
     {
         if (!m_haveType)
             return false;

@@ -47,8 +47,18 @@ std::size_t beginOfSubclasses(std::span<const Tag> tags)
 
 std::uint64_t handleValue(const Tag& tag)
 {
-    const auto value = parseHandle(chars(tag));
-    return value && *value < kLargestHandle ? *value : 0;
+    const std::string_view digits = chars(tag);
+    std::uint64_t value = 0;
+    for (const char c : digits) {
+        const char upper = static_cast<char>(c & ~0x20);
+        if (c >= '0' && c <= '9')
+            value = value << 4 | static_cast<unsigned>(c - '0');
+        else if (upper >= 'A' && upper <= 'F')
+            value = value << 4 | static_cast<unsigned>(upper - 'A' + 10);
+        else
+            return 0;
+    }
+    return digits.size() <= 16 && value < kLargestHandle ? value : 0;
 }
 
 }
@@ -78,8 +88,9 @@ ObjectParts ObjectReader::split(DxfRecord& record, bool isEntity)
     std::size_t left = 0;
     for (std::size_t i = 0; i < headEnd; ++i) {
         const Tag& tag = tags[i];
-        if (isHandle(tag) && parts.handle == 0 && handleValue(tag) != 0) {
-            parts.handle = handleValue(tag);
+        const std::uint64_t handle = isHandle(tag) && parts.handle == 0 ? handleValue(tag) : 0;
+        if (handle != 0) {
+            parts.handle = handle;
         } else if (tag.code == 330 && !parts.hasOwner && mayHaveOwner) {
             parts.owner = handleValue(tag);
             parts.hasOwner = true;
