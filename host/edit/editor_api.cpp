@@ -288,3 +288,5 @@ int vcdbFail(const wchar_t* text)
     ModuleCalls::instance().fail(wideToUtf8(text ? text : L""));
     return RTNORM;
 }
+
+void vcedAlert(const wchar_t* text) { AfxMessageBox(text ? text : L""); }
