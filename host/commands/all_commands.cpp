@@ -10,7 +10,7 @@ void registerHostCommands()
     if (std::exchange(done, true))
         return;
     for (const auto& family : {variableCommands(), undoCommands(), drawCommands(), polylineCommands(), arcCommands(), textCommands(),
-                               modifyCommands(), transformCommands(), layerCommands(), styleCommands(), inquiryCommands(),
+                               modifyCommands(), transformCommands(), layerCommands(), styleCommands(), inquiryCommands(), listCommands(),
                                sessionCommands(), fileCommands()})
         edit::CommandTable::instance().addHostCommands(family);
 }

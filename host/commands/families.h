@@ -20,6 +20,7 @@ std::span<const HostCommand> transformCommands();
 std::span<const HostCommand> layerCommands();
 std::span<const HostCommand> styleCommands();
 std::span<const HostCommand> inquiryCommands();
+std::span<const HostCommand> listCommands();
 std::span<const HostCommand> sessionCommands();
 std::span<const HostCommand> fileCommands();
 

@@ -21,7 +21,7 @@ void nothing(Editor&) {}
 
 void help(Editor& ed)
 {
-    const std::string name = ed.word("Enter a command name or [?] <?>", "?");
+    const std::string name = ed.word("Enter a command name or [?]", "?");
     const CommandTable& table = CommandTable::instance();
     if (name != "?") {
         const CommandEntry* entry = table.find(name);

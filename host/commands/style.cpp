@@ -26,7 +26,7 @@ std::string fontOf(const Style& style)
 
 void list(Editor& ed)
 {
-    const Wildcard pattern(ed.text("Enter text style(s) to list <*>", "*"));
+    const Wildcard pattern(ed.text("Enter text style(s) to list", "*"));
     for (const VcDbObjectId id : ed.db().table(NameTable::TextStyle).records()) {
         const auto* style = ed.db().objectAs<Style>(id);
         if (!style->nameUtf8().empty() && pattern.matches(style->nameUtf8()))

@@ -106,9 +106,11 @@ Placement askPlacement(Editor& ed)
         p.rotation = std::atan2(d.y, d.x);
         return p;
     }
-    const Answer a = ed.askAngle(fmt::format("Specify rotation angle of text <{}>", angleText(ed.lastAngle)), {.from = p.at, .enterEnds = true});
-    p.rotation = a.status == Answer::Status::Enter ? ed.lastAngle : a.real;
-    ed.lastAngle = p.rotation;
+    static double lastRotation = 0;
+    const Answer a = ed.askAngle(fmt::format("Specify rotation angle of text <{}>", angleText(lastRotation)), {.from = p.at, .enterEnds = true});
+    if (a.status != Answer::Status::Enter)
+        lastRotation = a.real;
+    p.rotation = lastRotation;
     return p;
 }
 

@@ -13,7 +13,7 @@ using namespace edit;
 
 void listVariables(Editor& ed)
 {
-    const Wildcard pattern(ed.word("Enter variable(s) to list <*>", "*"));
+    const Wildcard pattern(ed.word("Enter variable(s) to list", "*"));
     for (const SysVarDef& def : sysVarTable())
         if (pattern.matches(def.name))
             ed.printLine(fmt::format("{:<24}{}{}", def.name, printSysVar(*ed.vars().get(def.name)), def.readOnly ? "  (read only)" : ""));

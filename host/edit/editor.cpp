@@ -160,9 +160,31 @@ InputSource* Editor::personSource()
 
 // Asking
 
+namespace {
+
+// The name of a variable, typed where a command was asked: it answers the first question of SETVAR unseen.
+class TypedVariable : public InputSource {
+public:
+    explicit TypedVariable(std::string name) : m_name(std::move(name)) {}
+    Input next(const Question&) override
+    {
+        if (std::exchange(m_used, true))
+            return {Input::Exhausted{}};
+        return {Input::Text{m_name, true}};
+    }
+    bool isExhausted() const override { return m_used; }
+    bool echoes() const override { return false; }
+
+private:
+    std::string m_name;
+    bool m_used = false;
+};
+
+}
+
 bool Editor::isQuiet(const InputSource* source) const
 {
-    return source && source->isArguments() && m_vars->integer("CMDECHO") == 0;
+    return source && (dynamic_cast<const TypedVariable*>(source) || (source->isArguments() && m_vars->integer("CMDECHO") == 0));
 }
 
 Answer Editor::ask(Question question)
@@ -596,7 +618,7 @@ void Editor::runTyped(const std::string& typed)
         runLispCommand(typed);
     } else if (findSysVar(typed)) {
         m_lastCommand = typed;
-        pushSource(std::make_unique<ScriptSource>("", typed + "\n"));
+        pushSource(std::make_unique<TypedVariable>(typed));
         if (const CommandEntry* setvar = CommandTable::instance().find("SETVAR"))
             runEntry(CommandEntry(*setvar));
     } else {

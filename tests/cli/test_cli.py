@@ -4,6 +4,7 @@
 import json
 import os
 import pty
+import select
 import shutil
 import signal
 import subprocess
@@ -284,6 +285,20 @@ class Interrupting(Case):
 
 
 class Terminal(Case):
+    def read_until(self, screen, mark):
+        """What the terminal shows until the mark, or until the program ends."""
+        seen = b""
+        while mark is None or mark not in seen:
+            self.assertTrue(select.select([screen], [], [], 30)[0], seen)
+            try:
+                block = os.read(screen, 4096)
+            except OSError:
+                break
+            if not block:
+                break
+            seen += block
+        return seen
+
     def test_typing(self):
         pid, screen = pty.fork()
         if pid == 0:
@@ -291,15 +306,11 @@ class Terminal(Case):
             os.environ["TERM"] = "vt100"
             os.execv(VEKAD, [VEKAD, "run", "a.dxf", "-o", "b.dxf", "--profile", "profile"])
         # Tab completes a command's name; Ctrl-D ends the typing.
-        for keys in (LINE + "\r", "(defun c:zebra () (princ (strcat \"stri\" \"ped\")) (princ))\r", "ZEB\t\r", "\x04"):
-            time.sleep(0.5)
-            os.write(screen, keys.encode())
         seen = b""
-        try:
-            while block := os.read(screen, 4096):
-                seen += block
-        except OSError:
-            pass
+        for keys in (LINE + "\r", "(defun c:zebra () (princ (strcat \"stri\" \"ped\")) (princ))\r", "ZEB\t\r", "\x04"):
+            seen += self.read_until(screen, b"Command: ")
+            os.write(screen, keys.encode())
+        seen += self.read_until(screen, None)
         self.assertEqual(os.waitpid(pid, 0)[1], 0, seen)
         self.assertIn(b"Command: ", seen)
         self.assertIn(b"striped", seen)
