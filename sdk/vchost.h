@@ -33,3 +33,8 @@ VK_SDK VcApDocManager* vcDocManagerPtr();
 VK_SDK void* loadResourceDll(const wchar_t* fileName);
 // The locale of the host as a number; VcCodePage::LanguageToCodePage turns it into a code page.
 VK_SDK int getProductLocaleId();
+
+// Posts a message to a window of the host, null being the main one, which acts on it later; 1, or 0 where there is no
+// window. Both names do the same.
+VK_SDK int vcadPostMessageToWnd(void* target, unsigned message, std::uintptr_t wParam, std::intptr_t lParam);
+VK_SDK int vkadPostMessageToWnd(void* target, unsigned message, std::uintptr_t wParam, std::intptr_t lParam);

@@ -215,12 +215,23 @@ void defineExpectations(Interpreter& lisp, Play& play)
 
 }
 
+static std::unique_ptr<VcDbDatabase> startingDrawing(const Scenario& scenario, std::vector<std::string>& faults)
+{
+    if (scenario.drawing.empty())
+        return std::make_unique<VcDbDatabase>();
+    auto drawing = std::make_unique<VcDbDatabase>(false);
+    const ReadResult read = readDrawing(*drawing, scenario.drawing);
+    if (!read.ok())
+        faults.push_back(fmt::format("{}: {}", scenario.drawing, read.message));
+    return drawing;
+}
+
 std::vector<std::string> playScenario(const Scenario& scenario)
 {
     std::vector<std::string> faults;
     Play play(scenario, faults);
     vk::app::Session session(joinPath(temporaryFolder(), "profile"));
-    for (const std::string& fault : session.open(std::make_unique<VcDbDatabase>()))
+    for (const std::string& fault : session.open(startingDrawing(scenario, faults)))
         faults.push_back(fault);
 
     Editor& editor = Editor::instance();

@@ -1,4 +1,4 @@
-// Plays one scenario: a new drawing, the program's own start, the lines as a person would type them, and what must then be
+// Plays one scenario: a new drawing or one from a file, the program's own start, the lines as a person would type them, and what must then be
 // true.
 #pragma once
 
@@ -8,6 +8,7 @@
 struct Scenario {
     std::string name;
     std::string file;
+    std::string drawing;  // path of the file to begin with; a new drawing where empty
     int firstLine = 1;
     std::vector<std::string> lines;
 };

@@ -1,5 +1,6 @@
 // scenario_runner FILE.scn... - each scenario is a test case, played in a process of its own, so that one that crashes or
-// hangs fails alone and none sees what another has left.
+// hangs fails alone and none sees what another has left. "== " begins a scenario with its name; "@ FILE" under it is the
+// drawing to begin with, beside the scenarios.
 
 #include "scenario_play.h"
 
@@ -41,12 +42,14 @@ std::vector<Scenario> scenariosOf(const std::string& path)
 {
     std::vector<Scenario> scenarios;
     std::ifstream in(path);
-    const std::string file = std::filesystem::path(path).filename().string();
+    const std::filesystem::path file(path);
     int number = 0;
     for (std::string line; std::getline(in, line);) {
         ++number;
         if (line.starts_with("== "))
-            scenarios.push_back({line.substr(3), file, number + 1, {}});
+            scenarios.push_back({line.substr(3), file.filename().string(), {}, number + 1, {}});
+        else if (line.starts_with("@ ") && !scenarios.empty())
+            scenarios.back().drawing = (file.parent_path() / line.substr(2)).string();
         else if (!scenarios.empty())
             scenarios.back().lines.push_back(line);
     }

@@ -9,6 +9,7 @@
 
 #include "classlib_arrays.h"
 #include "classlib_string.h"
+#include "core/ModuleExport.h"
 #include "resbuf.h"
 
 class VcCmColor;
@@ -93,7 +94,7 @@ int getCurTextStyle(wchar_t* buffer, std::size_t size);
 // Thaws the layer, makes it where it is missing, and makes it current. The echo of commands is on afterwards.
 int dsc_set_clayer(const wchar_t* name);
 // Makes the layer and freezes it, with "0" current. The echo of commands is off afterwards.
-bool dsc_frz_layer(const wchar_t* name);
+VK_MODULE_EXPORT bool dsc_frz_layer(const wchar_t* name);
 int createLayer(const wchar_t* name, int colour);
 int createLayer(const wchar_t* name, int colour, const wchar_t* linetype);
 int createLayer(CStdStrW name, int colour, CStdStrW linetype);

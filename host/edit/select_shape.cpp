@@ -63,7 +63,11 @@ VcDbObjectId ShapeWalk::effectiveLayer(const VcDbEntity& entity) const
 
 bool ShapeWalk::isSeenMember(const VcDbEntity& member) const
 {
-    return !member.isErased() && member.visibility() == VcDb::kVisible && m_layers.isSeen(effectiveLayer(member));
+    if (member.isErased() || member.visibility() != VcDb::kVisible)
+        return false;
+    const VcDbObjectId layer = effectiveLayer(member);
+    // A reference on a layer that is off still shows those of its members that lie on others.
+    return VcDbBlockReference::cast(&member) ? !m_layers.isFrozen(layer) : m_layers.isSeen(layer);
 }
 
 bool ShapeWalk::isPassedOver(const VcDbEntity& member) const
