@@ -60,8 +60,8 @@ using UcsAngle = double (*)(const DatabaseCore& db, const VcDbObject& object);
 VKHOST_API void setUcsAngleHook(UcsAngle hook);
 VKHOST_API double ucsAngleFor(const DatabaseCore& db, const VcDbObject& object);
 
-// Name of the block that the last ENDBLK completed.
-VKHOST_API const std::string& nameOfMadeBlock();
+// Name of the block that the last ENDBLK completed, told once; empty when it has been told, or when a question was asked since.
+VKHOST_API std::string takeNameOfMadeBlock();
 
 VKHOST_API bool nameToId(const vds_name name, VcDbObjectId& id);
 VKHOST_API void idToName(VcDbObjectId id, vds_name name);

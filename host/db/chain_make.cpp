@@ -217,7 +217,7 @@ int makeFromChain(const resbuf* chain, VcDbObjectId& made, bool mayBeLoose)
 
 }
 
-const std::string& nameOfMadeBlock() { return s_blockName; }
+std::string takeNameOfMadeBlock() { return std::exchange(s_blockName, {}); }
 
 int vcdbEntMake(const resbuf* chain)
 {

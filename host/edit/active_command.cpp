@@ -68,7 +68,9 @@ void ActiveCommand::runBody()
 
 Answer ActiveCommand::ask(const Question& question)
 {
+    static long asked = 0;
     m_question = &question;
+    m_questionNumber = ++asked;
     yield();
     m_question = nullptr;
     return std::move(m_answer);

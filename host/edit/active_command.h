@@ -24,6 +24,8 @@ public:
     bool hasQuestion() const { return m_question != nullptr; }
     const Question& question() const { return *m_question; }
     void answer(Answer answer);
+    // Of all questions of all commands, the one that is open; tells whether one has been answered meanwhile.
+    long questionNumber() const { return m_questionNumber; }
     // Work for the main stack that the command waits for.
     const std::function<void()>* work() const { return m_work; }
     void workDone(std::exception_ptr failure);
@@ -54,6 +56,7 @@ private:
     Outcome m_outcome = Outcome::Running;
     std::string m_message;
     const Question* m_question = nullptr;
+    long m_questionNumber = 0;
     Answer m_answer;
     const std::function<void()>* m_work = nullptr;
     std::exception_ptr m_workFailure;

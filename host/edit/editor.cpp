@@ -2,6 +2,7 @@
 
 #include "host/base/console.h"
 #include "host/base/unicode.h"
+#include "host/db/chain.h"
 #include "host/db/database.h"
 #include "host/edit/active_command.h"
 #include "host/edit/interpret.h"
@@ -210,6 +211,7 @@ Answer Editor::askOnMain(const Question& question)
 // One input for the question. Nothing when it has to be asked again, or when arguments alone count and there are none.
 std::optional<Answer> Editor::tryAnswer(const Question& question, bool argumentsOnly)
 {
+    takeNameOfMadeBlock();
     if (m_interrupted)
         return cancelled(true);
     const InputSource* expected = currentSource(argumentsOnly);
@@ -272,7 +274,14 @@ std::optional<Answer> Editor::answerWithLisp(const Question& question, const Inp
     print(expression.text + "\n");
     if (!m_lisp)
         return settle(AskAgain{"There is no Lisp in this program."});
+    const long number = m_asking ? m_asking->questionNumber() : 0;
+    const bool feedsBefore = std::exchange(m_feedsAsking, m_asking != nullptr);
     const LispEvaluator::Result result = evaluateLisp(expression.text);
+    m_feedsAsking = feedsBefore;
+    if (number && !isOpen(number)) {
+        m_failed |= result.status == LispEvaluator::Result::Failed;
+        return std::nullopt; // its arguments have answered the question
+    }
     if (result.status == LispEvaluator::Result::Cancelled)
         return cancelled(false);
     if (result.status == LispEvaluator::Result::Failed) {
@@ -367,10 +376,16 @@ int Editor::drive(bool argumentsOnly)
         if (!argumentsOnly)
             active.setDriven(active.isDriven() && currentSource(true));
         ActiveCommand* const before = std::exchange(m_current, nullptr);
-        m_asking = &active;
+        const long number = active.questionNumber();
+        ActiveCommand* const asking = std::exchange(m_asking, &active);
         auto answer = tryAnswer(active.question(), argumentsOnly);
-        m_asking = nullptr;
+        m_asking = asking;
         m_current = before;
+        if (!isOpen(number)) { // Lisp has fed it, perhaps to its end
+            if (m_active.empty() || m_active.back().get() != &active)
+                return m_lastOutcome == CommandRecord::Done ? RTNORM : RTCAN;
+            continue;
+        }
         if (!answer)
             continue;
         active.answer(std::move(*answer));
@@ -460,7 +475,7 @@ int Editor::feedCommands(ArgumentSource& source, bool fromLisp)
     static const Question kCommandName{.kind = Kind::Command, .prompt = "Command: "};
     int result = RTNORM;
     while (result == RTNORM) {
-        if (!m_active.empty() && m_active.back()->level() == m_nesting && !isAsking(*m_active.back())) {
+        if (!m_active.empty() && m_active.back()->level() == m_nesting && (m_feedsAsking || !isAsking(*m_active.back()))) {
             result = drive(true);
             if (source.isExhausted())
                 return result;
@@ -482,6 +497,11 @@ int Editor::feedCommands(ArgumentSource& source, bool fromLisp)
 }
 
 bool Editor::isAsking(const ActiveCommand& active) const { return m_asking == &active; }
+
+bool Editor::isOpen(long questionNumber) const
+{
+    return std::any_of(m_active.begin(), m_active.end(), [&](const auto& a) { return a->hasQuestion() && a->questionNumber() == questionNumber; });
+}
 
 int Editor::startNamed(const std::string& name, bool fromLisp)
 {
@@ -662,7 +682,7 @@ void Editor::runLispAtTop(const std::string& text)
         failCurrent("There is no Lisp in this program.");
         return;
     }
-    m_undo->beginStep("Lisp");
+    m_undo->beginStep("Lisp", UndoControl::Owner::Nobody);
     ++m_nesting;
     const LispEvaluator::Result result = evaluateLisp(text);
     settleWaiting(m_nesting);

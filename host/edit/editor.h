@@ -206,6 +206,7 @@ private:
     int cancelWaiting();
     int feedCommands(ArgumentSource& source, bool fromLisp);
     bool isAsking(const ActiveCommand& active) const;
+    bool isOpen(long questionNumber) const;
     int startNamed(const std::string& name, bool fromLisp);
     bool runNext();
     void runTyped(const std::string& typed);
@@ -243,6 +244,7 @@ private:
     bool m_stopOnInterrupt = true;
     bool m_toldEnd = false;
     volatile bool m_interrupted = false;
+    bool m_feedsAsking = false;  // Lisp is evaluated at a command's question, and its arguments answer that
     int m_nesting = 0;
     int m_running = 0;
 };

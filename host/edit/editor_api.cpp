@@ -1,6 +1,7 @@
 // The editor as modules call it. No exception crosses this line: each function turns what happened into a result code.
 #include "host/base/heap.h"
 #include "host/base/unicode.h"
+#include "host/db/chain.h"
 #include "host/db/database.h"
 #include "host/edit/editor.h"
 #include "host/edit/module_calls.h"
@@ -161,7 +162,8 @@ int vcedGetString(int spacesAllowed, const wchar_t* prompt, wchar_t* textOut)
 
 int vcedGetInput(wchar_t* textOut)
 {
-    copyText(Editor::instance().lastInput, textOut, kTextSize);
+    const std::string block = takeNameOfMadeBlock();
+    copyText(block.empty() ? Editor::instance().lastInput : block, textOut, kTextSize);
     return RTNORM;
 }
 

@@ -149,6 +149,37 @@ Input TextSource::takeExpression()
     return {Input::Expression{text.substr(0, end)}};
 }
 
+namespace {
+
+bool areDigits(std::string_view text)
+{
+    return !text.empty() && std::all_of(text.begin(), text.end(), [](unsigned char c) { return std::isdigit(c); });
+}
+
+// "1/2\"" behind feet and inches.
+bool isInchFraction(std::string_view text)
+{
+    const std::size_t slash = text.find('/');
+    return text.ends_with('"') && slash != text.npos && areDigits(text.substr(0, slash)) &&
+           areDigits(text.substr(slash + 1, text.size() - slash - 2));
+}
+
+// The blank that ends the answer. In 1'-6 1/2", as lengths are printed, the first one does not.
+std::size_t endOfToken(std::string_view rest)
+{
+    const std::size_t blank = rest.find_first_of(" \t");
+    if (blank == rest.npos)
+        return blank;
+    const std::string_view token = rest.substr(0, blank);
+    const std::size_t feet = token.rfind('\'');
+    if (feet == token.npos || !(areDigits(token.substr(feet + 1)) || (token.substr(feet + 1).starts_with('-') && areDigits(token.substr(feet + 2)))))
+        return blank;
+    const std::size_t next = rest.find_first_of(" \t", blank + 1);
+    return isInchFraction(rest.substr(blank + 1, next == rest.npos ? rest.npos : next - blank - 1)) ? next : blank;
+}
+
+}
+
 Input TextSource::next(const Question& question)
 {
     if (!fill(question))
@@ -177,7 +208,7 @@ Input TextSource::next(const Question& question)
             return {Input::Text{std::move(quoted), !m_hasLine}};
         }
     }
-    const std::size_t blank = rest.find_first_of(" \t");
+    const std::size_t blank = endOfToken(rest);
     if (blank == std::string_view::npos) {
         m_hasLine = false;
         return {Input::Text{std::string(rest), true}};

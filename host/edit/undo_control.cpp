@@ -6,10 +6,11 @@ namespace vk::edit {
 
 UndoControl::UndoControl(DatabaseCore& db) : m_db(db) { m_db.undo().setRecording(true); }
 
-void UndoControl::beginStep(std::string name)
+void UndoControl::beginStep(std::string name, Owner owner)
 {
     if (m_depth++ > 0)
         return;
+    m_owner = owner;
     m_stepName = std::move(name);
     m_stepStart = m_db.undo().mark();
     m_innerOpen.clear();
@@ -20,6 +21,28 @@ void UndoControl::endStep()
 {
     if (--m_depth > 0)
         return;
+    keepStep();
+    m_owner = Owner::Command;
+}
+
+// What has been done since the step began becomes a step of its own.
+void UndoControl::settleOpenStep()
+{
+    if (m_depth == 0)
+        return;
+    keepStep();
+    moveOpenStep();
+}
+
+// The open step begins here.
+void UndoControl::moveOpenStep()
+{
+    if (m_depth > 0)
+        m_stepStart = m_db.undo().mark();
+}
+
+void UndoControl::keepStep()
+{
     UndoJournal& journal = m_db.undo();
     if (!journal.changedSince(m_stepStart))
         return;
@@ -39,6 +62,7 @@ void UndoControl::endStep()
 std::vector<std::string> UndoControl::undo(int count)
 {
     std::vector<std::string> names;
+    settleOpenStep();
     if (inGroup())
         closeGroup();
     while (count-- > 0 && !m_steps.empty() && !m_steps.back().isMark) {
@@ -47,12 +71,14 @@ std::vector<std::string> UndoControl::undo(int count)
         m_redo.push_back({step.name, m_db.undo().rollbackKeeping(step.position)});
         names.push_back(std::move(step.name));
     }
+    moveOpenStep();
     return names;
 }
 
 std::vector<std::string> UndoControl::redo(int count)
 {
     std::vector<std::string> names;
+    settleOpenStep();
     while (count-- > 0 && !m_redo.empty()) {
         Redo redo = std::move(m_redo.back());
         m_redo.pop_back();
@@ -60,10 +86,15 @@ std::vector<std::string> UndoControl::redo(int count)
         m_db.undo().redo(std::move(redo.span));
         names.push_back(std::move(redo.name));
     }
+    moveOpenStep();
     return names;
 }
 
-void UndoControl::mark() { m_steps.push_back({"Mark", m_db.undo().mark(), true}); }
+void UndoControl::mark()
+{
+    settleOpenStep();
+    m_steps.push_back({"Mark", m_db.undo().mark(), true});
+}
 
 bool UndoControl::hasMark() const
 {
@@ -83,12 +114,14 @@ std::vector<std::string> UndoControl::back(bool all, bool& foundMark)
 
 void UndoControl::beginGroup()
 {
+    settleOpenStep();
     if (m_groupDepth++ == 0)
         m_groupFirst = m_steps.size();
 }
 
 void UndoControl::endGroup()
 {
+    settleOpenStep();
     if (m_groupDepth > 0 && --m_groupDepth == 0)
         closeGroup();
 }

@@ -13,12 +13,14 @@ class VKHOST_API UndoControl {
 public:
     explicit UndoControl(DatabaseCore& db);
 
-    // Around each command at the top.
-    void beginStep(std::string name);
+    // Around each command at the top. A step that no command owns, such as a Lisp expression typed at the prompt, does not
+    // bound what is undone within it: U, marks and groups there act on the steps before as they do at the prompt.
+    enum class Owner { Command, Nobody };
+    void beginStep(std::string name, Owner owner = Owner::Command);
     // Keeps the step where something changed. A new step forgets what could be redone.
     void endStep();
     // As a command asks it that has a step of its own: whether that belongs to another one's.
-    bool isNested() const { return m_depth > 0; }
+    bool isNested() const { return m_depth > (m_owner == Owner::Nobody ? 1 : 0); }
 
     // Takes back up to count steps; returns the names of those taken back. Stops before a mark unless told otherwise.
     std::vector<std::string> undo(int count);
@@ -54,6 +56,9 @@ private:
         UndoJournal::SpanPtr span;
     };
     void closeGroup();
+    void keepStep();
+    void settleOpenStep();
+    void moveOpenStep();
     DatabaseCore& m_db;
     std::vector<Step> m_steps;
     std::vector<Redo> m_redo;
@@ -65,6 +70,7 @@ private:
     std::size_t m_stepStart = 0;
     std::size_t m_groupFirst = 0;
     std::string m_stepName;
+    Owner m_owner = Owner::Command;
     int m_depth = 0;
     int m_groupDepth = 0;
     Mode m_mode = Mode::All;
