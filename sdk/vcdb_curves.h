@@ -283,7 +283,6 @@ public:
                                    const std::vector<double>& knots, const std::vector<double>& weights);
 
     Vcad::ErrorStatus transformBy(const VcGeMatrix3d& m) override;
-    // The box of the control polygon, which holds the curve.
     Vcad::ErrorStatus getGeomExtents(VcDbExtents& extents) const override;
     void fields(FieldVisitor& visitor) override;
 

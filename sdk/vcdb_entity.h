@@ -99,8 +99,14 @@ public:
     virtual Vcad::ErrorStatus getGeomExtents(VcDbExtents& extents) const;
     // Simpler entities that look the same; they are new, in no database, and belong to the caller.
     virtual Vcad::ErrorStatus explode(std::vector<VcDbEntity*>& pieces) const;
+    // Where this and the other meet; points are added. An entity with itself has none. Of blocks, dimensions and the like
+    // the curves that are drawn count, of texts and faces their outlines.
     virtual Vcad::ErrorStatus intersectWith(const VcDbEntity* other, VcDb::Intersect mode, std::vector<VcGePoint3d>& points,
                                             std::intptr_t thisMarker = 0, std::intptr_t otherMarker = 0) const;
+    // As both appear when they are looked at along the plane's normal; the points lie on this entity.
+    virtual Vcad::ErrorStatus intersectWith(const VcDbEntity* other, VcDb::Intersect mode, const VcGePlane& projection,
+                                            std::vector<VcGePoint3d>& points, std::intptr_t thisMarker = 0,
+                                            std::intptr_t otherMarker = 0) const;
 
     // Host side.
     void fields(FieldVisitor& visitor) override;
@@ -128,10 +134,48 @@ protected:
     VcDbEntity& operator=(const VcDbEntity&);
 };
 
+// What can be asked of every curve. Parameters: of a line 0 to 1, of rays and construction lines multiples of the unit
+// direction, of circles and arcs angles, of ellipses the angle of their parameter form, of splines knots, of polylines the
+// index of a vertex and the fraction of the segment that begins there.
 class VK_SDK VcDbCurve : public VcDbEntity {
     VCRX_DECLARE(VcDbCurve)
 public:
     virtual bool isClosed() const { return false; }
+
+    // Fail at the open ends of rays and construction lines.
+    Vcad::ErrorStatus getStartParam(double& param) const;
+    Vcad::ErrorStatus getEndParam(double& param) const;
+    Vcad::ErrorStatus getStartPoint(VcGePoint3d& point) const;
+    Vcad::ErrorStatus getEndPoint(VcGePoint3d& point) const;
+    Vcad::ErrorStatus getPointAtParam(double param, VcGePoint3d& point) const;
+    // The point must lie on the curve.
+    Vcad::ErrorStatus getParamAtPoint(const VcGePoint3d& point, double& param) const;
+    // Distances run along the curve from its start.
+    Vcad::ErrorStatus getDistAtParam(double param, double& distance) const;
+    Vcad::ErrorStatus getParamAtDist(double distance, double& param) const;
+    Vcad::ErrorStatus getDistAtPoint(const VcGePoint3d& point, double& distance) const;
+    Vcad::ErrorStatus getPointAtDist(double distance, VcGePoint3d& point) const;
+    Vcad::ErrorStatus getFirstDeriv(double param, VcGeVector3d& derivative) const;
+    Vcad::ErrorStatus getSecondDeriv(double param, VcGeVector3d& derivative) const;
+    // With extend the curve is taken to go on beyond its ends.
+    Vcad::ErrorStatus getClosestPointTo(const VcGePoint3d& given, VcGePoint3d& onCurve, bool extend = false) const;
+    // Closest as seen along the normal.
+    Vcad::ErrorStatus getClosestPointTo(const VcGePoint3d& given, const VcGeVector3d& normal, VcGePoint3d& onCurve,
+                                        bool extend = false) const;
+    // What the curve encloses; an open one is closed by its chord.
+    Vcad::ErrorStatus getArea(double& area) const;
+    // New entities, in no database, with this one's properties; they belong to the caller.
+    Vcad::ErrorStatus getSplitCurves(const std::vector<double>& params, std::vector<VcDbEntity*>& pieces) const;
+    Vcad::ErrorStatus getSplitCurves(const std::vector<VcGePoint3d>& points, std::vector<VcDbEntity*>& pieces) const;
+    // Positive distances lie to the right of the direction, so that circles grow. The sides of corners go on until they meet.
+    Vcad::ErrorStatus getOffsetCurves(double distance, std::vector<VcDbEntity*>& curves) const;
+    Vcad::ErrorStatus getOffsetCurvesGivenPlaneNormal(const VcGeVector3d& normal, double distance,
+                                                      std::vector<VcDbEntity*>& curves) const;
+    // Circles and arcs run anticlockwise and refuse.
+    Vcad::ErrorStatus reverseCurve();
+    // Lets the curve begin or end at a parameter or a point beyond its end.
+    Vcad::ErrorStatus extend(double param);
+    Vcad::ErrorStatus extend(bool atStart, const VcGePoint3d& to);
 };
 
 // Opens an entity; the same as vcdbOpenObject<VcDbEntity>.

@@ -224,7 +224,6 @@ int CVkExtendTextToolCtx::cmd_ARCTEXT() { return 1; }
 int CVkExtendTextToolCtx::cmd_TEXTMASK() { return reportNotAvailable(L"TEXTMASK"); }
 int CVkExtendTextToolCtx::cmd_TEXTUNMASK() { return reportNotAvailable(L"TEXTUNMASK"); }
 int CVkExtendTextToolCtx::cmd_TXTALIGN() { return reportNotAvailable(L"TXTALIGN"); }
-int CVkExtendTextToolCtx::cmd_TCASE() { return reportNotAvailable(L"TCASE"); }
 int CVkExtendTextToolCtx::cmd_TCOUNT() { return reportNotAvailable(L"TCOUNT"); }
 int CVkExtendTextToolCtx::cmd_TCIRCLE() { return reportNotAvailable(L"TCIRCLE"); }
 int CVkExtendTextToolCtx::cmd_TORIENT() { return reportNotAvailable(L"TORIENT"); }

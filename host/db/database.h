@@ -142,9 +142,6 @@ public:
     std::vector<ClassRecord> classes;
     std::vector<KeptSection> keptSections;
     FileOrigin origin;
-    // How the file spells names of records where it refers to them in another case than the records have, by the slot of
-    // the record and the field.
-    std::unordered_map<std::uint64_t, std::string> spellings;
     // Set while a file is read: names that are missing are made, references may run ahead.
     bool loading = false;
     // With TILEMODE 0: whether a viewport is current, so that new entities go to model space.

@@ -1,4 +1,5 @@
 // The polyline whose vertices are plain values. Bulges and widths take no room while none differs from 0.
+#include "host/db/curve_of.h"
 #include "host/db/ent_util.h"
 #include "host/geom/arbitrary_axis.h"
 #include "sdk/vcdb_curves.h"
@@ -227,6 +228,10 @@ Vcad::ErrorStatus VcDbPolyline::getGeomExtents(VcDbExtents& extents) const
     }
     if (flat.isEmpty())
         return Vcad::eNotApplicable;
+    if (const auto curve = hasWidth() ? curveOf(*this) : std::nullopt) {
+        const vk::geom::Box3d wide = vk::geom::extents(*curve);
+        flat.addExt({wide.min, wide.max});
+    }
     extents = flat;
     addExtruded(extents, flat.minPoint(), m_extrusion);
     addExtruded(extents, flat.maxPoint(), m_extrusion);

@@ -1,4 +1,5 @@
 // The four kinds of polyline that own their vertices as objects.
+#include "host/db/curve_of.h"
 #include "host/db/database.h"
 #include "host/db/ent_factories.h"
 #include "host/db/ent_util.h"
@@ -157,6 +158,12 @@ Vcad::ErrorStatus VcDb2dPolyline::getGeomExtents(VcDbExtents& extents) const
         addEllipse(flat, center, frame.x * arc->radius, frame.y * arc->radius, arc->start, arc->start + turnOf(arc->end - arc->start));
         addExtruded(extents, flat.minPoint(), m_extrusion);
         addExtruded(extents, flat.maxPoint(), m_extrusion);
+    }
+    const bool wide = std::any_of(through.begin(), through.end(), [](const VcDb2dVertex* v) { return v->startWidth() > 0 || v->endWidth() > 0; });
+    if (const auto curve = wide ? curveOf(*this) : std::nullopt) {
+        const vk::geom::Box3d box = vk::geom::extents(*curve);
+        addExtruded(extents, box.min, m_extrusion);
+        addExtruded(extents, box.max, m_extrusion);
     }
     return extentsStatus(extents);
 }

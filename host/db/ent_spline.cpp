@@ -1,4 +1,5 @@
 // Splines and helices. Knots, weights and points are lists; counts in a file are never trusted.
+#include "host/db/curve_of.h"
 #include "host/db/ent_util.h"
 #include "sdk/vcdb_curves.h"
 
@@ -98,6 +99,11 @@ Vcad::ErrorStatus VcDbSpline::transformBy(const VcGeMatrix3d& m)
 Vcad::ErrorStatus VcDbSpline::getGeomExtents(VcDbExtents& extents) const
 {
     extents = VcDbExtents();
+    if (const auto curve = curveOf(*this)) {
+        const vk::geom::Box3d box = vk::geom::extents(*curve);
+        extents = VcDbExtents(box.min, box.max);
+        return Vcad::eOk;
+    }
     for (const VcGePoint3d& p : m_controlPoints.empty() ? m_fitPoints : m_controlPoints)
         extents.addPoint(p);
     return extentsStatus(extents);

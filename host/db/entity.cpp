@@ -246,11 +246,6 @@ Vcad::ErrorStatus VcDbEntity::transformBy(const VcGeMatrix3d&) { return Vcad::eN
 Vcad::ErrorStatus VcDbEntity::getGeomExtents(VcDbExtents&) const { return Vcad::eNotApplicable; }
 Vcad::ErrorStatus VcDbEntity::explode(std::vector<VcDbEntity*>&) const { return Vcad::eCannotExplode; }
 
-Vcad::ErrorStatus VcDbEntity::intersectWith(const VcDbEntity*, VcDb::Intersect, std::vector<VcGePoint3d>&, std::intptr_t, std::intptr_t) const
-{
-    return Vcad::eNotApplicable;
-}
-
 bool VcDbEntity::isInLayout() const
 {
     const DatabaseCore* db = DatabaseCore::of(m_id);

@@ -58,10 +58,9 @@ TextDecoder::~TextDecoder() = default;
 // The names of layers and the like repeat from object to object: those seen last, by the bytes of the file.
 struct FieldReader::NameCache {
     struct Entry {
-        std::string raw;
+        std::string raw, name;
         VcDbObjectId id;
         int table = -1;
-        bool isSpeltOtherwise = false;  // than the record itself
     };
     Entry entries[2048];
 
@@ -94,6 +93,8 @@ void FieldReader::begin(std::span<Tag> tags, std::uint64_t handle)
     m_taken = 0;
     m_failed = false;
     m_atDefault.clear();
+    m_spellings.clear();
+    m_nameCounts.clear();
     findWindows();
     m_windows[0].opened = true;
     m_scope = {m_windows[0].begin, m_windows[0].end, m_windows[0].begin, m_windows[0].codes};
@@ -375,19 +376,29 @@ bool FieldReader::recordOf(const Tag& tag, NameTable table, VcDbObjectId& id)
     NameCache::Entry& seen = m_names->at(table, raw);
     if (seen.table != static_cast<int>(table) || seen.raw != raw) {
         textOf(tag, m_scratch);
-        const std::string_view name = trimBlanks(m_scratch);
-        seen.id = name.empty() ? VcDbObjectId() : m_db.recordFor(table, name);
+        seen.name = trimBlanks(m_scratch);
+        seen.id = seen.name.empty() ? VcDbObjectId() : m_db.recordFor(table, seen.name);
         seen.raw = raw;
         seen.table = static_cast<int>(table);
-        const auto* record = static_cast<const VcDbSymbolTableRecord*>(m_db.object(seen.id));
-        seen.isSpeltOtherwise = record && record->nameUtf8() != name;
     }
     id = seen.id;
-    if (seen.isSpeltOtherwise) {
-        textOf(tag, m_scratch);
-        m_db.spellings.emplace(spellingKey(id.slot(), m_calls.back().marker, tag.code), trimBlanks(m_scratch));
-    }
+    noteSpelling(tag.code, id, seen.name);
     return true;
+}
+
+void FieldReader::noteSpelling(int code, VcDbObjectId id, const std::string& spelt)
+{
+    const auto* record = static_cast<const VcDbSymbolTableRecord*>(m_db.object(id));
+    if (!record)
+        return;
+    const PresenceKey group = presenceKey(static_cast<int>(m_calls.size()) - 1, code);
+    const std::uint32_t nth = m_nameCounts.next(group);
+    if (record->nameUtf8() != spelt) {
+        m_spellings.push_back({group, nth, spelt});
+    } else if (record->isImplicit()) {
+        m_earlyNames.push_back({0, id.slot(), group, nth});
+        m_earlySpellings.emplace(id.slot(), spelt);
+    }
 }
 
 bool FieldReader::atDefault(int code)
@@ -688,13 +699,30 @@ std::vector<UnclaimedGroups> FieldReader::leftGroups()
 
 void FieldReader::finish(VcDbObject& object)
 {
-    if (m_atDefault != m_lastProfile) {
+    if (m_atDefault != m_lastProfile || m_spellings != m_lastSpellings) {
         m_lastProfile = m_atDefault;
-        m_lastProfileNumber = internPresence(m_atDefault);
+        m_lastSpellings = m_spellings;
+        m_lastProfileNumber = internPresence(m_atDefault, m_spellings);
     }
     object.setPresence(m_lastProfileNumber);
+    for (; m_earlyBefore < m_earlyNames.size(); ++m_earlyBefore)
+        m_earlyNames[m_earlyBefore].object = object.objectId().slot();
     if (ObjectExtras* extras = object.extras())
         extras->unclaimed.clear();
     if (!tookAll())
         object.makeExtras().unclaimed = leftGroups();
+}
+
+void FieldReader::settleSpellings()
+{
+    for (const EarlyName& early : m_earlyNames) {
+        const auto* record = static_cast<const VcDbSymbolTableRecord*>(m_db.objectAt(early.record));
+        VcDbObject* object = m_db.objectAt(early.object);
+        const std::string& spelt = m_earlySpellings[early.record];
+        if (record && object && record->nameUtf8() != spelt)
+            object->setPresence(withSpelling(object->presence(), {early.group, early.nth, spelt}));
+    }
+    m_earlyNames = {};
+    m_earlySpellings.clear();
+    m_earlyBefore = 0;
 }

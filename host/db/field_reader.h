@@ -14,6 +14,7 @@
 
 #include <memory>
 #include <span>
+#include <unordered_map>
 
 class DatabaseCore;
 struct UnclaimedGroups;
@@ -29,6 +30,8 @@ public:
     void begin(std::span<Tag> tags, std::uint64_t handle = 0);
     // After fields(): keeps with the object what no field has taken, and which groups stood at their default.
     void finish(VcDbObject& object);
+    // When the whole file is read: the spelling of names that were used ahead of their records.
+    void settleSpellings();
     bool tookAll() const { return m_taken == m_tags.size(); }
     // A value could not be understood, or a name that must be there is not: the chain is to be refused.
     bool failed() const { return m_failed; }
@@ -84,6 +87,12 @@ private:
         std::string_view marker;
         std::uint16_t occurrence;
     };
+    // A name that made its record, which may yet be read under another spelling.
+    struct EarlyName {
+        std::uint32_t object, record;
+        PresenceKey group;
+        std::uint32_t nth;
+    };
     struct NameCache;
     struct LeftRun;
 
@@ -98,6 +107,7 @@ private:
     void mark(Tag& tag);
     bool atDefault(int code);
     bool recordOf(const Tag& tag, NameTable table, VcDbObjectId& id);
+    void noteSpelling(int code, VcDbObjectId record, const std::string& spelt);
     bool idOf(const Tag& tag, VcDbObjectId& id);
     void wrong(const Tag& tag, const char* expected);
     void noteMended(const Tag& tag, const char* what);
@@ -117,7 +127,12 @@ private:
     std::size_t m_taken = 0;
     bool m_failed = false;
     std::vector<PresenceKey> m_atDefault, m_lastProfile;
+    std::vector<KeptSpelling> m_spellings, m_lastSpellings;
     std::uint16_t m_lastProfileNumber = 0;
+    GroupCounts m_nameCounts;
+    std::vector<EarlyName> m_earlyNames;
+    std::size_t m_earlyBefore = 0;  // how many of them belong to the objects before this one
+    std::unordered_map<std::uint32_t, std::string> m_earlySpellings;  // by the slot of the record
     std::string m_scratch;
     std::unique_ptr<NameCache> m_names;
 };

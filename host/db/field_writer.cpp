@@ -4,7 +4,6 @@
 #include "host/db/database.h"
 #include "host/db/degrees.h"
 #include "host/db/extras.h"
-#include "host/db/presence.h"
 #include "sdk/vcdb_tables.h"
 
 namespace {
@@ -69,6 +68,8 @@ void FieldWriter::begin(const VcDbObject& object, const TagList* common)
     m_occurrence = 0;
     m_calls.assign(1, {});
     m_profile = isFile() ? object.presence() : 0;
+    m_spellings = spellingsOf(m_profile);
+    m_nameCounts.clear();
     if (const ObjectExtras* extras = object.extras())
         for (const UnclaimedGroups& groups : extras->unclaimed)
             m_pending.push_back({&groups, false});
@@ -213,14 +214,20 @@ void FieldWriter::ref(int code, RefKind, VcDbObjectId& id)
 void FieldWriter::name(int code, NameTable, VcDbObjectId& id)
 {
     const auto* record = m_db.objectAs<VcDbSymbolTableRecord>(id);
-    std::string_view spelt = record ? std::string_view(record->nameUtf8()) : std::string_view();
-    if (!m_db.spellings.empty() && isFile()) {
-        const auto other = m_db.spellings.find(spellingKey(id.slot(), m_subclass, code));
-        if (other != m_db.spellings.end() && equalNoCase(other->second, spelt))
-            spelt = other->second;
-    }
-    m_sink.text(code, spelt);
+    const std::string_view name = record ? std::string_view(record->nameUtf8()) : std::string_view();
+    m_sink.text(code, m_spellings.empty() ? name : spellingOf(code, name));
     wrote(code);
+}
+
+// A name as the object's file spelt it, unless the group now names another record.
+std::string_view FieldWriter::spellingOf(int code, std::string_view name)
+{
+    const PresenceKey group = presenceKey(static_cast<int>(m_calls.size()) - 1, code);
+    const std::uint32_t nth = m_nameCounts.next(group);
+    for (const KeptSpelling& kept : m_spellings)
+        if (kept.group == group && kept.nth == nth && equalNoCase(kept.spelt, name))
+            return kept.spelt;
+    return name;
 }
 
 void FieldWriter::binary(int code, std::string& bytes)

@@ -2,8 +2,10 @@
 #pragma once
 
 #include "host/db/field_visitor.h"
+#include "host/db/presence.h"
 #include "host/db/tag.h"
 
+#include <span>
 #include <vector>
 
 class DatabaseCore;
@@ -88,6 +90,7 @@ private:
     };
 
     bool carried(int code) const;
+    std::string_view spellingOf(int code, std::string_view name);
     void wrote(int code, int ordinates = 1);
     void putAnchored(int code);
     void beginSubclass();
@@ -104,5 +107,7 @@ private:
     std::vector<std::string_view> m_calls;
     std::uint16_t m_occurrence = 0;
     std::uint16_t m_profile = 0;
+    std::span<const KeptSpelling> m_spellings;
+    GroupCounts m_nameCounts;
     const TagList* m_common = nullptr;
 };

@@ -8,15 +8,23 @@
 
 namespace {
 
-using Keys = std::vector<PresenceKey>;
+struct Profile {
+    std::vector<PresenceKey> keys;
+    std::vector<KeptSpelling> spellings;
+
+    auto operator<=>(const Profile&) const = default;
+};
 
 // Slots are written once, before their number is handed out, so that reading needs no lock.
 struct Profiles {
     std::mutex mutex;
-    std::map<Keys, std::uint16_t> numbers;
-    std::array<const Keys*, 65536> byNumber{};
+    std::map<Profile, std::uint16_t> numbers;
+    std::array<const Profile*, 65536> byNumber{};
     std::size_t count = 1;
 };
+
+// Texts of files make profiles without end; they leave half of the numbers to the groups, which are few.
+constexpr std::size_t kMostWithSpellings = 32768;
 
 Profiles& profiles()
 {
@@ -24,28 +32,53 @@ Profiles& profiles()
     return *all;
 }
 
-}
-
-std::uint16_t internPresence(std::vector<PresenceKey>& keys)
+std::uint16_t intern(Profile wanted)
 {
-    if (keys.empty())
+    if (wanted.keys.empty() && wanted.spellings.empty())
         return 0;
-    std::sort(keys.begin(), keys.end());
-    keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
-
     Profiles& all = profiles();
     const std::lock_guard lock(all.mutex);
-    if (const auto found = all.numbers.find(keys); found != all.numbers.end())
+    if (!wanted.spellings.empty() && all.count >= kMostWithSpellings && !all.numbers.contains(wanted))
+        wanted.spellings.clear();
+    if (const auto found = all.numbers.find(wanted); found != all.numbers.end())
         return found->second;
     if (all.count == all.byNumber.size())
         return 0;
-    const auto made = all.numbers.emplace(keys, static_cast<std::uint16_t>(all.count)).first;
+    const auto made = all.numbers.emplace(std::move(wanted), static_cast<std::uint16_t>(all.count)).first;
     all.byNumber[all.count] = &made->first;
     return static_cast<std::uint16_t>(all.count++);
 }
 
+const Profile* profileAt(std::uint16_t number)
+{
+    return number ? profiles().byNumber[number] : nullptr;
+}
+
+}
+
+std::uint16_t internPresence(std::vector<PresenceKey>& keys, const std::vector<KeptSpelling>& spellings)
+{
+    std::sort(keys.begin(), keys.end());
+    keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
+    return intern({keys, spellings});
+}
+
 bool presenceHas(std::uint16_t profile, PresenceKey key)
 {
-    const Keys* keys = profile ? profiles().byNumber[profile] : nullptr;
-    return keys && std::binary_search(keys->begin(), keys->end(), key);
+    const Profile* found = profileAt(profile);
+    return found && std::binary_search(found->keys.begin(), found->keys.end(), key);
+}
+
+std::span<const KeptSpelling> spellingsOf(std::uint16_t profile)
+{
+    const Profile* found = profileAt(profile);
+    return found ? std::span(found->spellings) : std::span<const KeptSpelling>();
+}
+
+std::uint16_t withSpelling(std::uint16_t profile, KeptSpelling spelling)
+{
+    const Profile* found = profileAt(profile);
+    Profile wanted = found ? *found : Profile();
+    wanted.spellings.push_back(std::move(spelling));
+    return intern(std::move(wanted));
 }

@@ -320,6 +320,7 @@ void DxfReader::finish()
         m_db.keptSections.insert(m_db.keptSections.begin(), std::move(preamble));
     }
     ensureTables();
+    m_objects->fields().settleSpellings();
     reportImplicitRecords();
     reportDangling();
     m_db.setSpaces(space(false).objectId(), space(true).objectId());

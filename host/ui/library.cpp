@@ -8,9 +8,9 @@
 
 namespace {
 
-vk::ui::ScriptedMessageBox& messageBox()
+vk::ui::MessageBoxes& messageBox()
 {
-    static vk::ui::ScriptedMessageBox box;
+    static vk::ui::MessageBoxes box;
     return box;
 }
 

@@ -3,8 +3,12 @@
 #include "host/base/unicode.h"
 #include "host/edit/editor.h"
 #include "host/ui/dialog_answers.h"
+#include "host/ui/qt_application.h"
+#include "host/ui/widget_text.h"
 #include "sdk/system.h"
 
+#include <QApplication>
+#include <QMessageBox>
 #include <utility>
 
 namespace vk::ui {
@@ -54,17 +58,71 @@ int buttonFor(const Steps& steps, const int* buttons, int byDefault)
     return byDefault;
 }
 
+QMessageBox::StandardButton qtButton(int button)
+{
+    switch (button) {
+    case IDCANCEL:
+        return QMessageBox::Cancel;
+    case IDABORT:
+        return QMessageBox::Abort;
+    case IDRETRY:
+        return QMessageBox::Retry;
+    case IDIGNORE:
+        return QMessageBox::Ignore;
+    case IDYES:
+        return QMessageBox::Yes;
+    case IDNO:
+        return QMessageBox::No;
+    default:
+        return QMessageBox::Ok;
+    }
 }
 
-int ScriptedMessageBox::show(std::string_view text, std::string_view title, unsigned style)
+QMessageBox::Icon qtIcon(unsigned style)
+{
+    switch (style & 0xF0) {
+    case MB_ICONERROR:
+        return QMessageBox::Critical;
+    case MB_ICONQUESTION:
+        return QMessageBox::Question;
+    case MB_ICONEXCLAMATION:
+        return QMessageBox::Warning;
+    case MB_ICONINFORMATION:
+        return QMessageBox::Information;
+    default:
+        return QMessageBox::NoIcon;
+    }
+}
+
+int showWindow(std::string_view text, std::string_view title, unsigned style)
+{
+    QMessageBox box(qtIcon(style), fromUtf8(title), fromUtf8(text), QMessageBox::NoButton,
+                    QApplication::activeWindow());
+    const int* buttons = messageButtons(style);
+    for (const int* button = buttons; *button; ++button)
+        box.addButton(qtButton(*button));
+    box.setDefaultButton(qtButton(defaultMessageButton(style)));
+    const int pressed = box.exec();
+    for (const int* button = buttons; *button; ++button)
+        if (qtButton(*button) == pressed)
+            return *button;
+    return buttons[1] ? IDCANCEL : buttons[0];
+}
+
+}
+
+int MessageBoxes::show(std::string_view text, std::string_view title, unsigned style)
 {
     edit::Editor& editor = edit::Editor::instance();
     const int* buttons = messageButtons(style);
     const bool isChoice = buttons[1] != 0;
     int button = defaultMessageButton(style);
 
+    const std::optional<Steps> steps = dialogAnswers().take(kForm);
+    if (!steps && isPersonThere())
+        return showWindow(text, title, style);
     editor.printLine(text);
-    if (const std::optional<Steps> steps = dialogAnswers().take(kForm)) {
+    if (steps) {
         button = buttonFor(*steps, buttons, button);
     } else if (isChoice) {
         editor.printLine("Nothing was laid down to answer this box.");
@@ -73,6 +131,18 @@ int ScriptedMessageBox::show(std::string_view text, std::string_view title, unsi
     if (isChoice)
         editor.printLine(fmt::format("[{}] {}", listOf(buttons), nameOf(button)));
     return button;
+}
+
+short MessageBoxes::keyState(int key)
+{
+    if (!isPersonThere())
+        return 0;
+    const Qt::KeyboardModifiers down = QApplication::queryKeyboardModifiers();
+    const bool isDown = key == VK_SHIFT     ? down.testFlag(Qt::ShiftModifier)
+                        : key == VK_CONTROL ? down.testFlag(Qt::ControlModifier)
+                        : key == VK_MENU    ? down.testFlag(Qt::AltModifier)
+                                            : false;
+    return isDown ? short(0x8000) : short(0);
 }
 
 }  // namespace vk::ui

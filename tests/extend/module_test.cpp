@@ -118,8 +118,8 @@ TEST_F(Module, EntryPointsAreFunctionsAlone)
 TEST_F(Module, WhatIsNotBuiltSaysSo)
 {
     load();
-    command("TCASE")->handler();
-    EXPECT_EQ(printed, "\nTCASE is not available in this version.\n");
+    command("MPEDIT")->handler();
+    EXPECT_EQ(printed, "\nMPEDIT is not available in this version.\n");
 }
 
 }  // namespace
