@@ -722,7 +722,15 @@ void Editor::showLispResult(const LispEvaluator::Result& result)
     }
 }
 
-std::vector<std::string> Editor::runningCommands() const { return m_names; }
+// Those that wait for more arguments are running too.
+std::vector<std::string> Editor::runningCommands() const
+{
+    std::vector<std::string> names = m_names;
+    for (const auto& active : m_active)
+        if (std::find(names.begin(), names.end(), active->entry().name) == names.end())
+            names.push_back(active->entry().name);
+    return names;
+}
 
 void Editor::record(const std::string& name, CommandRecord::Status status) { m_records.push_back({name, status}); }
 
