@@ -1,7 +1,6 @@
 // Coordinates, extents, new entities and blocks, views: what needs a drawing.
 #include "core/Coordinates.h"
 #include "core/EntityGeometry.h"
-#include "core/ExtendUtils.h"
 #include "core/Geometry.h"
 #include "core/MakeEntities.h"
 #include "core/OpenedObject.h"
@@ -10,28 +9,15 @@
 #include "host/db/database.h"
 #include "host/edit/sysvars.h"
 #include "tests/extend/host_support.h"
-#include "system.h"
 #include "vcdb.h"
 
 #include <cmath>
 
 namespace {
 
-class DrawingGeometry : public HostTest
+class DrawingGeometry : public CommandTest
 {
 protected:
-    DrawingGeometry()
-    {
-        hLibModule = loadResourceDll(L"VkExtendRes.dll");
-        m_resources = std::make_unique<CVcModuleResourceOverride>(hLibModule);
-    }
-    ~DrawingGeometry() override
-    {
-        m_resources.reset();
-        FreeLibrary(hLibModule);
-        hLibModule = nullptr;
-    }
-
     // A quarter turn about Z, its origin at 10,20,0.
     void turnUcs()
     {
@@ -62,8 +48,24 @@ protected:
         return {text->actualWidth(), text->actualHeight()};
     }
 
-private:
-    std::unique_ptr<CVcModuleResourceOverride> m_resources;
+    // An anonymous block with a reference to it; its name.
+    std::wstring makeBlockOfLine(const VcGePoint3d& from, const VcGePoint3d& to)
+    {
+        VcDbObjectId block;
+        VcDbBlockTableRecord* record = nullptr;
+        EXPECT_EQ(defineNewAnonymousBlock(record, block, &editor().drawing()), Vcad::eOk);
+        auto* line = new VcDbLine(from, to);
+        record->appendVcDbEntity(line);
+        line->close();
+        wchar_t* name = nullptr;
+        record->getName(name);
+        const std::wstring copy = name;
+        vcutDelString(name);
+        record->close();
+        makeBlockReference(block, {}, VcGeScale3d(1));
+        return copy;
+    }
+    resbuf m_anything = {};
 };
 
 void expectNear(const VcGePoint3d& p, const VcGePoint3d& q, const char* what)
@@ -309,6 +311,79 @@ TEST_F(DrawingGeometry, LinesAndPolylinesAreMade)
         EXPECT_EQ(startWidth, 1);
         EXPECT_EQ(endWidth, 2);
     }
+}
+
+std::vector<VcGePoint3d> pointsOf(const resbuf* chain)
+{
+    std::vector<VcGePoint3d> points;
+    for (; chain; chain = chain->rbnext)
+        points.push_back(asPnt3d(chain->resval.rpoint));
+    return points;
+}
+
+TEST_F(DrawingGeometry, MeetingsGoByEdgeAndProjection)
+{
+    vds_name level = {}, upright = {}, far = {}, high = {}, beside = {};
+    makeLine({0, 0, 0}, {10, 0, 0}, level);
+    makeLine({5, -5, 0}, {5, 5, 0}, upright);
+    makeLine({5, 3, 0}, {5, 9, 0}, far);
+    makeLine({5, -5, 4}, {5, 5, 4}, high);
+    makeLine({20, -5, 0}, {20, 5, 0}, beside);
+    const struct
+    {
+        const char* what;
+        const std::int64_t* second;
+        int edge, projection;
+        std::vector<VcGePoint3d> wanted;
+    } kCases[] = {
+        {"crossing", upright, 0, 1, {{5, 0, 0}}},
+        {"short of the first", far, 0, 1, {}},
+        {"extended to the first", far, 1, 1, {{5, 0, 0}}},
+        {"above, seen along the UCS", high, 0, 1, {{5, 0, 0}}},
+        {"above, seen along the view", high, 0, 2, {{5, 0, 0}}},
+        {"beyond the first, which is not extended", beside, 1, 1, {}},
+    };
+    for (const auto& c : kCases) {
+        set_acad_int_var(L"EDGEMODE", c.edge);
+        set_acad_int_var(L"PROJMODE", c.projection);
+        resbuf* list = nullptr;
+        EXPECT_EQ(vds_intersect(level, c.second, &list), int(c.wanted.size())) << c.what;
+        const RbPtr owned(list);
+        const auto points = pointsOf(list);
+        ASSERT_EQ(points.size(), c.wanted.size()) << c.what;
+        for (std::size_t i = 0; i < points.size(); ++i)
+            expectNear(points[i], c.wanted[i], c.what);
+    }
+}
+
+TEST_F(DrawingGeometry, MeetingsWithWhatHasPieces)
+{
+    vds_name level = {}, nothing = {}, stale = {77, 77}, reference = {}, dimension = {};
+    makeLine({-10, 1, 0}, {10, 1, 0}, level);
+    const std::wstring block = makeBlockOfLine({3, -5, 0}, {3, 5, 0});
+    vcdbEntLast(reference);
+    const vds_point from = {3, -5, 0}, to = {5, -5, 0}, at = {5, 5, 0};
+    make(vcutBuildList(RTDXF0, L"DIMENSION", 100, L"AcDbEntity", 8, L"0", 100, L"AcDbDimension", 2, block.c_str(), 10, at,
+                       70, 33, 3, L"Standard", 100, L"AcDbAlignedDimension", 13, from, 14, to, RTNONE),
+         dimension);
+
+    resbuf* list = &m_anything;
+    EXPECT_EQ(vds_intersect(level, nothing, &list), 0);
+    EXPECT_EQ(list, nullptr);
+    EXPECT_EQ(vds_intersect(nothing, level, &list), 0);
+    EXPECT_EQ(vds_intersect(level, stale, &list), -1);
+    EXPECT_EQ(vds_intersect(stale, level, &list), -1);
+    EXPECT_EQ(vds_intersect(level, reference, &list), 0);
+    EXPECT_EQ(list, nullptr);
+
+    EXPECT_GE(vds_intersect(level, dimension, &list), 1);
+    const RbPtr owned(list);
+    bool isAtTheExtensionLine = false;
+    for (const VcGePoint3d& p : pointsOf(list)) {
+        EXPECT_NEAR(p.y, 1, 1e-9);
+        isAtTheExtensionLine |= std::fabs(p.x - 3) < 1e-9;
+    }
+    EXPECT_TRUE(isAtTheExtensionLine);
 }
 
 TEST_F(DrawingGeometry, AnonymousBlocksHoldCopiesAboutTheirBase)
