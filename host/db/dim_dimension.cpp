@@ -153,7 +153,8 @@ void VcDbDimension::pictureMade(VcDbObjectId block, double measurement, const Vc
     assertWriteEnabled();
     m_block = block;
     m_measurement = measurement;
-    m_textMiddle = fromWorld(textMiddle, normal());
+    if (!isTextMoved())
+        m_textMiddle = fromWorld(textMiddle, normal());
     m_stale = m_modified = false;
 }
 

@@ -107,11 +107,24 @@ std::optional<Span> hidden(const Stroke& s, const Box& box)
     return both;
 }
 
-void cutStrokes(std::vector<Stroke>& strokes, const Box& box)
+// Text breaks a line that it lies in, not one that it only comes close to.
+bool liesIn(const Label& label, const Stroke& s)
+{
+    const VcGeVector2d way = s.to - s.from;
+    const double length = way.length();
+    return length > 0 && std::abs((label.middle - s.from).crossProduct(way)) / length < label.height / 2;
+}
+
+bool liesIn(const Label& label, const Bow& bow)
+{
+    return std::abs(label.middle.distanceTo(bow.center) - bow.radius) < label.height / 2;
+}
+
+void cutStrokes(std::vector<Stroke>& strokes, const Label& label, const Box& box)
 {
     std::vector<Stroke> kept;
     for (const Stroke& s : strokes) {
-        const auto gap = s.part == Part::DimLine ? hidden(s, box) : std::nullopt;
+        const auto gap = s.part == Part::DimLine && liesIn(label, s) ? hidden(s, box) : std::nullopt;
         if (!gap) {
             kept.push_back(s);
             continue;
@@ -171,10 +184,13 @@ void clearBehindText(const Drawing& d, Figure& figure)
 {
     for (const Label& label : figure.labels) {
         const Box box(label, d.gap);
-        cutStrokes(figure.strokes, box);
+        cutStrokes(figure.strokes, label, box);
         std::vector<Bow> kept;
         for (const Bow& bow : figure.bows)
-            cutBow(bow, box, kept);
+            if (liesIn(label, bow))
+                cutBow(bow, box, kept);
+            else
+                kept.push_back(bow);
         figure.bows = std::move(kept);
     }
     if (d.hasBox)
@@ -201,7 +217,7 @@ Fit fitOf(const Drawing& d, double room, double textAlong)
 {
     const double slack = 1e-9 * room;
     const double arrows = d.arrowRoom(0) + d.arrowRoom(1), text = d.hasText() ? textAlong + 2 * d.gap : 0;
-    const bool textFits = text <= room + slack, arrowsFit = arrows <= room + slack, bothFit = text + arrows <= room + slack;
+    const bool textFits = text <= room + slack, arrowsFit = arrows + (arrows > 0 ? 2 * d.gap : 0) <= room + slack, bothFit = text + arrows <= room + slack;
     if (bothFit)
         return {true, true};
     if (d.vars.dimtix || d.userText)

@@ -214,16 +214,24 @@ Figure threePointFigure(Drawing& d, const VcDb3PointAngularDimension& dimension,
     return figure;
 }
 
+// Where a line from a point in that direction leaves the circle; the nearest point where it misses it.
+VcGePoint2d onCircle(const Sector& s, const VcGePoint2d& from, const VcGeVector2d& direction)
+{
+    const VcGeVector2d v = from - s.center;
+    const double along = v.dotProduct(direction), across2 = v.lengthSqrd() - along * along;
+    return from + direction * (std::sqrt(std::max(0.0, s.radius * s.radius - across2)) - along);
+}
+
 // The arc sign stands before the text or above it.
 void addArcSign(const Drawing& d, Figure& figure)
 {
     if (d.vars.dimarcsym == 2 || figure.labels.empty())
         return;
     const Label& label = figure.labels.front();
-    const double size = d.textHeight * 14 / 15;
+    const double size = d.textHeight * 0.82;
     const VcGeVector2d along = unit(label.angle), up = left(along);
     const bool before = d.vars.dimarcsym == 0;
-    const VcGePoint2d middle = before ? label.middle - along * (label.width / 2 + d.gap + size) - up * (d.textHeight / 2)
+    const VcGePoint2d middle = before ? label.middle - along * (label.width / 2 + 0.35 * d.textHeight + size) - up * (0.41 * d.textHeight)
                                       : label.middle + up * (label.height / 2 + d.gap);
     figure.bows.push_back({middle, before ? size : size / 2, label.angle, kPi, Part::Frame});
 }
@@ -239,7 +247,7 @@ Figure angularFigure(Drawing& d, const VcDbDimension& dimension, bool inPaperSpa
     return figure;
 }
 
-// Below a right angle the extension lines are parallel and the arc is shifted; else they are radial and it is larger.
+// Below a right angle the extension lines are parallel, else they run from the centre.
 Figure arcLengthFigure(Drawing& d, const VcDbArcDimension& dimension, bool inPaperSpace)
 {
     Figure figure;
@@ -249,17 +257,17 @@ Figure arcLengthFigure(Drawing& d, const VcDbArcDimension& dimension, bool inPap
     const VcGeVector2d a = ends[0] - center, b = ends[1] - center, p = d.flat(dimension.arcPoint()) - center;
     if (a.length() == 0 || b.length() == 0 || p.length() == 0)
         return figure;
-    Sector s = sectorBetween(center, p.length(), a.angle(), b.angle(), p.angle());
-    const double radius = a.length();
-    if (s.sweep < kPi / 2) {
-        s.center = center + unit(s.middle()) * (p.dotProduct(unit(s.middle())) - radius);
-        s.radius = radius;
-    }
-    figure.measurement = radius * s.sweep;
-    measureText(d, {figure.measurement, DimMeasure::Kind::Length}, dimension.dimensionTextUtf8(), inPaperSpace);
-    const double angles[] = {a.angle(), b.angle()};
+    const Sector measured = sectorBetween(center, p.length(), a.angle(), b.angle(), p.angle());
+    const bool parallel = measured.sweep < kPi / 2;
+    const VcGeVector2d shift = unit(measured.middle());
+    VcGePoint2d feet[2];
     for (const int i : {0, 1})
-        addExtension(d, figure, ends[i], s.at(angles[i]), unit(angles[i]), i == 1);
+        feet[i] = parallel ? onCircle(measured, ends[i], shift) : measured.at((ends[i] - center).angle());
+    const Sector s = sectorBetween(center, measured.radius, (feet[0] - center).angle(), (feet[1] - center).angle(), p.angle());
+    figure.measurement = a.length() * measured.sweep;
+    measureText(d, {figure.measurement, DimMeasure::Kind::Length}, dimension.dimensionTextUtf8(), inPaperSpace);
+    for (const int i : {0, 1})
+        addExtension(d, figure, ends[i], feet[i], parallel ? shift : unit((ends[i] - center).angle()), i == 1);
     drawSector(d, figure, s);
     clearBehindText(d, figure);
     addArcSign(d, figure);

@@ -59,7 +59,7 @@ void addPath(const Drawing& d, Figure& figure, const VcGePoint2d& tip, const VcG
     const VcGeVector2d side = unit(angle) * ((level - tip).dotProduct(unit(angle)) < 0 ? -1.0 : 1.0);
     const double halfWidth = widthOf(d) / 2;
     if (isAlong(angle, pull)) {
-        const VcGePoint2d end = off != 0 ? level + side * halfWidth : level - side * (halfWidth + d.gap);
+        const VcGePoint2d end = off != 0 ? level + side * (halfWidth + d.gap) : level - side * (halfWidth + d.gap);
         const double reach = (end - tip).dotProduct(pull);
         if (reach > d.arrow)
             figure.strokes.push_back({tip + pull * d.arrow, tip + pull * reach});
@@ -113,7 +113,10 @@ void drawInside(const Drawing& d, Figure& figure, const Round& r, const Label& l
 {
     figure.arrows.push_back({r.chord, r.out.angle(), true});
     const VcGePoint2d tail = r.chord - r.out * d.arrowRoom(1);
-    if (r.isDiameter) {
+    if (r.isDiameter && d.userText && !d.vars.dimtofl && isAlong(label.angle, r.out)) {
+        const double behind = (label.middle - r.chord).dotProduct(-r.out) + widthOf(d) / 2 + d.gap;
+        figure.strokes.push_back({r.chord - r.out * std::min(2 * r.radius, behind), tail});
+    } else if (r.isDiameter) {
         figure.arrows.push_back({r.far, (-r.out).angle(), false});
         figure.strokes.push_back({r.far + r.out * d.arrowRoom(0), tail});
     } else if (d.vars.dimtofl || isAlong(label.angle, r.out)) {
@@ -124,13 +127,13 @@ void drawInside(const Drawing& d, Figure& figure, const Round& r, const Label& l
     }
 }
 
-// Inside where it fits, else out beyond the chord's point.
+// A diameter's text stands inside where it fits, that of a radius only where DIMTIX wants it; else out beyond the chord's
+// point.
 VcGePoint2d defaultMiddle(const Drawing& d, const Round& r, bool& inside)
 {
-    const double room = r.isDiameter ? 2 * r.radius : r.radius;
     double angle = textAngle(d, r.out, true);
     const double along = half(d, angle, r.out);
-    inside = d.vars.dimtix || (r.leader == 0 && 2 * along + 2 * d.gap + d.arrow * (r.isDiameter ? 2 : 1) <= room);
+    inside = d.vars.dimtix || (r.isDiameter && r.leader == 0 && 2 * along + 2 * d.gap + 2 * d.arrow <= 2 * r.radius);
     if (inside) {
         const double off = textOffset(d, angle, r.out.angle(), true, r.out);
         return (r.isDiameter ? r.center : r.center + r.out * (r.radius / 2)) + left(unit(angle)) * off;
@@ -141,6 +144,15 @@ VcGePoint2d defaultMiddle(const Drawing& d, const Round& r, bool& inside)
     const double side = unit(angle).dotProduct(r.out) < 0 ? -1 : 1;
     const double hookLength = isAlong(angle, r.out) ? 0 : d.arrow;
     return hook + unit(angle) * (side * (hookLength + d.gap + widthOf(d) / 2)) + left(unit(angle)) * off;
+}
+
+// A person puts the text on the line; the style then raises it over it.
+VcGePoint2d raised(const Drawing& d, const Round& r, const VcGePoint2d& middle, double angle)
+{
+    const bool onLine = std::abs((middle - r.center).crossProduct(r.out)) < 1e-6 * r.radius;
+    if (!onLine || !isAlong(angle, r.out))
+        return middle;
+    return middle + left(unit(angle)) * textOffset(d, angle, angle, true, r.out);
 }
 
 bool isInside(const Round& r, const VcGePoint2d& middle) { return middle.distanceTo(r.center) < r.radius; }
@@ -154,10 +166,13 @@ Figure roundFigure(Drawing& d, const Round& r)
         middle = *d.userText;
         inside = isInside(r, middle);
     }
-    placeLabels(d, figure, middle, textAngle(d, r.out, inside));
+    const double angle = textAngle(d, r.out, inside);
+    if (d.userText)
+        middle = raised(d, r, middle, angle);
+    placeLabels(d, figure, middle, angle);
     Label whole = d.upper;
     whole.middle = middle;
-    whole.angle = textAngle(d, r.out, inside);
+    whole.angle = angle;
     (inside ? drawInside : drawOutside)(d, figure, r, whole);
     clearBehindText(d, figure);
     return figure;
@@ -227,7 +242,7 @@ Figure joggedFigure(Drawing& d, const VcDbRadialDimensionLarge& dimension, bool 
         angle = kPi / 4;
     // From the jog's point to each of the two lines, along the jog's direction.
     const double rise = (chord - from).dotProduct(side);
-    const VcGeVector2d slant = out * std::cos(angle) + side * (rise < 0 ? -std::sin(angle) : std::sin(angle));
+    const VcGeVector2d slant = out * std::cos(angle) + side * (rise < 0 ? std::sin(angle) : -std::sin(angle));
     const auto onLine = [&](const VcGePoint2d& through) { return jog + slant * ((through - jog).dotProduct(side) / slant.dotProduct(side)); };
     const VcGePoint2d first = onLine(from), second = onLine(chord);
     figure.strokes.push_back({from, first});

@@ -245,6 +245,6 @@ DimText dimText(const DimMeasure& measure, const VcDbDimVars& vars, std::string_
     }
     if (override.find("<>") != std::string_view::npos || override.empty())
         below += parts.primaryBelow + parts.alternateBelow;
-    const std::string align = fmt::format("\\A{};", vars.dimtolj >= 0 && vars.dimtolj <= 2 ? int(vars.dimtolj) : 1);
+    const std::string align = vars.dimtolj == 1 || vars.dimtolj == 2 ? fmt::format("\\A{};", vars.dimtolj) : std::string();
     return {text.empty() ? text : align + text, below.empty() ? below : align + below};
 }

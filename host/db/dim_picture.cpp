@@ -195,7 +195,7 @@ public:
         for (const Stroke& s : figure.strokes)
             add(std::make_unique<VcDbLine>(at(s.from), at(s.to)), s.part);
         for (const Bow& b : figure.bows)
-            add(std::make_unique<VcDbArc>(at(b.center), VcGeVector3d::zAxis(), b.radius, b.start, b.start + b.sweep), b.part);
+            add(std::make_unique<VcDbArc>(at(b.center), VcGeVector3d::zAxis(), b.radius, turned(b.start), turned(b.start + b.sweep)), b.part);
         for (const Arrow& a : figure.arrows)
             addArrow(a);
         for (const Label& l : figure.labels)
