@@ -113,7 +113,7 @@ void drawInside(const Drawing& d, Figure& figure, const Round& r, const Label& l
 {
     figure.arrows.push_back({r.chord, r.out.angle(), true});
     const VcGePoint2d tail = r.chord - r.out * d.arrowRoom(1);
-    if (r.isDiameter && d.userText && !d.vars.dimtofl && isAlong(label.angle, r.out)) {
+    if (r.isDiameter && d.userText && isAlong(label.angle, r.out)) {
         const double behind = (label.middle - r.chord).dotProduct(-r.out) + widthOf(d) / 2 + d.gap;
         figure.strokes.push_back({r.chord - r.out * std::min(2 * r.radius, behind), tail});
     } else if (r.isDiameter) {
