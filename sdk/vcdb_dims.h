@@ -46,7 +46,7 @@ public:
     Vcad::ErrorStatus setDimensionText(const wchar_t* text);
     VcDbObjectId dimensionStyle() const;
     Vcad::ErrorStatus setDimensionStyle(VcDbObjectId style);
-    // As the file says it; 0 when it does not.
+    // What it measures, before DIMLFAC: as the file says it, else as the picture was last made; radians of an angle.
     double measurement() const { return m_measurement; }
     int textAttachment() const { return m_attachment ? m_attachment : 5; }
     Vcad::ErrorStatus setTextAttachment(int attachment);  // 1 to 9
@@ -59,24 +59,40 @@ public:
     // Variables of the style with those that this dimension sets itself.
     VcDbDimVars dimVars() const;
 
+    // Makes the block anew from what the dimension measures and its style says. Without force only when something that
+    // shows has changed since the block was made. Done by itself when a changed dimension is closed, moved, or written
+    // back as a chain; a dimension that came from a file keeps its block until then.
+    Vcad::ErrorStatus recomputeDimBlock(bool force = true);
+
     // Those of the block that it looks like.
     Vcad::ErrorStatus getGeomExtents(VcDbExtents& extents) const override;
     Vcad::ErrorStatus explode(std::vector<VcDbEntity*>& pieces) const override;
-    // Moves what the dimension measures; its block is remade by the editor.
+    // Moves what the dimension measures.
     Vcad::ErrorStatus transformBy(const VcGeMatrix3d& m) override;
 
     // Host side.
     void fields(FieldVisitor& visitor) override;
+    void fieldsChanged() override;
+    void addedToDatabase() override;
+    void dropCaches() override { recomputeDimBlock(false); }
     const std::string& dimensionTextUtf8() const { return m_text; }
+    bool isTextMoved() const { return (m_flags & 128) != 0; }
+    // The text goes back to where its style wants it.
+    void useDefaultTextPosition();
+    void markPictureStale() { m_stale = true; }
+    void pictureMade(VcDbObjectId block, double measurement, const VcGePoint3d& textMiddle);
 
 protected:
     explicit VcDbDimension(int type) : m_flags(std::int16_t(type | 32)) {}
     Vcad::ErrorStatus setPoint(VcGePoint3d& member, const VcGePoint3d& p);
-    // Further definition points of the class, all in world coordinates.
+    template <class T>
+    Vcad::ErrorStatus change(T& member, const T& value, bool valid);
+    // Further definition points of the class, which are in world coordinates, and angles. Called before the normal moves.
     virtual void movePoints(const VcGeMatrix3d& m) = 0;
     virtual bool isAngular() const { return false; }
 
     VcGePoint3d m_definition;  // group 10, whose meaning is the class's
+    double m_horizontal = 0;
     std::int16_t m_flags;
 
 private:
@@ -84,9 +100,10 @@ private:
     VcDbObjectId m_block, m_style;
     std::string m_text;
     VcDbExtrusion m_extrusion;
-    double m_measurement = 0, m_textRotation = 0, m_horizontal = 0, m_insertionRotation = 0, m_spacingFactor = 1;
+    double m_measurement = 0, m_textRotation = 0, m_insertionRotation = 0, m_spacingFactor = 1;
     std::int16_t m_attachment = 5, m_spacingStyle = 1;
     std::int8_t m_version = 0, m_flags73 = 0, m_flipArrow1 = 0, m_flipArrow2 = 0;
+    bool m_stale = false;  // what shows has changed since the block was made
 };
 
 #define VCDB_DIM_POINT(getter, setter, member)                     \
@@ -123,7 +140,6 @@ public:
     Vcad::ErrorStatus setRotation(double angle);
     double oblique() const { return m_oblique; }
     Vcad::ErrorStatus setOblique(double angle);
-    Vcad::ErrorStatus transformBy(const VcGeMatrix3d& m) override;
     void fields(FieldVisitor& visitor) override;
 
 protected:
@@ -301,16 +317,32 @@ public:
     bool isSplined() const { return m_splined != 0; }
     void setSplined(bool on);
     bool hasHookLine() const { return m_hook != 0; }
+    // The last stretch is level and leads to the text: along the horizontal direction, or against it.
+    void setHookLine(bool on, bool alongHorizontal = true);
+    VcGeVector3d horizontalDirection() const { return m_xDirection; }
+    Vcad::ErrorStatus setPlane(const VcGeVector3d& normal, const VcGeVector3d& horizontal);
     // 0 MTEXT, 1 TOLERANCE, 2 INSERT, 3 none.
     int annoType() const { return m_annotationType; }
     VcDbObjectId annotationObjId() const { return m_annotation; }
+    // An MTEXT, TOLERANCE or block reference of the same drawing; the leader follows its size from then on.
+    Vcad::ErrorStatus attachAnnotation(VcDbObjectId annotation);
     double annoHeight() const { return m_annoHeight; }
     double annoWidth() const { return m_annoWidth; }
     VcGeVector3d normal() const { return m_normal; }
     VcDbDimVars dimVars() const;
+    // Brings the hook line and the sizes of the annotation in line with the style. Done by itself when a changed leader is
+    // closed or written back as a chain.
+    Vcad::ErrorStatus evaluateLeader();
     Vcad::ErrorStatus transformBy(const VcGeMatrix3d& m) override;
+    // Those of what is drawn, as explode gives it: its lines or its curve, and its arrow.
     Vcad::ErrorStatus getGeomExtents(VcDbExtents& extents) const override;
+    Vcad::ErrorStatus explode(std::vector<VcDbEntity*>& pieces) const override;
     void fields(FieldVisitor& visitor) override;
+    void fieldsChanged() override;
+    void dropCaches() override;
+
+    // Host side.
+    bool hookGoesAlong() const { return m_hookDirection != 0; }
 
 private:
     std::vector<VcGePoint3d> m_vertices;

@@ -126,5 +126,6 @@ VK_ENTRY_POINT void Xdata();
 VK_ENTRY_POINT void Xdlist();
 VK_ENTRY_POINT void cmd_wedge_mesh();
 VK_ENTRY_POINT void TextEdit();
+VK_ENTRY_POINT void TextToMTextOptions();
 VK_ENTRY_POINT void Excel();
 VK_ENTRY_POINT void Word();

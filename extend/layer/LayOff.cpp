@@ -4,6 +4,7 @@
 #include "core/ExtendUtils.h"
 #include "core/Handlers.h"
 #include "core/PublicFunction.h"
+#include "core/Variables.h"
 #include "layer/LayerHelpers.h"
 #include "system.h"
 #include "vcdb_chains.h"
@@ -171,12 +172,7 @@ Next followKeyword()
     return StrCmpI(word, L"Options") == 0 ? askOptions() : Next::PickAgain;
 }
 
-bool lastPickMissed()
-{
-    resbuf variable = {};
-    vcedGetVar(L"ERRNO", &variable);
-    return variable.resval.rint == kMissed;
-}
+bool lastPickMissed() { return shortVariable(L"ERRNO") == kMissed; }
 
 Next turnOff(const vds_name picked, resbuf* containers)
 {

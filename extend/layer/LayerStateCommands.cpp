@@ -3,6 +3,7 @@
 #include "core/ExtendUtils.h"
 #include "core/Handlers.h"
 #include "core/PublicFunction.h"
+#include "core/Variables.h"
 #include "layer/LayerHelpers.h"
 #include "system.h"
 #include "vcdb_chains.h"
@@ -16,13 +17,6 @@ constexpr int kLayerGroup = 8;
 constexpr int kMissed = 7;
 
 void print(int id) { vcutPrintf(L"%s", StringFromID(id)); }
-
-int lastError()
-{
-    resbuf variable = {};
-    vcedGetVar(L"ERRNO", &variable);
-    return variable.resval.rint;
-}
 
 // The window shows the layers anew; it learns so once the command gives it time.
 void tellWindow()
@@ -133,7 +127,7 @@ void LayLck()
         if (status == RTCAN || status == RTNONE)
             break;
         if (status != RTNORM) {
-            if (lastError() != kMissed)
+            if (shortVariable(L"ERRNO") != kMissed)
                 break;
             print(2249);
             continue;

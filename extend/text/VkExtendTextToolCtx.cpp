@@ -228,5 +228,4 @@ int CVkExtendTextToolCtx::cmd_TCOUNT() { return reportNotAvailable(L"TCOUNT"); }
 int CVkExtendTextToolCtx::cmd_TCIRCLE() { return reportNotAvailable(L"TCIRCLE"); }
 int CVkExtendTextToolCtx::cmd_TORIENT() { return reportNotAvailable(L"TORIENT"); }
 int CVkExtendTextToolCtx::cmd_TJUST() { return reportNotAvailable(L"TJUST"); }
-int CVkExtendTextToolCtx::cmd_TXT2MTXT() { return reportNotAvailable(L"TXT2MTXT"); }
 int CVkExtendTextToolCtx::cmd_TEXTFIT() { return reportNotAvailable(L"TextEdit"); }

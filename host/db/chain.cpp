@@ -383,6 +383,32 @@ void preferMTextAngle(const VcDbObject& object, std::span<Tag> tags, const Datab
     }
 }
 
+bool isPropertyOfEveryEntity(int code)
+{
+    static constexpr int kCodes[] = {6, 8, 48, 60, 62, 370, 420, 430, 440};
+    return std::ranges::find(kCodes, code) != std::end(kCodes);
+}
+
+// Chains put together by hand have the layer or the colour behind the groups of the class as often as ahead of them, as in
+// (append (entget e) '((62 . 1))). Such groups count when neither the class nor its proper place has taken one.
+void readStrayProperties(VcDbObject& object, std::span<Tag> tags, FieldReader& reader)
+{
+    constexpr int kTakenAsEntity = 2;  // the call of fields() that follows the one without a marker
+    VcDbEntity* entity = VcDbEntity::cast(&object);
+    const auto isStray = [](const Tag& tag) { return !tag.taken && isPropertyOfEveryEntity(tag.code); };
+    if (!entity || std::ranges::none_of(tags, isStray))
+        return;
+    std::vector<Tag> properties;
+    for (const Tag& tag : tags)
+        if (tag.taken == kTakenAsEntity && tag.code != 100)
+            properties.push_back(tag);
+    std::ranges::copy_if(tags, std::back_inserter(properties), isStray);
+    for (Tag& tag : properties)
+        tag.taken = 0;
+    reader.begin(properties);
+    entity->VcDbEntity::fields(reader);
+}
+
 Vcad::ErrorStatus readFields(VcDbObject& object, ChainGroups& groups, DatabaseCore& db)
 {
     ProblemLog problems;
@@ -390,6 +416,8 @@ Vcad::ErrorStatus readFields(VcDbObject& object, ChainGroups& groups, DatabaseCo
     preferMTextAngle(object, groups.tags(), db);
     reader.begin(groups.tags());
     object.fields(reader);
+    if (!reader.failed())
+        readStrayProperties(object, groups.tags(), reader);
     return reader.failed() ? Vcad::eInvalidInput : Vcad::eOk;
 }
 

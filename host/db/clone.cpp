@@ -22,6 +22,7 @@ private:
     VcDbObjectId copy(VcDbObject& original, VcDbObjectId owner);
     void copyOwned(VcDbObject& original, VcDbObject& clone);
     VcDbObjectId copyRecord(VcDbSymbolTableRecord& record);
+    void markPrimary(VcDbObjectId original, VcDbObjectId clone);
     void place(VcDbObject& clone, VcDbObjectId owner);
     bool isElsewhere() const { return &m_from != &m_to; }
     VcDbObjectId mapped(VcDbObjectId id) const;
@@ -58,13 +59,21 @@ Vcad::ErrorStatus Cloner::cloneTo(const VcDbObjectIdArray& ids, VcDbObjectId own
         if (!original || original->isErased() || !mapped(id).isNull())
             continue;
         auto* record = VcDbSymbolTableRecord::cast(original);
-        if (record && isElsewhere())
-            copyRecord(*record);
-        else
-            copy(*original, owner);
+        const VcDbObjectId clone = record && isElsewhere() ? copyRecord(*record) : copy(*original, owner);
+        markPrimary(id, clone);
     }
     translateAll();
     return Vcad::eOk;
+}
+
+// What was asked for, as against what came along with it.
+void Cloner::markPrimary(VcDbObjectId original, VcDbObjectId clone)
+{
+    VcDbIdPair pair(original, clone);
+    if (!m_mapping.compute(pair))
+        return;
+    pair.setPrimary(true);
+    m_mapping.assign(pair);
 }
 
 VcDbObjectId Cloner::copy(VcDbObject& original, VcDbObjectId owner)

@@ -1,5 +1,6 @@
 // The dimensions one by one: their definition points.
 #include "host/db/dim_overrides.h"
+#include "host/db/dim_change.h"
 #include "host/db/ent_util.h"
 #include "host/geom/arbitrary_axis.h"
 
@@ -21,6 +22,20 @@ void moveAll(const VcGeMatrix3d& m, std::initializer_list<VcGePoint3d*> points)
         *p = m * *p;
 }
 
+void moveAngle(const VcGeMatrix3d& m, const VcGeVector3d& normal, double& angle)
+{
+    const auto move = planeMove(m, normal);
+    const double turned = move ? move->angle(angle) : angle;
+    angle = turned == angle ? turned : turnOf(turned);
+}
+
+// 0 means that extension lines are square to the dimension line.
+void moveOblique(const VcGeMatrix3d& m, const VcGeVector3d& normal, double& angle)
+{
+    if (angle != 0)
+        moveAngle(m, normal, angle);
+}
+
 // Where a radius or diameter draws its arc on: the format keeps it in extended data.
 constexpr const char* kArcExtension = "ACAD_DSTYLE_DIMRADIAL_EXTENSION";
 constexpr int kExtensionStart = 388, kExtensionEnd = 390;
@@ -29,8 +44,13 @@ constexpr int kExtensionStart = 388, kExtensionEnd = 390;
 
 // Aligned
 
-Vcad::ErrorStatus VcDbAlignedDimension::setOblique(double a) { return setMember(*this, m_oblique, a, isFinite(a)); }
-void VcDbAlignedDimension::movePoints(const VcGeMatrix3d& m) { moveAll(m, {&m_xLine1, &m_xLine2}); }
+Vcad::ErrorStatus VcDbAlignedDimension::setOblique(double a) { return change(m_oblique, a, isFinite(a)); }
+
+void VcDbAlignedDimension::movePoints(const VcGeMatrix3d& m)
+{
+    moveAll(m, {&m_xLine1, &m_xLine2});
+    moveOblique(m, normal(), m_oblique);
+}
 
 void VcDbAlignedDimension::fields(FieldVisitor& v)
 {
@@ -43,19 +63,14 @@ void VcDbAlignedDimension::fields(FieldVisitor& v)
 
 // Rotated
 
-Vcad::ErrorStatus VcDbRotatedDimension::setRotation(double a) { return setMember(*this, m_rotation, a, isFinite(a)); }
-Vcad::ErrorStatus VcDbRotatedDimension::setOblique(double a) { return setMember(*this, m_oblique, a, isFinite(a)); }
-void VcDbRotatedDimension::movePoints(const VcGeMatrix3d& m) { moveAll(m, {&m_xLine1, &m_xLine2}); }
+Vcad::ErrorStatus VcDbRotatedDimension::setRotation(double a) { return change(m_rotation, a, isFinite(a)); }
+Vcad::ErrorStatus VcDbRotatedDimension::setOblique(double a) { return change(m_oblique, a, isFinite(a)); }
 
-Vcad::ErrorStatus VcDbRotatedDimension::transformBy(const VcGeMatrix3d& m)
+void VcDbRotatedDimension::movePoints(const VcGeMatrix3d& m)
 {
-    const auto move = planeMove(m, normal());
-    const Vcad::ErrorStatus status = VcDbDimension::transformBy(m);
-    if (status)
-        return status;
-    const double rotation = move->angle(m_rotation);
-    m_rotation = rotation == m_rotation ? rotation : turnOf(rotation);
-    return status;
+    moveAll(m, {&m_xLine1, &m_xLine2});
+    moveAngle(m, normal(), m_rotation);
+    moveOblique(m, normal(), m_oblique);
 }
 
 void VcDbRotatedDimension::fields(FieldVisitor& v)
@@ -134,7 +149,7 @@ void VcDbArcDimension::fields(FieldVisitor& v)
 
 // Radius and diameter
 
-Vcad::ErrorStatus VcDbRadialDimension::setLeaderLength(double l) { return setMember(*this, m_leaderLength, l, isFinite(l)); }
+Vcad::ErrorStatus VcDbRadialDimension::setLeaderLength(double l) { return change(m_leaderLength, l, isFinite(l)); }
 double VcDbRadialDimension::extArcStartAngle() const { return xdataNumber(*this, kArcExtension, kExtensionStart); }
 double VcDbRadialDimension::extArcEndAngle() const { return xdataNumber(*this, kArcExtension, kExtensionEnd); }
 void VcDbRadialDimension::movePoints(const VcGeMatrix3d& m) { moveAll(m, {&m_chord}); }
@@ -147,7 +162,7 @@ void VcDbRadialDimension::fields(FieldVisitor& v)
     v.real(40, m_leaderLength);
 }
 
-Vcad::ErrorStatus VcDbDiametricDimension::setLeaderLength(double l) { return setMember(*this, m_leaderLength, l, isFinite(l)); }
+Vcad::ErrorStatus VcDbDiametricDimension::setLeaderLength(double l) { return change(m_leaderLength, l, isFinite(l)); }
 double VcDbDiametricDimension::extArcStartAngle() const { return xdataNumber(*this, kArcExtension, kExtensionStart); }
 double VcDbDiametricDimension::extArcEndAngle() const { return xdataNumber(*this, kArcExtension, kExtensionEnd); }
 void VcDbDiametricDimension::movePoints(const VcGeMatrix3d& m) { moveAll(m, {&m_chord}); }
@@ -160,7 +175,7 @@ void VcDbDiametricDimension::fields(FieldVisitor& v)
     v.real(40, m_leaderLength);
 }
 
-Vcad::ErrorStatus VcDbRadialDimensionLarge::setJogAngle(double a) { return setMember(*this, m_jogAngle, a, isFinite(a)); }
+Vcad::ErrorStatus VcDbRadialDimensionLarge::setJogAngle(double a) { return change(m_jogAngle, a, isFinite(a)); }
 double VcDbRadialDimensionLarge::extArcStartAngle() const { return xdataNumber(*this, kArcExtension, kExtensionStart); }
 double VcDbRadialDimensionLarge::extArcEndAngle() const { return xdataNumber(*this, kArcExtension, kExtensionEnd); }
 void VcDbRadialDimensionLarge::movePoints(const VcGeMatrix3d& m) { moveAll(m, {&m_overrideCenter, &m_jog, &m_chord}); }
@@ -177,9 +192,17 @@ void VcDbRadialDimensionLarge::fields(FieldVisitor& v)
 
 // Ordinate
 
-void VcDbOrdinateDimension::useXAxis() { setMember(*this, m_flags, std::int16_t(m_flags | 64), true); }
-void VcDbOrdinateDimension::useYAxis() { setMember(*this, m_flags, std::int16_t(m_flags & ~64), true); }
-void VcDbOrdinateDimension::movePoints(const VcGeMatrix3d& m) { moveAll(m, {&m_defining, &m_leaderEnd}); }
+void VcDbOrdinateDimension::useXAxis() { change(m_flags, std::int16_t(m_flags | 64), true); }
+void VcDbOrdinateDimension::useYAxis() { change(m_flags, std::int16_t(m_flags & ~64), true); }
+
+// The axes turn along: they are those of the coordinate system that it was made in.
+void VcDbOrdinateDimension::movePoints(const VcGeMatrix3d& m)
+{
+    moveAll(m, {&m_defining, &m_leaderEnd});
+    if (const auto move = planeMove(m, normal()))
+        if (const double angle = move->angle(-m_horizontal); angle != -m_horizontal)
+            m_horizontal = turnOf(-angle);
+}
 
 void VcDbOrdinateDimension::fields(FieldVisitor& v)
 {

@@ -2,7 +2,9 @@
 #include "host/base/heap.h"
 #include "host/base/unicode.h"
 #include "host/db/database.h"
+#include "host/db/dim_change.h"
 #include "host/db/dim_overrides.h"
+#include "host/db/dim_picture.h"
 #include "host/db/ent_factories.h"
 #include "host/db/ent_insert.h"
 #include "host/db/ent_util.h"
@@ -52,7 +54,7 @@ std::unique_ptr<VcDbObject> createDimension(std::int64_t flags, std::string_view
 
 Vcad::ErrorStatus VcDbDimension::setPoint(VcGePoint3d& member, const VcGePoint3d& p)
 {
-    return setMember(*this, member, p, isFinite(p));
+    return change(member, p, isFinite(p));
 }
 
 Vcad::ErrorStatus VcDbDimension::setDimBlockId(VcDbObjectId block) { return setMember(*this, m_block, block, true); }
@@ -60,38 +62,43 @@ VcGePoint3d VcDbDimension::textPosition() const { return toWorld(m_textMiddle, n
 
 Vcad::ErrorStatus VcDbDimension::setTextPosition(const VcGePoint3d& p)
 {
-    const Vcad::ErrorStatus status = setMember(*this, m_textMiddle, fromWorld(p, normal()), isFinite(p));
+    const Vcad::ErrorStatus status = change(m_textMiddle, fromWorld(p, normal()), isFinite(p));
     if (!status)
         m_flags |= 128;
     return status;
 }
 
-Vcad::ErrorStatus VcDbDimension::setTextRotation(double a) { return setMember(*this, m_textRotation, a, isFinite(a)); }
-Vcad::ErrorStatus VcDbDimension::setHorizontalRotation(double a) { return setMember(*this, m_horizontal, a, isFinite(a)); }
+Vcad::ErrorStatus VcDbDimension::setTextRotation(double a) { return change(m_textRotation, a, isFinite(a)); }
+Vcad::ErrorStatus VcDbDimension::setHorizontalRotation(double a) { return change(m_horizontal, a, isFinite(a)); }
 wchar_t* VcDbDimension::dimensionText() const { return heapStringFromUtf8(m_text); }
 
 Vcad::ErrorStatus VcDbDimension::setDimensionText(const wchar_t* text)
 {
-    return text ? setMember(*this, m_text, wideToUtf8(text), true) : Vcad::eInvalidInput;
+    return text ? change(m_text, wideToUtf8(text), true) : Vcad::eInvalidInput;
 }
 
 VcDbObjectId VcDbDimension::dimensionStyle() const { return dimStyleOf(*this, m_style); }
-Vcad::ErrorStatus VcDbDimension::setDimensionStyle(VcDbObjectId style) { return setDimStyleOf(*this, m_style, style); }
+Vcad::ErrorStatus VcDbDimension::setDimensionStyle(VcDbObjectId style)
+{
+    const Vcad::ErrorStatus status = setDimStyleOf(*this, m_style, style);
+    m_stale |= status == Vcad::eOk;
+    return status;
+}
 VcDbDimVars VcDbDimension::dimVars() const { return dimVarsOf(*this, dimensionStyle()); }
 
 Vcad::ErrorStatus VcDbDimension::setTextAttachment(int a)
 {
-    return setMember(*this, m_attachment, std::int16_t(a), a >= 1 && a <= 9);
+    return change(m_attachment, std::int16_t(a), a >= 1 && a <= 9);
 }
 
 Vcad::ErrorStatus VcDbDimension::setTextLineSpacingStyle(int style)
 {
-    return setMember(*this, m_spacingStyle, std::int16_t(style), style == 1 || style == 2);
+    return change(m_spacingStyle, std::int16_t(style), style == 1 || style == 2);
 }
 
 Vcad::ErrorStatus VcDbDimension::setTextLineSpacingFactor(double f)
 {
-    return setMember(*this, m_spacingFactor, f, f >= 0.25 && f <= 4);
+    return change(m_spacingFactor, f, f >= 0.25 && f <= 4);
 }
 
 Vcad::ErrorStatus VcDbDimension::setNormal(const VcGeVector3d& n)
@@ -101,6 +108,7 @@ Vcad::ErrorStatus VcDbDimension::setNormal(const VcGeVector3d& n)
     if (!status) {
         m_textMiddle = fromWorld(text, normal());
         m_cloneInsertion = fromWorld(insertion, normal());
+        m_stale = true;
     }
     return status;
 }
@@ -108,14 +116,62 @@ Vcad::ErrorStatus VcDbDimension::setNormal(const VcGeVector3d& n)
 Vcad::ErrorStatus VcDbDimension::getGeomExtents(VcDbExtents& extents) const
 {
     extents = VcDbExtents();
-    if (!m_block.isNull())
+    if (!m_block.isNull()) {
         BlockExtents().addReference(extents, VcDbBlockReference(VcGePoint3d(), m_block), VcGeMatrix3d());
+        return extentsStatus(extents);
+    }
+    for (const auto& piece : vk::dim::pictureOf(*this).pieces)
+        if (VcDbExtents one; piece->getGeomExtents(one) == Vcad::eOk)
+            extents.addExt(one);
     return extentsStatus(extents);
 }
 
+// Pieces look as they did in the block: what it left open is now their own.
 Vcad::ErrorStatus VcDbDimension::explode(std::vector<VcDbEntity*>& pieces) const
 {
-    return m_block.isNull() ? Vcad::eNotApplicable : explodeReference(VcDbBlockReference(VcGePoint3d(), m_block), pieces);
+    std::vector<VcDbEntity*> made;
+    if (!m_block.isNull()) {
+        if (const Vcad::ErrorStatus status = explodeReference(VcDbBlockReference(VcGePoint3d(), m_block), made))
+            return status;
+    } else {
+        for (auto& piece : vk::dim::pictureOf(*this).pieces)
+            made.push_back(piece.release());
+    }
+    for (VcDbEntity* piece : made) {
+        vk::dim::inheritFrom(*piece, *this);
+        pieces.push_back(piece);
+    }
+    return made.empty() ? Vcad::eNotApplicable : Vcad::eOk;
+}
+
+void VcDbDimension::useDefaultTextPosition() { change(m_flags, std::int16_t(m_flags & ~128), true); }
+
+// Picture
+
+void VcDbDimension::pictureMade(VcDbObjectId block, double measurement, const VcGePoint3d& textMiddle)
+{
+    assertWriteEnabled();
+    m_block = block;
+    m_measurement = measurement;
+    if (!isTextMoved())
+        m_textMiddle = fromWorld(textMiddle, normal());
+    m_stale = m_modified = false;
+}
+
+Vcad::ErrorStatus VcDbDimension::recomputeDimBlock(bool force)
+{
+    return force || m_stale ? vk::dim::remakePicture(*this) : Vcad::eOk;
+}
+
+void VcDbDimension::fieldsChanged() { recomputeDimBlock(); }
+
+// A new dimension is drawn when its maker closes it, unless it brought a picture of its own.
+void VcDbDimension::addedToDatabase()
+{
+    if (!m_block.isNull() && m_block.database() == database() && !vk::dim::isBlockShared(*this))
+        return;
+    m_block = {};
+    m_stale = m_modified = true;
 }
 
 Vcad::ErrorStatus VcDbDimension::transformBy(const VcGeMatrix3d& m)
@@ -134,6 +190,11 @@ Vcad::ErrorStatus VcDbDimension::transformBy(const VcGeMatrix3d& m)
     if (!isAngular())
         m_measurement *= move->scale;
     move->move(m_extrusion);
+    m_stale = true;
+    if (m_id.isNull())
+        m_block = {};  // it stands where the dimension stood
+    else
+        recomputeDimBlock();
     return Vcad::eOk;
 }
 

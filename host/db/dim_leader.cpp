@@ -1,8 +1,13 @@
 // Leaders and feature control frames.
 #include "host/base/heap.h"
 #include "host/base/unicode.h"
+#include "host/db/database.h"
 #include "host/db/dim_overrides.h"
+#include "host/db/dim_picture.h"
 #include "host/db/ent_util.h"
+#include "sdk/vcdb_insert.h"
+#include "sdk/vcdb_text.h"
+
 
 VCDB_DEFINE(VcDbLeader, VcDbEntity, "LEADER")
 VCDB_DEFINE(VcDbFcf, VcDbEntity, "TOLERANCE")
@@ -58,8 +63,94 @@ Vcad::ErrorStatus VcDbLeader::getGeomExtents(VcDbExtents& extents) const
     extents = VcDbExtents();
     for (const VcGePoint3d& p : m_vertices)
         extents.addPoint(p);
+    for (const auto& piece : vk::dim::leaderPieces(*this))
+        if (VcDbExtents one; piece->getGeomExtents(one) == Vcad::eOk)
+            extents.addExt(one);
     return extentsStatus(extents);
 }
+
+Vcad::ErrorStatus VcDbLeader::explode(std::vector<VcDbEntity*>& pieces) const
+{
+    auto made = vk::dim::leaderPieces(*this);
+    for (auto& piece : made)
+        pieces.push_back(piece.release());
+    return made.empty() ? Vcad::eNotApplicable : Vcad::eOk;
+}
+
+void VcDbLeader::setHookLine(bool on, bool alongHorizontal)
+{
+    assertWriteEnabled();
+    m_hook = std::int8_t(on);
+    m_hookDirection = std::int8_t(alongHorizontal);
+}
+
+Vcad::ErrorStatus VcDbLeader::setPlane(const VcGeVector3d& normal, const VcGeVector3d& horizontal)
+{
+    if (!isDirection(normal) || !isDirection(horizontal))
+        return Vcad::eOutOfRange;
+    assertWriteEnabled();
+    m_normal = normal.normal();
+    m_xDirection = horizontal.normal();
+    return Vcad::eOk;
+}
+
+namespace {
+
+// By class; nothing else can stand at the end of a leader.
+std::optional<std::int8_t> annotationType(const VcDbObject* object)
+{
+    if (object && object->isKindOf(VcDbMText::desc()))
+        return std::int8_t(0);
+    if (object && object->isKindOf(VcDbFcf::desc()))
+        return std::int8_t(1);
+    if (object && object->isKindOf(VcDbBlockReference::desc()))
+        return std::int8_t(2);
+    return std::nullopt;
+}
+
+}
+
+Vcad::ErrorStatus VcDbLeader::attachAnnotation(VcDbObjectId annotation)
+{
+    const DatabaseCore* db = DatabaseCore::of(m_id);
+    VcDbObject* object = db ? db->object(annotation) : nullptr;
+    const auto type = annotationType(object);
+    if (!type || object->isErased())
+        return Vcad::eInvalidInput;
+    assertWriteEnabled();
+    m_annotation = annotation;
+    m_annotationType = *type;
+    object->addPersistentReactor(m_id);
+    return evaluateLeader();
+}
+
+// The text stays where it is; the leader's end follows the gap, and its hook line is as long as the arrow.
+Vcad::ErrorStatus VcDbLeader::evaluateLeader()
+{
+    const DatabaseCore* db = DatabaseCore::of(m_id);
+    const auto* text = db ? db->liveAs<VcDbMText>(m_annotation) : nullptr;
+    if (!text || db->loading)
+        return Vcad::eOk;
+    assertWriteEnabled();
+    m_annoHeight = text->actualHeight();
+    m_annoWidth = text->actualWidth();
+    const std::size_t n = m_vertices.size();
+    const int column = (text->attachment() - 1) % 3;
+    const bool leaves = m_hook && n >= 3 && column == (m_hookDirection ? 0 : 2);
+    if (leaves) {
+        const VcDbDimVars vars = dimVars();
+        const double scale = vk::dim::overallScale(vars, *db, vk::dim::isInPaperSpace(*this, *db));
+        const VcGeVector3d on = m_hookDirection ? m_xDirection : -m_xDirection;
+        VcGePoint3d& last = m_vertices[n - 1];
+        last = last + on * ((text->location() - last).dotProduct(on) - scale * std::abs(vars.dimgap));
+        m_vertices[n - 2] = last - on * (scale * vars.dimasz);
+    }
+    m_modified = false;
+    return Vcad::eOk;
+}
+
+void VcDbLeader::fieldsChanged() { evaluateLeader(); }
+void VcDbLeader::dropCaches() { evaluateLeader(); }
 
 void VcDbLeader::fields(FieldVisitor& v)
 {

@@ -135,6 +135,12 @@ TagList joined(const Cut& cut)
     return all;
 }
 
+void markStale(VcDbObject& object)
+{
+    if (auto* dimension = VcDbDimension::cast(&object))
+        dimension->markPictureStale();
+}
+
 Vcad::ErrorStatus store(VcDbObject& object, int code, const Tag& value)
 {
     if (!findDimVariable(code))
@@ -152,6 +158,7 @@ Vcad::ErrorStatus store(VcDbObject& object, int code, const Tag& value)
         cut.overrides.push_back({code, value});
     TagList all = joined(cut);
     object.makeExtras().xdata = std::move(all);
+    markStale(object);
     return Vcad::eOk;
 }
 
@@ -224,6 +231,7 @@ Vcad::ErrorStatus VcDbDimOverrides::remove(int code)
     std::erase_if(cut.overrides, [&](const Override& o) { return o.code == code; });
     TagList all = joined(cut);
     m_entity.makeExtras().xdata = std::move(all);
+    markStale(m_entity);
     return Vcad::eOk;
 }
 

@@ -10,6 +10,8 @@ std::unique_ptr<VcDbObject> newObjectOfType(std::string_view type, std::int64_t 
         return createVertex(group70, lastMarker);
     if (type == "INSERT")
         return createInsert(group70, group71);
+    if (type == "DIMENSION")
+        return createDimension(group70, lastMarker);
     const std::string_view stored = type == "3DLINE" ? "LINE" : type;
     const VcRxClass* cls = VcRxClass::findByDxfName(stored.data(), stored.size());
     return std::unique_ptr<VcDbObject>(cls ? cls->create() : nullptr);

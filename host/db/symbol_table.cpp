@@ -168,6 +168,8 @@ bool VcDbSymbolTable::has(VcDbObjectId id) const
     return record && !record->isErased() && record->ownerId() == m_id;
 }
 
+constexpr std::int16_t kAnonymous = 1;  // among the flags of a block
+
 Vcad::ErrorStatus VcDbSymbolTable::add(VcDbObjectId& id, VcDbSymbolTableRecord* record)
 {
     DatabaseCore* db = DatabaseCore::of(m_id);
@@ -175,8 +177,11 @@ Vcad::ErrorStatus VcDbSymbolTable::add(VcDbObjectId& id, VcDbSymbolTableRecord* 
         return Vcad::eNoDatabase;
     if (!record || !record->objectId().isNull())
         return Vcad::eInvalidInput;
-    if (record->nameUtf8().size() > 1 && record->nameUtf8()[0] == '*')
+    if (record->nameUtf8().size() > 1 && record->nameUtf8()[0] == '*') {
         record->setNameUtf8(freeAnonymousName(*this, record->nameUtf8()));
+        if (auto* block = VcDbBlockTableRecord::cast(record); block && !block->isLayout())
+            block->setBlockFlags(std::int16_t(block->blockFlags() | kAnonymous));
+    }
     if (!find(record->nameUtf8()).isNull())
         return Vcad::eDuplicateKey;
     assertWriteEnabled();

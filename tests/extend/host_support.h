@@ -1,6 +1,7 @@
 // A host with an empty drawing, its settings in a folder of their own, and what it printed.
 #pragma once
 
+#include "core/Extend_Mpd.h"
 #include "host/base/console.h"
 #include "host/base/message_service.h"
 #include "host/base/settings.h"
@@ -67,4 +68,24 @@ private:
         std::string name = testing::TempDir() + "vekad-extend-XXXXXX";
         return std::string(mkdtemp(name.data())) + "/";
     }();
+};
+
+// With the module's texts, as a command has them.
+class CommandTest : public HostTest
+{
+protected:
+    CommandTest()
+    {
+        hLibModule = loadResourceDll(L"VkExtendRes.dll");
+        m_resources = std::make_unique<CVcModuleResourceOverride>(hLibModule);
+    }
+    ~CommandTest() override
+    {
+        m_resources.reset();
+        FreeLibrary(hLibModule);
+        hLibModule = nullptr;
+    }
+
+private:
+    std::unique_ptr<CVcModuleResourceOverride> m_resources;
 };

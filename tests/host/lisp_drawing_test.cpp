@@ -108,6 +108,14 @@ TEST_P(LispDrawingCases, GiveWhatIsExpected)
 
 CASES(Entities,
     {"(entlast)", "nil"},
+    // Properties of every entity count wherever they stand, but what stands in its place counts first.
+    {"(setq e (line \"0\" 0)) (entmod (append (entget e) '((62 . 1) (48 . 2.0)))) (list (group 62 e) (group 48 e))",
+     "(1 2.0)"},
+    {"(setq e (line \"0\" 0)) (entmod (append (entget e) '((62 . 1)))) (entmod (append (entget e) '((62 . 3)))) (group 62 e)",
+     "1"},
+    {"(entmake '((0 . \"LINE\") (100 . \"AcDbEntity\") (100 . \"AcDbLine\") (10 0 0 0) (11 9 0 0) (62 . 3)))"
+     "(list (group 8 (entlast)) (group 62 (entlast)))",
+     "(\"0\" 3)"},
     {"(entmake '((0 . \"LINE\") (10 1 2) (11 3 4 5)))", "((0 . \"LINE\") (10 1 2) (11 3 4 5))"},
     {"(line \"0\" 1.0) (assoc 10 (entget (entlast)))", "(10 1.0 0.0 0.0)"},
     {"(setq e (line \"0\" 1.0)) (list (car (car (entget e))) (eq e (cdr (assoc -1 (entget e)))))", "(-1 T)"},

@@ -1,0 +1,464 @@
+// What dimensions and leaders look like, and the block that holds it.
+#include "db_support.h"
+
+#include "host/db/chain.h"
+#include "host/db/clone.h"
+#include "host/db/dim_picture.h"
+#include "host/db/rec_arrow_blocks.h"
+#include "host/io/drawing_file.h"
+#include "sdk/vcdb_chains.h"
+#include "sdk/vcdb_curves.h"
+#include "sdk/vcdb_dims.h"
+#include "sdk/vcdb_faces.h"
+#include "sdk/vcdb_insert.h"
+#include "sdk/vcdb_records.h"
+#include "sdk/vcdb_text.h"
+#include "sdk/vchost.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+
+namespace {
+
+struct DimPictures : testing::Test {
+    DimPictures() : core(db.core()), space(*core.objectAs<VcDbBlockTableRecord>(core.modelSpace()))
+    {
+        VcDbDimVars vars = style().dimVars();
+        vars = VcDbDimVars();
+        vars.dimasz = 2;
+        vars.dimtxt = 2;
+        vars.dimgap = 0.5;
+        vars.dimexo = 1;
+        vars.dimexe = 1;
+        vars.dimdec = 0;
+        style().setDimVars(vars);
+    }
+
+    VcDbDimStyleTableRecord& style() { return *core.objectAs<VcDbDimStyleTableRecord>(core.findRecord(NameTable::DimStyle, "Standard")); }
+    void change(void (*change)(VcDbDimVars&))
+    {
+        VcDbDimVars vars = style().dimVars();
+        change(vars);
+        style().setDimVars(vars);
+    }
+
+    template <class T>
+    T& add(std::unique_ptr<T> entity)
+    {
+        T* raw = entity.release();
+        EXPECT_EQ(space.appendVcDbEntity(raw), Vcad::eOk);
+        raw->close();
+        return *raw;
+    }
+
+    std::unique_ptr<VcDbRotatedDimension> linear(double length, double height = 10)
+    {
+        auto d = std::make_unique<VcDbRotatedDimension>();
+        d->setXLine1Point({0, 0, 0});
+        d->setXLine2Point({length, 0, 0});
+        d->setDimLinePoint({length, height, 0});
+        return d;
+    }
+
+    template <class T>
+    std::vector<const T*> parts(const VcDbDimension& d)
+    {
+        std::vector<const T*> found;
+        const auto* block = core.liveAs<VcDbBlockTableRecord>(d.dimBlockId());
+        if (!block)
+            return found;
+        for (const std::uint32_t slot : block->memberSlots())
+            if (const auto* part = T::cast(core.objectAt(slot)); part && !part->isErased())
+                found.push_back(part);
+        return found;
+    }
+
+    bool hasLine(const VcDbDimension& d, VcGePoint3d a, VcGePoint3d b)
+    {
+        for (const VcDbLine* line : parts<VcDbLine>(d)) {
+            const VcGePoint3d s = line->startPoint(), e = line->endPoint();
+            if ((s.distanceTo(a) < 1e-6 && e.distanceTo(b) < 1e-6) || (s.distanceTo(b) < 1e-6 && e.distanceTo(a) < 1e-6))
+                return true;
+        }
+        return false;
+    }
+
+    std::string said(const VcDbDimension& d)
+    {
+        std::string all;
+        for (const VcDbMText* text : parts<VcDbMText>(d))
+            all += (all.empty() ? "" : "|") + text->contentsUtf8();
+        return all;
+    }
+
+    VcDbDatabase db;
+    DatabaseCore& core;
+    VcDbBlockTableRecord& space;
+};
+
+TEST_F(DimPictures, ANewDimensionIsDrawnWhenItIsClosed)
+{
+    const auto& d = add(linear(40));
+    EXPECT_EQ(d.measurement(), 40);
+    EXPECT_TRUE(hasLine(d, {0, 1, 0}, {0, 11, 0}));
+    EXPECT_TRUE(hasLine(d, {40, 1, 0}, {40, 11, 0}));
+    EXPECT_EQ(parts<VcDbSolid>(d).size(), 2u);
+    EXPECT_EQ(parts<VcDbPoint>(d).size(), 3u);
+    EXPECT_EQ(said(d), "\\A1;40");
+    EXPECT_NEAR(d.textPosition().x, 20, 1e-9);
+    EXPECT_NEAR(d.textPosition().y, 10, 1e-9);
+    // The line is broken around its text.
+    EXPECT_EQ(parts<VcDbLine>(d).size(), 4u);
+}
+
+TEST_F(DimPictures, DefinitionPointsStandOnALayerThatIsNotPlotted)
+{
+    const auto& d = add(linear(40));
+    const auto* layer = core.objectAs<VcDbLayerTableRecord>(parts<VcDbPoint>(d)[0]->layerId());
+    ASSERT_NE(layer, nullptr);
+    EXPECT_EQ(layer->nameUtf8(), "Defpoints");
+    EXPECT_FALSE(layer->isPlottable());
+}
+
+TEST_F(DimPictures, WritingBackFollowsTheStyle)
+{
+    vcdbHostApplicationServices()->setWorkingDatabase(&db);
+    auto& d = add(linear(40));
+    const VcDbObjectId block = d.dimBlockId();
+    change([](VcDbDimVars& v) { v.dimtad = 1; v.dimdec = 1; v.dimse1 = 1; });
+    EXPECT_EQ(said(d), "\\A1;40");
+    EXPECT_EQ(applyChain(d, *std::make_unique<ChainGroups>(chainOf(d).get())), Vcad::eOk);
+    EXPECT_EQ(said(d), "\\A1;40.0");
+    EXPECT_EQ(d.dimBlockId(), block);
+    EXPECT_FALSE(hasLine(d, {0, 1, 0}, {0, 11, 0}));
+    EXPECT_TRUE(hasLine(d, {2, 10, 0}, {38, 10, 0}));
+    vcdbHostApplicationServices()->setWorkingDatabase(nullptr);
+}
+
+TEST_F(DimPictures, UndoBringsTheFormerPictureBack)
+{
+    auto& d = add(linear(40));
+    core.undo().setRecording(true);
+    const std::size_t mark = core.undo().mark();
+    d.setXLine2Point({50, 0, 0});
+    d.recomputeDimBlock();
+    EXPECT_EQ(said(d), "\\A1;50");
+    core.undo().rollback(mark);
+    EXPECT_EQ(said(d), "\\A1;40");
+    EXPECT_EQ(d.measurement(), 40);
+    EXPECT_EQ(parts<VcDbSolid>(d).size(), 2u);
+}
+
+TEST_F(DimPictures, WhatDoesNotShowLeavesThePictureAlone)
+{
+    auto& d = add(linear(40));
+    const VcDbObjectId first = parts<VcDbLine>(d)[0]->objectId();
+    VcDbObject* opened = nullptr;
+    ASSERT_EQ(DatabaseCore::openObject(opened, d.objectId(), VcDb::kForWrite, false), Vcad::eOk);
+    d.setColorIndex(3);
+    d.close();
+    EXPECT_EQ(parts<VcDbLine>(d)[0]->objectId(), first);
+    ASSERT_EQ(DatabaseCore::openObject(opened, d.objectId(), VcDb::kForWrite, false), Vcad::eOk);
+    d.setDimensionText(L"<> mm");
+    d.close();
+    EXPECT_EQ(said(d), "\\A1;40 mm");
+}
+
+TEST_F(DimPictures, ACopyThatMovesGetsABlockOfItsOwn)
+{
+    auto& d = add(linear(40));
+    VcDbIdMapping mapping;
+    ASSERT_EQ(cloneObjects({d.objectId()}, core.modelSpace(), mapping), Vcad::eOk);
+    VcDbIdPair pair(d.objectId(), {});
+    ASSERT_TRUE(mapping.compute(pair));
+    auto* twin = core.liveAs<VcDbRotatedDimension>(pair.value());
+    ASSERT_EQ(twin->transformBy(VcGeMatrix3d::scaling(2)), Vcad::eOk);
+    EXPECT_NE(twin->dimBlockId(), d.dimBlockId());
+    EXPECT_EQ(said(*twin), "\\A1;80");
+    EXPECT_EQ(said(d), "\\A1;40");
+}
+
+TEST_F(DimPictures, MovingTurnsAngles)
+{
+    auto& d = add(linear(40));
+    ASSERT_EQ(d.transformBy(VcGeMatrix3d::rotation(M_PI / 2, VcGeVector3d::zAxis())), Vcad::eOk);
+    EXPECT_NEAR(d.rotation(), M_PI / 2, 1e-12);
+    EXPECT_EQ(said(d), "\\A1;40");
+    EXPECT_TRUE(hasLine(d, {-1, 0, 0}, {-11, 0, 0}));
+}
+
+// Each variable shows where it should.
+struct Look {
+    const char* name;
+    void (*change)(VcDbDimVars&);
+    double length;
+    VcGePoint3d from, to;  // a line that must be there
+};
+void PrintTo(const Look& l, std::ostream* out) { *out << l.name; }
+
+const Look kLooks[] = {
+    {"ExtensionOffset", [](VcDbDimVars& v) { v.dimexo = 3; }, 40, {0, 3, 0}, {0, 11, 0}},
+    {"ExtensionBeyond", [](VcDbDimVars& v) { v.dimexe = 3; }, 40, {0, 1, 0}, {0, 13, 0}},
+    {"ExtensionOfFixedLength", [](VcDbDimVars& v) { v.dimfxlon = 1; v.dimfxl = 4; }, 40, {0, 6, 0}, {0, 11, 0}},
+    {"TextAbove", [](VcDbDimVars& v) { v.dimtad = 1; }, 40, {2, 10, 0}, {38, 10, 0}},
+    {"Scale", [](VcDbDimVars& v) { v.dimscale = 2; }, 80, {0, 2, 0}, {0, 12, 0}},
+    {"Ticks", [](VcDbDimVars& v) { v.dimtsz = 1; v.dimtad = 1; }, 40, {0, 10, 0}, {40, 10, 0}},
+    {"TickStroke", [](VcDbDimVars& v) { v.dimtsz = 1; v.dimtad = 1; }, 40, {39, 9, 0}, {41, 11, 0}},
+    {"LineBeyondTicks", [](VcDbDimVars& v) { v.dimtsz = 1; v.dimtad = 1; v.dimdle = 2; }, 40, {-2, 10, 0}, {42, 10, 0}},
+    {"FirstHalfOnly", [](VcDbDimVars& v) { v.dimtad = 1; v.dimsd2 = 1; }, 40, {2, 10, 0}, {20, 10, 0}},
+    {"ArrowsOutside", [](VcDbDimVars& v) { v.dimatfit = 2; v.dimtad = 1; }, 5, {-2, 10, 0}, {-4, 10, 0}},
+    {"LineBetweenOutsideArrows", [](VcDbDimVars& v) { v.dimatfit = 2; v.dimtad = 1; v.dimtofl = 1; }, 5, {0, 10, 0}, {5, 10, 0}},
+};
+
+struct DimLooks : DimPictures, testing::WithParamInterface<Look> {};
+
+TEST_P(DimLooks, HaveTheirLine)
+{
+    change(GetParam().change);
+    const auto& d = add(linear(GetParam().length));
+    EXPECT_TRUE(hasLine(d, GetParam().from, GetParam().to));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, DimLooks, testing::ValuesIn(kLooks), [](const auto& info) { return info.param.name; });
+
+TEST_F(DimPictures, ArrowsAreBlocksOfTheStyle)
+{
+    VcDbDimVars vars = style().dimVars();
+    vars.dimsah = 1;
+    vars.dimblk1 = arrowBlock(core, "DOT");
+    style().setDimVars(vars);
+    const auto& d = add(linear(40));
+    const auto inserts = parts<VcDbBlockReference>(d);
+    ASSERT_EQ(inserts.size(), 1u);
+    EXPECT_EQ(inserts[0]->blockTableRecord(), vars.dimblk1);
+    EXPECT_EQ(inserts[0]->scaleFactors().sx, 2);
+    EXPECT_NEAR(inserts[0]->rotation(), M_PI, 1e-12);
+    EXPECT_EQ(parts<VcDbSolid>(d).size(), 1u);
+}
+
+TEST_F(DimPictures, ColoursAreThoseOfTheStyle)
+{
+    change([](VcDbDimVars& v) { v.dimclrd = 1; v.dimclre = 2; v.dimclrt = 3; v.dimlwe = 50; });
+    const auto& d = add(linear(40));
+    EXPECT_EQ(parts<VcDbLine>(d)[0]->colorIndex(), 2);
+    EXPECT_EQ(parts<VcDbLine>(d)[0]->lineWeight(), 50);
+    EXPECT_EQ(parts<VcDbSolid>(d)[0]->colorIndex(), 1);
+    EXPECT_EQ(parts<VcDbMText>(d)[0]->colorIndex(), 3);
+}
+
+TEST_F(DimPictures, ANegativeGapBoxesTheText)
+{
+    change([](VcDbDimVars& v) { v.dimgap = -0.5; });
+    EXPECT_EQ(parts<VcDbLine>(add(linear(40))).size(), 8u);
+}
+
+TEST_F(DimPictures, AFixedTextHeightWins)
+{
+    auto* text = core.objectAs<VcDbTextStyleTableRecord>(core.findRecord(NameTable::TextStyle, "Standard"));
+    text->setTextSize(3.5);
+    change([](VcDbDimVars& v) { v.dimscale = 4; });
+    EXPECT_EQ(parts<VcDbMText>(add(linear(400)))[0]->textHeight(), 3.5);
+}
+
+TEST_F(DimPictures, TextThatAPersonHasPutStays)
+{
+    auto d = linear(40);
+    d->setTextPosition({30, 15, 0});
+    auto& added = add(std::move(d));
+    EXPECT_NEAR(parts<VcDbMText>(added)[0]->location().x, 30, 1e-9);
+    added.useDefaultTextPosition();
+    added.recomputeDimBlock();
+    EXPECT_NEAR(parts<VcDbMText>(added)[0]->location().x, 20, 1e-9);
+}
+
+TEST_F(DimPictures, ADimensionInATiltedPlaneLiesInIt)
+{
+    auto d = linear(40);
+    d->setNormal({0, -1, 0});
+    d->setXLine2Point({40, 0, 0});
+    d->setDimLinePoint({40, 0, 10});
+    const auto& added = add(std::move(d));
+    EXPECT_TRUE(hasLine(added, {0, 0, 1}, {0, 0, 11}));
+    EXPECT_NEAR(parts<VcDbMText>(added)[0]->normal().y, -1, 1e-9);
+}
+
+// Every class: what it measures and what it says.
+
+TEST_F(DimPictures, Angular)
+{
+    auto d = std::make_unique<VcDb2LineAngularDimension>();
+    d->setXLine1Start({0, 0, 0});
+    d->setXLine1End({10, 0, 0});
+    d->setXLine2Start({0, 0, 0});
+    d->setXLine2End({0, 10, 0});
+    d->setArcPoint({15, 15, 0});
+    auto& a = add(std::move(d));
+    EXPECT_NEAR(a.measurement(), M_PI / 2, 1e-12);
+    EXPECT_EQ(said(a), "\\A1;90%%d");
+    EXPECT_EQ(parts<VcDbArc>(a).size(), 2u);
+    EXPECT_TRUE(hasLine(a, {11, 0, 0}, {std::sqrt(450.0) + 1, 0, 0}));
+    a.setArcPoint({-15, 15, 0});
+    a.recomputeDimBlock();
+    EXPECT_NEAR(a.measurement(), M_PI / 2, 1e-12);
+}
+
+TEST_F(DimPictures, AngularThroughThePoint)
+{
+    auto d = std::make_unique<VcDb3PointAngularDimension>();
+    d->setCenterPoint({0, 0, 0});
+    d->setXLine1Point({10, 0, 0});
+    d->setXLine2Point({0, 10, 0});
+    d->setArcPoint({-20, -20, 0});
+    EXPECT_NEAR(add(std::move(d)).measurement(), 3 * M_PI / 2, 1e-12);
+}
+
+TEST_F(DimPictures, ParallelLinesMeasureNothing)
+{
+    auto d = std::make_unique<VcDb2LineAngularDimension>();
+    d->setXLine1End({10, 0, 0});
+    d->setXLine2Start({0, 5, 0});
+    d->setXLine2End({10, 5, 0});
+    d->setArcPoint({20, 2, 0});
+    EXPECT_EQ(add(std::move(d)).measurement(), 0);
+}
+
+TEST_F(DimPictures, Radius)
+{
+    auto d = std::make_unique<VcDbRadialDimension>();
+    d->setCenter({0, 0, 0});
+    d->setChordPoint({20, 0, 0});
+    const auto& r = add(std::move(d));
+    EXPECT_EQ(said(r), "\\A1;R20");
+    EXPECT_EQ(parts<VcDbSolid>(r).size(), 1u);
+    EXPECT_GT(r.textPosition().x, 20);
+}
+
+TEST_F(DimPictures, Diameter)
+{
+    auto d = std::make_unique<VcDbDiametricDimension>();
+    d->setChordPoint({20, 0, 0});
+    d->setFarChordPoint({-20, 0, 0});
+    const auto& r = add(std::move(d));
+    EXPECT_EQ(said(r), "\\A1;%%c40");
+    EXPECT_EQ(parts<VcDbSolid>(r).size(), 2u);
+    EXPECT_NEAR(r.textPosition().x, 0, 1e-9);
+}
+
+TEST_F(DimPictures, JoggedRadius)
+{
+    auto d = std::make_unique<VcDbRadialDimensionLarge>();
+    d->setCenter({0, 0, 0});
+    d->setChordPoint({100, 0, 0});
+    d->setOverrideCenter({50, -10, 0});
+    d->setJogPoint({60, -5, 0});
+    d->setJogAngle(M_PI / 4);
+    const auto& r = add(std::move(d));
+    EXPECT_EQ(said(r), "\\A1;R100");
+    // The jog goes through its point at its angle, between two lines along the radius.
+    EXPECT_TRUE(hasLine(r, {65, -10, 0}, {55, 0, 0}));
+    EXPECT_TRUE(hasLine(r, {50, -10, 0}, {65, -10, 0}));
+}
+
+TEST_F(DimPictures, Ordinate)
+{
+    auto d = std::make_unique<VcDbOrdinateDimension>();
+    d->setOrigin({5, 5, 0});
+    d->setDefiningPoint({25, 17, 0});
+    d->setLeaderEndPoint({25, 60, 0});
+    d->useXAxis();
+    auto& o = add(std::move(d));
+    EXPECT_EQ(said(o), "\\A1;20");
+    EXPECT_TRUE(hasLine(o, {25, 18, 0}, {25, 60, 0}));
+    o.setLeaderEndPoint({60, 30, 0});
+    o.useYAxis();
+    o.recomputeDimBlock();
+    EXPECT_EQ(said(o), "\\A1;12");
+    EXPECT_EQ(parts<VcDbLine>(o).size(), 3u);
+}
+
+TEST_F(DimPictures, ArcLength)
+{
+    auto d = std::make_unique<VcDbArcDimension>();
+    d->setCenterPoint({0, 0, 0});
+    d->setXLine1Point({100, 0, 0});
+    d->setXLine2Point({0, 100, 0});
+    d->setArcPoint({90, 90, 0});
+    const auto& a = add(std::move(d));
+    EXPECT_NEAR(a.measurement(), 50 * M_PI, 1e-9);
+    EXPECT_EQ(said(a), "\\A1;157");
+}
+
+TEST_F(DimPictures, PointsThatFallTogetherAreNoFault)
+{
+    add(std::make_unique<VcDbRotatedDimension>());
+    add(std::make_unique<VcDbAlignedDimension>());
+    add(std::make_unique<VcDb2LineAngularDimension>());
+    add(std::make_unique<VcDb3PointAngularDimension>());
+    add(std::make_unique<VcDbArcDimension>());
+    add(std::make_unique<VcDbRadialDimension>());
+    add(std::make_unique<VcDbDiametricDimension>());
+    add(std::make_unique<VcDbRadialDimensionLarge>());
+    add(std::make_unique<VcDbOrdinateDimension>());
+    auto huge = linear(1e300);
+    add(std::move(huge));
+}
+
+TEST_F(DimPictures, ExplodeGivesThePartsWithTheirLooks)
+{
+    auto& d = add(linear(40));
+    d.setColorIndex(5);
+    std::vector<VcDbEntity*> pieces;
+    ASSERT_EQ(d.explode(pieces), Vcad::eOk);
+    EXPECT_EQ(pieces.size(), 10u);
+    for (VcDbEntity* piece : pieces) {
+        EXPECT_EQ(piece->colorIndex(), 5);
+        delete piece;
+    }
+    VcDbExtents extents;
+    ASSERT_EQ(d.getGeomExtents(extents), Vcad::eOk);
+    EXPECT_NEAR(extents.maxPoint().y, 11, 1e-9);
+}
+
+// Leaders
+
+TEST_F(DimPictures, ALeaderHasAnArrowOfTheStyle)
+{
+    auto made = std::make_unique<VcDbLeader>();
+    made->appendVertex({0, 0, 0});
+    made->appendVertex({10, 0, 0});
+    auto& leader = add(std::move(made));
+    auto pieces = vk::dim::leaderPieces(leader);
+    ASSERT_EQ(pieces.size(), 2u);
+    EXPECT_TRUE(pieces[0]->isKindOf(VcDbSolid::desc()));
+    EXPECT_EQ(static_cast<VcDbLine&>(*pieces[1]).startPoint(), VcGePoint3d(2, 0, 0));
+    change([](VcDbDimVars& v) { v.dimasz = 4; });
+    EXPECT_EQ(static_cast<VcDbLine&>(*vk::dim::leaderPieces(leader)[1]).startPoint(), VcGePoint3d(4, 0, 0));
+    change([](VcDbDimVars& v) { v.dimasz = 20; });
+    EXPECT_EQ(vk::dim::leaderPieces(leader).size(), 1u);
+    leader.setSplined(true);
+    EXPECT_TRUE(vk::dim::leaderPieces(leader)[0]->isKindOf(VcDbSpline::desc()));
+}
+
+TEST_F(DimPictures, TheHookLineFollowsTheStyle)
+{
+    auto text = std::make_unique<VcDbMText>();
+    text->setContents(L"note");
+    text->setLocation({20.5, 11, 0});
+    const VcDbObjectId note = add(std::move(text)).objectId();
+    auto made = std::make_unique<VcDbLeader>();
+    for (const VcGePoint3d& p : {VcGePoint3d(0, 0, 0), VcGePoint3d(18, 10, 0), VcGePoint3d(20, 10, 0)})
+        made->appendVertex(p);
+    made->setHookLine(true);
+    auto& leader = add(std::move(made));
+    ASSERT_EQ(leader.attachAnnotation(note), Vcad::eOk);
+    EXPECT_EQ(leader.annoType(), 0);
+    change([](VcDbDimVars& v) { v.dimasz = 3; v.dimgap = 1; });
+    ASSERT_EQ(applyChain(leader, *std::make_unique<ChainGroups>(chainOf(leader).get())), Vcad::eOk);
+    EXPECT_NEAR(leader.vertexAt(2).x, 19.5, 1e-9);
+    EXPECT_NEAR(leader.vertexAt(1).x, 16.5, 1e-9);
+}
+
+}
