@@ -3,8 +3,8 @@
 
 Beside the drawings lies oracle.json, what independent readers count in each. Every drawing that is sound has to load;
 what `vekad info` counts has to be what the oracle counts; a copy in the same version must hold the same, and a copy of the
-copy must be the same file; ezdxf has to read the copy without finding faults. Broken drawings (bad_*) must end with a
-status, not with a crash. Where the folder has ../tools/dxf_loss.py, it must find nothing lost. Status 77 without a folder."""
+copy must be the same file; commands that are taken back must leave nothing behind; ezdxf has to read the copy without
+finding faults. Broken drawings (bad_*) must end with a status, not with a crash. Where the folder has ../tools/dxf_loss.py, it must find nothing lost. Status 77 without a folder."""
 
 import json
 import re
@@ -75,6 +75,33 @@ def losses(vekad, loss, path, copy):
             yield "lost: " + line.strip()[:200]
 
 
+# Commands over everything, each taken back at once.
+ALL = "\nALL\n\n"
+TAKEN_BACK = "".join(command + "\nU\n" for command in (
+    "MTEXP" + ALL, "TXTULINE" + ALL, "EXPLODE" + ALL, "ERASE" + ALL, f"MOVE{ALL}0,0\n5,5", f"SCALE{ALL}0,0\n2",
+    f"ROTATE{ALL}0,0\n33", f"MIRROR{ALL}0,0\n1,1\nY", f"COPY{ALL}0,0\n1,1\n"))
+# What every save or every new object may change.
+PASSING = ("$HANDSEED", "$TDUPDATE", "$TDUUPDATE", "$TDCREATE", "$TDUCREATE", "$TDINDWG", "$TDUSRTIMER", "$FINGERPRINTGUID",
+           "$VERSIONGUID")
+
+
+def lasting_lines(path):
+    lines = path.read_text(encoding="utf-8", errors="surrogateescape").splitlines()
+    return [line for i, line in enumerate(lines) if i < 2 or lines[i - 2] not in PASSING]
+
+
+def undo_faults(vekad, path, copy, folder):
+    if copy.read_bytes().startswith(b"AutoCAD Binary DXF"):
+        return
+    script, after = folder / "taken-back.scr", folder / f"undone_{path.name}"
+    script.write_text(TAKEN_BACK)
+    done = run(vekad, "run", path, "-s", script, "-o", after, "--profile", folder / "profile")
+    if done.returncode not in (0, 1):
+        yield f"commands end with {done.returncode}: {done.stderr.strip()[-300:]}"
+    elif lasting_lines(copy) != lasting_lines(after):
+        yield "undo does not bring the drawing back"
+
+
 def check_sound(vekad, path, raw, loss, folder):
     info = run(vekad, "info", path, "--json")
     if info.returncode:
@@ -94,6 +121,7 @@ def check_sound(vekad, path, raw, loss, folder):
     for fault in independent_faults(first):
         if not known:
             yield fault
+    yield from undo_faults(vekad, path, first, folder)
     if loss and not (raw and raw.get("acadver") in WRITTEN_AS_2000):
         yield from losses(vekad, loss, path, first)
 
