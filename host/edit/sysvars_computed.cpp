@@ -133,7 +133,7 @@ SetVarResult setRecordName(Editor& ed, const SysVarDef& def, NameTable table, co
     const DatabaseCore& db = ed.db();
     const auto* record = db.liveAs<VcDbSymbolTableRecord>(db.findRecord(table, name));
     const auto* layer = VcDbLayerTableRecord::cast(record);
-    if (!record || (layer && layer->isFrozen()))
+    if (!record || record->isDependent() || (layer && layer->isFrozen()))
         return SetVarResult::Refused;
     ed.vars().force(def.name, record->nameUtf8());
     return SetVarResult::Done;
