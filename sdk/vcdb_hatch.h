@@ -105,6 +105,8 @@ public:
 
     Vcad::ErrorStatus transformBy(const VcGeMatrix3d& m) override;
     Vcad::ErrorStatus getGeomExtents(VcDbExtents& extents) const override;
+    // Lines of the pattern; a solid fill and a gradient have none.
+    Vcad::ErrorStatus explode(std::vector<VcDbEntity*>& pieces) const override;
     void fields(FieldVisitor& visitor) override;
 
     // Host side.

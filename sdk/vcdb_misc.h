@@ -22,6 +22,8 @@ public:
     Vcad::ErrorStatus transformBy(const VcGeMatrix3d& m) override;
     // Of the line that the vertices make, not of the elements beside it.
     Vcad::ErrorStatus getGeomExtents(VcDbExtents& extents) const override;
+    // Lines and arcs of the elements, joints and ends.
+    Vcad::ErrorStatus explode(std::vector<VcDbEntity*>& pieces) const override;
     void fields(FieldVisitor& visitor) override;
 
     // Host side: where the elements run, measured from each vertex.

@@ -11,7 +11,9 @@ void registerHostCommands()
         return;
     for (const auto& family : {variableCommands(), undoCommands(), drawCommands(), polylineCommands(), arcCommands(), textCommands(),
                                modifyCommands(), transformCommands(), layerCommands(), styleCommands(), inquiryCommands(), listCommands(),
-                               sessionCommands(), fileCommands()})
+                               sessionCommands(), fileCommands(),
+                               ucsCommands(), zoomCommands(), viewCommands(), spaceCommands(), layoutCommands(), viewportCommands(),
+                               modeCommands()})
         edit::CommandTable::instance().addHostCommands(family);
 }
 

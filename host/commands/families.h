@@ -23,5 +23,12 @@ std::span<const HostCommand> inquiryCommands();
 std::span<const HostCommand> listCommands();
 std::span<const HostCommand> sessionCommands();
 std::span<const HostCommand> fileCommands();
+std::span<const HostCommand> ucsCommands();
+std::span<const HostCommand> zoomCommands();
+std::span<const HostCommand> viewCommands();
+std::span<const HostCommand> spaceCommands();
+std::span<const HostCommand> layoutCommands();
+std::span<const HostCommand> viewportCommands();
+std::span<const HostCommand> modeCommands();
 
 }  // namespace vk::commands
