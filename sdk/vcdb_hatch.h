@@ -96,7 +96,7 @@ public:
                                  const std::vector<VcDbObjectId>& sources = {});
     Vcad::ErrorStatus removeLoopAt(int index);
 
-    bool isGradient() const { return m_gradient.get().isGradient != 0; }
+    bool isGradient() const { return m_gradient.get().isGradient > 0; }
     wchar_t* gradientName() const;
     GradientPatternType gradientType() const { return isUserGradient() ? kUserDefinedGradient : kPreDefinedGradient; }
     double gradientAngle() const { return m_gradient.get().angle; }

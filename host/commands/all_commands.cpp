@@ -13,7 +13,8 @@ void registerHostCommands()
                                modifyCommands(), transformCommands(), layerCommands(), styleCommands(), inquiryCommands(), listCommands(),
                                sessionCommands(), fileCommands(),
                                ucsCommands(), zoomCommands(), viewCommands(), spaceCommands(), layoutCommands(), viewportCommands(),
-                               modeCommands()})
+                               modeCommands(), blockCommands(), insertCommands(), wblockCommands(), xrefCommands(), purgeCommands(),
+                               groupCommands()})
         edit::CommandTable::instance().addHostCommands(family);
 }
 

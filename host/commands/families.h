@@ -30,5 +30,11 @@ std::span<const HostCommand> spaceCommands();
 std::span<const HostCommand> layoutCommands();
 std::span<const HostCommand> viewportCommands();
 std::span<const HostCommand> modeCommands();
+std::span<const HostCommand> blockCommands();
+std::span<const HostCommand> insertCommands();
+std::span<const HostCommand> wblockCommands();
+std::span<const HostCommand> xrefCommands();
+std::span<const HostCommand> purgeCommands();
+std::span<const HostCommand> groupCommands();
 
 }  // namespace vk::commands
