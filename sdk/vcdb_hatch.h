@@ -4,6 +4,8 @@
 #include "vcdb_entity.h"
 #include "vcdb_rare.h"
 
+#include <utility>
+
 class VK_SDK VcDbHatch : public VcDbEntity {
     VCDB_DECLARE(VcDbHatch)
 public:
@@ -102,6 +104,8 @@ public:
     double gradientAngle() const { return m_gradient.get().angle; }
     double gradientShift() const { return m_gradient.get().shift; }
     bool gradientOneColorMode() const { return m_gradient.get().oneColor != 0; }
+    // The two colours that a gradient runs between.
+    std::pair<VcCmColor, VcCmColor> gradientColors() const;
 
     Vcad::ErrorStatus transformBy(const VcGeMatrix3d& m) override;
     Vcad::ErrorStatus getGeomExtents(VcDbExtents& extents) const override;

@@ -15,6 +15,8 @@ public:
     double scale() const { return m_scale; }
     Vcad::ErrorStatus setScale(double scale);
     bool closedMline() const { return (m_flags & 2) != 0; }
+    bool hidesStartCap() const { return (m_flags & 4) != 0; }
+    bool hidesEndCap() const { return (m_flags & 8) != 0; }
     VcDbObjectId style() const { return m_style; }
     VcGeVector3d normal() const { return m_normal; }
 
