@@ -10,6 +10,7 @@
 #include "host/geom/arbitrary_axis.h"
 #include "host/geom/box.h"
 #include "host/geom/curve.h"
+#include "host/text/font.h"
 #include "host/text/text_line.h"
 #include "sdk/vcdb_hatch.h"
 
@@ -48,11 +49,12 @@ struct TextRun {
     std::uint32_t firstGlyph = 0, glyphCount = 0;
     VcGePoint3d origin;
     VcGeVector3d x, y;
-    double height = 1, length = 0;
+    double height = 1;
+    vktext::Box ink;  // along the axes
 };
 
 struct ClipFrame {
-    VcGeMatrix3d toClip;  // from the coordinates that the use stands in
+    VcGeMatrix3d toClip;  // from the block's coordinates
     std::vector<VcGePoint2d> corners;
     bool inverted = false;
 };

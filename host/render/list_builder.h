@@ -35,6 +35,8 @@ public:
     DisplayList& list() { return m_list; }
     void omit(std::string_view what) { m_omissions.add(what); }
     bool fillsAreas() const;  // FILLMODE
+    // Whether the list is that of a block, where attribute definitions are not seen.
+    bool inBlock = false;
 
     // Looks
     const EntityProps& props() const { return *m_props; }
@@ -60,7 +62,7 @@ public:
 
     void line(const VcGePoint3d& from, const VcGePoint3d& to, std::uint8_t flags = 0);
     void polygon(const std::vector<VcGePoint3d>& corners);  // a closed figure, not drawn yet
-    // The item before last, once more, with what joins the two, for entities with a thickness.
+    // Strokes the figures from the given one on once more, moved, with what joins both: for entities with a thickness.
     void extrude(std::uint32_t firstFigure, const VcGeVector3d& by);
     void text(const vktext::TextStyleSpec& style, double height, std::string_view text, const VcGePoint3d& origin,
               const VcGeVector3d& x, const VcGeVector3d& y, double tracking = 1);
