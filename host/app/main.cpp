@@ -108,7 +108,9 @@ CLI::App* addRender(CLI::App& app, RenderOptions& options)
 {
     CLI::App* render = app.add_subcommand("render", "make a picture of a drawing");
     render->footer("\nThe picture is PNG, SVG or PDF by the ending of its name. Without --layout and --window it shows all of the\n"
-                   "model. Colour 7 is black on a light page and white on a dark one.");
+                   "model. Colour 7 is black on a light page and white on a dark one.\n"
+                   "\nStatus: 0 done; 2 wrong usage, also an unknown layout; 3 the drawing cannot be read; 4 the picture\n"
+                   "cannot be written.");
     render->add_option("drawing", options.drawing, "the drawing")->required()->type_name("DRAWING");
     render->add_option("out", options.out, "the picture: NAME.png, NAME.svg or NAME.pdf")->required()->type_name("OUT");
     render->add_option("--layout", options.layout, "the layout to show")->type_name("NAME");
@@ -131,6 +133,16 @@ void takeTyped(std::vector<std::string>& arguments, std::vector<std::string>& ty
         typed.push_back(arguments[i + 1]);
         arguments.erase(arguments.begin() + std::ptrdiff_t(i), arguments.begin() + std::ptrdiff_t(i) + 2);
     }
+}
+
+// Corners of a window may begin with a minus, which is no option.
+void joinWindow(std::vector<std::string>& arguments)
+{
+    for (std::size_t i = 0; i + 1 < arguments.size() && arguments[i] != "--"; ++i)
+        if (arguments[i] == "--window") {
+            arguments[i] += "=" + arguments[i + 1];
+            arguments.erase(arguments.begin() + std::ptrdiff_t(i) + 1);
+        }
 }
 
 int refuse(const char* what)
@@ -159,6 +171,7 @@ int start(std::vector<std::string> arguments)
         return refuse("the window is");
     std::vector<std::string> typed;
     takeTyped(arguments, typed);
+    joinWindow(arguments);
     try {
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (const CLI::ParseError& error) {
