@@ -4,6 +4,8 @@
 #include "vcdb_entity.h"
 #include "vcdb_rare.h"
 
+#include <utility>
+
 class VK_SDK VcDbHatch : public VcDbEntity {
     VCDB_DECLARE(VcDbHatch)
 public:
@@ -96,15 +98,19 @@ public:
                                  const std::vector<VcDbObjectId>& sources = {});
     Vcad::ErrorStatus removeLoopAt(int index);
 
-    bool isGradient() const { return m_gradient.get().isGradient != 0; }
+    bool isGradient() const { return m_gradient.get().isGradient > 0; }
     wchar_t* gradientName() const;
     GradientPatternType gradientType() const { return isUserGradient() ? kUserDefinedGradient : kPreDefinedGradient; }
     double gradientAngle() const { return m_gradient.get().angle; }
     double gradientShift() const { return m_gradient.get().shift; }
     bool gradientOneColorMode() const { return m_gradient.get().oneColor != 0; }
+    // The two colours that a gradient runs between.
+    std::pair<VcCmColor, VcCmColor> gradientColors() const;
 
     Vcad::ErrorStatus transformBy(const VcGeMatrix3d& m) override;
     Vcad::ErrorStatus getGeomExtents(VcDbExtents& extents) const override;
+    // Lines of the pattern; a solid fill and a gradient have none.
+    Vcad::ErrorStatus explode(std::vector<VcDbEntity*>& pieces) const override;
     void fields(FieldVisitor& visitor) override;
 
     // Host side.

@@ -15,6 +15,8 @@ public:
     double scale() const { return m_scale; }
     Vcad::ErrorStatus setScale(double scale);
     bool closedMline() const { return (m_flags & 2) != 0; }
+    bool hidesStartCap() const { return (m_flags & 4) != 0; }
+    bool hidesEndCap() const { return (m_flags & 8) != 0; }
     VcDbObjectId style() const { return m_style; }
     VcGeVector3d normal() const { return m_normal; }
 
@@ -22,6 +24,8 @@ public:
     Vcad::ErrorStatus transformBy(const VcGeMatrix3d& m) override;
     // Of the line that the vertices make, not of the elements beside it.
     Vcad::ErrorStatus getGeomExtents(VcDbExtents& extents) const override;
+    // Lines and arcs of the elements, joints and ends.
+    Vcad::ErrorStatus explode(std::vector<VcDbEntity*>& pieces) const override;
     void fields(FieldVisitor& visitor) override;
 
     // Host side: where the elements run, measured from each vertex.

@@ -220,6 +220,9 @@ public:
     std::int16_t mSize() const { return m_mSize; }
     Vcad::ErrorStatus setMSize(std::int16_t size);
     std::int16_t nSize() const { return m_nSize; }
+    // Of the surface that the mesh has been smoothed to.
+    std::int16_t mDensity() const { return m_mDensity; }
+    std::int16_t nDensity() const { return m_nDensity; }
     Vcad::ErrorStatus setNSize(std::int16_t size);
     bool isMClosed() const { return (m_flags & kClosed) != 0; }
     void setMClosed(bool closed) { setFlag(kClosed, closed); }

@@ -186,8 +186,13 @@ public:
     wchar_t* pathName() const;
     Vcad::ErrorStatus setPathName(const wchar_t* path);
     wchar_t* comments() const;
+    Vcad::ErrorStatus setComments(const wchar_t* text);
     bool explodable() const { return m_explodable; }
     void setExplodable(bool explodable);
+    bool scalesUniformly() const { return m_scaleUniformly; }
+    // As INSUNITS counts them, 0 for none.
+    std::int16_t insertUnits() const { return m_insertUnits; }
+    Vcad::ErrorStatus setInsertUnits(std::int16_t units);
     bool isAnonymous() const { return (m_blockFlags & 1) != 0; }
     bool hasAttributeDefinitions() const;
     bool isFromExternalReference() const { return (m_blockFlags & 4) != 0; }

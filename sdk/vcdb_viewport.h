@@ -3,6 +3,29 @@
 
 #include "vcdb_entity.h"
 
+class VcDbViewport;
+
+// The scale in which a viewport shows annotative objects, as the viewport names it. It belongs to the host and is valid until
+// the next viewport is asked for its own.
+class VK_SDK VcDbAnnotationScale {
+public:
+    // The copy belongs to the caller (vcutDelString).
+    Vcad::ErrorStatus getName(wchar_t*& name) const;
+    // Takes the scale of that name in the drawing's list; eKeyNotFound when it has none.
+    Vcad::ErrorStatus setName(const wchar_t* name);
+    // An id that is no scale of the drawing is refused, and what the name has set stays.
+    Vcad::ErrorStatus setScaleId(VcDbObjectId scale);
+
+private:
+    friend class VcDbViewport;
+    VcDbObjectId m_viewport;
+};
+
+class VK_SDK VcDbSystemInternals {
+public:
+    static VcDbAnnotationScale* getImpAnnotationScale(VcDbAnnotationScale* scale) { return scale; }
+};
+
 class VK_SDK VcDbViewport : public VcDbEntity {
     VCDB_DECLARE(VcDbViewport)
 public:
@@ -35,6 +58,16 @@ public:
     Vcad::ErrorStatus setCustomScale(double scale);
     bool isLocked() const { return (m_viewFlags & kLocked) != 0; }
     Vcad::ErrorStatus setLocked(bool locked);
+
+    // Null when the viewport names none.
+    VcDbAnnotationScale* annotationScale() const;
+
+    bool isUcsSavedWithViewport() const { return m_ucsPerViewport != 0; }
+    void getUcs(VcGePoint3d& origin, VcGeVector3d& xAxis, VcGeVector3d& yAxis) const;
+    // Axes are made unit vectors; they must stand at right angles.
+    Vcad::ErrorStatus setUcs(const VcGePoint3d& origin, const VcGeVector3d& xAxis, const VcGeVector3d& yAxis);
+    double frontClipDistance() const { return m_frontClip; }
+    double backClipDistance() const { return m_backClip; }
 
     bool isNonRectClipOn() const { return (m_viewFlags & kClipped) != 0; }
     Vcad::ErrorStatus setNonRectClipOn(bool on);

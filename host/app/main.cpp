@@ -3,6 +3,7 @@
 #include "host/app/audit.h"
 #include "host/app/convert.h"
 #include "host/app/info.h"
+#include "host/app/render.h"
 #include "host/app/run.h"
 #include "host/base/files.h"
 #include "host/io/drawing_file.h"
@@ -103,6 +104,24 @@ CLI::App* addConvert(CLI::App& app, ConvertOptions& options)
     return convert;
 }
 
+CLI::App* addRender(CLI::App& app, RenderOptions& options)
+{
+    CLI::App* render = app.add_subcommand("render", "make a picture of a drawing");
+    render->footer("\nThe picture is PNG, SVG or PDF by the ending of its name. Without --layout and --window it shows all of the\n"
+                   "model. Colour 7 is black on a light page and white on a dark one.\n"
+                   "\nStatus: 0 done; 2 wrong usage, also an unknown layout; 3 the drawing cannot be read; 4 the picture\n"
+                   "cannot be written.");
+    render->add_option("drawing", options.drawing, "the drawing")->required()->type_name("DRAWING");
+    render->add_option("out", options.out, "the picture: NAME.png, NAME.svg or NAME.pdf")->required()->type_name("OUT");
+    render->add_option("--layout", options.layout, "the layout to show")->type_name("NAME");
+    render->add_option("--window", options.window, "the part to show, in drawing units")->type_name("X1,Y1,X2,Y2");
+    render->add_option("--size", options.size, "pixels of the picture; 1920x1080 by default")->type_name("WxH");
+    render->add_option("--background", options.background, "colour of the page: #rrggbb, a name, transparent; white by default")
+        ->type_name("COLOUR");
+    render->add_flag("--recover", options.recover, "read what there is of a broken drawing");
+    return render;
+}
+
 // What is typed may begin with a dash or be empty, so the texts of -c are taken before options are looked for.
 void takeTyped(std::vector<std::string>& arguments, std::vector<std::string>& typed)
 {
@@ -114,6 +133,16 @@ void takeTyped(std::vector<std::string>& arguments, std::vector<std::string>& ty
         typed.push_back(arguments[i + 1]);
         arguments.erase(arguments.begin() + std::ptrdiff_t(i), arguments.begin() + std::ptrdiff_t(i) + 2);
     }
+}
+
+// Corners of a window may begin with a minus, which is no option.
+void joinWindow(std::vector<std::string>& arguments)
+{
+    for (std::size_t i = 0; i + 1 < arguments.size() && arguments[i] != "--"; ++i)
+        if (arguments[i] == "--window") {
+            arguments[i] += "=" + arguments[i + 1];
+            arguments.erase(arguments.begin() + std::ptrdiff_t(i) + 1);
+        }
 }
 
 int refuse(const char* what)
@@ -131,17 +160,18 @@ int start(std::vector<std::string> arguments)
     InfoOptions infoOptions;
     AuditOptions auditOptions;
     ConvertOptions convertOptions;
+    RenderOptions renderOptions;
     const CLI::App* runCommand = addRun(app, runOptions);
     const CLI::App* infoCommand = addInfo(app, infoOptions);
     const CLI::App* auditCommand = addAudit(app, auditOptions);
+    const CLI::App* renderCommand = addRender(app, renderOptions);
     addConvert(app, convertOptions);
 
-    if (!arguments.empty() && arguments.front() == "render")
-        return refuse("pictures are");
     if (arguments.size() == 1 && fileExists(arguments.front()))
         return refuse("the window is");
     std::vector<std::string> typed;
     takeTyped(arguments, typed);
+    joinWindow(arguments);
     try {
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (const CLI::ParseError& error) {
@@ -155,6 +185,8 @@ int start(std::vector<std::string> arguments)
         return info(infoOptions);
     if (auditCommand->parsed())
         return audit(auditOptions);
+    if (renderCommand->parsed())
+        return render(renderOptions);
     return convert(convertOptions);
 }
 

@@ -63,4 +63,10 @@ struct ConvertOptions {
     SaveOptions save;
 };
 
+struct RenderOptions {
+    std::string drawing, out;
+    std::string layout, window, size, background;  // as typed; empty: the default
+    bool recover = false;
+};
+
 }  // namespace vk::app

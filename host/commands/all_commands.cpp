@@ -11,7 +11,10 @@ void registerHostCommands()
         return;
     for (const auto& family : {variableCommands(), undoCommands(), drawCommands(), polylineCommands(), arcCommands(), textCommands(),
                                modifyCommands(), transformCommands(), layerCommands(), styleCommands(), inquiryCommands(), listCommands(),
-                               sessionCommands(), fileCommands()})
+                               sessionCommands(), fileCommands(),
+                               ucsCommands(), zoomCommands(), viewCommands(), spaceCommands(), layoutCommands(), viewportCommands(),
+                               modeCommands(), blockCommands(), insertCommands(), wblockCommands(), xrefCommands(), purgeCommands(),
+                               groupCommands()})
         edit::CommandTable::instance().addHostCommands(family);
 }
 

@@ -17,12 +17,19 @@ struct ArcShape {
 
 double directionOf(const VcGePoint3d& from, const VcGePoint3d& to) { return std::atan2(to.y - from.y, to.x - from.x); }
 
+double withinTurn(double angle)
+{
+    const double rest = std::fmod(angle, 2 * M_PI);
+    return rest < 0 ? rest + 2 * M_PI : rest;
+}
+
 void addArc(Editor& ed, const ArcShape& arc)
 {
     if (!(arc.radius > 0) || arc.start == arc.end)
         throw CommandError{"The arc does not exist: its points do not allow one."};
     const double twist = ucsTwist(ed);
-    addToSpace(ed, std::make_unique<VcDbArc>(toWorld(ed, arc.centre), ucsNormal(ed), arc.radius, arc.start + twist, arc.end + twist));
+    addToSpace(ed, std::make_unique<VcDbArc>(toWorld(ed, arc.centre), ucsNormal(ed), arc.radius, withinTurn(arc.start + twist),
+                                             withinTurn(arc.end + twist)));
 }
 
 std::optional<VcGePoint3d> centreOf(const VcGePoint3d& a, const VcGePoint3d& b, const VcGePoint3d& c)

@@ -23,5 +23,18 @@ std::span<const HostCommand> inquiryCommands();
 std::span<const HostCommand> listCommands();
 std::span<const HostCommand> sessionCommands();
 std::span<const HostCommand> fileCommands();
+std::span<const HostCommand> ucsCommands();
+std::span<const HostCommand> zoomCommands();
+std::span<const HostCommand> viewCommands();
+std::span<const HostCommand> spaceCommands();
+std::span<const HostCommand> layoutCommands();
+std::span<const HostCommand> viewportCommands();
+std::span<const HostCommand> modeCommands();
+std::span<const HostCommand> blockCommands();
+std::span<const HostCommand> insertCommands();
+std::span<const HostCommand> wblockCommands();
+std::span<const HostCommand> xrefCommands();
+std::span<const HostCommand> purgeCommands();
+std::span<const HostCommand> groupCommands();
 
 }  // namespace vk::commands

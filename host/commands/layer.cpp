@@ -69,8 +69,10 @@ void setCurrent(Editor& ed, const std::string& name)
 {
     if (ed.vars().set("CLAYER", name) == SetVarResult::Done)
         return;
-    ed.printLine(layerNamed(ed, name) ? fmt::format("Layer \"{}\" is frozen and cannot be current.", name)
-                                      : fmt::format("Cannot find layer \"{}\".", name));
+    const Layer* layer = layerNamed(ed, name);
+    ed.printLine(!layer                 ? fmt::format("Cannot find layer \"{}\".", name)
+                 : layer->isDependent() ? fmt::format("Layer \"{}\" comes from an external reference and cannot be current.", name)
+                                        : fmt::format("Layer \"{}\" is frozen and cannot be current.", name));
 }
 
 void make(Editor& ed)
@@ -100,6 +102,8 @@ void rename(Editor& ed)
     const std::string name = ed.text("Enter new layer name");
     if (!layer)
         return ed.printLine("There is no layer of that name.");
+    if (layer->isDependent())
+        return ed.printLine(fmt::format("Layer \"{}\" comes from an external reference and keeps its name.", layer->nameUtf8()));
     const bool current = layer == currentLayer(ed);
     if (layer->nameUtf8() == "0" || layer->setName(utf8ToWide(name).c_str()))
         return ed.printLine(fmt::format("The layer cannot be renamed to \"{}\".", name));

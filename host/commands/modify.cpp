@@ -1,9 +1,8 @@
 // ERASE, OOPS, EXPLODE, SELECT.
 #include "host/commands/drawing.h"
+#include "host/commands/explode.h"
 #include "host/commands/families.h"
 #include "host/db/database.h"
-#include "host/db/entity_props.h"
-#include "sdk/vcdb_insert.h"
 #include "sdk/vcdb_tables.h"
 
 namespace vk::commands {
@@ -36,63 +35,15 @@ void oops(Editor& ed)
     ed.report("{} restored.", restored);
 }
 
-// What layer 0 and by block mean in a block's members, once they stand on their own.
-void inherit(VcDbEntity& piece, const EntityProps& of, VcDbObjectId layerZero)
-{
-    EntityProps props = piece.props();
-    if (props.layer == layerZero)
-        props.layer = of.layer;
-    if (props.color.isByBlock())
-        props.color = of.color;
-    const DatabaseCore* db = DatabaseCore::of(layerZero);
-    if (props.linetype == db->findRecord(NameTable::Linetype, "ByBlock"))
-        props.linetype = of.linetype;
-    if (props.lineWeight == VcDb::kLnWtByBlock)
-        props.lineWeight = of.lineWeight;
-    piece.setProps(props);
-}
-
-bool mayExplode(const DatabaseCore& db, const VcDbEntity& entity)
-{
-    const auto* reference = VcDbBlockReference::cast(&entity);
-    const auto* block = reference ? db.objectAs<VcDbBlockTableRecord>(reference->blockTableRecord()) : nullptr;
-    return !block || (block->explodable() && !block->isFromExternalReference());
-}
-
-bool explodeOne(DatabaseCore& db, VcDbEntity& entity)
-{
-    auto* owner = db.objectAs<VcDbBlockTableRecord>(entity.ownerId());
-    std::vector<VcDbEntity*> pieces;
-    if (!owner || !mayExplode(db, entity) || entity.explode(pieces) != Vcad::eOk || pieces.empty()) {
-        for (VcDbEntity* piece : pieces)
-            delete piece;
-        return false;
-    }
-    const bool inherits = entity.isKindOf(VcDbBlockReference::desc());
-    const EntityProps props = entity.props();
-    const VcDbObjectId layerZero = db.findRecord(NameTable::Layer, "0");
-    for (VcDbEntity* piece : pieces) {
-        if (inherits)
-            inherit(*piece, props, layerZero);
-        VcDbObjectId id;
-        if (owner->appendVcDbEntity(id, piece))
-            delete piece;
-        else
-            piece->close();
-    }
-    entity.erase();
-    return true;
-}
-
 void explode(Editor& ed)
 {
-    const auto objects = ed.select();
+    const auto objects = ed.select({.endsWithArguments = true});
     std::size_t left = 0, done = 0;
     for (const VcDbObjectId id : objects->ids()) {
         ed.throwIfInterrupted();
         auto* entity = ed.db().liveAs<VcDbEntity>(id);
         if (entity)
-            ++(explodeOne(ed.db(), *entity) ? done : left);
+            ++(explodeInPlace(ed.db(), *entity) ? done : left);
     }
     if (left > 0)
         ed.report("{} could not be exploded.", left);

@@ -16,6 +16,10 @@ struct Vertex {
     double bulge = 0, startWidth = 0, endWidth = 0;
 };
 
+struct Widths {
+    double start, end;
+};
+
 // A polyline under way. Its object is replaced as it grows, so that Esc keeps what was drawn.
 class Drawing {
 public:
@@ -23,18 +27,18 @@ public:
 
     std::vector<Vertex>& vertices() { return m_vertices; }
     Vertex& last() { return m_vertices.back(); }
-    void close(double bulge)
+    void close(double bulge, Widths widths)
     {
-        last().bulge = bulge;
+        leaveLast(bulge, widths);
         m_closed = true;
         update();
     }
-    void add(const VcGePoint3d& to, double bulge, double startWidth, double endWidth)
+    // The next segment is as wide as this one ends.
+    void add(const VcGePoint3d& to, double bulge, Widths& widths)
     {
-        last().bulge = bulge;
-        last().startWidth = startWidth;
-        last().endWidth = endWidth;
-        m_vertices.push_back({to});
+        leaveLast(bulge, widths);
+        widths.start = widths.end;
+        m_vertices.push_back({to, 0, widths.end, widths.end});
         update();
     }
     bool undo()
@@ -57,6 +61,18 @@ public:
     }
 
 private:
+    void leaveLast(double bulge, Widths widths)
+    {
+        last().bulge = bulge;
+        last().startWidth = widths.start;
+        last().endWidth = widths.end;
+    }
+    bool isOfOneWidth() const
+    {
+        const double width = m_vertices.front().startWidth;
+        return std::all_of(m_vertices.begin(), m_vertices.end(),
+                           [width](const Vertex& v) { return v.startWidth == width && v.endWidth == width; });
+    }
     void update();
     Editor& m_ed;
     std::vector<Vertex> m_vertices;
@@ -81,12 +97,10 @@ void Drawing::update()
     polyline->setElevation((toPlane * m_vertices.front().at).z);
     polyline->setNormal(normal);
     polyline->setClosed(m_closed);
+    if (isOfOneWidth())
+        polyline->setConstantWidth(m_vertices.front().startWidth);
     m_id = addToSpace(m_ed, std::move(polyline));
 }
-
-struct Widths {
-    double start, end;
-};
 
 Widths askWidths(Editor& ed, Widths now, const char* what, double factor)
 {
@@ -130,20 +144,19 @@ Next arcSegment(Editor& ed, Drawing& pline, Widths& widths)
     if (a.status == Answer::Status::Enter)
         return Next::Done;
     if (a.status == Answer::Status::Value) {
-        pline.add(a.point, tangentBulge(pline.direction(), at, a.point), widths.start, widths.end);
-        widths.start = widths.end;
+        pline.add(a.point, tangentBulge(pline.direction(), at, a.point), widths);
     } else if (a.text == "Line") {
         return Next::Lines;
     } else if (a.text == "CLose") {
-        pline.close(tangentBulge(pline.direction(), at, pline.vertices().front().at));
+        pline.close(tangentBulge(pline.direction(), at, pline.vertices().front().at), widths);
         return Next::Done;
     } else if (a.text == "Angle") {
         const double included = ed.askAngle("Specify included angle", {.bits = InitGet::NoZero}).real;
-        pline.add(ed.point("Specify endpoint of arc", {.from = at}), std::tan(included / 4), widths.start, widths.end);
+        pline.add(ed.point("Specify endpoint of arc", {.from = at}), std::tan(included / 4), widths);
     } else if (a.text == "Second") {
         const VcGePoint3d second = ed.point("Specify second point on arc", {.from = at});
         const VcGePoint3d end = ed.point("Specify end point of arc", {.from = second});
-        pline.add(end, throughBulge(at, second, end), widths.start, widths.end);
+        pline.add(end, throughBulge(at, second, end), widths);
     } else if (a.text == "Undo") {
         if (!pline.undo())
             ed.printLine("All segments already undone.");
@@ -165,18 +178,15 @@ Next lineSegment(Editor& ed, Drawing& pline, Widths& widths)
     if (a.status == Answer::Status::Enter)
         return Next::Done;
     if (a.status == Answer::Status::Value) {
-        pline.add(a.point, 0, widths.start, widths.end);
-        widths.start = widths.end;
+        pline.add(a.point, 0, widths);
     } else if (a.text == "Arc") {
         return Next::Arcs;
     } else if (a.text == "Close") {
-        pline.last().startWidth = widths.start;
-        pline.last().endWidth = widths.end;
-        pline.close(0);
+        pline.close(0, widths);
         return Next::Done;
     } else if (a.text == "Length") {
         const double length = ed.askDistance("Specify length of line", {.from = at}).real, direction = pline.direction();
-        pline.add(at + VcGeVector3d(std::cos(direction), std::sin(direction), 0) * length, 0, widths.start, widths.end);
+        pline.add(at + VcGeVector3d(std::cos(direction), std::sin(direction), 0) * length, 0, widths);
         ed.lastPoint = pline.last().at;
     } else if (a.text == "Undo") {
         if (!pline.undo())

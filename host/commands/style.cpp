@@ -36,15 +36,9 @@ void list(Editor& ed)
     }
 }
 
-Style& styleNamed(Editor& ed, const std::string& name)
+// A new style is added only when everything is known of it.
+Style& addStyle(Editor& ed, std::unique_ptr<Style> made)
 {
-    if (auto* known = ed.db().liveAs<Style>(ed.db().findRecord(NameTable::TextStyle, name)))
-        return *known;
-    if (!isLegalRecordName(name))
-        throw CommandError{fmt::format("\"{}\" is no name for a text style.", name)};
-    auto made = std::make_unique<Style>();
-    made->setNameUtf8(name);
-    made->setFileName(L"txt");
     Style* added = made.get();
     if (ed.db().table(NameTable::TextStyle).add(made.get()))
         throw CommandError{"The text style cannot be made."};
@@ -53,9 +47,51 @@ Style& styleNamed(Editor& ed, const std::string& name)
     return *added;
 }
 
+std::unique_ptr<Style> newStyle(const std::string& name)
+{
+    if (!isLegalRecordName(name))
+        throw CommandError{fmt::format("\"{}\" is no name for a text style.", name)};
+    auto made = std::make_unique<Style>();
+    made->setNameUtf8(name);
+    made->setFileName(L"txt");
+    return made;
+}
+
 bool yes(Editor& ed, const std::string& question, bool byDefault)
 {
     return ed.keyword(fmt::format("{} [Yes/No] <{}>", question, byDefault ? "Y" : "N"), "Yes No", byDefault ? "Yes" : "No") == "Yes";
+}
+
+struct Answers {
+    std::string font;
+    double height, width, oblique;
+    bool backwards, upsideDown, vertical;
+};
+
+// The answers on Enter are what the style has.
+Answers askAbout(Editor& ed, const Style& style)
+{
+    Answers a;
+    a.font = ed.text("Specify full font name or font filename (TTF or stroke font)", fontOf(style));
+    a.height = ed.distance("Specify height of text", style.textSize(), {.bits = InitGet::NoNegative});
+    a.width = ed.real("Specify width factor", style.xScale(), {.bits = InitGet::NoZero | InitGet::NoNegative});
+    const Answer slant = ed.askAngle(fmt::format("Specify obliquing angle <{}>", angleText(style.obliquingAngle())), {.enterEnds = true});
+    a.oblique = slant.status == Answer::Status::Enter ? style.obliquingAngle() : std::remainder(slant.real, 2 * M_PI);
+    a.backwards = yes(ed, "Display text backwards?", style.isBackwards());
+    a.upsideDown = yes(ed, "Display text upside-down?", style.isUpsideDown());
+    a.vertical = yes(ed, "Vertical?", style.isVertical());
+    return a;
+}
+
+void apply(Style& style, const Answers& a)
+{
+    if (style.setObliquingAngle(a.oblique))
+        throw CommandError{"The obliquing angle must lie between -85 and 85 degrees."};
+    style.setFileName(utf8ToWide(a.font).c_str());
+    style.setTextSize(a.height);
+    style.setXScale(a.width);
+    style.setFlagBits(std::uint8_t((a.backwards ? 2 : 0) | (a.upsideDown ? 4 : 0)));
+    style.setIsVertical(a.vertical);
 }
 
 void style(Editor& ed)
@@ -63,25 +99,14 @@ void style(Editor& ed)
     const std::string name = ed.text("Enter name of text style or [?]", ed.vars().text("TEXTSTYLE"));
     if (name == "?")
         return list(ed);
-    Style& style = styleNamed(ed, name);
-    const std::string font = ed.text("Specify full font name or font filename (TTF or stroke font)", fontOf(style));
-    const double height = ed.distance("Specify height of text", style.textSize(), {.bits = InitGet::NoNegative});
-    const double width = ed.real("Specify width factor", style.xScale(), {.bits = InitGet::NoZero | InitGet::NoNegative});
-    const Answer a = ed.askAngle(fmt::format("Specify obliquing angle <{}>", angleText(style.obliquingAngle())), {.enterEnds = true});
-    const double oblique = a.status == Answer::Status::Enter ? style.obliquingAngle() : std::remainder(a.real, 2 * M_PI);
-    const bool backwards = yes(ed, "Display text backwards?", style.isBackwards());
-    const bool upsideDown = yes(ed, "Display text upside-down?", style.isUpsideDown());
-    const bool vertical = yes(ed, "Vertical?", style.isVertical());
-
-    if (style.setObliquingAngle(oblique))
-        throw CommandError{"The obliquing angle must lie between -85 and 85 degrees."};
-    style.setFileName(utf8ToWide(font).c_str());
-    style.setTextSize(height);
-    style.setXScale(width);
-    style.setFlagBits(std::uint8_t((backwards ? 2 : 0) | (upsideDown ? 4 : 0)));
-    style.setIsVertical(vertical);
-    ed.vars().set("TEXTSTYLE", style.nameUtf8());
-    ed.printLine(fmt::format("\"{}\" is now the current text style.", style.nameUtf8()));
+    auto* style = ed.db().liveAs<Style>(ed.db().findRecord(NameTable::TextStyle, name));
+    std::unique_ptr<Style> made = style ? nullptr : newStyle(name);
+    const Answers answers = askAbout(ed, style ? *style : *made);
+    apply(style ? *style : *made, answers);
+    if (made)
+        style = &addStyle(ed, std::move(made));
+    ed.vars().set("TEXTSTYLE", style->nameUtf8());
+    ed.printLine(fmt::format("\"{}\" is now the current text style.", style->nameUtf8()));
 }
 
 const HostCommand kCommands[] = {

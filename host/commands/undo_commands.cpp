@@ -1,6 +1,7 @@
 // U, UNDO, REDO, MREDO, and UNDO's marks and groups. Within a running command they act on what that command has done.
 #include "host/commands/families.h"
 #include "host/edit/editor.h"
+#include "host/edit/sysvars.h"
 
 namespace vk::commands {
 
@@ -16,6 +17,15 @@ std::string joined(const std::vector<std::string>& names)
     return text;
 }
 
+// UNDOCTL tells what has been chosen.
+enum ControlBit : std::int32_t { kOn = 1, kOnlyLast = 2, kAuto = 4, kGroupOpen = 8 };
+
+void tell(Editor& ed, std::int32_t bits, bool on)
+{
+    const auto now = std::int32_t(ed.vars().integer("UNDOCTL"));
+    ed.vars().force("UNDOCTL", on ? now | bits : now & ~bits);
+}
+
 void takeBack(Editor& ed, int count)
 {
     if (ed.undo().isNested()) {
@@ -24,6 +34,7 @@ void takeBack(Editor& ed, int count)
         return;
     }
     const auto names = ed.undo().undo(count);
+    tell(ed, kGroupOpen, ed.undo().inGroup());
     ed.printLine(names.empty() ? "Everything has been undone" : joined(names));
 }
 
@@ -47,6 +58,8 @@ void control(Editor& ed)
 {
     const std::string mode = ed.keyword("Enter an UNDO control option [All/None/One] <All>", "All None One", "All");
     ed.undo().setMode(mode == "All" ? UndoControl::Mode::All : mode == "None" ? UndoControl::Mode::None : UndoControl::Mode::One);
+    tell(ed, kOn, mode != "None");
+    tell(ed, kOnlyLast, mode == "One");
 }
 
 void beginGroup(Editor& ed)
@@ -55,6 +68,7 @@ void beginGroup(Editor& ed)
         ed.undo().beginInner();
     else
         ed.undo().beginGroup();
+    tell(ed, kGroupOpen, ed.undo().inGroup());
 }
 
 void endGroup(Editor& ed)
@@ -63,6 +77,7 @@ void endGroup(Editor& ed)
         ed.undo().endInner();
     else
         ed.undo().endGroup();
+    tell(ed, kGroupOpen, ed.undo().inGroup());
 }
 
 void undo(Editor& ed)
@@ -85,7 +100,7 @@ void undo(Editor& ed)
     else if (a.text == "Control")
         control(ed);
     else
-        ed.keyword("Enter UNDO Auto mode [ON/OFF] <On>", "ON OFF", "ON");
+        tell(ed, kAuto, ed.keyword("Enter UNDO Auto mode [ON/OFF] <On>", "ON OFF", "ON") == "ON");
 }
 
 void bringBack(Editor& ed, int count)

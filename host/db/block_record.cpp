@@ -133,6 +133,25 @@ Vcad::ErrorStatus VcDbBlockTableRecord::setPathName(const wchar_t* path)
     return Vcad::eOk;
 }
 
+Vcad::ErrorStatus VcDbBlockTableRecord::setComments(const wchar_t* text)
+{
+    if (!text)
+        return Vcad::eInvalidInput;
+    assertWriteEnabled();
+    m_description = wideToUtf8(text);
+    return Vcad::eOk;
+}
+
+Vcad::ErrorStatus VcDbBlockTableRecord::setInsertUnits(std::int16_t units)
+{
+    if (units < 0 || units > 24)
+        return Vcad::eOutOfRange;
+    assertWriteEnabled();
+    m_insertUnits = units;
+    m_hasNewGroups = true;
+    return Vcad::eOk;
+}
+
 void VcDbBlockTableRecord::setExplodable(bool explodable)
 {
     assertWriteEnabled();

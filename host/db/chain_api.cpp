@@ -2,6 +2,7 @@
 
 #include "host/base/unicode.h"
 #include "host/db/chain.h"
+#include "host/db/coordinate_system.h"
 #include "host/db/database.h"
 #include "host/db/host_services.h"
 #include "host/db/extras.h"
@@ -194,16 +195,6 @@ bool vcdbUcsMatrix(VcGeMatrix3d& matrixOut, VcDbDatabase* database)
     matrixOut.setToIdentity();
     if (!db)
         return false;
-    const bool paper = db->currentSpace() == db->paperSpace();
-    const auto get = [&](const char* model, const char* sheet, double x, double y) {
-        const auto p = db->header().point(paper ? sheet : model);
-        return p ? VcGeVector3d(p->x, p->y, p->z) : VcGeVector3d(x, y, 0);
-    };
-    const VcGeVector3d origin = get("$UCSORG", "$PUCSORG", 0, 0);
-    const VcGeVector3d x = get("$UCSXDIR", "$PUCSXDIR", 1, 0).normal(), y = get("$UCSYDIR", "$PUCSYDIR", 0, 1).normal();
-    const VcGeVector3d z = x.crossProduct(y);
-    if (z.length() < 1e-6)
-        return false;
-    matrixOut.setCoordSystem(VcGePoint3d(origin.x, origin.y, origin.z), x, y, z.normal());
+    matrixOut = currentUcs(*db).toWorld();
     return !matrixOut.isEqualTo(VcGeMatrix3d());
 }

@@ -15,6 +15,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 class VcDbBlockTableRecord;
@@ -142,6 +143,8 @@ public:
     std::vector<ClassRecord> classes;
     std::vector<KeptSection> keptSections;
     FileOrigin origin;
+    // Slots of blocks whose members come from the file of an external reference, and are not saved with the drawing.
+    std::unordered_set<std::uint32_t> loadedReferences;
     // Set while a file is read: names that are missing are made, references may run ahead.
     bool loading = false;
     // With TILEMODE 0: whether a viewport is current, so that new entities go to model space.

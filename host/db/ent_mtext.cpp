@@ -175,7 +175,7 @@ Vcad::ErrorStatus VcDbMText::setBackgroundScaleFactor(double factor)
 
 // Layout
 
-static vktext::MTextLayout layoutOf(const VcDbMText& text)
+vktext::MTextLayout layoutOf(const VcDbMText& text)
 {
     vktext::MTextSpec spec;
     spec.contents = text.contentsUtf8();

@@ -110,6 +110,27 @@ Vcad::ErrorStatus VcDbViewport::thawAllLayersInViewport()
     return Vcad::eOk;
 }
 
+// The UCS
+
+void VcDbViewport::getUcs(VcGePoint3d& origin, VcGeVector3d& xAxis, VcGeVector3d& yAxis) const
+{
+    origin = m_ucsOrigin;
+    xAxis = m_ucsX;
+    yAxis = m_ucsY;
+}
+
+Vcad::ErrorStatus VcDbViewport::setUcs(const VcGePoint3d& origin, const VcGeVector3d& xAxis, const VcGeVector3d& yAxis)
+{
+    const VcGeVector3d x = xAxis.normal(), y = yAxis.normal();
+    if (!isFinite(origin) || !isDirection(xAxis) || !isDirection(yAxis) || std::fabs(x.dotProduct(y)) > 1e-6)
+        return Vcad::eOutOfRange;
+    assertWriteEnabled();
+    m_ucsOrigin = origin;
+    m_ucsX = x;
+    m_ucsY = y;
+    return Vcad::eOk;
+}
+
 // Geometry
 
 Vcad::ErrorStatus VcDbViewport::transformBy(const VcGeMatrix3d& m)

@@ -144,6 +144,29 @@ bool VcDbHatch::isUserGradient() const
 
 wchar_t* VcDbHatch::gradientName() const { return heapStringFromUtf8(m_gradient.get().name); }
 
+// A gradient of one colour runs to a tint of it: 0 is black, 1 white.
+std::pair<VcCmColor, VcCmColor> VcDbHatch::gradientColors() const
+{
+    const Gradient g = m_gradient.get();
+    const auto colorAt = [&](std::size_t i) {
+        VcCmColor color = VcCmColor::fromIndex(VcCmColor::kAciForeground);
+        if (i < g.colors.size() && g.colors[i].rgb >= 0)
+            color.setTrueColor(std::uint32_t(g.colors[i].rgb) & 0xffffff);
+        else if (i < g.colors.size() && g.colors[i].index >= 0)
+            color = VcCmColor::fromIndex(std::int16_t(g.colors[i].index));
+        return color;
+    };
+    VcCmColor first = colorAt(0), second = colorAt(1);
+    if (g.oneColor != 0 && g.colors.size() < 2) {
+        const auto tinted = [&](std::uint8_t part) {
+            const double t = std::clamp(g.tint, 0.0, 1.0);
+            return std::uint8_t(t < 0.5 ? part * t * 2 : part + (255 - part) * (t * 2 - 1));
+        };
+        second.setRGB(tinted(first.red()), tinted(first.green()), tinted(first.blue()));
+    }
+    return {first, second};
+}
+
 // Geometry
 
 namespace {

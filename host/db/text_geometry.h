@@ -12,5 +12,8 @@ vktext::TextStyleSpec textStyleSpec(VcDbObjectId style, const DatabaseCore* db);
 // With the width factor, slant and mirroring of the text itself.
 vktext::TextStyleSpec textStyleSpec(const VcDbText& text);
 
+// Where everything of a text of many lines stands, from its location along its direction.
+vktext::MTextLayout layoutOf(const VcDbMText& text);
+
 // A record of the drawing with that font; made, under the undo of the drawing, when there is none.
 VcDbObjectId styleWithFont(DatabaseCore& db, const vktext::FontRequest& font, VcDbObjectId preferred);

@@ -371,8 +371,13 @@ int Editor::drive(bool argumentsOnly)
 {
     ActiveCommand& active = *m_active.back();
     while (!active.isFinished()) {
-        if (argumentsOnly && !currentSource(true))
-            return RTNORM;
+        if (argumentsOnly && !currentSource(true)) {
+            if (!active.question().endsWithArguments)
+                return RTNORM;
+            active.answer(Answer{.status = Answer::Status::Enter});
+            resumeTop();
+            continue;
+        }
         if (!argumentsOnly)
             active.setDriven(active.isDriven() && currentSource(true));
         ActiveCommand* const before = std::exchange(m_current, nullptr);

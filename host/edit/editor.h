@@ -44,12 +44,14 @@ struct AskOptions {
     std::optional<VcGePoint3d> from;  // base point, in the UCS
     int bits = 0;                     // InitGet::Bits
     bool enterEnds = false;           // Enter is an answer (status Enter)
+    bool endsWithArguments = false;   // Question::endsWithArguments
 };
 
 struct SelectOptions {
     std::string prompt = "Select objects: ";
     bool allowLocked = false;
     bool single = false;
+    bool endsWithArguments = false;  // with something selected, the end of the driving arguments ends the selection
     const resbuf* filter = nullptr;
     std::string keywords;  // initget form; a keyword typed ends the selection with it
 };

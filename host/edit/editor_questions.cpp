@@ -22,6 +22,7 @@ Question questionOf(Kind kind, std::string_view prompt, const AskOptions& option
     q.init.keywords = parseKeywords(options.keywords);
     q.base = options.from;
     q.hasDefault = options.enterEnds;
+    q.endsWithArguments = options.endsWithArguments;
     return q;
 }
 

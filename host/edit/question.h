@@ -69,6 +69,8 @@ struct Question {
     std::optional<VcGePoint3d> base;  // in the UCS
     // The command knows what Enter means. A command that still asks when its caller ends takes it, or is cancelled.
     bool hasDefault = false;
+    // Of a command that another one drives: when the arguments end here, that is Enter, and the command goes on at once.
+    bool endsWithArguments = false;
     bool isNested = false;  // Entity: an object within a block is meant
     // Real values: which of the drawing's notations are taken beside plain numbers.
     bool anyNumber = false;  // Integer: the whole range of 32 bits

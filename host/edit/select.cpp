@@ -11,6 +11,7 @@ std::shared_ptr<SelectionSet> Editor::select(const SelectOptions& options)
         request.addPrompt += request.addPrompt.ends_with(':') ? " " : ": ";
     request.leavesLocked = !options.allowLocked;
     request.single = options.single;
+    request.endsWithArguments = options.endsWithArguments;
     request.keywords = parseKeywords(options.keywords);
     const auto filter = EntityFilter::parse(db(), options.filter);
     if (!filter)

@@ -164,6 +164,7 @@ SelectResult Selector::run()
             q.prompt = m_removing ? m_request.removePrompt : m_request.addPrompt;
             q.init.keywords = m_request.keywords;
             q.hasDefault = true;
+            q.endsWithArguments = m_request.endsWithArguments && !m_set->empty();
             m_tookSomething = false;
             const Answer answer = ask(std::move(q));
             if (answer.status == Answer::Status::Enter || line(answer) == Next::End || (m_single && m_tookSomething))

@@ -21,6 +21,7 @@ struct SelectRequest {
     const EntityFilter* filter = nullptr;
     bool leavesLocked = false;  // what is on locked layers is counted and left
     bool single = false;        // ends with the first line that adds anything
+    bool endsWithArguments = false;  // SelectOptions::endsWithArguments
     bool everything = false;    // a pick takes all that lies there
     bool nested = false;        // a pick takes the object within a block
     std::vector<Keyword> keywords;

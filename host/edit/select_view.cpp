@@ -17,7 +17,7 @@ PickView PickView::of(Editor& ed)
     view.x = {m.entry[0][0], m.entry[0][1], m.entry[0][2]};
     view.y = {m.entry[1][0], m.entry[1][1], m.entry[1][2]};
     // A pick box of no size still is the pixel under the cursor.
-    view.reach = std::max(pickAperture(ed), currentView(ed).height / kScreenHeight / 2);
+    view.reach = std::max(pickAperture(ed), pixelSize(ed) / 2);
     return view;
 }
 

@@ -30,6 +30,7 @@ static constexpr SysVarDef kRows[] = {
      "Whether editing an object may drop its constraints. 0 keeps them, 1 drops those in the way."},
     {"CONSTRAINTSOLVEMODE", Short, Profile, rw, "1", kFlag,
      "Whether objects keep their size where they can when constraints move them. 0 no, 1 yes."},
+    {"CTAB", String, NotSaved, rw, "Model", kName, "The name of the tab that is shown: the model or a layout."},
     {"CVPORT", Short, NotSaved, rw, "2", between(1, 32767),
      "The number of the current viewport. In a layout 1 is the paper itself."},
     {"DISPSILH", Short, Drawing, rw, "0", kFlag,

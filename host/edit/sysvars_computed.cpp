@@ -3,11 +3,15 @@
 #include "host/base/files.h"
 #include "host/base/settings.h"
 #include "host/base/unicode.h"
+#include "host/db/coordinate_system.h"
 #include "host/db/database.h"
+#include "host/db/layouts.h"
 #include "host/edit/editor.h"
 #include "host/edit/sysvars_drawing.h"
 #include "host/edit/view.h"
+#include "host/edit/viewports.h"
 #include "sdk/vcdb_chains.h"
+#include "sdk/vcdb_layout.h"
 #include "sdk/vcdb_tables.h"
 
 #include <chrono>
@@ -56,7 +60,14 @@ SysVarValue commandNames(const Editor& ed)
     return names;
 }
 
-SysVarValue viewCenter(const Editor& ed) { return currentView(mutableEditor(ed)).center; }
+// Views count in the world; their variables in the UCS.
+VcGeMatrix3d worldToUcs(const Editor& ed) { return currentUcs(ed.db()).toWorld().inverse(); }
+
+SysVarValue viewCenter(const Editor& ed)
+{
+    const View& view = currentView(mutableEditor(ed));
+    return worldToUcs(ed) * (worldToDisplay(view).inverse() * view.center);
+}
 
 struct Computed {
     std::string_view name;
@@ -85,19 +96,28 @@ const Computed kComputed[] = {
      }},
     {"DWGTITLED", true, [](const Editor& ed) -> SysVarValue { return std::int32_t(!ed.db().origin.path.empty()); }},
     {"DBMOD", true, [](const Editor& ed) -> SysVarValue { return std::int32_t(ed.db().undo().size() > 0 ? 1 : 0); }},
-    {"SCREENSIZE", false, [](const Editor&) -> SysVarValue { return VcGePoint2d(kScreenWidth, kScreenHeight); }},
+    {"SCREENSIZE", false,
+     [](const Editor& ed) -> SysVarValue {
+         return ed.hasDrawing() ? viewportPixels(mutableEditor(ed)) : VcGePoint2d(kScreenWidth, kScreenHeight);
+     }},
     {"VIEWSIZE", true, [](const Editor& ed) -> SysVarValue { return currentView(mutableEditor(ed)).height; }},
     {"VIEWCTR", true, viewCenter},
-    {"VIEWDIR", true, [](const Editor& ed) -> SysVarValue { return VcGePoint3d() + currentView(mutableEditor(ed)).direction; }},
-    {"TARGET", true, [](const Editor& ed) -> SysVarValue { return currentView(mutableEditor(ed)).target; }},
+    {"VIEWDIR", true, [](const Editor& ed) -> SysVarValue { return VcGePoint3d() + worldToUcs(ed) * currentView(mutableEditor(ed)).direction; }},
+    {"TARGET", true, [](const Editor& ed) -> SysVarValue { return worldToUcs(ed) * currentView(mutableEditor(ed)).target; }},
     {"VIEWTWIST", true, [](const Editor& ed) -> SysVarValue { return currentView(mutableEditor(ed)).twist; }},
-    {"WORLDUCS", true,
+    {"LENSLENGTH", true, [](const Editor& ed) -> SysVarValue { return currentView(mutableEditor(ed)).lensLength; }},
+    {"FRONTZ", true, [](const Editor& ed) -> SysVarValue { return currentView(mutableEditor(ed)).frontClip; }},
+    {"BACKZ", true, [](const Editor& ed) -> SysVarValue { return currentView(mutableEditor(ed)).backClip; }},
+    {"UCSORG", true, [](const Editor& ed) -> SysVarValue { return currentUcs(ed.db()).origin; }},
+    {"UCSXDIR", true, [](const Editor& ed) -> SysVarValue { return VcGePoint3d() + currentUcs(ed.db()).x; }},
+    {"UCSYDIR", true, [](const Editor& ed) -> SysVarValue { return VcGePoint3d() + currentUcs(ed.db()).y; }},
+    {"WORLDUCS", true, [](const Editor& ed) -> SysVarValue { return std::int32_t(currentUcs(ed.db()).isWorld()); }},
+    {"CVPORT", true, [](const Editor& ed) -> SysVarValue { return std::int32_t(currentViewportNumber(ed)); }},
+    {"CTAB", true,
      [](const Editor& ed) -> SysVarValue {
-         VcGeMatrix3d m;
-         return std::int32_t(!vcdbUcsMatrix(m, &ed.drawing()));
+         const VcDbLayout* layout = currentLayout(ed);
+         return layout ? layout->nameUtf8() : std::string();
      }},
-    {"CVPORT", true,
-     [](const Editor& ed) -> SysVarValue { return std::int32_t(ed.db().currentSpace() == ed.db().modelSpace() ? 2 : 1); }},
     {"TEMPPREFIX", false, [](const Editor&) -> SysVarValue { return temporaryFolder(); }},
     {"LOGINNAME", false,
      [](const Editor&) -> SysVarValue {
@@ -133,7 +153,7 @@ SetVarResult setRecordName(Editor& ed, const SysVarDef& def, NameTable table, co
     const DatabaseCore& db = ed.db();
     const auto* record = db.liveAs<VcDbSymbolTableRecord>(db.findRecord(table, name));
     const auto* layer = VcDbLayerTableRecord::cast(record);
-    if (!record || (layer && layer->isFrozen()))
+    if (!record || record->isDependent() || (layer && layer->isFrozen()))
         return SetVarResult::Refused;
     ed.vars().force(def.name, record->nameUtf8());
     return SetVarResult::Done;
@@ -141,9 +161,20 @@ SetVarResult setRecordName(Editor& ed, const SysVarDef& def, NameTable table, co
 
 SetVarResult setTileMode(Editor& ed, std::int32_t value)
 {
-    ed.db().inModelViewport = false;
-    ed.vars().force("TILEMODE", value);
-    resetView(ed);
+    const DatabaseCore& db = ed.db();
+    VcDbLayout* layout = layoutOfBlock(db, value ? db.modelSpace() : db.paperSpace());
+    if (!layout)
+        return SetVarResult::Refused;
+    showLayout(ed, *layout);
+    return SetVarResult::Done;
+}
+
+SetVarResult setTab(Editor& ed, const std::string& name)
+{
+    VcDbLayout* layout = layoutNamed(ed.db(), name);
+    if (!layout)
+        return SetVarResult::Refused;
+    showLayout(ed, *layout);
     return SetVarResult::Done;
 }
 
@@ -171,10 +202,10 @@ std::optional<SetVarResult> setSpecialSysVar(Editor& ed, const SysVarDef& def, c
         return setTileMode(ed, std::get<std::int32_t>(value));
     if (name == "CECOLOR" && !setDrawingSysVar(ed.db(), def, value))
         return SetVarResult::OutOfRange;
-    if (name == "CVPORT") {
-        ed.db().inModelViewport = std::get<std::int32_t>(value) > 1;
-        return SetVarResult::Done;
-    }
+    if (name == "CTAB")
+        return setTab(ed, std::get<std::string>(value));
+    if (name == "CVPORT")
+        return setCurrentViewport(ed, std::get<std::int32_t>(value)) ? SetVarResult::Done : SetVarResult::Refused;
     return name == "CECOLOR" ? std::optional(SetVarResult::Done) : std::nullopt;
 }
 

@@ -1,9 +1,12 @@
 // Coordinates between the world, the UCS, the display, a sheet, and an object's own system; entering model and paper space.
 #include "host/db/chain.h"
+#include "host/db/coordinate_system.h"
 #include "host/db/database.h"
+#include "host/db/layouts.h"
 #include "host/edit/editor.h"
 #include "host/edit/sysvars.h"
 #include "host/edit/view.h"
+#include "host/edit/viewports.h"
 #include "sdk/vcdb_chains.h"
 #include "sdk/vcdb_records.h"
 #include "sdk/vcdb_viewport.h"
@@ -26,6 +29,17 @@ std::optional<VcGeVector3d> normalOf(VcDbObjectId id)
         if (node->restype == 210)
             normal = {node->resval.rpoint[0], node->resval.rpoint[1], node->resval.rpoint[2]};
     return normal;
+}
+
+// From a place on the sheet to the display of the viewport that is worked in. Elsewhere the two are one.
+VcGeMatrix3d sheetToDisplay(Editor& ed)
+{
+    const VcDbViewport* viewport = activeViewport(ed);
+    if (!viewport)
+        return {};
+    const VcGePoint2d c = viewport->viewCenter();
+    return VcGeMatrix3d::translation({c.x, c.y, 0}) * VcGeMatrix3d::scaling(1 / viewport->customScale()) *
+           VcGeMatrix3d::translation(-viewport->centerPoint().asVector());
 }
 
 // From the system that the node names to the world.
@@ -53,11 +67,11 @@ std::optional<VcGeMatrix3d> toWorld(Editor& ed, const resbuf& system)
     case 0:
         return m;
     case 1:
-        vcdbUcsMatrix(m, &ed.drawing());
-        return m;
+        return currentUcs(ed.db()).toWorld();
     case 2:
-    case 3:
         return worldToDisplay(ed).inverse();
+    case 3:
+        return worldToDisplay(ed).inverse() * sheetToDisplay(ed);
     default:
         return std::nullopt;
     }
@@ -82,15 +96,10 @@ int vcedTrans(const vds_point point, const resbuf* from, const resbuf* to, int d
     return RTNORM;
 }
 
-static bool isOnSheet(const Editor& ed) { return ed.hasDrawing() && ed.vars().integer("TILEMODE") == 0; }
-
 int vcedMspace()
 {
     Editor& ed = Editor::instance();
-    if (!isOnSheet(ed))
-        return RTERROR;
-    ed.db().inModelViewport = true;
-    return RTNORM;
+    return enterViewport(ed) ? RTNORM : RTERROR;
 }
 
 int vcedPspace()
@@ -98,7 +107,7 @@ int vcedPspace()
     Editor& ed = Editor::instance();
     if (!isOnSheet(ed))
         return RTERROR;
-    ed.db().inModelViewport = false;
+    leaveViewport(ed);
     return RTNORM;
 }
 
@@ -107,28 +116,32 @@ VcDbObjectId vcedGetCurViewportObjectId()
     const Editor& ed = Editor::instance();
     if (!ed.hasDrawing())
         return {};
-    const DatabaseCore& db = ed.db();
+    DatabaseCore& db = ed.db();
     if (!isOnSheet(ed))
         return db.findRecord(NameTable::Viewport, "*Active");
-    const std::int16_t wanted = db.inModelViewport ? 2 : 1;
-    for (const std::uint32_t slot : db.mainOrder()) {
-        const auto* viewport = VcDbViewport::cast(db.objectAt(slot));
-        if (viewport && !viewport->isErased() && viewport->ownerId() == db.paperSpace() && viewport->number() == wanted)
+    if (const VcDbViewport* viewport = activeViewport(ed))
+        return viewport->objectId();
+    for (const VcDbViewport* viewport : viewportsOf(db, db.paperSpace()))
+        if (viewport->number() == 1)
             return viewport->objectId();
-    }
     return {};
 }
 
-Vcad::ErrorStatus vcedSetCurrentView(VcDbViewTableRecord* record, VcDbViewport*)
+Vcad::ErrorStatus vcedSetCurrentView(VcDbViewTableRecord* record, VcDbViewport* viewport)
 {
     Editor& ed = Editor::instance();
     if (!record || !ed.hasDrawing())
         return Vcad::eInvalidInput;
-    View& view = currentView(ed);
+    if (viewport && activeViewport(ed) != viewport && viewport->number() != 1 && !setActiveViewport(ed, *viewport))
+        return Vcad::eInvalidInput;
+    if (const VcDbViewport* active = activeViewport(ed); active && active->isLocked())
+        return Vcad::eOnLockedLayer;
+    View view = currentView(ed);
     view.center = {record->centerPoint().x, record->centerPoint().y, 0};
     view.height = record->height();
     view.target = record->target();
     view.direction = record->viewDirection();
     view.twist = record->viewTwist();
+    setCurrentView(ed, view);
     return Vcad::eOk;
 }

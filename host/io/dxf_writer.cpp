@@ -215,7 +215,7 @@ void DxfWriter::block(VcDbBlockTableRecord& record)
     ends.setIdentity({!isLegacy(), !isLegacy()});
     if (VcDbObject* begin = m_db.object(record.beginId()))
         ends.writeBegin(*begin, record, space);
-    if (!isNamed(record, "*Model_Space") && !isNamed(record, "*Paper_Space"))
+    if (!isNamed(record, "*Model_Space") && !isNamed(record, "*Paper_Space") && !m_db.loadedReferences.contains(record.objectId().slot()))
         for (const std::uint32_t slot : record.memberSlots())
             if (auto* member = VcDbEntity::cast(m_db.objectAt(slot)); isLive(member))
                 entity(*member);

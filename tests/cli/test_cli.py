@@ -62,7 +62,13 @@ class Usage(Case):
         "script that is not there": ["run", "a.dxf", "-s", "nothing.scr"],
         "no time": ["run", "a.dxf", "--timeout", "0"],
         "fix without a place": ["audit", "a.dxf", "--fix"],
-        "pictures": ["render", "a.dxf", "a.png"],
+        "a picture of no kind": ["render", "a.dxf", "a.bmp"],
+        "a picture over its drawing": ["render", "a.dxf", "a.dxf"],
+        "no such layout": ["render", "a.dxf", "a.png", "--layout", "NOSUCH"],
+        "a window without a size": ["render", "a.dxf", "a.png", "--window", "0,0,0,5"],
+        "a window of three numbers": ["render", "a.dxf", "a.png", "--window", "0,0,5"],
+        "a picture of no size": ["render", "a.dxf", "a.png", "--size", "0x5"],
+        "no such colour": ["render", "a.dxf", "a.png", "--background", "reddish"],
         "the window": ["a.dxf"],
     }
 
@@ -74,8 +80,39 @@ class Usage(Case):
         self.assertEqual((self.folder / "a.dxf").read_text(), BLANK)
 
     def test_help(self):
-        for command in ("run", "info", "audit", "convert"):
+        for command in ("run", "info", "audit", "convert", "render"):
             self.assertIn("Status", self.vekad(command, "--help").stdout)
+
+
+class Render(Case):
+    BEGINNINGS = {"png": b"\x89PNG", "svg": b"<?xml", "pdf": b"%PDF"}
+
+    def setUp(self):
+        super().setUp()
+        self.vekad("run", "a.dxf", "-c", LINE, "-c", CIRCLE, "-o", "b.dxf")
+
+    def test_pictures_of_each_kind(self):
+        for ending, beginning in self.BEGINNINGS.items():
+            with self.subTest(ending):
+                self.vekad("render", "b.dxf", f"b.{ending}")
+                self.assertTrue((self.folder / f"b.{ending}").read_bytes().startswith(beginning))
+
+    def test_size_window_and_background(self):
+        self.vekad("render", "b.dxf", "b.png", "--size", "300x200")
+        self.assertEqual((self.folder / "b.png").read_bytes()[16:24], bytes([0, 0, 1, 44, 0, 0, 0, 200]))
+        self.vekad("render", "b.dxf", "b.svg", "--window", "-1,-1,1,1", "--size", "100x100", "--background", "#102030")
+        text = (self.folder / "b.svg").read_text()
+        self.assertIn('fill="#102030"', text)
+        self.assertIn("M50 50L100 -50", text)
+        self.assertIn('stroke="#ffffff"', text, "colour 7 on a dark page")
+
+    def test_what_cannot_be_written_leaves_the_old_picture(self):
+        self.vekad("render", "b.dxf", "nowhere/b.png", expect=4)
+        self.vekad("render", "nothing.dxf", "b.png", expect=3)
+
+    def test_what_is_not_drawn_is_told(self):
+        self.put("c.dxf", BLANK.replace("ENTITIES\n", "ENTITIES\n0\nMYSTERY\n8\n0\n"))
+        self.assertIn("MYSTERY (1)", self.vekad("render", "c.dxf", "c.svg").stderr)
 
 
 class Run(Case):

@@ -1,4 +1,5 @@
 // vcedSSGet in every mode, and the picks that modules ask for.
+#include "host/db/coordinate_system.h"
 #include "host/edit/view.h"
 #include "tests/host/select_support.h"
 
@@ -380,8 +381,7 @@ TEST_F(Modes, TransformingASet)
 
 TEST_F(Modes, TheMatrixOfATransformIsInTheUcs)
 {
-    db().header().setPoint("$UCSXDIR", 0, 1, 0);
-    db().header().setPoint("$UCSYDIR", -1, 0, 0);
+    setCurrentUcs(db(), {{}, {0, 1, 0}, {-1, 0, 0}});
     vds_name set = {0, 0}, name;
     idToName(idOf('a'), name);
     vcedSSAdd(name, set, set);

@@ -1,0 +1,157 @@
+// -VIEW - saves views under names and brings them back.
+#include "host/base/unicode.h"
+#include "host/base/wildcard.h"
+#include "host/commands/drawing.h"
+#include "host/commands/families.h"
+#include "host/db/coordinate_system.h"
+#include "host/db/database.h"
+#include "host/db/record_names.h"
+#include "host/edit/sysvars.h"
+#include "host/edit/ucs.h"
+#include "host/edit/view.h"
+#include "host/edit/viewports.h"
+#include "sdk/vcdb_records.h"
+
+namespace vk::commands {
+
+namespace {
+
+using namespace edit;
+using Record = VcDbViewTableRecord;
+
+Record* recordNamed(Editor& ed, std::string_view name) { return ed.db().liveAs<Record>(ed.db().findRecord(NameTable::View, name)); }
+
+bool seesPaper(const Editor& ed) { return isOnSheet(ed) && !activeViewport(ed); }
+
+void list(Editor& ed)
+{
+    const Wildcard pattern(ed.text("Enter view name(s) to list <*>", "*"));
+    ed.printLine(fmt::format("{:<32}{}", "View name", "Space"));
+    for (const VcDbObjectId id : ed.db().table(NameTable::View).records())
+        if (const auto* record = ed.db().objectAs<Record>(id); pattern.matches(record->nameUtf8()))
+            ed.printLine(fmt::format("{:<32}{}", "\"" + record->nameUtf8() + "\"", record->isPaperspaceView() ? "P" : "M"));
+}
+
+void fill(Editor& ed, Record& record, const View& view)
+{
+    const VcGePoint2d pixels = viewportPixels(ed);
+    record.setCenterPoint({view.center.x, view.center.y});
+    record.setHeight(view.height);
+    record.setWidth(view.height * pixels.x / pixels.y);
+    record.setTarget(view.target);
+    record.setViewDirection(view.direction);
+    record.setViewTwist(view.twist);
+    record.setIsPaperspaceView(seesPaper(ed));
+    if (ed.vars().integer("UCSVIEW") != 0) {
+        const CoordinateSystem ucs = currentUcs(ed.db());
+        record.setUcs(ucs.origin, ucs.x, ucs.y);
+    }
+}
+
+void saveAs(Editor& ed, const View& view)
+{
+    const std::string name = ed.text("Enter view name to save");
+    if (name.empty())
+        return;
+    if (!isLegalRecordName(name) || name.front() == '*')
+        throw CommandError{fmt::format("\"{}\" is no name for a view.", name)};
+    Record* record = recordNamed(ed, name);
+    if (record && ed.vars().integer("EXPERT") < 2 &&
+        ed.keyword(fmt::format("View \"{}\" already exists. Replace it? [Yes/No] <N>", name), "Yes No", "No") == "No")
+        return;
+    if (!record) {
+        auto made = std::make_unique<Record>();
+        made->setNameUtf8(name);
+        record = made.get();
+        if (ed.db().table(NameTable::View).add(made.get()))
+            throw CommandError{"The view cannot be saved."};
+        made.release()->close();
+    }
+    fill(ed, *record, view);
+}
+
+void save(Editor& ed) { saveAs(ed, currentView(ed)); }
+
+void window(Editor& ed)
+{
+    const VcGePoint3d a = ed.point("Specify first corner"), b = ed.point("Specify opposite corner", {.from = a});
+    const VcGeMatrix3d m = worldToDisplay(ed) * ucsToWorld(ed);
+    const VcDbExtents box(m * a, m * b);
+    const VcGeVector3d size = box.maxPoint() - box.minPoint();
+    if (!(std::max(size.x, size.y) > 0))
+        throw CommandError{"The window has no size."};
+    saveAs(ed, viewOf(ed, currentView(ed), box));
+}
+
+void restore(Editor& ed)
+{
+    const std::string name = ed.text("Enter view name to restore");
+    if (name.empty())
+        return;
+    const Record* record = recordNamed(ed, name);
+    if (!record)
+        throw CommandError{fmt::format("Cannot find view \"{}\".", name)};
+    if (record->isPaperspaceView() != seesPaper(ed))
+        throw CommandError{record->isPaperspaceView() ? "This is a view of paper space; enter a layout first." : "This is a view of model space; enter it first."};
+    View view = currentView(ed);
+    view.center = {record->centerPoint().x, record->centerPoint().y, 0};
+    view.height = record->height();
+    view.target = record->target();
+    view.direction = record->viewDirection();
+    view.twist = record->viewTwist();
+    setCurrentView(ed, view);
+    if (record->isUcsAssociatedToView() && ed.vars().integer("UCSVIEW") != 0) {
+        CoordinateSystem ucs;
+        record->getUcs(ucs.origin, ucs.x, ucs.y);
+        changeUcs(ed, ucs);
+    }
+}
+
+void erase(Editor& ed)
+{
+    const std::string names = ed.text("Enter view name(s) to delete");
+    const Wildcard pattern(names);
+    std::size_t count = 0;
+    for (const VcDbObjectId id : ed.db().table(NameTable::View).records())
+        if (auto* record = ed.db().objectAs<Record>(id); pattern.matches(record->nameUtf8()))
+            count += record->erase() == Vcad::eOk;
+    if (!names.empty())
+        ed.printLine(count > 0 ? fmt::format("Deleted {} view(s).", count) : fmt::format("No view matches \"{}\".", names));
+}
+
+void orthographic(Editor& ed)
+{
+    struct Side {
+        const char* keyword;
+        CoordinateSystem ucs;
+    };
+    static const Side kSides[] = {
+        {"Top", {{}, {1, 0, 0}, {0, 1, 0}}},   {"Bottom", {{}, {-1, 0, 0}, {0, 1, 0}}}, {"Front", {{}, {1, 0, 0}, {0, 0, 1}}},
+        {"BAck", {{}, {-1, 0, 0}, {0, 0, 1}}}, {"Left", {{}, {0, -1, 0}, {0, 0, 1}}},   {"Right", {{}, {0, 1, 0}, {0, 0, 1}}},
+    };
+    const std::string side = ed.keyword("Enter an option [Top/Bottom/Front/BAck/Left/Right] <Top>", "Top Bottom Front BAck Left Right", "Top");
+    for (const Side& s : kSides)
+        if (side == s.keyword) {
+            showPlan(ed, s.ucs);
+            if (ed.vars().integer("UCSORTHO") != 0)
+                changeUcs(ed, s.ucs);
+        }
+}
+
+void view(Editor& ed)
+{
+    const std::string what = ed.keyword("Enter an option [?/Delete/Orthographic/Restore/Save/Window]", "? Delete Orthographic Restore Save Window");
+    what == "?" ? list(ed) : what == "Delete" ? erase(ed) : what == "Orthographic" ? orthographic(ed)
+        : what == "Restore" ? restore(ed) : what == "Save" ? save(ed) : window(ed);
+}
+
+const HostCommand kCommands[] = {
+    {"-VIEW", "-V", kPlain, "Saves views under names and brings them back.", view},
+    {"VIEW", "V", kPlain, "Saves views under names and brings them back.", view},
+};
+
+}
+
+std::span<const HostCommand> viewCommands() { return kCommands; }
+
+}

@@ -1,0 +1,27 @@
+// What the builders of several classes share.
+#pragma once
+
+#include "host/render/list_builder.h"
+
+namespace vk::render {
+
+// A spline into the current figure; one that is no valid curve is drawn through its points.
+void addSpline(ListBuilder& b, geom::Nurbs nurbs, const std::vector<VcGePoint3d>& fitPoints);
+
+// A vertex of a polyline in its plane.
+struct WidthVertex {
+    VcGePoint2d point;
+    double bulge = 0, startWidth = 0, endWidth = 0;
+};
+
+// One piece of a polyline into the current figure: its end, or the arc to it. The start has been added.
+void addBulge(ListBuilder& b, const geom::Frame& frame, const VcGePoint2d& from, const VcGePoint2d& to, double bulge);
+
+// Figures whose non-zero filling is the wide polyline: the pieces meet in mitres where they are equally wide.
+void addWideFigures(ListBuilder& b, const geom::Frame& frame, const std::vector<WidthVertex>& vertices, bool closed);
+
+// The arrow of a dimension style at the end of a line that comes from the given direction.
+void addArrow(ListBuilder& b, VcDbObjectId arrowBlock, const VcGePoint3d& tip, const VcGeVector3d& pointing,
+              const VcGeVector3d& normal, double size);
+
+}  // namespace vk::render

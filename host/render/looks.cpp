@@ -1,0 +1,109 @@
+#include "host/render/looks.h"
+
+#include "host/db/database.h"
+#include "sdk/vcdb_records.h"
+
+#include <algorithm>
+
+namespace vk::render {
+
+LookResolver::LookResolver(const DatabaseCore& db, ViewLooks view) : m_db(db), m_view(std::move(view))
+{
+    m_layer0 = db.findRecord(NameTable::Layer, "0");
+    m_byLayer = db.findRecord(NameTable::Linetype, "ByLayer");
+    m_byBlock = db.findRecord(NameTable::Linetype, "ByBlock");
+    m_continuous = db.findRecord(NameTable::Linetype, "Continuous");
+    const auto weight = db.header().integer("$LWDEFAULT", 25);
+    m_defaultWeightMm = double(weight >= 0 && weight <= 211 ? weight : 25) / 100;
+}
+
+LookResolver::Colour LookResolver::plainColour(const VcCmColor& colour) const
+{
+    if (!colour.isByColor() && colour.colorIndex() == VcCmColor::kAciForeground)
+        return {m_view.darkPage ? 0xffffffffu : 0xff000000u, true};
+    return {0xff000000u | (colour.rgb() & 0xffffff), false};
+}
+
+LookResolver::Colour LookResolver::colourOf(const VcCmColor& colour, const VcDbLayerTableRecord* layer,
+                                            const ResolvedLook* reference) const
+{
+    if (colour.isByLayer() && layer)
+        return layer->color().isByLayer() || layer->color().isByBlock() ? plainColour(VcCmColor::fromIndex(7)) : plainColour(layer->color());
+    if (colour.isByBlock() && reference)
+        return {reference->argb | 0xff000000u, reference->foreground};
+    if (colour.isByLayer() || colour.isByBlock())
+        return plainColour(VcCmColor::fromIndex(VcCmColor::kAciForeground));
+    return plainColour(colour);
+}
+
+std::uint32_t LookResolver::argbOf(const VcCmColor& colour, const ResolvedLook& look) const
+{
+    if (colour.isByLayer() || colour.isByBlock())
+        return look.argb;
+    return (plainColour(colour).argb & 0xffffff) | (look.argb & 0xff000000u);
+}
+
+const VcDbLinetypeTableRecord* LookResolver::linetypeOf(VcDbObjectId id, const VcDbLayerTableRecord* layer,
+                                                        const ResolvedLook* reference) const
+{
+    if (id == m_byBlock && !id.isNull())
+        return reference ? reference->linetype : nullptr;
+    if ((id.isNull() || id == m_byLayer) && layer)
+        id = layer->linetypeObjectId();
+    if (id == m_continuous)
+        return nullptr;
+    const auto* record = m_db.liveAs<VcDbLinetypeTableRecord>(id);
+    return record && !record->dashes().empty() && record->patternLength() > 0 ? record : nullptr;
+}
+
+double LookResolver::weightOf(int weight, const VcDbLayerTableRecord* layer, const ResolvedLook* reference) const
+{
+    if (weight == VcDb::kLnWtByBlock && reference)
+        return reference->weightMm;
+    if (weight == VcDb::kLnWtByLayer && layer)
+        weight = layer->lineWeight();
+    return weight >= 0 && weight <= VcDb::kLnWt211 ? weight / 100.0 : m_defaultWeightMm;
+}
+
+namespace {
+
+// Group 440: two in the third byte says a value of its own, whose low byte is the opacity.
+std::uint32_t withTransparency(std::uint32_t argb, const EntityProps& props, const ResolvedLook* reference)
+{
+    const std::uint32_t kind = std::uint32_t(props.transparency) >> 24;
+    std::uint32_t alpha = 0xff;
+    if (props.hasTransparency && kind == 2)
+        alpha = std::uint32_t(props.transparency) & 0xff;
+    else if (props.hasTransparency && kind == 1 && reference)
+        alpha = reference->argb >> 24;
+    return (argb & 0xffffff) | alpha << 24;
+}
+
+}
+
+ResolvedLook LookResolver::resolve(const EntityProps& props, const ResolvedLook* reference) const
+{
+    ResolvedLook look;
+    const bool inherits = reference && (props.layer == m_layer0 || props.layer.isNull());
+    look.layer = inherits ? reference->layer : props.layer.isNull() ? m_layer0 : props.layer;
+    const auto* layer = m_db.objectAs<VcDbLayerTableRecord>(look.layer);
+    if (layer) {
+        look.frozen = layer->isFrozen() || m_view.frozenLayers.contains(look.layer);
+        look.visible = !layer->isOff() && !look.frozen;
+    }
+    const Colour colour = colourOf(props.color, layer, reference);
+    look.argb = withTransparency(colour.argb, props, reference);
+    look.foreground = colour.foreground;
+    look.linetype = linetypeOf(props.linetype, layer, reference);
+    look.linetypeScale = props.linetypeScale > 0 ? props.linetypeScale : 1;
+    look.weightMm = weightOf(props.lineWeight, layer, reference);
+    return look;
+}
+
+const ResolvedLook& LookResolver::atTop(const EntityProps& props)
+{
+    const auto at = m_known.find(&props);
+    return at != m_known.end() ? at->second : m_known.emplace(&props, resolve(props, nullptr)).first->second;
+}
+
+}  // namespace vk::render

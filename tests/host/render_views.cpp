@@ -1,0 +1,124 @@
+// Layouts and what their viewports show of the model.
+#include "render_support.h"
+#include "sdk/vcdb_layout.h"
+#include "sdk/vcdb_viewport.h"
+
+using namespace rendertest;
+
+class RenderViews : public Picture {
+protected:
+    VcDbBlockTableRecord& paper() { return *db().objectAs<VcDbBlockTableRecord>(db().paperSpace()); }
+    std::string paperName() { return db().objectAs<VcDbLayout>(paper().getLayoutId())->nameUtf8(); }
+
+    // A square of 400 about the middle that shows the model at the given scale.
+    VcDbViewport& viewport(double scale, const VcGePoint2d& center = {0, 0})
+    {
+        auto* view = new VcDbViewport;
+        view->setNumber(2);
+        view->setCenterPoint({500, 500, 0});
+        view->setWidth(400);
+        view->setHeight(400);
+        view->setViewHeight(400 / scale);
+        view->setViewCenter(center);
+        view->setOn(true);
+        return add(view, {.colour = 3}, &paper());
+    }
+};
+
+TEST_F(RenderViews, ViewportsShowTheModelAtTheirScaleAndNothingOutside)
+{
+    line(-1000, 10, 1000, 10, {.colour = 1});
+    viewport(4);
+    paint(paperName());
+    EXPECT_EQ(at(500, 540), kRed);
+    EXPECT_EQ(at(310, 540), kRed);
+    EXPECT_FALSE(isInk(290, 540)) << "clipped";
+    EXPECT_EQ(at(300, 400), kGreen) << "the border";
+}
+
+TEST_F(RenderViews, ViewCenterTargetAndTwist)
+{
+    line(90, 0, 110, 0, {.colour = 1});
+    VcDbViewport& view = viewport(10, {100, 0});
+    paint(paperName());
+    EXPECT_EQ(at(590, 500), kRed);
+    EXPECT_FALSE(isInk(500, 590));
+    view.setViewTarget({100, 0, 0});
+    view.setViewCenter({0, 0});
+    view.setTwistAngle(M_PI / 2);
+    paint(paperName());
+    EXPECT_EQ(at(500, 590), kRed);
+    EXPECT_FALSE(isInk(590, 500));
+}
+
+TEST_F(RenderViews, ViewDirection)
+{
+    line(0, 0, 0, 10, {.colour = 1});
+    add(new VcDbLine({0, 0, 0}, {0, 0, 10}), {.colour = 5});
+    VcDbViewport& view = viewport(10);
+    view.setViewDirection({0, -1, 0});  // from the front: z is up
+    paint(paperName());
+    EXPECT_EQ(at(500, 590), kBlue);
+    auto* thick = new VcDbCircle({0, 0, 0}, {0, 0, 1}, 10);
+    thick->setThickness(10);
+    add(thick, {.colour = 6});
+    paint(paperName());
+    EXPECT_EQ(at(550, 600), 0xffff00ff) << "the upper rim of what has a thickness";
+    EXPECT_EQ(at(600, 550), 0xffff00ff) << "and what joins the rims";
+}
+
+TEST_F(RenderViews, LayersFrozenInOneViewport)
+{
+    line(-1000, 10, 1000, 10, {.layer = "WALL", .colour = 1});
+    viewport(4).freezeLayersInViewport({layer("WALL").objectId()});
+    paint(paperName());
+    EXPECT_FALSE(isInk(500, 540));
+    paint();
+    EXPECT_TRUE(isInk(500, 10)) << "the model itself still shows it";
+}
+
+TEST_F(RenderViews, ViewportsThatAreOffAreEmpty)
+{
+    line(-1000, 10, 1000, 10, {.colour = 1});
+    viewport(4).setOn(false);
+    paint(paperName());
+    EXPECT_FALSE(isInk(500, 540));
+}
+
+TEST_F(RenderViews, ClippedByACircle)
+{
+    line(-1000, 0, 1000, 0, {.colour = 1});
+    line(-1000, 40, 1000, 40, {.colour = 1});
+    auto& circle = add(new VcDbCircle({500, 500, 0}, {0, 0, 1}, 150), {.colour = 5}, &paper());
+    VcDbViewport& view = viewport(4);
+    view.setNonRectClipEntityId(circle.objectId());
+    view.setNonRectClipOn(true);
+    paint(paperName());
+    EXPECT_EQ(at(400, 500), kRed);
+    EXPECT_FALSE(isInk(345, 500));
+    EXPECT_FALSE(isInk(500, 660));
+    EXPECT_EQ(at(350, 500), kBlue);
+}
+
+// With PSLTSCALE dashes are as long on the sheet as their linetype says, whatever the scale.
+TEST_F(RenderViews, LinetypesOnTheSheet)
+{
+    linetype("DASHED", {60, -40});
+    line(-50, 0, 50, 0, {.colour = 1, .linetype = "DASHED"});
+    viewport(3);
+    db().header().setInteger("$PSLTSCALE", 70, 1);
+    paint(paperName());
+    EXPECT_TRUE(isInk(370, 500));
+    EXPECT_FALSE(isInk(400, 500));
+    EXPECT_TRUE(isInk(450, 500));
+    db().header().setInteger("$PSLTSCALE", 70, 0);
+    paint(paperName());
+    EXPECT_TRUE(isInk(400, 500));
+}
+
+TEST_F(RenderViews, LayoutsByName)
+{
+    EXPECT_TRUE(vk::render::findLayout(db(), "MODEL")->isModel);
+    EXPECT_EQ(vk::render::findLayout(db(), paperName())->block, paper().objectId());
+    EXPECT_FALSE(vk::render::findLayout(db(), "no such layout"));
+}
