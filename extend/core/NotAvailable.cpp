@@ -17,8 +17,6 @@ int reportNotAvailable(const wchar_t* name)
 #define NOT_AVAILABLE(handler, name) \
     void handler() { reportNotAvailable(L##name); }
 
-NOT_AVAILABLE(SAG_dimex, "DIMEX")
-NOT_AVAILABLE(SAG_dimim, "DIMIM")
 NOT_AVAILABLE(Dimreassoc, "DIMREASSOC")
 NOT_AVAILABLE(Extrim, "EXTRIM")
 NOT_AVAILABLE(Mpedit, "MPEDIT")

@@ -14,7 +14,8 @@ void registerHostCommands()
                                sessionCommands(), fileCommands(),
                                ucsCommands(), zoomCommands(), viewCommands(), spaceCommands(), layoutCommands(), viewportCommands(),
                                modeCommands(), blockCommands(), insertCommands(), wblockCommands(), xrefCommands(), purgeCommands(),
-                               groupCommands()})
+                               groupCommands(), linearDimensionCommands(), roundDimensionCommands(), leaderCommands(), dimensionEditCommands(),
+                               dimensionStyleCommands()})
         edit::CommandTable::instance().addHostCommands(family);
 }
 

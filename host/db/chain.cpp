@@ -250,6 +250,7 @@ RbPtr tableChainOf(VcDbObject& record)
     addFields(record, sink);
     RbBuilder chain;
     const auto* block = VcDbBlockTableRecord::cast(&record);
+    addReference(chain, -1, record.objectId());
     chain.addUtf8(0, block ? "BLOCK" : dxfNameOf(record));
     RbPtr all = whole.take();
     for (const resbuf* node = all.get(); node; node = node->rbnext)

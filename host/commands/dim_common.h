@@ -1,0 +1,54 @@
+// What the dimension commands share: the current style with its overrides, texts, and the plane of the UCS.
+#pragma once
+
+#include "host/commands/drawing.h"
+#include "host/db/database.h"
+#include "host/db/dim_format.h"
+#include "sdk/vcdb_dims.h"
+
+struct DimVariable;
+
+namespace vk::commands {
+
+// What the options Mtext, Text and Angle set for the dimension that is being made.
+struct DimChoices {
+    std::string text;             // override
+    std::optional<double> angle;  // of the text, from the UCS's X axis
+};
+
+// The variables in force: the current style with what has been set over it.
+VcDbDimVars currentDimVars(edit::Editor& ed);
+VcDbObjectId currentDimStyle(edit::Editor& ed);
+
+// Sets one variable as the entity's own.
+Vcad::ErrorStatus overrideDimVar(VcDbObject& entity, const DimVariable& variable, const VcDbDimVars& wanted);
+// A variable's value as people read it; an empty reference is a point.
+std::string dimVarText(const DatabaseCore& db, const DimVariable& variable, const VcDbDimVars& vars);
+// Sets every variable that is not as in the entity's style as the entity's own; gives back how many.
+int overrideDimVars(VcDbObject& entity, const VcDbDimVars& style, const VcDbDimVars& wanted);
+
+// Puts a new dimension into the space with the current style, in the plane of the UCS; reports what it measures.
+VcDbDimension& addDimension(edit::Editor& ed, std::unique_ptr<VcDbDimension> dimension, const DimChoices& choices);
+
+// Handles the keywords Mtext, Text and Angle; false for another one.
+bool takeTextChoice(edit::Editor& ed, const std::string& keyword, DimChoices& choices, const DimMeasure& measure);
+
+// The text of a measure in the current style, as prompts show it.
+std::string measureText(edit::Editor& ed, const DimMeasure& measure);
+
+// A live object of the class that a person picks; asked again for another one. Null for Enter where that ends.
+template <class... Classes>
+VcDbEntity* pickOf(edit::Editor& ed, std::string_view prompt, std::string_view refusal, bool enterEnds = false)
+{
+    for (;;) {
+        const edit::Answer a = ed.askEntity(prompt, {.enterEnds = enterEnds});
+        if (a.status != edit::Answer::Status::Value)
+            return nullptr;
+        auto* entity = VcDbEntity::cast(a.entity.isValid() ? DatabaseCore::of(a.entity)->object(a.entity) : nullptr);
+        if (entity && (entity->isKindOf(Classes::desc()) || ...))
+            return entity;
+        ed.printLine(refusal);
+    }
+}
+
+}  // namespace vk::commands

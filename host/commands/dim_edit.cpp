@@ -1,0 +1,222 @@
+// DIMTEDIT, DIMEDIT, DIMOVERRIDE: dimensions that are there.
+#include "host/base/unicode.h"
+#include "host/commands/dim_common.h"
+#include "host/commands/families.h"
+#include "host/db/rec_arrow_blocks.h"
+#include "host/db/rec_dim_variables.h"
+#include "sdk/vcdb_records.h"
+
+namespace vk::commands {
+
+namespace {
+
+using namespace edit;
+
+bool refusesLocked(Editor& ed, const VcDbEntity& entity)
+{
+    if (!isOnLockedLayer(entity))
+        return false;
+    ed.printLine(fmt::format("The dimension is on the locked layer \"{}\".", layerName(entity)));
+    return true;
+}
+
+// The selected dimensions, the rest counted; what else dimension variables apply to comes along where it is wanted.
+std::vector<VcDbEntity*> selectDimensions(Editor& ed, bool leadersToo)
+{
+    std::vector<VcDbEntity*> found;
+    std::size_t left = 0;
+    const auto objects = ed.select();
+    for (const VcDbObjectId id : objects->ids()) {
+        auto* entity = ed.db().liveAs<VcDbEntity>(id);
+        const bool fits = entity && (VcDbDimension::cast(entity) || (leadersToo && (VcDbLeader::cast(entity) || VcDbFcf::cast(entity))));
+        if (fits)
+            found.push_back(entity);
+        else
+            ++left;
+    }
+    if (left > 0)
+        ed.report("{} {} no dimension and stayed as it was.", left, left == 1 ? "was" : "were");
+    return found;
+}
+
+void redraw(VcDbEntity& entity)
+{
+    if (auto* dimension = VcDbDimension::cast(&entity))
+        dimension->recomputeDimBlock();
+    else if (auto* leader = VcDbLeader::cast(&entity))
+        leader->evaluateLeader();
+}
+
+// Home: the text's own place and angle.
+void sendHome(VcDbDimension& d)
+{
+    d.useDefaultTextPosition();
+    d.setTextRotation(0);
+    d.recomputeDimBlock();
+}
+
+// DIMJUST is the dimension's own from then on.
+void justify(VcDbDimension& d, std::int16_t dimjust)
+{
+    d.useDefaultTextPosition();
+    VcDbDimOverrides(d).setInteger(findDimVariable("DIMJUST")->code, dimjust);
+    d.recomputeDimBlock();
+}
+
+void dimTextEdit(Editor& ed)
+{
+    auto* d = static_cast<VcDbDimension*>(pickOf<VcDbDimension>(ed, "Select dimension", "A dimension is wanted."));
+    if (refusesLocked(ed, *d))
+        throw CommandError{"Nothing was changed."};
+    const Answer a = ed.askPoint("Specify new location for dimension text or [Left/Right/Center/Home/Angle]",
+                                 {.keywords = "Left Right Center Home Angle", .from = fromWorld(ed, d->textPosition())});
+    if (a.status == Answer::Status::Value) {
+        d->setTextPosition(toWorld(ed, a.point));
+        d->recomputeDimBlock();
+    } else if (a.text == "Home") {
+        sendHome(*d);
+    } else if (a.text == "Angle") {
+        d->setTextRotation(ed.askAngle("Specify angle for dimension text").real);
+        d->recomputeDimBlock();
+    } else {
+        justify(*d, a.text == "Left" ? 1 : a.text == "Right" ? 2 : 0);
+    }
+}
+
+Vcad::ErrorStatus setOblique(VcDbDimension& d, double angle)
+{
+    if (auto* aligned = VcDbAlignedDimension::cast(&d))
+        return aligned->setOblique(angle);
+    if (auto* rotated = VcDbRotatedDimension::cast(&d))
+        return rotated->setOblique(angle);
+    return Vcad::eNotApplicable;
+}
+
+void oblique(Editor& ed, const std::vector<VcDbEntity*>& dimensions)
+{
+    const Answer a = ed.askAngle("Enter obliquing angle (press ENTER for none)", {.enterEnds = true});
+    const double angle = a.status == Answer::Status::Enter ? 0 : a.real + ucsTwist(ed);
+    std::size_t left = 0;
+    for (VcDbEntity* entity : dimensions) {
+        if (setOblique(static_cast<VcDbDimension&>(*entity), angle) == Vcad::eOk)
+            redraw(*entity);
+        else
+            ++left;
+    }
+    if (left > 0)
+        ed.report("{} without straight extension lines stayed as {}.", left, left == 1 ? "it was" : "they were");
+}
+
+void dimEdit(Editor& ed)
+{
+    const std::string kind = ed.keyword("Enter type of dimension editing [Home/New/Rotate/Oblique] <Home>", "Home New Rotate Oblique", "Home");
+    std::string text;
+    double angle = 0;
+    if (kind == "New")
+        text = ed.text("Enter dimension text <<>>", std::string("<>"));
+    else if (kind == "Rotate")
+        angle = ed.askAngle("Specify angle for dimension text").real;
+    const auto dimensions = selectDimensions(ed, false);
+    if (dimensions.empty())
+        return;
+    if (kind == "Oblique")
+        return oblique(ed, dimensions);
+    for (VcDbEntity* entity : dimensions) {
+        auto& d = static_cast<VcDbDimension&>(*entity);
+        if (kind == "Home") {
+            sendHome(d);
+            continue;
+        }
+        if (kind == "New")
+            d.setDimensionText(utf8ToWide(text == "<>" ? std::string() : text).c_str());
+        else
+            d.setTextRotation(angle);
+        d.recomputeDimBlock();
+    }
+}
+
+// DIMOVERRIDE
+
+struct NewValue {
+    const DimVariable* variable;
+    VcDbDimVars holder;  // the value in its member
+};
+
+const DimVariable* askVariable(Editor& ed, std::string_view prompt, bool mayClear, bool& clear)
+{
+    for (;;) {
+        const std::string name = ed.word(prompt, std::string());
+        clear = mayClear && equalNoCase(name, "CLEAR");
+        if (name.empty() || clear || (mayClear && equalNoCase(name, "C") && (clear = true)))
+            return nullptr;
+        const DimVariable* v = findDimVariable(std::string_view(name));
+        if (v && v->isIn(DxfVersion::Newest))
+            return v;
+        ed.printLine(fmt::format("There is no dimension variable \"{}\".", name));
+    }
+}
+
+VcDbObjectId recordNamed(Editor& ed, const DimVariable& v, const std::string& name)
+{
+    if (name.empty() || name == ".")
+        return {};
+    const VcDbObjectId id = v.kind == DimVariable::Kind::Arrow ? arrowBlock(ed.db(), name) : ed.db().findRecord(v.recordTable(), name);
+    if (id.isNull())
+        throw CommandError{fmt::format("The drawing has no \"{}\" for {}.", name, v.name)};
+    return id;
+}
+
+NewValue askValue(Editor& ed, const DimVariable& v)
+{
+    NewValue value{&v, currentDimVars(ed)};
+    const std::string now = dimVarText(ed.db(), v, value.holder);
+    const std::string prompt = fmt::format("Enter new value for dimension variable <{}>", now);
+    if (v.kind == DimVariable::Kind::Number)
+        setDimNumber(value.holder, v, double(ed.integer("Enter new value for dimension variable", std::int64_t(dimNumber(value.holder, v)))));
+    else if (v.isNumber())
+        setDimNumber(value.holder, v, ed.real("Enter new value for dimension variable", dimNumber(value.holder, v)));
+    else if (const auto* text = std::get_if<std::string VcDbDimVars::*>(&v.member))
+        value.holder.**text = ed.text(prompt, now);
+    else
+        value.holder.*std::get<VcDbObjectId VcDbDimVars::*>(v.member) = recordNamed(ed, v, ed.word(prompt, now));
+    return value;
+}
+
+void clearOwn(VcDbEntity& entity)
+{
+    for (const DimVariable& v : dimVariables())
+        VcDbDimOverrides(entity).remove(v.code);
+}
+
+void dimOverride(Editor& ed)
+{
+    bool clear = false;
+    std::vector<NewValue> values;
+    const DimVariable* v = askVariable(ed, "Enter dimension variable name to override or [Clear overrides]", true, clear);
+    while (v) {
+        values.push_back(askValue(ed, *v));
+        v = askVariable(ed, "Enter dimension variable name to override", false, clear);
+        clear = false;
+    }
+    if (values.empty() && !clear)
+        return;
+    for (VcDbEntity* entity : selectDimensions(ed, true)) {
+        if (values.empty())
+            clearOwn(*entity);
+        for (const NewValue& value : values)
+            overrideDimVar(*entity, *value.variable, value.holder);
+        redraw(*entity);
+    }
+}
+
+const HostCommand kCommands[] = {
+    {"DIMTEDIT", nullptr, kPlain, "Moves or turns the text of a dimension.", dimTextEdit},
+    {"DIMEDIT", "DED", kUsesPickSet, "Changes texts and extension lines of dimensions.", dimEdit},
+    {"DIMOVERRIDE", "DOV", kUsesPickSet, "Sets dimension variables of single dimensions.", dimOverride},
+};
+
+}
+
+std::span<const HostCommand> dimensionEditCommands() { return kCommands; }
+
+}  // namespace vk::commands

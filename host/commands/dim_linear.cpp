@@ -1,0 +1,237 @@
+// DIMLINEAR, DIMALIGNED, DIMBASELINE, DIMCONTINUE.
+#include "host/commands/dim_common.h"
+#include "host/commands/families.h"
+#include "sdk/vcdb_curves.h"
+#include "sdk/vcdb_insert.h"
+#include "sdk/vcdb_tables.h"
+
+namespace vk::commands {
+
+namespace {
+
+using namespace edit;
+
+// Both ends of what is measured, in the UCS.
+struct Ends {
+    VcGePoint3d first, second;
+};
+
+Ends endsOf(Editor& ed, const VcDbEntity& object, const VcGePoint3d& pick)
+{
+    if (const auto* line = VcDbLine::cast(&object))
+        return {fromWorld(ed, line->startPoint()), fromWorld(ed, line->endPoint())};
+    if (const auto* arc = VcDbArc::cast(&object))
+        return {fromWorld(ed, arc->startPoint()), fromWorld(ed, arc->endPoint())};
+    // A circle from the pick across to the other side.
+    const auto& circle = static_cast<const VcDbCircle&>(object);
+    const VcGePoint3d center = fromWorld(ed, circle.center());
+    const VcGeVector3d away = pick - center;
+    const VcGeVector3d out = std::abs(away.x) >= std::abs(away.y) ? VcGeVector3d(circle.radius(), 0, 0) : VcGeVector3d(0, circle.radius(), 0);
+    return {center - out, center + out};
+}
+
+Ends askObject(Editor& ed)
+{
+    for (;;) {
+        const Answer a = ed.askEntity("Select object to dimension");
+        const auto* object = ed.db().liveAs<VcDbEntity>(a.entity);
+        if (object && (VcDbLine::cast(object) || VcDbArc::cast(object) || VcDbCircle::cast(object)))
+            return endsOf(ed, *object, a.hasPoint ? a.point : VcGePoint3d());
+        ed.printLine("A line, an arc or a circle is wanted.");
+    }
+}
+
+Ends askEnds(Editor& ed)
+{
+    const Answer a = ed.askPoint("Specify first extension line origin or <select object>", {.enterEnds = true});
+    if (a.status == Answer::Status::Enter)
+        return askObject(ed);
+    return {a.point, ed.point("Specify second extension line origin", {.from = a.point})};
+}
+
+// Beside the two points lies a vertical dimension, above or below them a horizontal one; in a corner the farther side wins.
+bool wantsHorizontal(const Ends& ends, const VcGePoint3d& at)
+{
+    const auto beyond = [](double a, double b, double v) { return std::max({std::min(a, b) - v, v - std::max(a, b), 0.0}); };
+    const double x = beyond(ends.first.x, ends.second.x, at.x), y = beyond(ends.first.y, ends.second.y, at.y);
+    if (x == y)
+        return std::abs(ends.second.x - ends.first.x) >= std::abs(ends.second.y - ends.first.y);
+    return y > x;
+}
+
+double lengthAt(const Ends& ends, double angle)
+{
+    const VcGeVector3d v = ends.second - ends.first;
+    return std::abs(v.x * std::cos(angle) + v.y * std::sin(angle));
+}
+
+// Where the line through the point at that angle meets the second extension line.
+VcGePoint3d onSecond(const Ends& ends, double angle, const VcGePoint3d& through)
+{
+    const VcGeVector3d up(-std::sin(angle), std::cos(angle), 0);
+    return ends.second + up * (through - ends.second).dotProduct(up);
+}
+
+std::unique_ptr<VcDbRotatedDimension> rotatedDimension(Editor& ed, const Ends& ends, double angle, const VcGePoint3d& through)
+{
+    auto made = std::make_unique<VcDbRotatedDimension>();
+    made->setXLine1Point(toWorld(ed, ends.first));
+    made->setXLine2Point(toWorld(ed, ends.second));
+    made->setDimLinePoint(toWorld(ed, onSecond(ends, angle, through)));
+    made->setRotation(angle + ucsTwist(ed));
+    return made;
+}
+
+std::unique_ptr<VcDbAlignedDimension> alignedDimension(Editor& ed, const Ends& ends, const VcGePoint3d& through)
+{
+    const VcGeVector3d v = ends.second - ends.first;
+    auto made = std::make_unique<VcDbAlignedDimension>();
+    made->setXLine1Point(toWorld(ed, ends.first));
+    made->setXLine2Point(toWorld(ed, ends.second));
+    made->setDimLinePoint(toWorld(ed, onSecond(ends, std::atan2(v.y, v.x), through)));
+    return made;
+}
+
+VcDbObjectId& lastLinear()
+{
+    static VcDbObjectId id;
+    return id;
+}
+
+void finish(Editor& ed, std::unique_ptr<VcDbDimension> made, const DimChoices& choices)
+{
+    const VcDbDimension& added = addDimension(ed, std::move(made), choices);
+    lastLinear() = added.objectId();
+    ed.report("Dimension text = {}", measureText(ed, {added.measurement(), DimMeasure::Kind::Length}));
+}
+
+void dimLinear(Editor& ed)
+{
+    const Ends ends = askEnds(ed);
+    DimChoices choices;
+    std::optional<double> angle;
+    for (;;) {
+        const Answer a = ed.askPoint("Specify dimension line location or [Mtext/Text/Angle/Horizontal/Vertical/Rotated]",
+                                     {.keywords = "Mtext Text Angle Horizontal Vertical Rotated", .from = ends.second});
+        if (a.status == Answer::Status::Value) {
+            const double direction = angle ? *angle : wantsHorizontal(ends, a.point) ? 0 : M_PI / 2;
+            return finish(ed, rotatedDimension(ed, ends, direction, a.point), choices);
+        }
+        if (a.text == "Horizontal")
+            angle = 0;
+        else if (a.text == "Vertical")
+            angle = M_PI / 2;
+        else if (a.text == "Rotated")
+            angle = ed.askAngle("Specify angle of dimension line").real;
+        else
+            takeTextChoice(ed, a.text, choices, {lengthAt(ends, angle.value_or(0)), DimMeasure::Kind::Length});
+    }
+}
+
+void dimAligned(Editor& ed)
+{
+    const Ends ends = askEnds(ed);
+    DimChoices choices;
+    for (;;) {
+        const Answer a = ed.askPoint("Specify dimension line location or [Mtext/Text/Angle]", {.keywords = "Mtext Text Angle", .from = ends.second});
+        if (a.status == Answer::Status::Value)
+            return finish(ed, alignedDimension(ed, ends, a.point), choices);
+        takeTextChoice(ed, a.text, choices, {ends.first.distanceTo(ends.second), DimMeasure::Kind::Length});
+    }
+}
+
+// What the next dimension of a row starts from, in the UCS.
+struct Base {
+    VcGePoint3d first, second, line;
+    double angle = 0;
+};
+
+Base baseOf(Editor& ed, const VcDbDimension& dimension)
+{
+    Base b;
+    if (const auto* rotated = VcDbRotatedDimension::cast(&dimension)) {
+        b = {rotated->xLine1Point(), rotated->xLine2Point(), rotated->dimLinePoint(), rotated->rotation() - ucsTwist(ed)};
+    } else {
+        const auto& aligned = static_cast<const VcDbAlignedDimension&>(dimension);
+        b = {aligned.xLine1Point(), aligned.xLine2Point(), aligned.dimLinePoint(), 0};
+    }
+    for (VcGePoint3d* p : {&b.first, &b.second, &b.line})
+        *p = fromWorld(ed, *p);
+    if (dimension.isKindOf(VcDbAlignedDimension::desc())) {
+        const VcGeVector3d v = b.second - b.first;
+        b.angle = std::atan2(v.y, v.x);
+    }
+    return b;
+}
+
+VcDbDimension* selectBase(Editor& ed, const char* prompt)
+{
+    return static_cast<VcDbDimension*>(
+        pickOf<VcDbRotatedDimension, VcDbAlignedDimension>(ed, prompt, "A linear or an aligned dimension is wanted.", true));
+}
+
+VcDbDimension* startBase(Editor& ed, const char* prompt)
+{
+    if (auto* last = ed.db().liveAs<VcDbDimension>(lastLinear()))
+        return last;
+    return selectBase(ed, prompt);
+}
+
+// From one baseline to the next: DIMDLI, away from what is measured.
+VcGePoint3d steppedLine(Editor& ed, const Base& b)
+{
+    const VcDbDimVars vars = currentDimVars(ed);
+    const VcGeVector3d up(-std::sin(b.angle), std::cos(b.angle), 0);
+    const double side = (b.line - b.first).dotProduct(up) < 0 ? -1 : 1;
+    return b.line + up * (side * vars.dimdli * (vars.dimscale > 0 ? vars.dimscale : 1));
+}
+
+// Dimensions that follow one another: from the same first line, or from the end of the one before.
+void dimRow(Editor& ed, bool fromBase)
+{
+    const char* const select = fromBase ? "Select base dimension" : "Select continued dimension";
+    VcDbDimension* from = startBase(ed, select);
+    std::vector<VcDbObjectId> made;
+    std::vector<VcDbObjectId> before;
+    while (from) {
+        const Base b = baseOf(ed, *from);
+        const VcGePoint3d origin = fromBase ? b.first : b.second;
+        const Answer a = ed.askPoint("Specify second extension line origin or [Select/Undo] <Select>",
+                                     {.keywords = "Select Undo", .from = origin, .enterEnds = true});
+        if (a.status == Answer::Status::Value) {
+            const VcGePoint3d through = fromBase ? steppedLine(ed, b) : b.line;
+            before.push_back(from->objectId());
+            finish(ed, rotatedDimension(ed, {origin, a.point}, b.angle, through), {});
+            made.push_back(lastLinear());
+            from = ed.db().liveAs<VcDbDimension>(lastLinear());
+        } else if (a.status == Answer::Status::Keyword && a.text == "Undo") {
+            if (made.empty()) {
+                ed.printLine("There is nothing to take back.");
+                continue;
+            }
+            ed.db().object(made.back())->erase();
+            made.pop_back();
+            lastLinear() = before.back();
+            before.pop_back();
+            from = ed.db().liveAs<VcDbDimension>(lastLinear());
+        } else {
+            from = selectBase(ed, select);
+        }
+    }
+}
+
+void dimBaseline(Editor& ed) { dimRow(ed, true); }
+void dimContinue(Editor& ed) { dimRow(ed, false); }
+
+const HostCommand kCommands[] = {
+    {"DIMLINEAR", "DLI", kPlain, "Dimensions a horizontal, vertical or turned distance.", dimLinear},
+    {"DIMALIGNED", "DAL", kPlain, "Dimensions the distance between two points.", dimAligned},
+    {"DIMBASELINE", "DBA", kPlain, "Goes on from the first line of a dimension.", dimBaseline},
+    {"DIMCONTINUE", "DCO", kPlain, "Goes on from the second line of a dimension.", dimContinue},
+};
+
+}
+
+std::span<const HostCommand> linearDimensionCommands() { return kCommands; }
+
+}  // namespace vk::commands

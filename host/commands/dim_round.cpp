@@ -1,0 +1,266 @@
+// DIMRADIUS, DIMDIAMETER, DIMJOGGED, DIMANGULAR, DIMARC, DIMORDINATE.
+#include "host/commands/dim_common.h"
+#include "host/commands/families.h"
+#include "sdk/vcdb_curves.h"
+
+namespace vk::commands {
+
+namespace {
+
+using namespace edit;
+
+// A circle or an arc, in the UCS.
+struct Round {
+    VcGePoint3d center;
+    double radius = 0;
+    std::optional<VcGePoint3d> start, end;
+};
+
+Round roundOf(Editor& ed, const VcDbEntity& object)
+{
+    if (const auto* arc = VcDbArc::cast(&object))
+        return {fromWorld(ed, arc->center()), arc->radius(), fromWorld(ed, arc->startPoint()), fromWorld(ed, arc->endPoint())};
+    const auto& circle = static_cast<const VcDbCircle&>(object);
+    return {fromWorld(ed, circle.center()), circle.radius(), {}, {}};
+}
+
+Round askRound(Editor& ed)
+{
+    return roundOf(ed, *pickOf<VcDbArc, VcDbCircle>(ed, "Select arc or circle", "A circle or an arc is wanted."));
+}
+
+VcGePoint3d onRound(const Round& r, const VcGePoint3d& towards, double sign = 1)
+{
+    VcGeVector3d v = towards - r.center;
+    v.z = 0;
+    return r.center + (v.length() > 0 ? v.normal() : VcGeVector3d::xAxis()) * (sign * r.radius);
+}
+
+void reportLength(Editor& ed, const VcDbDimension& d, DimMeasure::Kind kind)
+{
+    ed.report("Dimension text = {}", measureText(ed, {d.measurement(), kind}));
+}
+
+// The point that a person gives is where the text goes.
+VcGePoint3d askLocation(Editor& ed, const Round& r, DimChoices& choices, const DimMeasure& measure)
+{
+    for (;;) {
+        const Answer a = ed.askPoint("Specify dimension line location or [Mtext/Text/Angle]", {.keywords = "Mtext Text Angle", .from = r.center});
+        if (a.status == Answer::Status::Value)
+            return a.point;
+        takeTextChoice(ed, a.text, choices, measure);
+    }
+}
+
+void dimRadius(Editor& ed)
+{
+    const Round r = askRound(ed);
+    ed.report("Dimension text = {}", measureText(ed, {r.radius, DimMeasure::Kind::Length}));
+    DimChoices choices;
+    const VcGePoint3d at = askLocation(ed, r, choices, {r.radius, DimMeasure::Kind::Length});
+    auto made = std::make_unique<VcDbRadialDimension>();
+    made->setNormal(ucsNormal(ed));
+    made->setCenter(toWorld(ed, r.center));
+    made->setChordPoint(toWorld(ed, onRound(r, at)));
+    made->setTextPosition(toWorld(ed, at));
+    addDimension(ed, std::move(made), choices);
+}
+
+void dimDiameter(Editor& ed)
+{
+    const Round r = askRound(ed);
+    ed.report("Dimension text = {}", measureText(ed, {2 * r.radius, DimMeasure::Kind::Length}));
+    DimChoices choices;
+    const VcGePoint3d at = askLocation(ed, r, choices, {2 * r.radius, DimMeasure::Kind::Length});
+    auto made = std::make_unique<VcDbDiametricDimension>();
+    made->setNormal(ucsNormal(ed));
+    made->setChordPoint(toWorld(ed, onRound(r, at)));
+    made->setFarChordPoint(toWorld(ed, onRound(r, at, -1)));
+    made->setTextPosition(toWorld(ed, at));
+    addDimension(ed, std::move(made), choices);
+}
+
+void dimJogged(Editor& ed)
+{
+    const Round r = askRound(ed);
+    const VcGePoint3d center = ed.point("Specify center location override", {.from = r.center});
+    ed.report("Dimension text = {}", measureText(ed, {r.radius, DimMeasure::Kind::Length}));
+    DimChoices choices;
+    const VcGePoint3d at = askLocation(ed, r, choices, {r.radius, DimMeasure::Kind::Length});
+    const VcGePoint3d jog = ed.point("Specify jog location", {.from = at});
+    auto made = std::make_unique<VcDbRadialDimensionLarge>();
+    made->setNormal(ucsNormal(ed));
+    made->setCenter(toWorld(ed, r.center));
+    made->setChordPoint(toWorld(ed, onRound(r, at)));
+    made->setOverrideCenter(toWorld(ed, center));
+    made->setJogPoint(toWorld(ed, jog));
+    made->setJogAngle(currentDimVars(ed).dimjogang);
+    addDimension(ed, std::move(made), choices);
+}
+
+// Angles
+
+struct Lines {
+    VcGePoint3d a, b, c, d;
+};
+
+std::optional<VcGePoint3d> crossing(const Lines& l)
+{
+    const VcGeVector3d u = l.b - l.a, v = l.d - l.c, w = l.c - l.a;
+    const double cross = u.x * v.y - u.y * v.x;
+    if (std::abs(cross) <= 1e-12 * u.length() * v.length())
+        return std::nullopt;
+    return l.a + u * ((w.x * v.y - w.y * v.x) / cross);
+}
+
+std::unique_ptr<VcDbDimension> betweenLines(Editor& ed, const Lines& l, const VcGePoint3d& arc)
+{
+    auto made = std::make_unique<VcDb2LineAngularDimension>();
+    made->setNormal(ucsNormal(ed));
+    made->setXLine1Start(toWorld(ed, l.a));
+    made->setXLine1End(toWorld(ed, l.b));
+    made->setXLine2Start(toWorld(ed, l.c));
+    made->setXLine2End(toWorld(ed, l.d));
+    made->setArcPoint(toWorld(ed, arc));
+    return made;
+}
+
+std::unique_ptr<VcDbDimension> aboutPoint(Editor& ed, const VcGePoint3d& center, const VcGePoint3d& first, const VcGePoint3d& second, const VcGePoint3d& arc)
+{
+    auto made = std::make_unique<VcDb3PointAngularDimension>();
+    made->setCenterPoint(toWorld(ed, center));
+    made->setXLine1Point(toWorld(ed, first));
+    made->setXLine2Point(toWorld(ed, second));
+    made->setArcPoint(toWorld(ed, arc));
+    return made;
+}
+
+VcGePoint3d askArcLocation(Editor& ed, DimChoices& choices, const VcGePoint3d& from, double angle)
+{
+    for (;;) {
+        const Answer a = ed.askPoint("Specify dimension arc line location or [Mtext/Text/Angle]", {.keywords = "Mtext Text Angle", .from = from});
+        if (a.status == Answer::Status::Value)
+            return a.point;
+        takeTextChoice(ed, a.text, choices, {angle, DimMeasure::Kind::Angle});
+    }
+}
+
+void finishAngle(Editor& ed, std::unique_ptr<VcDbDimension> made, const DimChoices& choices)
+{
+    reportLength(ed, addDimension(ed, std::move(made), choices), DimMeasure::Kind::Angle);
+}
+
+double angleAt(const VcGePoint3d& center, const VcGePoint3d& first, const VcGePoint3d& second)
+{
+    return (first - center).angleTo(second - center);
+}
+
+void angleOfThreePoints(Editor& ed, const VcGePoint3d& center, const VcGePoint3d& first, const VcGePoint3d& second)
+{
+    if (center.distanceTo(first) == 0 || center.distanceTo(second) == 0)
+        throw CommandError{"The angle's ends must not lie on its vertex."};
+    DimChoices choices;
+    const VcGePoint3d at = askArcLocation(ed, choices, center, angleAt(center, first, second));
+    finishAngle(ed, aboutPoint(ed, center, first, second, at), choices);
+}
+
+void angleOfLines(Editor& ed, const VcDbLine& first)
+{
+    const auto& second = static_cast<const VcDbLine&>(*pickOf<VcDbLine>(ed, "Select second line", "A line is wanted."));
+    const Lines l{fromWorld(ed, first.startPoint()), fromWorld(ed, first.endPoint()), fromWorld(ed, second.startPoint()), fromWorld(ed, second.endPoint())};
+    const auto vertex = crossing(l);
+    if (!vertex)
+        throw CommandError{"The lines are parallel and have no angle."};
+    DimChoices choices;
+    const VcGePoint3d at = askArcLocation(ed, choices, *vertex, (l.b - l.a).angleTo(l.d - l.c));
+    finishAngle(ed, betweenLines(ed, l, at), choices);
+}
+
+void dimAngular(Editor& ed)
+{
+    for (;;) {
+        const Answer a = ed.askEntity("Select arc, circle, line, or <specify vertex>", {.enterEnds = true});
+        if (a.status == Answer::Status::Enter) {
+            const VcGePoint3d center = ed.point("Specify angle vertex");
+            const VcGePoint3d first = ed.point("Specify first angle endpoint", {.from = center});
+            return angleOfThreePoints(ed, center, first, ed.point("Specify second angle endpoint", {.from = center}));
+        }
+        const auto* object = ed.db().liveAs<VcDbEntity>(a.entity);
+        if (const auto* line = VcDbLine::cast(object))
+            return angleOfLines(ed, *line);
+        if (object && VcDbArc::cast(object)) {
+            const Round r = roundOf(ed, *object);
+            return angleOfThreePoints(ed, r.center, *r.start, *r.end);
+        }
+        if (object && VcDbCircle::cast(object)) {
+            const Round r = roundOf(ed, *object);
+            const VcGePoint3d first = onRound(r, a.hasPoint ? a.point : r.center);
+            return angleOfThreePoints(ed, r.center, first, ed.point("Specify second angle endpoint", {.from = r.center}));
+        }
+        ed.printLine("A line, an arc or a circle is wanted.");
+    }
+}
+
+void dimArc(Editor& ed)
+{
+    const Round r = roundOf(ed, *pickOf<VcDbArc>(ed, "Select arc", "An arc is wanted."));
+    DimChoices choices;
+    const VcGeVector3d a = *r.start - r.center, b = *r.end - r.center;
+    const double sweep = std::fmod(std::atan2(b.y, b.x) - std::atan2(a.y, a.x) + 4 * M_PI, 2 * M_PI);
+    for (;;) {
+        const Answer at = ed.askPoint("Specify arc length dimension location or [Mtext/Text/Angle]", {.keywords = "Mtext Text Angle", .from = r.center});
+        if (at.status != Answer::Status::Value) {
+            takeTextChoice(ed, at.text, choices, {r.radius * sweep, DimMeasure::Kind::Length});
+            continue;
+        }
+        // The dimension's arc lies on the side of the arc itself, whatever side the point is on.
+        const double middle = std::atan2(a.y, a.x) + sweep / 2;
+        const VcGePoint3d through = r.center + VcGeVector3d(std::cos(middle), std::sin(middle), 0) * r.center.distanceTo(at.point);
+        auto made = std::make_unique<VcDbArcDimension>();
+        made->setCenterPoint(toWorld(ed, r.center));
+        made->setXLine1Point(toWorld(ed, *r.start));
+        made->setXLine2Point(toWorld(ed, *r.end));
+        made->setArcPoint(toWorld(ed, through));
+        return reportLength(ed, addDimension(ed, std::move(made), choices), DimMeasure::Kind::Length);
+    }
+}
+
+void dimOrdinate(Editor& ed)
+{
+    const VcGePoint3d feature = ed.point("Specify feature location");
+    DimChoices choices;
+    std::optional<bool> useX;
+    for (;;) {
+        const Answer a = ed.askPoint("Specify leader endpoint or [Xdatum/Ydatum/Mtext/Text/Angle]",
+                                     {.keywords = "Xdatum Ydatum Mtext Text Angle", .from = feature});
+        if (a.status == Answer::Status::Value) {
+            // A leader that runs up or down tells the X coordinate.
+            const bool x = useX.value_or(std::abs(a.point.y - feature.y) > std::abs(a.point.x - feature.x));
+            auto made = std::make_unique<VcDbOrdinateDimension>();
+            made->setOrigin(toWorld(ed, VcGePoint3d()));
+            made->setDefiningPoint(toWorld(ed, feature));
+            made->setLeaderEndPoint(toWorld(ed, a.point));
+            x ? made->useXAxis() : made->useYAxis();
+            return reportLength(ed, addDimension(ed, std::move(made), choices), DimMeasure::Kind::Length);
+        }
+        if (a.text == "Xdatum" || a.text == "Ydatum")
+            useX = a.text == "Xdatum";
+        else
+            takeTextChoice(ed, a.text, choices, {std::abs(useX.value_or(true) ? feature.x : feature.y), DimMeasure::Kind::Length});
+    }
+}
+
+const HostCommand kCommands[] = {
+    {"DIMRADIUS", "DRA", kPlain, "Dimensions the radius of a circle or an arc.", dimRadius},
+    {"DIMDIAMETER", "DDI", kPlain, "Dimensions the diameter of a circle or an arc.", dimDiameter},
+    {"DIMJOGGED", "DJO", kPlain, "Dimensions a radius whose centre is far away.", dimJogged},
+    {"DIMANGULAR", "DAN", kPlain, "Dimensions an angle.", dimAngular},
+    {"DIMARC", "DAR", kPlain, "Dimensions the length of an arc.", dimArc},
+    {"DIMORDINATE", "DOR", kPlain, "Dimensions a coordinate.", dimOrdinate},
+};
+
+}
+
+std::span<const HostCommand> roundDimensionCommands() { return kCommands; }
+
+}  // namespace vk::commands
