@@ -20,9 +20,6 @@ VcDbViewportTableRecord* activeRecord(const DatabaseCore& db)
     return db.liveAs<VcDbViewportTableRecord>(db.findRecord(NameTable::Viewport, "*Active"));
 }
 
-// Files of releases before 2000 have the model's system in the header alone.
-bool recordsKeepIt(const DatabaseCore& db) { return !db.origin.fromFile || db.origin.version >= DxfVersion::R2000; }
-
 CoordinateSystem fromHeader(const DatabaseCore& db, const HeaderNames& names)
 {
     const auto get = [&](const char* name, const VcGeVector3d& byDefault) {
@@ -67,12 +64,19 @@ CoordinateSystem currentUcs(const DatabaseCore& db)
 {
     if (isOnSheet(db))
         return sound(fromHeader(db, kSheet));
-    const VcDbViewportTableRecord* record = recordsKeepIt(db) ? activeRecord(db) : nullptr;
+    const VcDbViewportTableRecord* record = activeRecord(db);
     if (!record)
         return sound(fromHeader(db, kModel));
     CoordinateSystem ucs;
     record->getUcs(ucs.origin, ucs.x, ucs.y);
     return sound(ucs);
+}
+
+void adoptHeaderUcs(DatabaseCore& db)
+{
+    const CoordinateSystem ucs = sound(fromHeader(db, kModel));
+    if (VcDbViewportTableRecord* record = activeRecord(db); record && !ucs.isWorld())
+        record->setUcs(ucs.origin, ucs.x, ucs.y);
 }
 
 void setCurrentUcs(DatabaseCore& db, const CoordinateSystem& ucs)

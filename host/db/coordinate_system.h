@@ -19,5 +19,7 @@ struct VKHOST_API CoordinateSystem {
 
 // Of the current space. What a file says that is no system at all counts as the world.
 VKHOST_API CoordinateSystem currentUcs(const DatabaseCore& db);
+// The header's system becomes that of the model's active viewport: for files that keep it in the header alone.
+VKHOST_API void adoptHeaderUcs(DatabaseCore& db);
 // Axes must be unit vectors at right angles.
 VKHOST_API void setCurrentUcs(DatabaseCore& db, const CoordinateSystem& ucs);

@@ -1,6 +1,7 @@
 #include "host/db/standard_objects.h"
 
 #include "host/base/unicode.h"
+#include "host/db/coordinate_system.h"
 #include "host/db/database.h"
 #include "host/db/rec_dim_variables.h"
 #include "host/db/standard_header.h"
@@ -50,13 +51,15 @@ private:
     const bool m_isNew;
     const bool m_isComplete;  // of a release that has everything; what it lacks it does without
     const bool m_metric;
+    bool m_headerKeepsUcs;  // and no viewport's record does
 };
 
 bool isMetric(const DatabaseCore& db) { return db.header().integer("$MEASUREMENT", db.origin.fromFile ? 0 : 1) == 1; }
 
 StandardObjects::StandardObjects(DatabaseCore& db)
     : m_db(db), m_isNew(!db.origin.fromFile && db.rootDictionary().isNull()),
-      m_isComplete(db.origin.fromFile && db.origin.version >= DxfVersion::R2000 && !db.header().entries().empty()), m_metric(isMetric(db))
+      m_isComplete(db.origin.fromFile && db.origin.version >= DxfVersion::R2000 && !db.header().entries().empty()), m_metric(isMetric(db)),
+      m_headerKeepsUcs(db.origin.fromFile && db.origin.version < DxfVersion::R2000)
 {
 }
 
@@ -66,6 +69,8 @@ void StandardObjects::ensureAll()
     ensureRecords();
     ensureSpaces();
     ensureDictionaries();
+    if (m_headerKeepsUcs)
+        adoptHeaderUcs(m_db);
     if (!m_isComplete)
         ensureHeaderVariables(m_db, m_metric);
 }
@@ -132,6 +137,7 @@ void StandardObjects::ensureRecords()
             style->setDimVars(vars);
     }
     if (auto* viewport = newRecord<VcDbViewportTableRecord>(NameTable::Viewport, "*Active", 0x29)) {
+        m_headerKeepsUcs = true;
         viewport->setHeight(m_metric ? 297 : 9);
         viewport->setWidth(m_metric ? 420 : 12);
         viewport->setCenterPoint(m_metric ? VcGePoint2d(210, 148.5) : VcGePoint2d(6, 4.5));
