@@ -198,8 +198,17 @@ void Offset::run()
 
 void offset(Editor& ed) { Offset(ed).run(); }
 
+// The variable as a command, since other commands drive it as one.
+void offsetGapType(Editor& ed)
+{
+    const std::int64_t value = ed.integer("Enter new value for OFFSETGAPTYPE", ed.vars().integer("OFFSETGAPTYPE"));
+    if (ed.vars().set("OFFSETGAPTYPE", std::int32_t(std::clamp<std::int64_t>(value, -1, 3))) != SetVarResult::Done)
+        throw CommandError{"Requires 0 (sides go on), 1 (round) or 2 (bevelled)."};
+}
+
 const HostCommand kCommands[] = {
     {"OFFSET", "O", kPlain, "Draws curves at an even distance from others.", offset},
+    {"OFFSETGAPTYPE", nullptr, kPlain, "Says how the gaps at the corners of offset polylines are filled.", offsetGapType},
 };
 
 }

@@ -103,6 +103,35 @@ bool isStraight(const Curve& c)
     return std::holds_alternative<Segment>(c) || std::holds_alternative<Ray>(c) || std::holds_alternative<XLine>(c);
 }
 
+// The part of a straight side that leads away from the corner, from a place on it. Nothing when the side ends before.
+std::optional<Curve> awayFrom(const CornerSide& side, double corner, double from)
+{
+    const Interval range = paramRange(side.curve);
+    if (side.picked >= corner)
+        return from < range.to ? betweenEnds(side.curve, from, range.to) : std::nullopt;
+    return from > range.from ? betweenEnds(side.curve, range.from, from) : std::nullopt;
+}
+
+// Of the four circles between two lines the one in the corner where both were picked.
+CornerResult betweenLines(const CornerSide& a, const CornerSide& b, double radius, const Vector3& normal)
+{
+    const Meeting meeting = intersect(a.curve, b.curve, Extend::Both);
+    if (meeting.points.empty())
+        return failed(CornerFailure::NoCrossing);
+    const Crossing& corner = meeting.points.front();
+    const auto isPicked = [](const CornerSide& side, double at, double touch) { return (side.picked >= at) == (touch >= at); };
+    const Curve lineA = carrierOf(a.curve), lineB = carrierOf(b.curve);
+    for (const TangentCircle& c : tangentCircles(lineA, lineB, radius, normal)) {
+        if (!isPicked(a, corner.first, c.first) || !isPicked(b, corner.second, c.second))
+            continue;
+        auto first = awayFrom(a, corner.first, c.first), second = awayFrom(b, corner.second, c.second);
+        if (!first || !second)
+            return failed(CornerFailure::NoCircle);
+        return {{std::move(first), std::move(second), shorterArc(c.center, pointAt(lineA, c.first), pointAt(lineB, c.second), normal)}};
+    }
+    return failed(CornerFailure::NoCircle);
+}
+
 // Parallel lines are joined by a half circle at the end of the first that its pick is nearer to; the second is cut back or
 // goes on to there.
 CornerResult halfCircle(const CornerSide& a, const CornerSide& b, const Vector3& normal)
@@ -141,6 +170,8 @@ CornerResult filleted(const CornerSide& a, const CornerSide& b, double radius, c
     }
     if (radius <= 0)
         return sharp(a, b);
+    if (isStraight(a.curve) && isStraight(b.curve))
+        return betweenLines(a, b, radius, normal);
     const auto circle = tangentCircleNear(carrierOf(a.curve), carrierOf(b.curve), radius, normal, pointAt(a.curve, a.picked), pointAt(b.curve, b.picked));
     if (!circle)
         return failed(CornerFailure::NoCircle);
