@@ -27,6 +27,9 @@ Box3d boxOf(const VcDbEntity& entity)
 
 VcDbExtents extentsOf(const Box3d& box) { return box.isFinite() ? VcDbExtents(box.min, box.max) : VcDbExtents(); }
 
+// Of a dimension, which is in the log itself when it has been drawn anew.
+bool isPicture(const VcDbBlockTableRecord* block) { return block && block->nameUtf8().starts_with("*D"); }
+
 // Records that nothing which is drawn depends on for its place.
 bool isHarmless(const VcDbObject& record)
 {
@@ -35,7 +38,7 @@ bool isHarmless(const VcDbObject& record)
         if (record.isKindOf(desc()))
             return true;
     const auto* block = VcDbBlockTableRecord::cast(&record);
-    return block && block->isLayout();
+    return block && (block->isLayout() || isPicture(block));
 }
 
 }
@@ -100,6 +103,8 @@ bool SpaceIndex::follow(const VcDbObject& changed)
         entity = owner;
     if (entity->ownerId() == m_space)
         update(*entity);
+    if (isPicture(m_db.objectAs<VcDbBlockTableRecord>(entity->ownerId())))
+        return true;
     // References to a block lie elsewhere when its members do.
     return entity->isInLayout();
 }
