@@ -343,6 +343,7 @@ public:
 
     // Host side.
     bool hookGoesAlong() const { return m_hookDirection != 0; }
+    void markPictureStale() { m_stale = true; }
 
 private:
     std::vector<VcGePoint3d> m_vertices;
@@ -351,6 +352,7 @@ private:
     double m_annoHeight = 0, m_annoWidth = 0;
     std::int16_t m_byBlockColor = 0;
     std::int8_t m_arrow = 1, m_splined = 0, m_annotationType = 3, m_hookDirection = 0, m_hook = 0;
+    bool m_stale = false;  // its style has changed since the hook line was placed
 };
 
 // A feature control frame.
@@ -378,6 +380,9 @@ public:
     Vcad::ErrorStatus setDimtxt(double height);
     Vcad::ErrorStatus setDimscale(double scale);
     Vcad::ErrorStatus transformBy(const VcGeMatrix3d& m) override;
+    // Its boxes and texts.
+    Vcad::ErrorStatus getGeomExtents(VcDbExtents& extents) const override;
+    Vcad::ErrorStatus explode(std::vector<VcDbEntity*>& pieces) const override;
     void fields(FieldVisitor& visitor) override;
 
     // Host side.

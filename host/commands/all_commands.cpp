@@ -10,8 +10,10 @@ void registerHostCommands()
     if (std::exchange(done, true))
         return;
     for (const auto& family : {variableCommands(), undoCommands(), drawCommands(), polylineCommands(), arcCommands(), textCommands(),
-                               modifyCommands(), transformCommands(), layerCommands(), styleCommands(), inquiryCommands(), listCommands(),
-                               sessionCommands(), fileCommands(),
+                               modifyCommands(), transformCommands(), offsetCommands(), trimCommands(), breakCommands(),
+                               filletCommands(), chamferCommands(), joinCommands(), lengthenCommands(), stretchCommands(),
+                               arrayCommands(),
+                               layerCommands(), styleCommands(), inquiryCommands(), listCommands(), sessionCommands(), fileCommands(),
                                ucsCommands(), zoomCommands(), viewCommands(), spaceCommands(), layoutCommands(), viewportCommands(),
                                modeCommands(), blockCommands(), insertCommands(), wblockCommands(), xrefCommands(), purgeCommands(),
                                groupCommands(), linearDimensionCommands(), roundDimensionCommands(), leaderCommands(), dimensionEditCommands(),

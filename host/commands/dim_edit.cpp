@@ -142,12 +142,16 @@ struct NewValue {
     VcDbDimVars holder;  // the value in its member
 };
 
-const DimVariable* askVariable(Editor& ed, std::string_view prompt, bool mayClear, bool& clear)
+bool saysClear(const std::string& name) { return equalNoCase(name, "C") || equalNoCase(name, "CLEAR"); }
+
+// Null when nothing more is wanted or, with clear set, when all is to go.
+const DimVariable* askVariable(Editor& ed, std::string_view prompt, bool* clear)
 {
     for (;;) {
         const std::string name = ed.word(prompt, std::string());
-        clear = mayClear && equalNoCase(name, "CLEAR");
-        if (name.empty() || clear || (mayClear && equalNoCase(name, "C") && (clear = true)))
+        if (clear && saysClear(name))
+            *clear = true;
+        if (name.empty() || (clear && *clear))
             return nullptr;
         const DimVariable* v = findDimVariable(std::string_view(name));
         if (v && v->isIn(DxfVersion::Newest))
@@ -192,11 +196,10 @@ void dimOverride(Editor& ed)
 {
     bool clear = false;
     std::vector<NewValue> values;
-    const DimVariable* v = askVariable(ed, "Enter dimension variable name to override or [Clear overrides]", true, clear);
+    const DimVariable* v = askVariable(ed, "Enter dimension variable name to override or [Clear overrides]", &clear);
     while (v) {
         values.push_back(askValue(ed, *v));
-        v = askVariable(ed, "Enter dimension variable name to override", false, clear);
-        clear = false;
+        v = askVariable(ed, "Enter dimension variable name to override", nullptr);
     }
     if (values.empty() && !clear)
         return;

@@ -98,6 +98,13 @@ VcDbObjectId& lastLinear()
     return id;
 }
 
+// DIMUPT puts the text where the line is placed.
+void placeText(Editor& ed, VcDbDimension& dimension, const VcGePoint3d& at)
+{
+    if (currentDimVars(ed).dimupt)
+        dimension.setTextPosition(toWorld(ed, at));
+}
+
 void finish(Editor& ed, std::unique_ptr<VcDbDimension> made, const DimChoices& choices)
 {
     const VcDbDimension& added = addDimension(ed, std::move(made), choices);
@@ -115,7 +122,9 @@ void dimLinear(Editor& ed)
                                      {.keywords = "Mtext Text Angle Horizontal Vertical Rotated", .from = ends.second});
         if (a.status == Answer::Status::Value) {
             const double direction = angle ? *angle : wantsHorizontal(ends, a.point) ? 0 : M_PI / 2;
-            return finish(ed, rotatedDimension(ed, ends, direction, a.point), choices);
+            auto made = rotatedDimension(ed, ends, direction, a.point);
+            placeText(ed, *made, a.point);
+            return finish(ed, std::move(made), choices);
         }
         if (a.text == "Horizontal")
             angle = 0;
@@ -134,8 +143,11 @@ void dimAligned(Editor& ed)
     DimChoices choices;
     for (;;) {
         const Answer a = ed.askPoint("Specify dimension line location or [Mtext/Text/Angle]", {.keywords = "Mtext Text Angle", .from = ends.second});
-        if (a.status == Answer::Status::Value)
-            return finish(ed, alignedDimension(ed, ends, a.point), choices);
+        if (a.status == Answer::Status::Value) {
+            auto made = alignedDimension(ed, ends, a.point);
+            placeText(ed, *made, a.point);
+            return finish(ed, std::move(made), choices);
+        }
         takeTextChoice(ed, a.text, choices, {ends.first.distanceTo(ends.second), DimMeasure::Kind::Length});
     }
 }

@@ -4,6 +4,7 @@
 #include "host/base/wildcard.h"
 #include "host/commands/drawing.h"
 #include "host/commands/families.h"
+#include "host/commands/layer_marks.h"
 #include "host/db/database.h"
 #include "host/db/record_names.h"
 #include "host/edit/sysvars.h"
@@ -194,6 +195,23 @@ void lineweight(Editor& ed)
         layer->setLineWeight(VcDb::LineWeight(weight));
 }
 
+void transparency(Editor& ed)
+{
+    constexpr int kMost = 90;
+    const auto percent = ed.integer("Specify transparency value (0-90)", 0);
+    if (percent < 0 || percent > kMost)
+        return ed.printLine("A transparency must be from 0 to 90.");
+    for (Layer* layer : askLayers(ed, fmt::format("Enter name list of layer(s) for transparency {}%", percent), true))
+        setTransparency(*layer, int(percent));
+}
+
+void description(Editor& ed)
+{
+    const std::string words = ed.text("Enter layer description");
+    for (Layer* layer : askLayers(ed, "Enter name list of layer(s) for this description", true))
+        setDescription(*layer, words);
+}
+
 void plot(Editor& ed)
 {
     const bool plots = ed.keyword("Enter a plotting preference [Plot/No plot] <Plot>", "Plot No", "Plot") == "Plot";
@@ -248,6 +266,7 @@ void unlock(Editor& ed)
 constexpr Option kOptions[] = {
     {"?", list},   {"Make", make},     {"Set", set},       {"New", addNew}, {"Rename", rename}, {"ON", on},       {"OFF", off},    {"Color", colour},
     {"Ltype", linetype}, {"LWeight", lineweight}, {"Plot", plot}, {"Freeze", freeze}, {"Thaw", thaw}, {"LOck", lock}, {"Unlock", unlock},
+    {"TRansparency", transparency}, {"Description", description},
 };
 
 void layer(Editor& ed)
@@ -255,8 +274,8 @@ void layer(Editor& ed)
     ed.printLine(fmt::format("Current layer:  \"{}\"", currentLayer(ed)->nameUtf8()));
     Question question;
     question.kind = Question::Kind::Keyword;
-    question.prompt = "Enter an option [?/Make/Set/New/Rename/ON/OFF/Color/Ltype/LWeight/Plot/Freeze/Thaw/LOck/Unlock]: ";
-    question.init.keywords = parseKeywords("? Make Set New Rename ON OFF Color Ltype LWeight Plot Freeze Thaw LOck Unlock");
+    question.prompt = "Enter an option [?/Make/Set/New/Rename/ON/OFF/Color/Ltype/LWeight/TRansparency/Plot/Freeze/Thaw/LOck/Unlock/Description]: ";
+    question.init.keywords = parseKeywords("? Make Set New Rename ON OFF Color Ltype LWeight TRansparency Plot Freeze Thaw LOck Unlock Description");
     question.hasDefault = true;
     for (;;) {
         const Answer a = ed.ask(question);

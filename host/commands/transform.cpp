@@ -1,7 +1,6 @@
 // MOVE, COPY, ROTATE, SCALE, MIRROR.
-#include "host/commands/drawing.h"
+#include "host/commands/copies.h"
 #include "host/commands/families.h"
-#include "host/db/clone.h"
 #include "host/db/database.h"
 #include "host/edit/sysvars.h"
 #include "sdk/vcdb_tables.h"
@@ -11,37 +10,6 @@ namespace vk::commands {
 namespace {
 
 using namespace edit;
-
-void transformObjects(Editor& ed, const SelectionSet& objects, const VcGeMatrix3d& world)
-{
-    std::size_t left = 0;
-    for (const VcDbObjectId id : objects.ids()) {
-        ed.throwIfInterrupted();
-        if (auto* entity = ed.db().liveAs<VcDbEntity>(id); entity && entity->transformBy(world) != Vcad::eOk)
-            ++left;
-    }
-    if (left > 0)
-        ed.report("{} could not be changed this way and were left as they are.", left);
-}
-
-std::shared_ptr<SelectionSet> copied(Editor& ed, const SelectionSet& objects)
-{
-    VcDbIdMapping mapping;
-    auto twins = std::make_shared<SelectionSet>();
-    if (objects.empty() || cloneObjects(objects.ids(), ed.db().currentSpace(), mapping))
-        return twins;
-    for (const VcDbObjectId id : objects.ids())
-        if (VcDbIdPair pair(id, {}); mapping.compute(pair))
-            twins->add(pair.value());
-    return twins;
-}
-
-// From a system of the UCS to the same act in the world.
-VcGeMatrix3d inWorld(const Editor& ed, const VcGeMatrix3d& ucs)
-{
-    const VcGeMatrix3d m = ucsToWorld(ed);
-    return m * ucs * m.inverse();
-}
 
 // A base and a second point, or a displacement: Enter at the second point takes the first as one.
 struct BaseAndDisplacement {

@@ -7,6 +7,8 @@
 #include "sdk/vcdb_objects.h"
 #include "sdk/vcdb_tables.h"
 
+#include <unordered_map>
+
 namespace {
 
 class Cloner {
@@ -22,6 +24,7 @@ private:
     VcDbObjectId copy(VcDbObject& original, VcDbObjectId owner);
     void copyOwned(VcDbObject& original, VcDbObject& clone);
     VcDbObjectId copyRecord(VcDbSymbolTableRecord& record);
+    VcDbObjectId copyAnonymous(VcDbBlockTableRecord& block);
     void markPrimary(VcDbObjectId original, VcDbObjectId clone);
     void place(VcDbObject& clone, VcDbObjectId owner);
     bool isElsewhere() const { return &m_from != &m_to; }
@@ -33,6 +36,7 @@ private:
     DatabaseCore& m_to;
     VcDbIdMapping& m_mapping;
     std::vector<VcDbObjectId> m_toTranslate;
+    std::unordered_map<std::string, std::uint64_t> m_lastNumbers;  // given out, by the letters before them
 };
 
 class Translator : public ReferenceVisitor {
@@ -141,6 +145,20 @@ void Cloner::copyOwned(VcDbObject& original, VcDbObject& clone)
         clone.makeExtras().extensionDictionary = copy(*dictionary, clone.objectId());
 }
 
+// A block without a name of its own is never the one that has its number in the target.
+VcDbObjectId Cloner::copyAnonymous(VcDbBlockTableRecord& block)
+{
+    const VcDbSymbolTable& table = m_to.table(NameTable::Block);
+    const std::string prefix = block.nameUtf8().substr(0, 2);
+    const VcDbObjectId id = copy(block, table.objectId());
+    std::string name;
+    do
+        name = prefix + std::to_string(++m_lastNumbers[prefix]);
+    while (!table.find(name, true).isNull());
+    m_to.objectAs<VcDbBlockTableRecord>(id)->setNameUtf8(name);
+    return id;
+}
+
 // A record of the same name that the target has stands for the original.
 VcDbObjectId Cloner::copyRecord(VcDbSymbolTableRecord& record)
 {
@@ -150,6 +168,8 @@ VcDbObjectId Cloner::copyRecord(VcDbSymbolTableRecord& record)
         const VcDbObjectId there = m_to.findRecord(NameTable(t), record.nameUtf8());
         if (there.isNull())
             return copy(record, m_to.tableId(NameTable(t)));
+        if (auto* block = VcDbBlockTableRecord::cast(&record); block && block->nameUtf8().starts_with('*') && !block->isLayout())
+            return copyAnonymous(*block);
         m_mapping.assign(VcDbIdPair(record.objectId(), there, false));
         return there;
     }

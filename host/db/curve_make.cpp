@@ -21,6 +21,13 @@ VcGeVector3d unit(const VcGeVector3d& normal)
     return n.lengthSqrd() == 0 || (n - VcGeVector3d::zAxis()).length() < 1e-12 ? VcGeVector3d::zAxis() : n;
 }
 
+// Within one turn; what misses a whole one by rounding is 0.
+double angleOf(double angle)
+{
+    const double turn = turnOf(angle);
+    return kTwoPi - turn < 1e-14 ? 0 : turn;
+}
+
 bool setShape(VcDbLine& line, const g::Segment& s) { return !line.setStartPoint(s.start) && !line.setEndPoint(s.end); }
 bool setShape(VcDbRay& ray, const g::Ray& r) { return !ray.setBasePoint(r.base) && !ray.setUnitDir(r.direction.normal()); }
 bool setShape(VcDbXline& line, const g::XLine& x) { return !line.setBasePoint(x.base) && !line.setUnitDir(x.direction.normal()); }
@@ -33,13 +40,13 @@ bool setShape(VcDbCircle& circle, const g::Circle& c)
 bool setShape(VcDbArc& arc, const g::Arc& a)
 {
     return a.radius > 0 && !arc.setNormal(unit(a.normal)) && !arc.setCenter(a.center) && !arc.setRadius(a.radius) &&
-           !arc.setStartAngle(turnOf(a.start)) && !arc.setEndAngle(turnOf(a.end));
+           !arc.setStartAngle(angleOf(a.start)) && !arc.setEndAngle(angleOf(a.end));
 }
 
 bool setShape(VcDbEllipse& ellipse, const g::Ellipse& e)
 {
     // Parts are kept with their start within the first turn.
-    const double start = g::isClosed(e) ? e.start : turnOf(e.start);
+    const double start = g::isClosed(e) ? e.start : angleOf(e.start);
     return !ellipse.set(e.center, unit(e.normal), e.major, e.ratio, start, start + (e.end - e.start));
 }
 

@@ -15,7 +15,14 @@ VCDB_DEFINE(VcDbFcf, VcDbEntity, "TOLERANCE")
 // Leader
 
 VcDbObjectId VcDbLeader::dimensionStyle() const { return dimStyleOf(*this, m_style); }
-Vcad::ErrorStatus VcDbLeader::setDimensionStyle(VcDbObjectId style) { return setDimStyleOf(*this, m_style, style); }
+
+Vcad::ErrorStatus VcDbLeader::setDimensionStyle(VcDbObjectId style)
+{
+    const Vcad::ErrorStatus status = setDimStyleOf(*this, m_style, style);
+    m_stale |= status == Vcad::eOk;
+    return status;
+}
+
 VcDbDimVars VcDbLeader::dimVars() const { return dimVarsOf(*this, dimensionStyle()); }
 
 VcGePoint3d VcDbLeader::vertexAt(int index) const
@@ -145,12 +152,17 @@ Vcad::ErrorStatus VcDbLeader::evaluateLeader()
         last = last + on * ((text->location() - last).dotProduct(on) - scale * std::abs(vars.dimgap));
         m_vertices[n - 2] = last - on * (scale * vars.dimasz);
     }
-    m_modified = false;
+    m_stale = false;
     return Vcad::eOk;
 }
 
 void VcDbLeader::fieldsChanged() { evaluateLeader(); }
-void VcDbLeader::dropCaches() { evaluateLeader(); }
+
+void VcDbLeader::dropCaches()
+{
+    if (m_stale)
+        evaluateLeader();
+}
 
 void VcDbLeader::fields(FieldVisitor& v)
 {
@@ -246,6 +258,23 @@ Vcad::ErrorStatus VcDbFcf::transformBy(const VcGeMatrix3d& m)
     m_direction = direction.normal();
     m_normal = move->normal;
     return Vcad::eOk;
+}
+
+Vcad::ErrorStatus VcDbFcf::getGeomExtents(VcDbExtents& extents) const
+{
+    extents = VcDbExtents();
+    for (const auto& piece : vk::dim::framePieces(*this))
+        if (VcDbExtents one; piece->getGeomExtents(one) == Vcad::eOk)
+            extents.addExt(one);
+    return extentsStatus(extents);
+}
+
+Vcad::ErrorStatus VcDbFcf::explode(std::vector<VcDbEntity*>& pieces) const
+{
+    auto made = vk::dim::framePieces(*this);
+    for (auto& piece : made)
+        pieces.push_back(piece.release());
+    return made.empty() ? Vcad::eNotApplicable : Vcad::eOk;
 }
 
 void VcDbFcf::fields(FieldVisitor& v)

@@ -139,6 +139,8 @@ void markStale(VcDbObject& object)
 {
     if (auto* dimension = VcDbDimension::cast(&object))
         dimension->markPictureStale();
+    else if (auto* leader = VcDbLeader::cast(&object))
+        leader->markPictureStale();
 }
 
 Vcad::ErrorStatus store(VcDbObject& object, int code, const Tag& value)

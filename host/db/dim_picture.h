@@ -21,6 +21,9 @@ VKHOST_API Picture pictureOf(const VcDbDimension& dimension);
 // The lines or the curve of a leader, and its arrow.
 VKHOST_API std::vector<std::unique_ptr<VcDbEntity>> leaderPieces(const VcDbLeader& leader);
 
+// The boxes and texts of a feature control frame.
+VKHOST_API std::vector<std::unique_ptr<VcDbEntity>> framePieces(const VcDbFcf& frame);
+
 // Draws the dimension into its block: the one that it has when no other dimension uses it, else a new one.
 VKHOST_API Vcad::ErrorStatus remakePicture(VcDbDimension& dimension);
 

@@ -55,7 +55,8 @@ bool parseBytes(std::string_view text, std::string& bytes)
 
 TextDecoder::~TextDecoder() = default;
 
-// The names of layers and the like repeat from object to object: those seen last, by the bytes of the file.
+// The names of layers and the like repeat from object to object of a file: those seen last, by its bytes. A chain is one
+// object and has none.
 struct FieldReader::NameCache {
     struct Entry {
         std::string raw, name;
@@ -76,7 +77,7 @@ struct FieldReader::NameCache {
 FieldReader::FieldReader(Purpose purpose, DxfVersion version, DatabaseCore& db, const TextDecoder* decoder,
                          ProblemLog* problems)
     : FieldVisitor(purpose, version), m_db(db), m_decoder(decoder), m_problems(problems),
-      m_names(std::make_unique<NameCache>())
+      m_names(purpose == Purpose::ReadFile ? std::make_unique<NameCache>() : nullptr)
 {
 }
 

@@ -75,7 +75,7 @@ public:
         if (points.size() < 2)
             return {};
         const VcGeVector3d start = m_leader.isSplined() ? tangentAt(points, 0) : points[1] - points[0];
-        if (m_leader.hasArrowHead() && m_size > 0 && start.length() >= m_size)
+        if (m_leader.hasArrowHead() && m_size > 0 && start.length() >= 2 * m_size)
             addArrow(points, start.normal());
         if (m_leader.isSplined()) {
             add(curveThrough(points));

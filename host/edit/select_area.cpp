@@ -112,6 +112,14 @@ SelectArea::SelectArea(const PickView& view, Kind kind, Chain points, bool isRec
     }
 }
 
+std::vector<VcGePoint3d> SelectArea::corners() const
+{
+    std::vector<VcGePoint3d> world;
+    for (const Point& p : m_points)
+        world.push_back(VcGePoint3d() + m_view.x * p.x + m_view.y * p.y);
+    return world;
+}
+
 std::optional<PlanArea> SelectArea::plan() const
 {
     // A view that is turned about the line of sight looks straight down as well, but its boxes are not the world's.

@@ -23,6 +23,8 @@ public:
     bool takes(const DatabaseCore& db, const SeenLayers& layers, const VcDbEntity& entity) const;
     // What extents alone say: yes, no, or that the outlines must be looked at.
     std::optional<bool> takesExtents(const VcDbExtents& extents) const;
+    // In the world, on the plane of the picture.
+    std::vector<VcGePoint3d> corners() const;
     // Around all of it, where the view looks straight down.
     std::optional<PlanArea> plan() const;
 

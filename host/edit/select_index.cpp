@@ -1,8 +1,6 @@
 #include "host/edit/select_index.h"
 
 #include "host/db/database.h"
-#include "host/edit/select_outline.h"
-#include "sdk/vcdb_curves.h"
 #include "sdk/vcdb_records.h"
 #include "sdk/vcdb_tables.h"
 
@@ -18,27 +16,19 @@ constexpr std::size_t kIndexesKept = 4;
 
 const Box3d kEverywhere{{-Box3d::kInfinite, -Box3d::kInfinite, -Box3d::kInfinite}, {Box3d::kInfinite, Box3d::kInfinite, Box3d::kInfinite}};
 
-// Extents of polylines follow their middle, so that widths are added here.
 Box3d boxOf(const VcDbEntity& entity)
 {
     VcDbExtents extents;
     if (entity.getGeomExtents(extents) != Vcad::eOk || extents.isEmpty())
         return kEverywhere;
-    Box3d box{extents.minPoint(), extents.maxPoint()};
-    if (!box.isFinite())
-        return kEverywhere;
-    const auto* polyline = VcDbPolyline::cast(&entity);
-    if (!polyline || !polyline->hasWidth())
-        return box;
-    OutlineBuilder builder(1e-3);
-    buildOutline(entity, builder);
-    for (const Outline& outline : builder.outlines)
-        for (const VcGePoint3d& p : outline.points)
-            box.add(p);
-    return box;
+    const Box3d box{extents.minPoint(), extents.maxPoint()};
+    return box.isFinite() ? box : kEverywhere;
 }
 
 VcDbExtents extentsOf(const Box3d& box) { return box.isFinite() ? VcDbExtents(box.min, box.max) : VcDbExtents(); }
+
+// Of a dimension, which is in the log itself when it has been drawn anew.
+bool isPicture(const VcDbBlockTableRecord* block) { return block && block->nameUtf8().starts_with("*D"); }
 
 // Records that nothing which is drawn depends on for its place.
 bool isHarmless(const VcDbObject& record)
@@ -48,7 +38,7 @@ bool isHarmless(const VcDbObject& record)
         if (record.isKindOf(desc()))
             return true;
     const auto* block = VcDbBlockTableRecord::cast(&record);
-    return block && block->isLayout();
+    return block && (block->isLayout() || isPicture(block));
 }
 
 }
@@ -113,6 +103,8 @@ bool SpaceIndex::follow(const VcDbObject& changed)
         entity = owner;
     if (entity->ownerId() == m_space)
         update(*entity);
+    if (isPicture(m_db.objectAs<VcDbBlockTableRecord>(entity->ownerId())))
+        return true;
     // References to a block lie elsewhere when its members do.
     return entity->isInLayout();
 }
@@ -125,13 +117,25 @@ void SpaceIndex::update(const VcDbEntity& entity)
         m_boxes.set(entity.objectId().slot(), boxOf(entity));
 }
 
+std::optional<SpaceIndex::Candidate> SpaceIndex::candidate(std::uint64_t slot) const
+{
+    const auto* entity = VcDbEntity::cast(m_db.objectAt(std::uint32_t(slot)));
+    if (!entity || entity->isErased())
+        return std::nullopt;
+    return Candidate{entity, extentsOf(m_boxes.boxOf(slot).value_or(kEverywhere))};
+}
+
+static void inDrawingOrder(std::vector<SpaceIndex::Candidate>& found)
+{
+    std::sort(found.begin(), found.end(), [](const auto& a, const auto& b) { return a.entity->order() < b.entity->order(); });
+}
+
 std::vector<SpaceIndex::Candidate> SpaceIndex::candidates(const std::optional<PlanArea>& area) const
 {
     std::vector<Candidate> found;
     const auto add = [&](std::uint64_t slot) {
-        const auto* entity = VcDbEntity::cast(m_db.objectAt(std::uint32_t(slot)));
-        if (entity && !entity->isErased())
-            found.push_back({entity, extentsOf(m_boxes.boxOf(slot).value_or(kEverywhere))});
+        if (auto c = candidate(slot))
+            found.push_back(*c);
         return true;
     };
     if (!area) {
@@ -139,9 +143,40 @@ std::vector<SpaceIndex::Candidate> SpaceIndex::candidates(const std::optional<Pl
             add(slot);
         return found;
     }
-    const Box3d box{{area->min.x, area->min.y, -Box3d::kInfinite}, {area->max.x, area->max.y, Box3d::kInfinite}};
-    m_boxes.visit(box, add);
-    std::sort(found.begin(), found.end(), [](const Candidate& a, const Candidate& b) { return a.entity->order() < b.entity->order(); });
+    m_boxes.visit({{area->min.x, area->min.y, -Box3d::kInfinite}, {area->max.x, area->max.y, Box3d::kInfinite}}, add);
+    inDrawingOrder(found);
+    return found;
+}
+
+// Half a line against a rectangle, in the plan.
+static bool passesOver(const VcGePoint3d& base, const VcGeVector3d& direction, const VcDbExtents& e)
+{
+    double from = 0, to = Box3d::kInfinite;
+    const auto slab = [&](double at, double step, double low, double high) {
+        if (step == 0)
+            return low <= at && at <= high;
+        const double a = (low - at) / step, b = (high - at) / step;
+        from = std::max(from, std::min(a, b));
+        to = std::min(to, std::max(a, b));
+        return from <= to;
+    };
+    return slab(base.x, direction.x, e.minPoint().x, e.maxPoint().x) && slab(base.y, direction.y, e.minPoint().y, e.maxPoint().y);
+}
+
+std::vector<SpaceIndex::Candidate> SpaceIndex::along(const VcGePoint3d& base, const VcGeVector3d& direction) const
+{
+    const auto half = [](double at, double step) {
+        return std::pair(step < 0 ? -Box3d::kInfinite : at, step > 0 ? Box3d::kInfinite : at);
+    };
+    const auto [left, right] = half(base.x, direction.x);
+    const auto [bottom, top] = half(base.y, direction.y);
+    std::vector<Candidate> found;
+    m_boxes.visit({{left, bottom, -Box3d::kInfinite}, {right, top, Box3d::kInfinite}}, [&](std::uint64_t slot) {
+        if (auto c = candidate(slot); c && (c->extents.isEmpty() || passesOver(base, direction, c->extents)))
+            found.push_back(*c);
+        return true;
+    });
+    inDrawingOrder(found);
     return found;
 }
 

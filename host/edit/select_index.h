@@ -23,11 +23,14 @@ public:
     };
     // What is not erased and may touch the area, in the order of drawing; everything without one.
     std::vector<Candidate> candidates(const std::optional<PlanArea>& area) const;
+    // What a ray may pass over or under.
+    std::vector<Candidate> along(const VcGePoint3d& base, const VcGeVector3d& direction) const;
 
 private:
     SpaceIndex(const DatabaseCore& db, VcDbObjectId space) : m_db(db), m_space(space) {}
     void refresh();
     void rebuild();
+    std::optional<Candidate> candidate(std::uint64_t slot) const;
     bool follow(std::span<const std::uint32_t> changed);
     // False when more than the one object may lie elsewhere now.
     bool follow(const VcDbObject& changed);

@@ -63,6 +63,7 @@ private:
     void onlyOne() { m_single = true; }
 
     void takeRectangle(const VcGePoint3d& a, const VcGePoint3d& b, SelectArea::Kind kind);
+    void remember(std::vector<VcGePoint3d> corners, SelectArea::Kind kind);
     void takePolygon(SelectArea::Kind kind, const char* firstPrompt, const char* nextPrompt);
     std::vector<VcGePoint3d> askPolygon(const char* firstPrompt, const char* nextPrompt);
     bool isToTheRight(const VcGePoint3d& from, const VcGePoint3d& to) const;
@@ -84,6 +85,7 @@ private:
         bool added;
     };
     std::vector<Change> m_changes;
+    std::vector<SelectedRegion> m_regions;
     std::string m_keyword;
     RbPtr m_prepared;  // answers that the caller has given
     bool m_removing = false, m_windowsOnMiss = true, m_single = false, m_tookSomething = false;
@@ -171,9 +173,9 @@ SelectResult Selector::run()
                 break;
         }
     } catch (const SelectionCancelled&) {
-        return {SelectResult::Cancelled, m_set, {}};
+        return {SelectResult::Cancelled, m_set, {}, {}};
     }
-    return {m_keyword.empty() ? SelectResult::Done : SelectResult::Keyword, m_set, m_keyword};
+    return {m_keyword.empty() ? SelectResult::Done : SelectResult::Keyword, m_set, m_keyword, std::move(m_regions)};
 }
 
 Selector::Next Selector::line(const Answer& answer)
@@ -336,7 +338,9 @@ void Selector::impliedWindow(const VcGePoint3d& first)
 void Selector::takeRectangle(const VcGePoint3d& a, const VcGePoint3d& b, SelectArea::Kind kind)
 {
     const Picker picker = Picker::of(m_ed);
-    take(picker.takenBy(SelectArea::rectangle(picker.view(), world(a), world(b), kind)), true);
+    const SelectArea area = SelectArea::rectangle(picker.view(), world(a), world(b), kind);
+    remember(area.corners(), kind);
+    take(picker.takenBy(area), true);
 }
 
 void Selector::window()
@@ -393,7 +397,14 @@ void Selector::takePolygon(SelectArea::Kind kind, const char* firstPrompt, const
     if (points.size() < least)
         return m_ed.printLine(fmt::format("At least {} points are needed.", least));
     const Picker picker = Picker::of(m_ed);
+    remember(points, kind);
     take(picker.takenBy(SelectArea::polygon(picker.view(), points, kind)), true);
+}
+
+void Selector::remember(std::vector<VcGePoint3d> corners, SelectArea::Kind kind)
+{
+    if (!m_removing && kind != SelectArea::Kind::Fence)
+        m_regions.push_back({std::move(corners), kind == SelectArea::Kind::Crossing});
 }
 
 void Selector::fence()

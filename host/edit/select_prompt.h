@@ -32,10 +32,17 @@ struct SelectRequest {
     std::function<RbPtr(const std::string&)> onOther;
 };
 
+// A window as the person drew it, with what is known of it later: STRETCH moves what lies within.
+struct SelectedRegion {
+    std::vector<VcGePoint3d> corners;  // in the world
+    bool crossing = false;
+};
+
 struct SelectResult {
     enum Status { Done, Cancelled, Keyword } status = Done;
     std::shared_ptr<SelectionSet> set;  // never null; empty where nothing was selected
     std::string keyword;
+    std::vector<SelectedRegion> regions;  // windows and polygons that added objects, in order
 };
 
 SelectResult selectByPrompt(Editor& editor, const SelectRequest& request);

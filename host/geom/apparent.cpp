@@ -8,11 +8,13 @@ namespace vk::geom {
 
 namespace {
 
-// Whether a projection leaves the parameters of this kind of curve alone.
-bool keepsParams(const Curve& curve)
+// Whether a projection leaves the parameters of the curve alone.
+bool keepsParams(const Curve& curve, const Vector3& direction)
 {
-    return !std::holds_alternative<Circle>(curve) && !std::holds_alternative<Arc>(curve) && !std::holds_alternative<Ellipse>(curve) &&
-           !std::holds_alternative<Polyline>(curve);
+    const bool planar = std::holds_alternative<Circle>(curve) || std::holds_alternative<Arc>(curve) ||
+                        std::holds_alternative<Ellipse>(curve) || std::holds_alternative<Polyline>(curve);
+    const auto plane = planar ? planeOf(curve) : std::nullopt;
+    return !plane || plane->normal().crossProduct(direction).length() <= 1e-12;
 }
 
 bool isFlatAcross(const Curve& curve, const Vector3& direction, double& level)
@@ -55,7 +57,7 @@ std::optional<double> paramSeenAt(const Curve& curve, const Point3& seen, const 
     }
     // A curve through space keeps its parameters on the picture; one that is seen from its edge does not.
     const Curve flat = transformed(curve, VcGeMatrix3d::projection(VcGePlane(Point3(), n), n));
-    const auto near = keepsParams(curve) ? closestPoint(flat, seen.orthoProject(VcGePlane(Point3(), n))) : closestPoint(curve, seen);
+    const auto near = keepsParams(curve, n) ? closestPoint(flat, seen.orthoProject(VcGePlane(Point3(), n))) : closestPoint(curve, seen);
     return near ? std::optional(near->param) : std::nullopt;
 }
 
@@ -79,7 +81,7 @@ std::vector<Crossing> apparentCrossings(const Curve& a, const Curve& b, const Ve
     std::vector<Crossing> seen = listed(intersect(flatA, flatB, extend));
     for (Crossing& c : seen) {
         const Point3 at = c.point;
-        if (!keepsParams(a)) {
+        if (!keepsParams(a, n)) {
             // Beyond its ends a planar curve is continued in its own plane.
             const auto plane = planeOf(a);
             const bool seenOpen = plane && std::fabs(plane->normal().dotProduct(n)) > 1e-9;
@@ -89,7 +91,7 @@ std::vector<Crossing> apparentCrossings(const Curve& a, const Curve& b, const Ve
         } else {
             c.point = pointAt(a, c.first);
         }
-        if (!keepsParams(b))
+        if (!keepsParams(b, n))
             c.second = paramSeenAt(b, at, n).value_or(c.second);
     }
     return seen;

@@ -2,6 +2,7 @@
 
 #include "host/geom/arbitrary_axis.h"
 #include "host/geom/curve_edit.h"
+#include "host/geom/tangent_circle.h"
 
 #include <cmath>
 
@@ -105,6 +106,24 @@ bool canProlong(const Curve& curve, bool atStart)
     if (!isValid(curve) || isClosed(curve) || std::holds_alternative<Nurbs>(curve) || std::holds_alternative<XLine>(curve))
         return false;
     return atStart || !std::holds_alternative<Ray>(curve);
+}
+
+std::optional<Curve> pathBeyond(const Curve& curve, bool atStart)
+{
+    if (!canProlong(curve, atStart))
+        return std::nullopt;
+    if (const auto* arc = std::get_if<Arc>(&curve))
+        return Circle{arc->center, arc->radius, arc->normal};
+    if (const auto* e = std::get_if<Ellipse>(&curve))
+        return Ellipse{e->center, e->major, e->ratio, 0, kTwoPi, e->normal};
+    const Interval range = paramRange(curve);
+    const double end = atStart ? range.from : range.to, step = atStart ? 1 : -1;
+    const Point3 tip = pointAt(curve, end);
+    if (const auto* p = std::get_if<Polyline>(&curve); p && p->vertices[atStart ? 0 : p->vertices.size() - 2].bulge != 0)
+        if (const auto center = centerThrough(tip, pointAt(curve, end + step / 2), pointAt(curve, end + step)))
+            return Circle{*center, center->distanceTo(tip), p->normal};
+    const Vector3 along = derivativesAt(curve, end + step * 1e-9).first;
+    return along.lengthSqrd() > 0 ? std::optional<Curve>(Ray{tip, along * -step}) : std::nullopt;
 }
 
 bool isNearerStart(const Curve& curve, double param)

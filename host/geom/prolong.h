@@ -13,6 +13,9 @@ VKHOST_API std::optional<Curve> betweenEnds(const Curve& curve, double from, dou
 // Whether the curve goes on beyond an end.
 VKHOST_API bool canProlong(const Curve& curve, bool atStart);
 
+// The line or circle that an end would follow if it went on; nothing where nothing lies beyond it.
+VKHOST_API std::optional<Curve> pathBeyond(const Curve& curve, bool atStart);
+
 // Of the two ends the one that a point is nearer to, along the curve; an endless side is never it.
 VKHOST_API bool isNearerStart(const Curve& curve, double param);
 

@@ -76,7 +76,7 @@ std::optional<Point3> centerThrough(const Point3& a, const Point3& b, const Poin
     if (normal.length() <= 1e-12 * size * size)
         return std::nullopt;
     const Vector3 toCenter = (v * u.lengthSqrd() - u * v.lengthSqrd()).crossProduct(normal) / (2 * normal.lengthSqrd());
-    return a - toCenter;
+    return a + toCenter;
 }
 
 } // namespace vk::geom

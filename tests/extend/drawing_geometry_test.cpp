@@ -6,8 +6,8 @@
 #include "core/OpenedObject.h"
 #include "core/PublicFunction.h"
 #include "core/ViewTools.h"
+#include "host/db/coordinate_system.h"
 #include "host/db/database.h"
-#include "host/edit/sysvars.h"
 #include "tests/extend/host_support.h"
 #include "vcdb.h"
 
@@ -18,13 +18,10 @@ namespace {
 class DrawingGeometry : public CommandTest
 {
 protected:
-    // A quarter turn about Z, its origin at 10,20,0.
-    void turnUcs()
+    // A quarter turn about Z.
+    static void turnUcs(const VcGePoint3d& origin = {10, 20, 0})
     {
-        auto& vars = editor().vars();
-        vars.force("UCSORG", VcGePoint3d(10, 20, 0));
-        vars.force("UCSXDIR", VcGePoint3d(0, 1, 0));
-        vars.force("UCSYDIR", VcGePoint3d(-1, 0, 0));
+        setCurrentUcs(editor().db(), {origin, {0, 1, 0}, {-1, 0, 0}});
     }
     void make(resbuf* chain, vds_name name)
     {
@@ -388,8 +385,7 @@ TEST_F(DrawingGeometry, MeetingsWithWhatHasPieces)
 
 TEST_F(DrawingGeometry, AnonymousBlocksHoldCopiesAboutTheirBase)
 {
-    turnUcs();
-    editor().vars().force("UCSORG", VcGePoint3d());
+    turnUcs({});
     vds_name line = {};
     makeLine({10, 10, 0}, {20, 10, 0}, line);
     VcDbObjectId id, block;

@@ -181,6 +181,34 @@ TEST_F(DimPictures, ACopyThatMovesGetsABlockOfItsOwn)
     EXPECT_EQ(said(d), "\\A1;40");
 }
 
+TEST_F(DimPictures, InAnotherDrawingABlockOfTheSameNumberIsAnotherOne)
+{
+    auto& d = add(linear(40));
+    VcDbDatabase other;
+    auto* there = other.core().objectAs<VcDbBlockTableRecord>(other.core().modelSpace());
+    auto* made = linear(7).release();
+    ASSERT_EQ(there->appendVcDbEntity(made), Vcad::eOk);
+    made->close();
+    VcDbIdMapping mapping;
+    ASSERT_EQ(cloneObjects({d.objectId()}, there->objectId(), mapping), Vcad::eOk);
+    VcDbIdPair pair(d.objectId(), {});
+    ASSERT_TRUE(mapping.compute(pair));
+    const auto* twin = other.core().liveAs<VcDbRotatedDimension>(pair.value());
+    EXPECT_NE(twin->dimBlockId(), made->dimBlockId());
+    EXPECT_EQ(other.core().objectAs<VcDbBlockTableRecord>(twin->dimBlockId())->memberSlots().size(), 10u);
+}
+
+TEST_F(DimPictures, AFrameHasABoxForEachField)
+{
+    auto made = std::make_unique<VcDbFcf>();
+    made->setText(L"{\\Fgdt;j}%%v0.1%%v%%vA");
+    auto& frame = add(std::move(made));
+    EXPECT_EQ(vk::dim::framePieces(frame).size(), 15u);
+    VcDbExtents extents;
+    ASSERT_EQ(frame.getGeomExtents(extents), Vcad::eOk);
+    EXPECT_NEAR(extents.maxPoint().y - extents.minPoint().y, 3, 1e-9);
+}
+
 TEST_F(DimPictures, MovingTurnsAngles)
 {
     auto& d = add(linear(40));
@@ -459,6 +487,79 @@ TEST_F(DimPictures, TheHookLineFollowsTheStyle)
     ASSERT_EQ(applyChain(leader, *std::make_unique<ChainGroups>(chainOf(leader).get())), Vcad::eOk);
     EXPECT_NEAR(leader.vertexAt(2).x, 19.5, 1e-9);
     EXPECT_NEAR(leader.vertexAt(1).x, 16.5, 1e-9);
+}
+
+// Real drawings, where a folder of them is named by VEKAD_DRAWINGS: a block that is made anew puts its arrows where they
+// were, its text no further off than half its height, and most of its lines.
+
+struct Parts {
+    std::vector<VcGePoint3d> tips, texts;
+};
+
+Parts partsOf(const DatabaseCore& core, VcDbObjectId block)
+{
+    Parts parts;
+    const auto* record = core.liveAs<VcDbBlockTableRecord>(block);
+    for (const std::uint32_t slot : record ? record->memberSlots() : std::vector<std::uint32_t>()) {
+        const VcDbObject* part = core.objectAt(slot);
+        if (part->isErased())
+            continue;
+        if (const auto* text = VcDbMText::cast(part))
+            parts.texts.push_back(text->location());
+        else if (const auto* solid = VcDbSolid::cast(part)) {
+            VcGePoint3d tip;
+            solid->getPointAt(2, tip);
+            parts.tips.push_back(tip);
+        }
+    }
+    return parts;
+}
+
+double farthest(const std::vector<VcGePoint3d>& wanted, const std::vector<VcGePoint3d>& got)
+{
+    double worst = 0;
+    for (const VcGePoint3d& w : wanted) {
+        double nearest = 1e300;
+        for (const VcGePoint3d& g : got)
+            nearest = std::min(nearest, w.distanceTo(g));
+        worst = std::max(worst, nearest);
+    }
+    return worst;
+}
+
+double heightOf(const VcDbDimension& d)
+{
+    const VcDbDimVars vars = d.dimVars();
+    return vars.dimtxt * (vars.dimscale > 0 ? vars.dimscale : 1);
+}
+
+TEST(DimDrawings, PicturesMadeAnewAgreeWithThoseOfTheFile)
+{
+    const char* folder = std::getenv("VEKAD_DRAWINGS");
+    if (!folder)
+        GTEST_SKIP() << "VEKAD_DRAWINGS names no folder";
+    for (const char* name : {"full_r2000.dxf", "library_r2018_ascii.dxf", "uncommon_r2018.dxf"}) {
+        VcDbDatabase db(false);
+        ASSERT_TRUE(readDrawing(db, (std::filesystem::path(folder) / name).string()).ok()) << name;
+        DatabaseCore& core = db.core();
+        const std::uint32_t end = core.slotCount();
+        int seen = 0;
+        for (std::uint32_t slot = 1; slot < end; ++slot) {
+            auto* d = VcDbDimension::cast(core.objectAt(slot));
+            if (!d || d->dimBlockId().isNull())
+                continue;
+            const Parts before = partsOf(core, d->dimBlockId());
+            const double measured = d->measurement(), height = heightOf(*d);
+            ASSERT_EQ(d->recomputeDimBlock(), Vcad::eOk);
+            const Parts after = partsOf(core, d->dimBlockId());
+            const std::string which = std::string(name) + " " + d->isA()->name() + " " + std::to_string(d->handle().value());
+            EXPECT_NEAR(d->measurement(), measured, 1e-6 * std::abs(measured)) << which;
+            EXPECT_LT(farthest(before.tips, after.tips), 0.01 * height) << which;
+            EXPECT_LT(farthest(before.texts, after.texts), 0.5 * height) << which;
+            ++seen;
+        }
+        EXPECT_GT(seen, 5) << name;
+    }
 }
 
 }

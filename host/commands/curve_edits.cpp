@@ -1,0 +1,112 @@
+#include "host/commands/curve_edits.h"
+
+#include "host/db/curve_of.h"
+#include "host/db/database.h"
+#include "host/edit/pick_service.h"
+#include "host/edit/select_view.h"
+#include "host/geom/apparent.h"
+#include "sdk/vcdb_tables.h"
+
+namespace vk::commands {
+
+using namespace edit;
+
+VcGeVector3d viewNormal(Editor& ed)
+{
+    const PickView view = PickView::of(ed);
+    return view.x.crossProduct(view.y).normal();
+}
+
+std::optional<CurvePick> curvePickAt(Editor& ed, VcDbEntity& entity, const VcGePoint3d& world)
+{
+    auto curve = curveOf(entity);
+    const auto param = curve ? geom::paramSeenAt(*curve, world, viewNormal(ed)) : std::nullopt;
+    return param ? std::optional(CurvePick{&entity, std::move(*curve), world, *param}) : std::nullopt;
+}
+
+std::optional<CurvePick> curvePick(Editor& ed, const Answer& answer)
+{
+    auto* entity = ed.db().liveAs<VcDbEntity>(answer.entity);
+    if (!entity)
+        return std::nullopt;
+    if (isOnLockedLayer(*entity)) {
+        ed.printLine("That object is on a locked layer.");
+        return std::nullopt;
+    }
+    auto pick = curvePickAt(ed, *entity, toWorld(ed, answer.hasPoint ? answer.point : pointOnEntity(ed, answer.entity)));
+    if (!pick)
+        ed.printLine("That object is not a curve.");
+    return pick;
+}
+
+void CurveEdits::end()
+{
+    const Step& step = m_steps.back();
+    if (step.made.empty() && step.erased.empty() && step.before.empty())
+        m_steps.pop_back();
+}
+
+VcDbEntity* CurveEdits::addNew(std::unique_ptr<VcDbEntity> entity, VcDbObjectId owner)
+{
+    auto* block = m_ed.db().objectAs<VcDbBlockTableRecord>(owner);
+    VcDbObjectId id;
+    if (!entity || !block || block->appendVcDbEntity(id, entity.get()))
+        return nullptr;
+    VcDbEntity* added = entity.release();
+    added->close();
+    m_steps.back().made.push_back(id);
+    return added;
+}
+
+VcDbEntity* CurveEdits::add(const geom::Curve& curve, const VcDbEntity& like) { return addNew(makeEntityOf(curve, like), like.ownerId()); }
+
+void CurveEdits::erase(VcDbEntity& entity)
+{
+    if (entity.erase() == Vcad::eOk)
+        m_steps.back().erased.push_back(entity.objectId());
+}
+
+bool CurveEdits::replace(VcDbEntity& entity, const std::vector<geom::Curve>& shapes)
+{
+    std::vector<std::unique_ptr<VcDbEntity>> made;
+    for (const geom::Curve& shape : shapes) {
+        made.push_back(makeEntityOf(shape, entity));
+        if (!made.back())
+            return false;
+    }
+    m_left.clear();
+    std::unique_ptr<VcDbObject> before = entity.copyOf();
+    const bool stays = !shapes.empty() && setCurveOf(entity, shapes.front());
+    if (stays) {
+        m_steps.back().before.push_back(std::move(before));
+        m_left.push_back(entity.objectId());
+    }
+    for (std::size_t i = stays ? 1 : 0; i < made.size(); ++i)
+        if (VcDbEntity* piece = addNew(std::move(made[i]), entity.ownerId()))
+            m_left.push_back(piece->objectId());
+    if (!stays)
+        erase(entity);
+    return true;
+}
+
+bool CurveEdits::undo()
+{
+    if (m_steps.empty())
+        return false;
+    Step step = std::move(m_steps.back());
+    m_steps.pop_back();
+    for (auto made = step.made.rbegin(); made != step.made.rend(); ++made)
+        if (VcDbObject* object = m_ed.db().object(*made); object && !object->isErased())
+            object->erase();
+    for (auto state = step.before.rbegin(); state != step.before.rend(); ++state)
+        if (VcDbObject* object = m_ed.db().object((*state)->objectId())) {
+            object->assertWriteEnabled();
+            object->assignFrom(**state);
+        }
+    for (auto erased = step.erased.rbegin(); erased != step.erased.rend(); ++erased)
+        if (VcDbObject* object = m_ed.db().object(*erased))
+            object->erase(false);
+    return true;
+}
+
+}
