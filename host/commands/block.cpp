@@ -23,7 +23,7 @@ std::optional<std::string> askName(Editor& ed)
         if (name.empty())
             return std::nullopt;
         if (name == "?") {
-            listBlocks(ed, ed.text("Enter block(s) to list <*>", "*"));
+            listBlocks(ed, ed.text("Enter block(s) to list", "*"));
             continue;
         }
         if (!isLegalRecordName(name) || name.starts_with('*')) {

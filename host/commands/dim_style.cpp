@@ -16,7 +16,7 @@ using Style = VcDbDimStyleTableRecord;
 
 void list(Editor& ed)
 {
-    const Wildcard pattern(ed.text("Enter dimension style(s) to list <*>", "*"));
+    const Wildcard pattern(ed.text("Enter dimension style(s) to list", "*"));
     ed.printLine("Named dimension styles:");
     for (const VcDbObjectId id : ed.db().table(NameTable::DimStyle).records())
         if (const auto* style = ed.db().objectAs<Style>(id); style && pattern.matches(style->nameUtf8()))

@@ -57,7 +57,7 @@ Wanted askBlock(Editor& ed, bool mayBeParts)
         if (name.empty())
             return {};
         if (name == "?") {
-            listBlocks(ed, ed.text("Enter block(s) to list <*>", "*"));
+            listBlocks(ed, ed.text("Enter block(s) to list", "*"));
             continue;
         }
         Wanted wanted;

@@ -216,7 +216,7 @@ void purge(Editor& ed)
         return eraseWhere(ed, "objects without length", hasNoLength);
     if (what == "Empty")
         return eraseWhere(ed, "empty texts", isEmptyText);
-    const std::string names = ed.text("Enter name(s) to purge <*>", "*");
+    const std::string names = ed.text("Enter name(s) to purge", "*");
     const bool verifies = ed.keyword("Verify each name to be purged? [Yes/No] <Y>", "Yes No", "Yes") == "Yes";
     Purge run(ed, names, verifies);
     if (what == "All")

@@ -25,7 +25,7 @@ bool seesPaper(const Editor& ed) { return isOnSheet(ed) && !activeViewport(ed); 
 
 void list(Editor& ed)
 {
-    const Wildcard pattern(ed.text("Enter view name(s) to list <*>", "*"));
+    const Wildcard pattern(ed.text("Enter view name(s) to list", "*"));
     ed.printLine(fmt::format("{:<32}{}", "View name", "Space"));
     for (const VcDbObjectId id : ed.db().table(NameTable::View).records())
         if (const auto* record = ed.db().objectAs<Record>(id); pattern.matches(record->nameUtf8()))

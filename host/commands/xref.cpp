@@ -34,7 +34,7 @@ std::vector<Block*> matching(Editor& ed, const std::string& names)
 
 void list(Editor& ed)
 {
-    const Wildcard pattern(ed.text("Enter xref name(s) to list <*>", "*"));
+    const Wildcard pattern(ed.text("Enter xref name(s) to list", "*"));
     ed.printLine(fmt::format("{:<24}{:<10}{:<10}{}", "Xref name", "Type", "State", "Path"));
     std::size_t count = 0;
     for (const Block* reference : externalReferences(ed.db())) {
