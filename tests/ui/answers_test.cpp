@@ -6,6 +6,7 @@
 #include "tests/ui/probe_dialog.h"
 #include "tests/ui/dialog_support.h"
 
+#include <QMessageBox>
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -123,6 +124,13 @@ TEST_F(Answers, PickInTheDrawingWhileTheDialogIsHidden)
     EXPECT_EQ(play({"pick", "ok"}), IDOK);
     EXPECT_EQ(logic.text, L"42");
     EXPECT_EQ(logic.events.back(), "picked while hidden");
+}
+
+TEST_F(Answers, ABoxThatNoAnswerReachesIsCancelled)
+{
+    logic.whenPicked = [] { QMessageBox::warning(nullptr, "Trouble", "Go on?"); };
+    EXPECT_EQ(play({"pick", "ok"}), IDOK);
+    EXPECT_TRUE(hasSaid("No answer can reach the box \"Trouble\"; it is cancelled."));
 }
 
 TEST_F(Answers, KeysReachTheLogicFirst)

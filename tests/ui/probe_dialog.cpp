@@ -64,6 +64,10 @@ void Logic::OnBrowse()
 
 void Logic::OnPick()
 {
+    if (whenPicked) {
+        whenPicked();
+        return;
+    }
     BeginEditorCommand();
     heard(IsWindowVisible() ? "picked in sight" : "picked while hidden");
     vds_point point = {};

@@ -4,6 +4,7 @@
 #include "sdk/qbasedialog.h"
 #include "sdk/vcui.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -50,6 +51,7 @@ public:
     std::vector<std::string> events;
     int mostChars = 12;
     bool takesNumber = false;  // the edit holds a number, not a text
+    std::function<void()> whenPicked;
 };
 
 class Form : public QBaseDialog {
