@@ -1,10 +1,10 @@
 #include "text/TextToMText.h"
 
 #include "classlib_arrays.h"
+#include "core/EntityGeometry.h"
 #include "core/PublicFunction.h"
 #include "system.h"
 #include "vcdb_chains.h"
-#include "vcdb_entity.h"
 #include "vced.h"
 #include "vcut.h"
 
@@ -151,7 +151,7 @@ public:
     void add(const vds_name name)
     {
         VcGePoint3d low, high;
-        extentOf(name, low, high);
+        getTextExtent(name, low, high);
         m_min = m_isEmpty ? low.x : std::min(m_min, low.x);
         m_max = m_isEmpty ? high.x : std::max(m_max, high.x);
         m_isEmpty = false;
@@ -159,20 +159,6 @@ public:
     double width() const { return std::fabs(m_max - m_min); }
 
 private:
-    static void extentOf(const vds_name name, VcGePoint3d& low, VcGePoint3d& high)
-    {
-        VcDbObjectId id;
-        VcDbEntity* entity = nullptr;
-        if (vcdbGetObjectId(id, name) != Vcad::eOk || vcdbOpenObject(entity, id) != Vcad::eOk)
-            return;
-        VcDbExtents extents;
-        if (entity->getGeomExtents(extents) == Vcad::eOk) {
-            low = extents.minPoint();
-            high = extents.maxPoint();
-        }
-        entity->close();
-    }
-
     double m_min = 0, m_max = 0;
     bool m_isEmpty = true;
 };

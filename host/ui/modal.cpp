@@ -33,21 +33,6 @@ private:
     const QObject* m_dialog;
 };
 
-// A box that Qt itself opens while a script drives a dialog would wait for ever: it is cancelled.
-class BoxWatch : public QObject {
-public:
-    BoxWatch() { QCoreApplication::instance()->installEventFilter(this); }
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        auto* dialog = qobject_cast<QDialog*>(watched);
-        if (event->type() == QEvent::Show && dialog && !shownDialogs().contains(dialog))
-            QTimer::singleShot(0, dialog, &QDialog::reject);
-        return false;
-    }
-};
-
 std::string nameOf(const QDialog& dialog) { return dialog.objectName().toStdString(); }
 
 void failRun(const std::string& message)
@@ -56,6 +41,28 @@ void failRun(const std::string& message)
     editor.printLine(message);
     editor.noteFailure();
 }
+
+// A box that Qt itself opens while a script drives a dialog would wait for ever where nobody looks: it is cancelled.
+class BoxWatch : public QObject {
+public:
+    BoxWatch() { QCoreApplication::instance()->installEventFilter(this); }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        auto* dialog = qobject_cast<QDialog*>(watched);
+        if (event->type() == QEvent::Show && dialog && !shownDialogs().contains(dialog) && !isPersonThere())
+            QTimer::singleShot(0, dialog, [dialog] { cancel(*dialog); });
+        return false;
+    }
+
+private:
+    static void cancel(QDialog& dialog)
+    {
+        failRun("No answer can reach the box \"" + dialog.windowTitle().toStdString() + "\"; it is cancelled.");
+        dialog.reject();
+    }
+};
 
 void drive(QDialog& dialog, CWnd* logic, const Steps& steps, const bool& hasEnded)
 {

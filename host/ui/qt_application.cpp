@@ -26,8 +26,9 @@ void sayWhatMatters(QtMsgType kind, const QMessageLogContext&, const QString& me
 
 void ensureApplication()
 {
-    if (QCoreApplication::instance())
+    if (qobject_cast<QApplication*>(QCoreApplication::instance()))
         return;
+    delete QCoreApplication::instance();  // pictures have been painted: their kind has no widgets
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     const NumbersInC restored;

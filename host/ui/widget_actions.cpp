@@ -47,6 +47,13 @@ void pressKey(QWidget& widget, int key, Qt::KeyboardModifiers modifiers = Qt::No
     QApplication::sendEvent(&widget, &release);
 }
 
+// Keys are numbered by the capital letters.
+int keyOf(uint character)
+{
+    const bool isPlain = character >= ' ' && character < 0x7F;
+    return isPlain ? QChar::toUpper(character) : 0;
+}
+
 void typeOver(QWidget& widget, const QString& text)
 {
     focus(widget);
@@ -54,8 +61,8 @@ void typeOver(QWidget& widget, const QString& text)
     pressKey(widget, Qt::Key_Delete);
     for (const uint character : text.toUcs4()) {
         const bool isLineEnd = character == '\n';
-        pressKey(widget, isLineEnd ? Qt::Key_Return : 0, Qt::NoModifier,
-                 isLineEnd ? QString("\r") : QString::fromUcs4(&character, 1));
+        const QString typed = isLineEnd ? QString("\r") : QString::fromUcs4(&character, 1);
+        pressKey(widget, isLineEnd ? Qt::Key_Return : keyOf(character), Qt::NoModifier, typed);
     }
 }
 

@@ -27,18 +27,19 @@ struct CWnd::Inner
 
 namespace {
 
-// Who stands for a widget: an object that was given to it, or one of ours that goes with the widget.
+// Who stands for a widget: an object that was given to it, or one of ours that goes with the widget. Never destroyed, as
+// windows in statics come here when the program ends.
 using Windows = QHash<QWidget*, CWnd*>;
 
 Windows& given()
 {
-    static Windows windows;
+    static auto& windows = *new Windows;
     return windows;
 }
 
 Windows& temporary()
 {
-    static Windows windows;
+    static auto& windows = *new Windows;
     return windows;
 }
 

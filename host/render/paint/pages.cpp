@@ -12,14 +12,14 @@ namespace vk::render {
 
 namespace {
 
-// Plug-ins that read image files are found by way of the application object.
+// Plug-ins that read image files are found by way of the application object. Dialogs replace it by one of their own.
 void ensureApplication()
 {
     static int argc = 1;
     static char name[] = "vekad";
     static char* argv[] = {name, nullptr};
     if (!QCoreApplication::instance())
-        static QCoreApplication application(argc, argv);
+        new QCoreApplication(argc, argv);
 }
 
 class PngPage : public Page {
