@@ -84,7 +84,7 @@ void addText(ListBuilder& b, const VcDbText& text, const std::string& drawn)
 {
     const Frame frame = geom::arbitraryFrame(text.normal());
     const double c = std::cos(text.rotation()), s = std::sin(text.rotation());
-    b.text(textStyleSpec(text), text.height(), drawn, text.position(), frame.x * c + frame.y * s, frame.y * c - frame.x * s);
+    b.text(textStyleSpec(text), text.height(), drawn, drawnPosition(text, drawn), frame.x * c + frame.y * s, frame.y * c - frame.x * s);
 }
 
 void buildText(const VcDbEntity& e, ListBuilder& b)
