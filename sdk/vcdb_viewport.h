@@ -38,7 +38,8 @@ public:
     // Number of the viewport in its layout, 1 for the sheet itself.
     std::int16_t number() const { return m_number; }
     void setNumber(std::int16_t number);
-    bool isOn() const { return m_status > 0 && (m_viewFlags & kOff) == 0; }
+    // A status below 0 is that of a viewport beside the sheet or beyond the number that is kept active: it is on all the same.
+    bool isOn() const { return m_status != 0 && (m_viewFlags & kOff) == 0; }
     Vcad::ErrorStatus setOn(bool on);
 
     VcGePoint2d viewCenter() const { return m_viewCenter; }  // in display coordinates

@@ -7,6 +7,7 @@
 #include "host/base/files.h"
 #include "host/base/numbers.h"
 #include "host/render/picture.h"
+#include "host/text/font_library.h"
 
 #include <charconv>
 #include <fmt/format.h>
@@ -87,6 +88,17 @@ void tellOmissions(const render::Omissions& omissions)
         fmt::print(stderr, "vekad: not drawn: {} ({})\n", what, count);
 }
 
+// Fonts that were taken for others change how long texts are.
+void tellFonts()
+{
+    for (const vktext::FontUse& use : vktext::FontLibrary::instance().report()) {
+        if (use.match == vktext::FontMatch::Substitute)
+            fmt::print(stderr, "vekad: font {}: {} taken instead; its texts may be longer or shorter\n", use.asked.font, use.taken);
+        if (use.missingGlyphs > 0)
+            fmt::print(stderr, "vekad: font {}: {} characters are in no font and drawn as boxes\n", use.asked.font, use.missingGlyphs);
+    }
+}
+
 }
 
 int render(const RenderOptions& options)
@@ -111,6 +123,7 @@ int render(const RenderOptions& options)
         return kNotSaved;
     }
     tellOmissions(picture.omissions);
+    tellFonts();
     return kDone;
 }
 

@@ -226,10 +226,11 @@ Vcad::ErrorStatus VcDbText::getGeomExtents(VcDbExtents& extents) const
     const vktext::Box box = vktext::lineBox(textStyleSpec(*this), m_height, drawnText());
     if (box.width() <= 0 && box.height() <= 0)
         return Vcad::eNotApplicable;
+    const VcGePoint3d base = fromWorld(drawnPosition(*this, drawnText()), normal());
     const double c = std::cos(m_rotation), s = std::sin(m_rotation);
     for (const double x : {box.left, box.right})
         for (const double y : {box.bottom, box.top})
-            addExtruded(extents, toWorld(m_position + VcGeVector3d(x * c - y * s, x * s + y * c, 0), normal()), m_extrusion);
+            addExtruded(extents, toWorld(base + VcGeVector3d(x * c - y * s, x * s + y * c, 0), normal()), m_extrusion);
     return Vcad::eOk;
 }
 

@@ -2,6 +2,7 @@
 
 #include "host/base/unicode.h"
 #include "host/db/database.h"
+#include "host/geom/arbitrary_axis.h"
 #include "sdk/vcdb_records.h"
 
 #include <fmt/format.h>
@@ -57,6 +58,18 @@ vktext::TextStyleSpec textStyleSpec(const VcDbText& text)
     spec.backwards = text.isMirroredInX();
     spec.upsideDown = text.isMirroredInY();
     return spec;
+}
+
+VcGePoint3d drawnPosition(const VcDbText& text, const std::string& drawn)
+{
+    const VcDb::TextHorzMode mode = text.horizontalMode();
+    if (text.isDefaultAlignment() || mode == VcDb::kTextAlign || mode == VcDb::kTextFit)
+        return text.position();
+    const VcGeVector2d offset = vktext::justificationOffset(textStyleSpec(text), text.height(), drawn, vktext::HorizontalMode(mode),
+                                                            vktext::VerticalMode(text.verticalMode()));
+    const double c = std::cos(text.rotation()), s = std::sin(text.rotation());
+    const VcGeVector3d own(-(offset.x * c - offset.y * s), -(offset.x * s + offset.y * c), 0);
+    return vk::geom::toWorld(text.ownAlignmentPoint() + own, text.normal());
 }
 
 VcDbObjectId styleWithFont(DatabaseCore& db, const vktext::FontRequest& font, VcDbObjectId preferred)

@@ -12,6 +12,10 @@ vktext::TextStyleSpec textStyleSpec(VcDbObjectId style, const DatabaseCore* db);
 // With the width factor, slant and mirroring of the text itself.
 vktext::TextStyleSpec textStyleSpec(const VcDbText& text);
 
+// The base point that a text is drawn from. A justified text hangs on its alignment point, whatever base point its file
+// worked out with another font; it is given for what is drawn, the text or a tag.
+VcGePoint3d drawnPosition(const VcDbText& text, const std::string& drawn);
+
 // Where everything of a text of many lines stands, from its location along its direction.
 vktext::MTextLayout layoutOf(const VcDbMText& text);
 

@@ -20,6 +20,7 @@ class VKHOST_API Display {
 public:
     static Display& instance();
     void highlight(VcDbObjectId id, bool on);
+    const std::unordered_set<VcDbObjectId>& highlighted() const { return m_highlighted; }
     bool isHighlighted(VcDbObjectId id) const { return m_highlighted.contains(id); }
     void addVector(const TemporaryVector& vector) { m_vectors.push_back(vector); }
     const std::vector<TemporaryVector>& vectors() const { return m_vectors; }

@@ -256,7 +256,7 @@ void outlineText(const VcDbEntity& e, OutlineBuilder& b)
     const vktext::Box box = vktext::lineBox(textStyleSpec(text), text.height(), drawn);
     const Frame frame = geom::arbitraryFrame(text.normal());
     const double c = std::cos(text.rotation()), s = std::sin(text.rotation());
-    outlineBox(box, text.position(), frame.x * c + frame.y * s, frame.y * c - frame.x * s, b);
+    outlineBox(box, drawnPosition(text, drawn), frame.x * c + frame.y * s, frame.y * c - frame.x * s, b);
 }
 
 void outlineMText(const VcDbEntity& e, OutlineBuilder& b)

@@ -1,5 +1,6 @@
 // Leaders, feature control frames, shapes.
 #include "host/db/database.h"
+#include "host/db/kept_object.h"
 #include "host/db/text_geometry.h"
 #include "host/render/build_parts.h"
 #include "host/text/mtext_layout.h"
@@ -17,22 +18,6 @@ void setDimensionColour(ListBuilder& b, std::int16_t index)
 {
     if (index != 0)
         b.setColour(VcCmColor::fromIndex(index));
-}
-
-// A smooth curve through the points: each piece a cubic whose tangents are half the way between its neighbours.
-geom::Nurbs throughPoints(const std::vector<VcGePoint3d>& points)
-{
-    geom::Nurbs nurbs{3, {points.front()}, {0, 0, 0, 0}, {}};
-    const std::size_t last = points.size() - 1;
-    const auto tangent = [&](std::size_t i) { return (points[std::min(i + 1, last)] - points[i ? i - 1 : 0]) * (i && i < last ? 0.5 : 1.0); };
-    for (std::size_t i = 0; i < last; ++i) {
-        nurbs.poles.push_back(points[i] + tangent(i) / 3);
-        nurbs.poles.push_back(points[i + 1] - tangent(i + 1) / 3);
-        nurbs.poles.push_back(points[i + 1]);
-        nurbs.knots.insert(nurbs.knots.end(), 3, double(i + 1));
-    }
-    nurbs.knots.push_back(double(last));
-    return nurbs;
 }
 
 // The line stops where a filled arrow begins.
@@ -62,11 +47,7 @@ void buildLeader(const VcDbEntity& e, ListBuilder& b)
     }
     const std::uint32_t figure = b.figureCount();
     b.beginFigure();
-    if (leader.isSplined() && points.size() > 2)
-        b.spline(throughPoints(points));
-    else
-        for (const VcGePoint3d& p : points)
-            b.point(p);
+    addThroughPoints(b, points, leader.isSplined());
     b.endFigure(false);
     b.stroke(figure, Item::RunsOn);
 }
@@ -130,9 +111,7 @@ private:
         spec.attachment = 4;
         const vktext::MTextLayout layout = vktext::layoutMText(spec);
         setDimensionColour(m_b, m_vars.dimclrt);
-        for (const vktext::MTextFragment& f : layout.fragments)
-            m_b.text(vktext::fragmentStyle(layout, f), f.height, vktext::fragmentText(f), at(left + m_gap + f.x, top - height / 2 + f.y),
-                     m_x, m_y, f.tracking);
+        addMTextLayout(m_b, layout, at(left + m_gap, top - height / 2), m_x, m_y);
         const double width = std::max(layout.width + 2 * m_gap, height / 2);
         setDimensionColour(m_b, m_vars.dimclrd);
         const std::uint32_t first = m_b.figureCount();
@@ -157,7 +136,17 @@ void buildFrame(const VcDbEntity& e, ListBuilder& b)
 // Figures of shape files that are not at hand.
 void buildShape(const VcDbEntity&, ListBuilder& b) { b.omit("SHAPE whose shape file is not at hand"); }
 
+void buildKept(const VcDbEntity& e, ListBuilder& b)
+{
+    const std::string_view name = static_cast<const VcDbKeptEntity&>(e).keptDxfName();
+    if (name == "MULTILEADER" || name == "MLEADER")
+        buildMultiLeader(e, b);
+    else
+        b.omit(name);
+}
+
 constexpr BuildEntry kBuilders[] = {
+    {&VcDbKeptEntity::desc, buildKept},
     {&VcDbLeader::desc, buildLeader},
     {&VcDbFcf::desc, buildFrame},
     {&VcDbShape::desc, buildShape},

@@ -1,8 +1,10 @@
 // Lines, circles, arcs, ellipses, splines, points.
+#include "host/base/unicode.h"
 #include "host/db/database.h"
 #include "host/db/ent_util.h"
 #include "host/render/build_parts.h"
 #include "sdk/vcdb_curves.h"
+#include "sdk/vcdb_tables.h"
 
 namespace vk::render {
 
@@ -83,8 +85,17 @@ void buildEndless(const VcDbEntity& e, ListBuilder& b)
     b.item(Item::Endless, 0, b.list().endless.size() - 1);
 }
 
+// Dimensions mark what they measure with points on a layer of their own, which are no part of the picture.
+bool isDefinitionPoint(const VcDbEntity& e, const ListBuilder& b)
+{
+    const auto* layer = b.inBlock ? b.db().objectAs<VcDbLayerTableRecord>(e.layerId()) : nullptr;
+    return layer && equalNoCase(layer->nameUtf8(), "Defpoints");
+}
+
 void buildPoint(const VcDbEntity& e, ListBuilder& b)
 {
+    if (isDefinitionPoint(e, b))
+        return;
     const auto& point = static_cast<const VcDbPoint&>(e);
     const HeaderVars& header = b.db().header();
     const Frame frame = geom::arbitraryFrame(point.normal());

@@ -3,6 +3,10 @@
 
 #include "host/render/list_builder.h"
 
+namespace vktext {
+struct MTextLayout;
+}
+
 namespace vk::render {
 
 // A spline into the current figure; one that is no valid curve is drawn through its points.
@@ -19,6 +23,14 @@ void addBulge(ListBuilder& b, const geom::Frame& frame, const VcGePoint2d& from,
 
 // Figures whose non-zero filling is the wide polyline: the pieces meet in mitres where they are equally wide.
 void addWideFigures(ListBuilder& b, const geom::Frame& frame, const std::vector<WidthVertex>& vertices, bool closed);
+
+// A straight or a smooth line through points into the current figure.
+void addThroughPoints(ListBuilder& b, const std::vector<VcGePoint3d>& points, bool smooth);
+
+// Letters and rules of a text of many lines from its insertion point, in the current colour where they have none.
+void addMTextLayout(ListBuilder& b, const vktext::MTextLayout& layout, const VcGePoint3d& at, const VcGeVector3d& x, const VcGeVector3d& y);
+
+void buildMultiLeader(const VcDbEntity& e, ListBuilder& b);
 
 // The arrow of a dimension style at the end of a line that comes from the given direction.
 void addArrow(ListBuilder& b, VcDbObjectId arrowBlock, const VcGePoint3d& tip, const VcGeVector3d& pointing,

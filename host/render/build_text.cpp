@@ -50,11 +50,41 @@ void ListBuilder::text(const vktext::TextStyleSpec& style, double height, std::s
 
 namespace {
 
+VcCmColor colourOf(const vktext::TextColor& colour, const VcCmColor& inherited)
+{
+    VcCmColor own = inherited;
+    if (colour.kind == vktext::TextColor::Kind::Index)
+        own = VcCmColor::fromIndex(std::int16_t(colour.value));
+    else if (colour.kind == vktext::TextColor::Kind::True)
+        own.setTrueColor(colour.value);
+    return own;
+}
+
+}
+
+void addMTextLayout(ListBuilder& b, const vktext::MTextLayout& layout, const VcGePoint3d& at, const VcGeVector3d& x, const VcGeVector3d& y)
+{
+    const VcCmColor inherited = b.colour();
+    const auto place = [&](double px, double py) { return at + x * px + y * py; };
+    for (const vktext::MTextFragment& fragment : layout.fragments) {
+        b.setColour(colourOf(fragment.color, inherited));
+        b.text(vktext::fragmentStyle(layout, fragment), fragment.height, vktext::fragmentText(fragment), place(fragment.x, fragment.y),
+               x, y, fragment.tracking);
+    }
+    for (const vktext::MTextRule& rule : layout.rules) {
+        b.setColour(colourOf(rule.color, inherited));
+        b.line(place(rule.from.x, rule.from.y), place(rule.to.x, rule.to.y), Item::Continuous);
+    }
+    b.setColour(inherited);
+}
+
+namespace {
+
 void addText(ListBuilder& b, const VcDbText& text, const std::string& drawn)
 {
     const Frame frame = geom::arbitraryFrame(text.normal());
     const double c = std::cos(text.rotation()), s = std::sin(text.rotation());
-    b.text(textStyleSpec(text), text.height(), drawn, text.position(), frame.x * c + frame.y * s, frame.y * c - frame.x * s);
+    b.text(textStyleSpec(text), text.height(), drawn, drawnPosition(text, drawn), frame.x * c + frame.y * s, frame.y * c - frame.x * s);
 }
 
 void buildText(const VcDbEntity& e, ListBuilder& b)
@@ -87,16 +117,6 @@ void buildDefinition(const VcDbEntity& e, ListBuilder& b)
         addText(b, definition, definition.textUtf8());
 }
 
-VcCmColor colourOf(const vktext::TextColor& colour, const VcCmColor& inherited)
-{
-    VcCmColor own = inherited;
-    if (colour.kind == vktext::TextColor::Kind::Index)
-        own = VcCmColor::fromIndex(std::int16_t(colour.value));
-    else if (colour.kind == vktext::TextColor::Kind::True)
-        own.setTrueColor(colour.value);
-    return own;
-}
-
 // A mask, or a field of colour, that reaches beyond the text on all sides.
 void addBackground(ListBuilder& b, const VcDbMText& text, vktext::Box box, const VcGeVector3d& x, const VcGeVector3d& y)
 {
@@ -119,17 +139,7 @@ void buildMText(const VcDbEntity& e, ListBuilder& b)
     const VcGeVector3d x = text.direction().normal(), y = text.normal().normal().crossProduct(x);
     if (text.backgroundFillOn())
         addBackground(b, text, layout.box, x, y);
-    const VcCmColor inherited = b.props().color;
-    const auto place = [&](double px, double py) { return text.location() + x * px + y * py; };
-    for (const vktext::MTextFragment& fragment : layout.fragments) {
-        b.setColour(colourOf(fragment.color, inherited));
-        b.text(vktext::fragmentStyle(layout, fragment), fragment.height, vktext::fragmentText(fragment), place(fragment.x, fragment.y),
-               x, y, fragment.tracking);
-    }
-    for (const vktext::MTextRule& rule : layout.rules) {
-        b.setColour(colourOf(rule.color, inherited));
-        b.line(place(rule.from.x, rule.from.y), place(rule.to.x, rule.to.y), Item::Continuous);
-    }
+    addMTextLayout(b, layout, text.location(), x, y);
 }
 
 constexpr BuildEntry kBuilders[] = {

@@ -44,6 +44,7 @@ public:
     void setOwnLook(EntityProps props);
     // The current entity's, in another colour.
     void setColour(const VcCmColor& colour);
+    const VcCmColor& colour() const { return m_list.looks[m_look].props->color; }
     std::uint32_t look() const { return m_look; }
 
     // Figures

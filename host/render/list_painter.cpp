@@ -462,7 +462,7 @@ void ListPainter::paintImage(const Place& place, const Picture& picture, const R
     const std::size_t slash = picture.file.find_last_of("/\\");
     const std::string name = slash == std::string::npos ? picture.file : picture.file.substr(slash + 1);
     const double width = picture.width.length(), letters = double(std::max<std::size_t>(name.size(), 8));
-    const double height = std::min(width / letters, picture.height.length() / 3);
+    const double height = std::min(0.7 * width / letters, picture.height.length() / 3);
     vktext::TextStyleSpec style;
     style.font = "txt";
     builder.text(style, height, name, picture.origin + picture.width * 0.05 + picture.height * 0.45, picture.width.normal(),

@@ -3,6 +3,7 @@
 #include "host/base/unicode.h"
 #include "host/db/host_services.h"
 #include "host/geom/box.h"
+#include "host/io/drawing_file.h"
 #include "render_support.h"
 #include "sdk/vcdb_text.h"
 #include "sdk/vced.h"
@@ -172,4 +173,39 @@ TEST_F(ManyTexts, IllegibleTextIsABar)
     text.setHeight(0.5);
     paint();
     EXPECT_EQ(sheet.marks.size(), 1u);
+}
+
+// A file may have worked out the base point with another font, or not at all.
+TEST_F(ManyTexts, JustifiedTextsHangOnTheirAlignmentPoint)
+{
+    VcDbText& text = addText({"", "txt", L"HHHH"});
+    text.setHorizontalMode(VcDb::kTextRight);
+    text.setAlignmentPoint({700, 400, 0});
+    text.setPosition({0, 0, 0});
+    VcDbExtents extents;
+    ASSERT_EQ(text.getGeomExtents(extents), Vcad::eOk);
+    paint();
+    EXPECT_NEAR(inkBox().max.x, 700, 1);
+    EXPECT_NEAR(inkBox().min.y, 400, 1);
+    EXPECT_NEAR(extents.maxPoint().x, 700, 1);
+    EXPECT_NEAR(extents.minPoint().y, 400, 1);
+}
+
+// Leaders of several lines are kept as they came.
+TEST_F(ManyTexts, LeadersOfSeveralLinesAreDrawn)
+{
+    const std::string file =
+        "0\nSECTION\n2\nENTITIES\n0\nMULTILEADER\n8\n0\n100\nAcDbMLeader\n300\nCONTEXT_DATA{\n41\n40.0\n140\n50.0\n290\n1\n304\nHH\n"
+        "12\n600.0\n22\n600.0\n13\n1.0\n23\n0.0\n171\n1\n45\n1.0\n302\nLEADER{\n290\n1\n291\n1\n10\n500.0\n20\n600.0\n11\n1.0\n21\n0.0\n"
+        "40\n80.0\n304\nLEADER_LINE{\n10\n100.0\n20\n600.0\n305\n}\n303\n}\n301\n}\n170\n1\n0\nENDSEC\n0\nEOF\n";
+    VcDbDatabase database(false);
+    ASSERT_TRUE(readDrawingBytes(database, file).ok());
+    vk::render::Scene scene(database.core(), *vk::render::findLayout(database.core(), ""), omissions);
+    scene.paint(sheet, {{0, 0}, {kSide, kSide}}, {kSide, kSide, kPage, true});
+    EXPECT_TRUE(isInk(130, 603)) << "the arrow";
+    EXPECT_TRUE(isInk(300, 600));
+    EXPECT_TRUE(isInk(570, 600)) << "the dogleg";
+    EXPECT_FALSE(isInk(590, 600));
+    EXPECT_GT(inkBox().max.x, 620) << "the text";
+    EXPECT_TRUE(omissions.counts().empty());
 }

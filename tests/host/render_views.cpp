@@ -1,4 +1,7 @@
 // Layouts and what their viewports show of the model.
+#include "host/edit/display.h"
+#include "host/render/list_painter.h"
+#include "host/render/overlay.h"
 #include "render_support.h"
 #include "sdk/vcdb_layout.h"
 #include "sdk/vcdb_viewport.h"
@@ -121,4 +124,26 @@ TEST_F(RenderViews, LayoutsByName)
     EXPECT_TRUE(vk::render::findLayout(db(), "MODEL")->isModel);
     EXPECT_EQ(vk::render::findLayout(db(), paperName())->block, paper().objectId());
     EXPECT_FALSE(vk::render::findLayout(db(), "no such layout"));
+}
+
+TEST_F(RenderViews, HighlightsAndTemporaryVectors)
+{
+    VcDbLine& picked = line(0, 100, 1000, 100, {.colour = 1});
+    line(0, 200, 1000, 200, {.colour = 1});
+    vk::edit::Display display;
+    display.highlight(picked.objectId(), true);
+    display.addVector({{0, 300, 0}, {1000, 300, 0}, 3, false});
+    using namespace vk::render;
+    DisplayList list;
+    ListBuilder builder(list, db(), omissions);
+    addOverlay(builder, display);
+    PageView view;
+    view.high = {kSide, kSide};
+    LookResolver looks(db(), {});
+    BlockLists blocks(db(), omissions);
+    PaintBudget budget;
+    ListPainter(db(), blocks, sheet, looks, view, budget, omissions).paint(list);
+    EXPECT_EQ(sheet.at({500, 100}), kBlue);
+    EXPECT_EQ(sheet.at({500, 200}), kPage);
+    EXPECT_EQ(sheet.at({500, 300}), kGreen);
 }
