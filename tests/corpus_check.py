@@ -91,7 +91,7 @@ def lasting_lines(path):
 
 
 def undo_faults(vekad, path, copy, folder):
-    if copy.read_bytes().startswith(b"AutoCAD Binary DXF"):
+    if b"\0" in copy.read_bytes()[:64]:  # binary: no lines to compare
         return
     script, after = folder / "taken-back.scr", folder / f"undone_{path.name}"
     script.write_text(TAKEN_BACK)
