@@ -353,6 +353,12 @@ void DxfReader::adoptOrphans()
     }
 }
 
+// Files of R12 and older use these without listing them.
+static bool isUnderstood(NameTable table, std::string_view name)
+{
+    return table == NameTable::Linetype && (equalNoCase(name, "ByBlock") || equalNoCase(name, "ByLayer"));
+}
+
 void DxfReader::reportImplicitRecords()
 {
     constexpr const char* kKinds[] = {"layer", "linetype", "text style", "dimension style", "block",
@@ -366,6 +372,8 @@ void DxfReader::reportImplicitRecords()
             record.setImplicit(false);
             if (auto* layer = VcDbLayerTableRecord::cast(&record); layer && layer->linetypeObjectId().isNull())
                 layer->setLinetypeObjectId(m_db.recordFor(NameTable::Linetype, "Continuous"));
+            if (isUnderstood(NameTable(t), record.nameUtf8()))
+                continue;
             note(0, 0, fmt::format("the {} \"{}\" is used but not defined; it was made", kKinds[t], record.nameUtf8()));
         }
     }
