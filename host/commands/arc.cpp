@@ -1,6 +1,7 @@
 // ARC, in the customary ways.
-#include "host/commands/drawing.h"
+#include "host/commands/curve_edits.h"
 #include "host/commands/families.h"
+#include "host/geom/tangent_circle.h"
 #include "sdk/vcdb_curves.h"
 
 namespace vk::commands {
@@ -32,19 +33,9 @@ void addArc(Editor& ed, const ArcShape& arc)
                                              withinTurn(arc.end + twist)));
 }
 
-std::optional<VcGePoint3d> centreOf(const VcGePoint3d& a, const VcGePoint3d& b, const VcGePoint3d& c)
-{
-    const double bx = b.x - a.x, by = b.y - a.y, cx = c.x - a.x, cy = c.y - a.y;
-    const double cross = 2 * (bx * cy - by * cx), size = std::max({std::abs(bx), std::abs(by), std::abs(cx), std::abs(cy)});
-    if (std::abs(cross) <= 1e-12 * size * size)
-        return std::nullopt;
-    const double b2 = bx * bx + by * by, c2 = cx * cx + cy * cy;
-    return VcGePoint3d(a.x + (cy * b2 - by * c2) / cross, a.y + (bx * c2 - cx * b2) / cross, a.z);
-}
-
 ArcShape throughThree(const VcGePoint3d& a, const VcGePoint3d& b, const VcGePoint3d& c)
 {
-    const auto centre = centreOf(a, b, c);
+    const auto centre = geom::centerThrough(a, b, c);
     if (!centre)
         throw CommandError{"The arc does not exist: its three points lie on a line."};
     const bool anticlockwise = (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x) > 0;
@@ -113,9 +104,21 @@ void fromEnds(Editor& ed, const VcGePoint3d& start)
     addArc(ed, byRadius(start, end, ed.askDistance("Specify radius of arc", {.from = end, .bits = InitGet::NoZero}).real));
 }
 
+// From where the last curve ended, in its direction.
+void goOn(Editor& ed, const CurveEnd& last)
+{
+    const VcGePoint3d end = ed.point("Specify end point of arc", {.from = last.point});
+    const VcGeVector3d chord = end - last.point;
+    const double turn = std::atan2(last.direction.x * chord.y - last.direction.y * chord.x, last.direction.dotProduct(chord));
+    addArc(ed, endsWithAngle(last.point, end, 2 * turn));
+}
+
 void arc(Editor& ed)
 {
-    const Answer first = ed.askPoint("Specify start point of arc or [Center]", {.keywords = "Center"});
+    const auto last = lastCurveEnd(ed);
+    const Answer first = ed.askPoint("Specify start point of arc or [Center]", {.keywords = "Center", .enterEnds = last.has_value()});
+    if (first.status == Answer::Status::Enter)
+        return goOn(ed, *last);
     if (first.status == Answer::Status::Keyword) {
         const VcGePoint3d centre = ed.point("Specify center point of arc");
         return fromCentre(ed, centre, ed.point("Specify start point of arc", {.from = centre}));

@@ -5,6 +5,7 @@
 #include "host/edit/pick_service.h"
 #include "host/edit/select_view.h"
 #include "host/geom/apparent.h"
+#include "sdk/vcdb_curves.h"
 #include "sdk/vcdb_tables.h"
 
 namespace vk::commands {
@@ -37,6 +38,36 @@ std::optional<CurvePick> curvePick(Editor& ed, const Answer& answer)
     if (!pick)
         ed.printLine("That object is not a curve.");
     return pick;
+}
+
+static bool canGoOn(const VcDbEntity& entity)
+{
+    return entity.isKindOf(VcDbLine::desc()) || entity.isKindOf(VcDbArc::desc()) || entity.isKindOf(VcDbPolyline::desc());
+}
+
+std::optional<CurveEnd> lastCurveEnd(Editor& ed)
+{
+    const auto* space = ed.db().objectAs<VcDbBlockTableRecord>(ed.db().currentSpace());
+    if (!space)
+        return std::nullopt;
+    const auto& slots = space->memberSlots();
+    for (auto slot = slots.rbegin(); slot != slots.rend(); ++slot) {
+        const auto* entity = VcDbEntity::cast(ed.db().objectAt(*slot));
+        const auto curve = entity && !entity->isErased() && canGoOn(*entity) ? curveOf(*entity) : std::nullopt;
+        if (!curve || geom::isClosed(*curve))
+            continue;
+        const geom::Interval range = geom::paramRange(*curve);
+        const VcGeMatrix3d toUcs = ucsToWorld(ed).inverse();
+        const auto* p = std::get_if<geom::Polyline>(&*curve);
+        const bool isArc = std::holds_alternative<geom::Arc>(*curve), bent = isArc || (p && p->vertices[p->vertices.size() - 2].bulge != 0);
+        // An arc always runs anticlockwise, but may have been drawn the other way: then it ended at its start.
+        const VcGePoint3d start = toUcs * geom::pointAt(*curve, range.from), end = toUcs * geom::pointAt(*curve, range.to);
+        if (isArc && start.distanceTo(ed.lastPoint) < end.distanceTo(ed.lastPoint))
+            return CurveEnd{start, -(toUcs * geom::derivativesAt(*curve, range.from).first).normal(), true};
+        const VcGeVector3d along = geom::derivativesAt(*curve, range.to - 1e-12 * (range.to - range.from)).first;
+        return CurveEnd{end, (toUcs * along).normal(), bent};
+    }
+    return std::nullopt;
 }
 
 void CurveEdits::end()

@@ -25,6 +25,14 @@ std::optional<CurvePick> curvePickAt(edit::Editor& ed, VcDbEntity& entity, const
 // Towards the eye, in the world.
 VcGeVector3d viewNormal(edit::Editor& ed);
 
+// Where the line, arc or polyline that was drawn last ends, in the UCS: LINE and ARC go on from there.
+struct CurveEnd {
+    VcGePoint3d point;
+    VcGeVector3d direction;  // in which it ends
+    bool isArc = false;
+};
+std::optional<CurveEnd> lastCurveEnd(edit::Editor& ed);
+
 // Steps of changes to entities. Each step can be taken back within the command.
 class CurveEdits {
 public:

@@ -1,6 +1,7 @@
 #include "host/commands/dim_common.h"
 
 #include "host/base/unicode.h"
+#include "host/db/rec_arrow_blocks.h"
 #include "host/db/rec_dim_variables.h"
 #include "sdk/vcdb_records.h"
 
@@ -8,7 +9,18 @@ namespace vk::commands {
 
 using namespace edit;
 
-VcDbDimVars currentDimVars(Editor& ed) { return headerDimVars(ed.db()); }
+// A built-in arrow that has been named by a variable gets its block now that it is used.
+VcDbDimVars currentDimVars(Editor& ed)
+{
+    for (const char* name : {"$DIMBLK", "$DIMBLK1", "$DIMBLK2", "$DIMLDRBLK"})
+        if (const std::string arrow = ed.db().header().text(name, ""); isBuiltInArrow(arrow)) {
+            const auto* block = ed.db().objectAs<VcDbSymbolTableRecord>(arrowBlock(ed.db(), arrow));
+            if (block && block->nameUtf8() != arrow)
+                ed.db().header().setText(name, 1, block->nameUtf8());
+        }
+    return headerDimVars(ed.db());
+}
+
 VcDbObjectId currentDimStyle(Editor& ed) { return ed.drawing().dimstyle(); }
 
 Vcad::ErrorStatus overrideDimVar(VcDbObject& entity, const DimVariable& v, const VcDbDimVars& wanted)

@@ -1,8 +1,10 @@
 // LINE, CIRCLE, POINT.
-#include "host/commands/drawing.h"
+#include "host/commands/curve_edits.h"
 #include "host/commands/families.h"
 #include "host/db/database.h"
+#include "host/edit/pick_service.h"
 #include "host/edit/sysvars.h"
+#include "host/geom/tangent_circle.h"
 #include "sdk/vcdb_curves.h"
 
 namespace vk::commands {
@@ -22,13 +24,27 @@ void eraseLast(Editor& ed, std::vector<VcDbObjectId>& made)
     made.pop_back();
 }
 
+VcDbObjectId addLine(Editor& ed, const VcGePoint3d& from, const VcGePoint3d& to)
+{
+    return addToSpace(ed, std::make_unique<VcDbLine>(toWorld(ed, from), toWorld(ed, to)));
+}
+
 void line(Editor& ed)
 {
     AskOptions first;
     first.enterEnds = true;
     const Answer start = ed.askPoint("Specify first point", first);
-    std::vector<VcGePoint3d> points{start.status == Answer::Status::Enter ? ed.lastPoint : start.point};
+    std::vector<VcGePoint3d> points{start.point};
     std::vector<VcDbObjectId> made;
+    if (start.status == Answer::Status::Enter) {
+        const auto last = lastCurveEnd(ed);
+        points[0] = last ? last->point : ed.lastPoint;
+        if (last && last->isArc) {
+            points.push_back(points[0] + last->direction * ed.askDistance("Length of line", {.from = points[0]}).real);
+            made.push_back(addLine(ed, points[0], points[1]));
+            ed.lastPoint = points[1];
+        }
+    }
     for (;;) {
         const bool canClose = made.size() >= 2;
         const Answer a = ed.askPoint(canClose ? "Specify next point or [Close/Undo]" : "Specify next point or [Undo]",
@@ -47,7 +63,7 @@ void line(Editor& ed)
         }
         const bool closing = a.status == Answer::Status::Keyword;
         points.push_back(closing ? points.front() : a.point);
-        made.push_back(addToSpace(ed, std::make_unique<VcDbLine>(toWorld(ed, points[points.size() - 2]), toWorld(ed, points.back()))));
+        made.push_back(addLine(ed, points[points.size() - 2], points.back()));
         if (closing)
             return;
     }
@@ -62,23 +78,11 @@ void addCircle(Editor& ed, const VcGePoint3d& centre, double radius)
     ed.lastPoint = centre;
 }
 
-// The centre of the circle through three points of the XY plane; nothing when they lie on a line.
-std::optional<VcGePoint3d> centreThrough(const VcGePoint3d& a, const VcGePoint3d& b, const VcGePoint3d& c)
-{
-    const double bx = b.x - a.x, by = b.y - a.y, cx = c.x - a.x, cy = c.y - a.y;
-    const double cross = 2 * (bx * cy - by * cx);
-    const double size = std::max({std::abs(bx), std::abs(by), std::abs(cx), std::abs(cy)});
-    if (std::abs(cross) <= 1e-12 * size * size)
-        return std::nullopt;
-    const double b2 = bx * bx + by * by, c2 = cx * cx + cy * cy;
-    return VcGePoint3d(a.x + (cy * b2 - by * c2) / cross, a.y + (bx * c2 - cx * b2) / cross, a.z);
-}
-
 void circleByThree(Editor& ed)
 {
     const VcGePoint3d a = ed.point("Specify first point on circle"), b = ed.point("Specify second point on circle"),
                       c = ed.point("Specify third point on circle");
-    const auto centre = centreThrough(a, b, c);
+    const auto centre = geom::centerThrough(a, b, c);
     if (!centre)
         throw CommandError{"The circle does not exist: its three points lie on a line."};
     addCircle(ed, *centre, centre->distanceTo(a));
@@ -91,13 +95,39 @@ void circleByTwo(Editor& ed)
     addCircle(ed, a + (b - a) * 0.5, a.distanceTo(b) / 2);
 }
 
+CurvePick askTangent(Editor& ed, const char* prompt)
+{
+    for (;;) {
+        const Answer a = ed.askEntity(prompt);
+        if (a.status != Answer::Status::Value)
+            throw CommandCancelled();
+        auto* entity = ed.db().liveAs<VcDbEntity>(a.entity);
+        const VcGePoint3d at = toWorld(ed, a.hasPoint ? a.point : pointOnEntity(ed, a.entity));
+        if (auto pick = entity ? curvePickAt(ed, *entity, at) : std::nullopt)
+            return *pick;
+        ed.printLine("That object has no tangents.");
+    }
+}
+
+void circleByTangents(Editor& ed)
+{
+    const CurvePick a = askTangent(ed, "Specify point on object for first tangent of circle");
+    const CurvePick b = askTangent(ed, "Specify point on object for second tangent of circle");
+    const double known = ed.vars().real("CIRCLERAD");
+    const double radius = ed.distance("Specify radius of circle", known > 0 ? std::optional(known) : std::nullopt, {.bits = InitGet::NoZero | InitGet::NoNegative});
+    const auto found = geom::tangentCircleNear(geom::carrierOf(a.curve), geom::carrierOf(b.curve), radius, ucsNormal(ed), a.at, b.at);
+    if (!found)
+        throw CommandError{"The circle does not exist: none of that radius touches both objects."};
+    addCircle(ed, fromWorld(ed, found->center), radius);
+}
+
 void circle(Editor& ed)
 {
     AskOptions first;
-    first.keywords = "3P 2P";
-    const Answer a = ed.askPoint("Specify center point for circle or [3P/2P]", first);
+    first.keywords = "3P 2P Ttr";
+    const Answer a = ed.askPoint("Specify center point for circle or [3P/2P/Ttr (tan tan radius)]", first);
     if (a.status == Answer::Status::Keyword)
-        return a.text == "3P" ? circleByThree(ed) : circleByTwo(ed);
+        return a.text == "3P" ? circleByThree(ed) : a.text == "2P" ? circleByTwo(ed) : circleByTangents(ed);
     const double known = ed.vars().real("CIRCLERAD");
     AskOptions radius{.keywords = "Diameter", .from = a.point, .bits = InitGet::NoZero | InitGet::NoNegative, .enterEnds = known > 0};
     const Answer r = ed.askDistance(known > 0 ? fmt::format("Specify radius of circle or [Diameter] <{}>", lengthText(known))

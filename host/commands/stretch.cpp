@@ -234,14 +234,12 @@ std::unordered_set<VcDbObjectId> takenByRegions(Editor& ed, const std::vector<Se
 
 std::vector<geom::Region> regionsOn(const PickView& view, const std::vector<SelectedRegion>& drawn)
 {
-    VcGeMatrix3d fromView;
-    fromView.setCoordSystem({}, view.x, view.y, view.x.crossProduct(view.y));
     std::vector<geom::Region> regions;
     for (const SelectedRegion& r : drawn) {
         std::vector<VcGePoint2d> corners;
         for (const VcGePoint3d& p : r.corners)
             corners.push_back(view.project(p));
-        regions.emplace_back(std::move(corners), fromView.inverse());
+        regions.emplace_back(std::move(corners), view.fromWorld());
     }
     return regions;
 }

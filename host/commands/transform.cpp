@@ -1,15 +1,26 @@
 // MOVE, COPY, ROTATE, SCALE, MIRROR.
 #include "host/commands/copies.h"
 #include "host/commands/families.h"
+#include "host/db/curve_of.h"
 #include "host/db/database.h"
 #include "host/edit/sysvars.h"
-#include "sdk/vcdb_tables.h"
+#include "sdk/vcdb_insert.h"
+#include "sdk/vcdb_text.h"
 
 namespace vk::commands {
 
 namespace {
 
 using namespace edit;
+
+using Status = Answer::Status;
+
+// Kept for the next time, as long as the program runs.
+VcGeVector3d& lastDisplacement()
+{
+    static VcGeVector3d kept;
+    return kept;
+}
 
 // A base and a second point, or a displacement: Enter at the second point takes the first as one.
 struct BaseAndDisplacement {
@@ -18,13 +29,20 @@ struct BaseAndDisplacement {
     bool once = false;
 };
 
+VcGeVector3d askWholeDisplacement(Editor& ed)
+{
+    const VcGeVector3d kept = lastDisplacement();
+    const Answer a = ed.askPoint(fmt::format("Specify displacement <{}, {}, {}>", lengthText(kept.x), lengthText(kept.y), lengthText(kept.z)), {.enterEnds = true});
+    return lastDisplacement() = a.status == Status::Enter ? kept : a.point.asVector();
+}
+
 BaseAndDisplacement askDisplacement(Editor& ed)
 {
     const Answer base = ed.askPoint("Specify base point or [Displacement] <Displacement>", {.keywords = "Displacement", .enterEnds = true});
-    if (base.status != Answer::Status::Value)
-        return {{}, ed.point("Specify displacement").asVector(), true};
+    if (base.status != Status::Value)
+        return {{}, askWholeDisplacement(ed), true};
     const Answer second = ed.askPoint("Specify second point or <use first point as displacement>", {.from = base.point, .enterEnds = true});
-    if (second.status == Answer::Status::Enter)
+    if (second.status == Status::Enter)
         return {{}, base.point.asVector(), true};
     return {base.point, second.point - base.point};
 }
@@ -37,19 +55,129 @@ void move(Editor& ed)
     transformObjects(ed, *objects, inWorld(ed, VcGeMatrix3d::translation(askDisplacement(ed).displacement)));
 }
 
+// Copies from one base point, as often as the person likes.
+class Copier {
+public:
+    Copier(Editor& ed, const SelectionSet& objects) : m_ed(ed), m_objects(objects) {}
+    void run();
+
+private:
+    std::optional<VcGePoint3d> askBase();
+    bool isSingle() const { return m_ed.vars().integer("COPYMODE") != 0; }
+    void askMode();
+    void place(const VcGeVector3d& by);
+    void array();
+    void undo();
+
+    Editor& m_ed;
+    const SelectionSet& m_objects;
+    VcGePoint3d m_base;
+    std::vector<std::shared_ptr<SelectionSet>> m_made;
+};
+
+void Copier::place(const VcGeVector3d& by)
+{
+    m_made.push_back(copied(m_ed, m_objects));
+    transformObjects(m_ed, *m_made.back(), inWorld(m_ed, VcGeMatrix3d::translation(by)));
+}
+
+void Copier::undo()
+{
+    if (m_made.empty())
+        return m_ed.printLine("Everything has been undone.");
+    for (const VcDbObjectId id : m_made.back()->ids())
+        if (VcDbObject* object = m_ed.db().object(id))
+            object->erase();
+    m_made.pop_back();
+}
+
+void Copier::askMode()
+{
+    const char* now = isSingle() ? "Single" : "Multiple";
+    const std::string word = m_ed.keyword(fmt::format("Enter a copy mode option [Single/Multiple] <{}>", now), "Single Multiple", now);
+    m_ed.vars().set("COPYMODE", std::int32_t(word == "Single"));
+}
+
+// The copies of an array stand at even steps, or fill the way to the second point.
+void Copier::array()
+{
+    const std::int64_t items = m_ed.integer("Enter number of items to array", {}, {.bits = InitGet::NoZero | InitGet::NoNegative});
+    if (items < 2)
+        throw CommandError{"An array needs two items or more."};
+    const Answer a = m_ed.askPoint("Specify second point or [Fit]", {.keywords = "Fit", .from = m_base});
+    VcGeVector3d step = a.point - m_base;
+    if (a.status == Status::Keyword)
+        step = (m_ed.point("Specify second point", {.from = m_base}) - m_base) / double(items - 1);
+    for (std::int64_t i = 1; i < items; ++i) {
+        m_ed.throwIfInterrupted();
+        place(step * double(i));
+    }
+}
+
+// Nothing when a displacement was given instead, and the copy is made.
+std::optional<VcGePoint3d> Copier::askBase()
+{
+    for (;;) {
+        const Answer a = m_ed.askPoint("Specify base point or [Displacement/mOde] <Displacement>", {.keywords = "Displacement mOde", .enterEnds = true});
+        if (a.status == Status::Value)
+            return a.point;
+        if (a.status == Status::Keyword && a.text == "mOde") {
+            askMode();
+            continue;
+        }
+        place(askWholeDisplacement(m_ed));
+        return std::nullopt;
+    }
+}
+
+void Copier::run()
+{
+    m_ed.printLine(fmt::format("Current settings:  Copy mode = {}", isSingle() ? "Single" : "Multiple"));
+    const auto base = askBase();
+    if (!base)
+        return;
+    m_base = *base;
+    for (bool first = true;; first = false) {
+        const Answer a = first ? m_ed.askPoint("Specify second point or [Array] <use first point as displacement>", {.keywords = "Array", .from = m_base, .enterEnds = true})
+                               : m_ed.askPoint("Specify second point or [Array/Exit/Undo] <Exit>", {.keywords = "Array Exit Undo", .from = m_base, .enterEnds = true});
+        if (a.status == Status::Enter) {
+            if (first)
+                place(m_base.asVector());
+            return;
+        }
+        if (a.status == Status::Value)
+            place(a.point - m_base);
+        else if (a.text == "Array")
+            array();
+        else if (a.text == "Undo")
+            undo();
+        else
+            return;
+        if (isSingle() || m_ed.isDriven())
+            return;
+    }
+}
+
 void copy(Editor& ed)
 {
     const auto objects = ed.select();
-    if (objects->empty())
-        return;
-    const BaseAndDisplacement first = askDisplacement(ed);
-    transformObjects(ed, *copied(ed, *objects), inWorld(ed, VcGeMatrix3d::translation(first.displacement)));
-    while (!first.once && !ed.isDriven()) {
-        const Answer a = ed.askPoint("Specify second point or [Exit] <Exit>", {.keywords = "Exit", .from = first.base, .enterEnds = true});
-        if (a.status != Answer::Status::Value)
-            return;
-        transformObjects(ed, *copied(ed, *objects), inWorld(ed, VcGeMatrix3d::translation(a.point - first.base)));
-    }
+    if (!objects->empty())
+        Copier(ed, *objects).run();
+}
+
+// Between two directions, the first typed or shown by two points.
+double askReferenceTurn(Editor& ed, const VcGePoint3d& base)
+{
+    static double reference = 0;
+    const Answer first = ed.askAngle(fmt::format("Specify the reference angle <{}>", angleText(reference)), {.enterEnds = true});
+    if (first.status == Status::Value)
+        reference = first.real;
+    const Answer second = ed.askAngle("Specify the new angle or [Points]", {.keywords = "Points", .from = base});
+    if (second.status == Status::Value)
+        return second.real - reference;
+    const VcGePoint3d from = ed.point("Specify first point");
+    const VcGePoint3d to = ed.point("Specify second point", {.from = from});
+    return std::atan2(to.y - from.y, to.x - from.x) - reference;
 }
 
 void rotate(Editor& ed)
@@ -57,22 +185,38 @@ void rotate(Editor& ed)
     const auto objects = ed.select();
     if (objects->empty())
         return;
+    ed.printLine(fmt::format("Current positive angle in UCS:  ANGDIR={}  ANGBASE={}", ed.vars().integer("ANGDIR") ? "clockwise" : "counterclockwise",
+                             angleText(ed.vars().real("ANGBASE"))));
     const VcGePoint3d base = ed.point("Specify base point");
+    static double known = 0;
     bool copies = false;
     for (;;) {
-        const Answer a = ed.askAngle("Specify rotation angle or [Copy/Reference]", {.keywords = "Copy Reference", .from = base});
-        if (a.status == Answer::Status::Keyword && a.text == "Copy") {
+        const Answer a = ed.askAngle(fmt::format("Specify rotation angle or [Copy/Reference] <{}>", angleText(known)),
+                                     {.keywords = "Copy Reference", .from = base, .enterEnds = true});
+        if (a.status == Status::Keyword && a.text == "Copy") {
+            ed.printLine("Rotating a copy of the selected objects.");
             copies = true;
             continue;
         }
-        double angle = a.real;
-        if (a.status == Answer::Status::Keyword) {
-            const double reference = ed.askAngle("Specify the reference angle").real;
-            angle = ed.askAngle("Specify the new angle", {.from = base}).real - reference;
-        }
+        if (a.status != Status::Enter)
+            known = a.status == Status::Keyword ? askReferenceTurn(ed, base) : a.real;
         const auto targets = copies ? copied(ed, *objects) : objects;
-        return transformObjects(ed, *targets, inWorld(ed, VcGeMatrix3d::rotation(angle, VcGeVector3d::zAxis(), base)));
+        return transformObjects(ed, *targets, inWorld(ed, VcGeMatrix3d::rotation(known, VcGeVector3d::zAxis(), base)));
     }
+}
+
+double askReferenceFactor(Editor& ed, const VcGePoint3d& base)
+{
+    constexpr int kPositive = InitGet::NoZero | InitGet::NoNegative;
+    const double reference = ed.distance("Specify reference length", 1.0, {.bits = kPositive});
+    const Answer a = ed.askDistance("Specify new length or [Points]", {.keywords = "Points", .from = base, .bits = kPositive});
+    if (a.status == Status::Value)
+        return a.real / reference;
+    const VcGePoint3d from = ed.point("Specify first point");
+    const double length = from.distanceTo(ed.point("Specify second point", {.from = from}));
+    if (!(length > 0))
+        throw CommandError{"The new length needs two different points."};
+    return length / reference;
 }
 
 void scale(Editor& ed)
@@ -81,19 +225,16 @@ void scale(Editor& ed)
     if (objects->empty())
         return;
     const VcGePoint3d base = ed.point("Specify base point");
-    constexpr int kPositive = InitGet::NoZero | InitGet::NoNegative;
     bool copies = false;
     for (;;) {
-        const Answer a = ed.askDistance("Specify scale factor or [Copy/Reference]", {.keywords = "Copy Reference", .from = base, .bits = kPositive});
-        if (a.status == Answer::Status::Keyword && a.text == "Copy") {
+        const Answer a = ed.askDistance("Specify scale factor or [Copy/Reference]",
+                                        {.keywords = "Copy Reference", .from = base, .bits = InitGet::NoZero | InitGet::NoNegative});
+        if (a.status == Status::Keyword && a.text == "Copy") {
+            ed.printLine("Scaling a copy of the selected objects.");
             copies = true;
             continue;
         }
-        double factor = a.real;
-        if (a.status == Answer::Status::Keyword) {
-            const double reference = ed.distance("Specify reference length", 1.0, {.bits = kPositive});
-            factor = ed.askDistance("Specify new length", {.from = base, .bits = kPositive}).real / reference;
-        }
+        const double factor = a.status == Status::Keyword ? askReferenceFactor(ed, base) : a.real;
         const auto targets = copies ? copied(ed, *objects) : objects;
         return transformObjects(ed, *targets, inWorld(ed, VcGeMatrix3d::scaling(factor, base)));
     }
@@ -107,6 +248,50 @@ VcGeMatrix3d mirrorAcross(const VcGePoint3d& a, const VcGePoint3d& b)
     return turn * VcGeMatrix3d::scaling(VcGeScale3d(1, -1, 1), a) * turn.inverse();
 }
 
+// Turns a text over about the middle of its box, along or across its line: after a mirror it is then read as before, in
+// the mirrored place. Of both ways the one that turns its direction less.
+VcGeMatrix3d turnedOver(const VcDbEntity& text, const VcGeMatrix3d& mirror)
+{
+    const std::vector<geom::Curve> box = drawnCurves(text);
+    const auto* outline = box.empty() ? nullptr : std::get_if<geom::Polyline3>(&box.front());
+    if (!outline || outline->vertices.size() != 4)
+        return {};
+    const auto& v = outline->vertices;
+    const VcGeVector3d along = v[1] - v[0], up = v[3] - v[0];
+    const VcGePoint3d middle = v[0] + (v[2] - v[0]) * 0.5;
+    const double kept = (mirror * along).normal().dotProduct(along.normal());
+    // Where neither is nearer, what is read from left to right.
+    const bool across = std::fabs(kept) > 1e-9 ? kept < 0 : (mirror * along).x < 0;
+    const VcGeVector3d normal = across ? along : up;
+    return normal.length() > 0 ? VcGeMatrix3d::mirroring(VcGePlane(middle, normal.normal())) : VcGeMatrix3d();
+}
+
+bool isText(const VcDbEntity& entity) { return entity.isKindOf(VcDbText::desc()); }
+
+// With MIRRTEXT 0 texts, and the attributes of references, stay readable.
+void mirrorObjects(Editor& ed, const SelectionSet& objects, const VcGeMatrix3d& mirror)
+{
+    if (ed.vars().integer("MIRRTEXT") != 0)
+        return transformObjects(ed, objects, mirror);
+    SelectionSet others;
+    for (const VcDbObjectId id : objects.ids()) {
+        auto* entity = ed.db().liveAs<VcDbEntity>(id);
+        if (entity && isText(*entity))
+            entity->transformBy(mirror * turnedOver(*entity, mirror));
+        else if (entity)
+            others.add(id);
+    }
+    std::vector<std::pair<VcDbEntity*, VcGeMatrix3d>> attributes;
+    for (const VcDbObjectId id : others.ids())
+        if (const auto* reference = VcDbBlockReference::cast(ed.db().object(id)))
+            for (VcDbEntity* attribute : reference->attributes())
+                if (isText(*attribute))
+                    attributes.emplace_back(attribute, mirror * turnedOver(*attribute, mirror) * mirror.inverse());
+    transformObjects(ed, others, mirror);
+    for (const auto& [attribute, back] : attributes)
+        attribute->transformBy(back);
+}
+
 void mirror(Editor& ed)
 {
     const auto objects = ed.select();
@@ -114,10 +299,10 @@ void mirror(Editor& ed)
         return;
     const VcGePoint3d a = ed.point("Specify first point of mirror line");
     const VcGePoint3d b = ed.point("Specify second point of mirror line", {.from = a});
-    if (a.distanceTo(b) == 0)
+    if (a.x == b.x && a.y == b.y)
         throw CommandError{"The mirror line needs two different points."};
     const bool erases = ed.keyword("Erase source objects? [Yes/No] <No>", "Yes No", "No") == "Yes";
-    transformObjects(ed, *(erases ? objects : copied(ed, *objects)), inWorld(ed, mirrorAcross(a, b)));
+    mirrorObjects(ed, *(erases ? objects : copied(ed, *objects)), inWorld(ed, mirrorAcross(a, b)));
 }
 
 const HostCommand kCommands[] = {

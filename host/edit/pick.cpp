@@ -27,7 +27,7 @@ std::optional<Picker::Hit> Picker::hit(const VcDbEntity& entity, const VcGePoint
     ShapeWalk shape(m_db, m_layers, options);
     std::optional<Hit> best;
     shape.walk(entity, [&](const Outline& outline) {
-        const double distance = distanceTo(p, projected(m_view, outline.points), outline.filled);
+        const double distance = distanceTo(p, outline, m_view);
         if (distance > m_view.reach || (best && distance > best->distance))
             return true;
         const auto& outside = shape.containers();

@@ -1,5 +1,7 @@
 #include "host/edit/select_area.h"
 
+#include "host/geom/region.h"
+
 #include <cmath>
 
 namespace vk::edit {
@@ -64,6 +66,14 @@ double distanceToPiece(const Point& p, const Point& a, const Point& b)
     return p.distanceTo(a + along * t);
 }
 
+}
+
+double distanceTo(const Point& p, const Outline& outline, const PickView& view)
+{
+    if (!outline.curve)
+        return distanceTo(p, projected(view, outline.points), outline.filled);
+    const auto near = geom::closestPoint(geom::flattened(*outline.curve, view.fromWorld()), {p.x, p.y, 0});
+    return near ? near->distance : HUGE_VAL;
 }
 
 double distanceTo(const Point& p, const Chain& chain, bool filled)
@@ -189,6 +199,15 @@ bool SelectArea::holds(const Chain& chain) const
     return true;
 }
 
+bool SelectArea::takesCurve(const geom::Curve& curve) const
+{
+    const VcGeMatrix3d toView = m_view.fromWorld();
+    if (m_kind == Kind::Fence)
+        return geom::fenceTouches(m_points, curve, toView);
+    const geom::Region region = m_isRectangle ? geom::Region::window(m_min, m_max, toView) : geom::Region(m_points, toView);
+    return m_kind == Kind::Window ? region.contains(curve) : region.touches(curve);
+}
+
 bool SelectArea::takes(const DatabaseCore& db, const SeenLayers& layers, const VcDbEntity& entity) const
 {
     ShapeWalk::Options options;
@@ -198,9 +217,13 @@ bool SelectArea::takes(const DatabaseCore& db, const SeenLayers& layers, const V
     bool seen = false, taken = false;
     ShapeWalk shape(db, layers, options);
     shape.walk(entity, [&](const Outline& outline) {
-        const Chain chain = projected(m_view, outline.points);
         seen = true;
-        taken = m_kind == Kind::Window ? holds(chain) : meets(chain, outline.filled);
+        if (outline.curve) {
+            taken = takesCurve(*outline.curve);
+        } else {
+            const Chain chain = projected(m_view, outline.points);
+            taken = m_kind == Kind::Window ? holds(chain) : meets(chain, outline.filled);
+        }
         return m_kind == Kind::Window ? taken : !taken;
     });
     return seen && taken;

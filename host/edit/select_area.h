@@ -33,6 +33,7 @@ private:
     bool contains(const VcGePoint2d& p) const;
     bool meets(const std::vector<VcGePoint2d>& chain, bool filled) const;
     bool holds(const std::vector<VcGePoint2d>& chain) const;
+    bool takesCurve(const geom::Curve& curve) const;
     std::size_t edgeCount() const { return m_kind == Kind::Fence ? m_points.size() - 1 : m_points.size(); }
 
     PickView m_view;
@@ -42,6 +43,8 @@ private:
     VcGePoint2d m_min, m_max;
 };
 
+// Distance of a point of the picture to an outline as it is seen.
+double distanceTo(const VcGePoint2d& p, const Outline& outline, const PickView& view);
 // Distance of a point to a chain on the picture, 0 within a filled one.
 double distanceTo(const VcGePoint2d& p, const std::vector<VcGePoint2d>& chain, bool filled);
 std::vector<VcGePoint2d> projected(const PickView& view, const std::vector<VcGePoint3d>& points);

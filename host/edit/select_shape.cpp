@@ -1,9 +1,11 @@
 #include "host/edit/select_shape.h"
 
+#include "host/db/curve_of.h"
 #include "host/db/database.h"
 #include "host/edit/select_outline.h"
 #include "host/edit/select_view.h"
 #include "host/geom/arbitrary_axis.h"
+#include "host/geom/curve_edit.h"
 #include "sdk/vcdb_insert.h"
 #include "sdk/vcdb_tables.h"
 #include "sdk/vcdb_text.h"
@@ -178,11 +180,29 @@ bool ShapeWalk::walkPieces(const VcDbEntity& entity, const Visit& visit)
     return true;
 }
 
+// Of a curve of one outline that is not straight.
+static std::optional<geom::Curve> bentCurve(const VcDbEntity& entity)
+{
+    auto curve = curveOf(entity);
+    if (!curve)
+        return std::nullopt;
+    if (const auto* p = std::get_if<geom::Polyline>(&*curve)) {
+        const bool bent = std::any_of(p->vertices.begin(), p->vertices.end(), [](const geom::PolyVertex& v) { return v.bulge != 0; });
+        return bent ? curve : std::nullopt;
+    }
+    const bool straight = std::holds_alternative<geom::Segment>(*curve) || std::holds_alternative<geom::Polyline3>(*curve) ||
+                          std::holds_alternative<geom::Ray>(*curve) || std::holds_alternative<geom::XLine>(*curve);
+    return straight ? std::nullopt : curve;
+}
+
 bool ShapeWalk::walkOwn(const VcDbEntity& entity, const Visit& visit)
 {
     OutlineBuilder builder(m_options.tolerance / std::max(largestScale(m_toWorld), 1e-12));
     if (!buildOutline(entity, builder))
         return walkPieces(entity, visit);
+    // The bare curve comes last, after what its widths fill.
+    if (auto curve = builder.outlines.empty() || builder.outlines.back().filled ? std::nullopt : bentCurve(entity))
+        builder.outlines.back().curve = geom::transformed(*curve, m_toWorld);
     for (Outline& outline : builder.outlines) {
         for (VcGePoint3d& p : outline.points)
             p = m_toWorld * p;

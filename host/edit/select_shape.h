@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/api.h"
+#include "host/geom/curve.h"
 #include "sdk/vcdb_entity.h"
 #include "sdk/vcge.h"
 
@@ -17,10 +18,12 @@ namespace vk::edit {
 
 class SeenLayers;
 
-// A chain of straight pieces; a single point is a point. A filled one is closed and met anywhere within.
+// A chain of straight pieces; a single point is a point. A filled one is closed and met anywhere within. What is bent says
+// its curve as well, which the chain only comes near to.
 struct Outline {
     std::vector<VcGePoint3d> points;
     bool filled = false;
+    std::optional<geom::Curve> curve = std::nullopt;
 };
 
 // A rectangle of the world seen from above.

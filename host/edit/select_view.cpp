@@ -21,6 +21,18 @@ PickView PickView::of(Editor& ed)
     return view;
 }
 
+VcGeMatrix3d PickView::fromWorld() const
+{
+    VcGeMatrix3d m;
+    const VcGeVector3d rows[] = {x, y, x.crossProduct(y)};
+    for (int i = 0; i < 3; ++i) {
+        m.entry[i][0] = rows[i].x;
+        m.entry[i][1] = rows[i].y;
+        m.entry[i][2] = rows[i].z;
+    }
+    return m;
+}
+
 SeenLayers::SeenLayers(const DatabaseCore& db, VcDbObjectId viewport)
 {
     m_zero = db.findRecord(NameTable::Layer, "0");

@@ -24,6 +24,8 @@ struct VKHOST_API PickView {
     {
         return {x.dotProduct(world.asVector()), y.dotProduct(world.asVector())};
     }
+    // From the world to the picture, with the height above it as Z.
+    VcGeMatrix3d fromWorld() const;
     // Seen along the world's Z axis: a box on the picture is then a box in the drawing.
     bool isPlan() const { return x.z == 0 && y.z == 0; }
 };
