@@ -16,7 +16,9 @@ void registerHostCommands()
                                layerCommands(), styleCommands(), inquiryCommands(), listCommands(), sessionCommands(), fileCommands(),
                                ucsCommands(), zoomCommands(), viewCommands(), spaceCommands(), layoutCommands(), viewportCommands(),
                                modeCommands(), blockCommands(), insertCommands(), wblockCommands(), xrefCommands(), purgeCommands(),
-                               groupCommands(), linearDimensionCommands(), roundDimensionCommands(), leaderCommands(), dimensionEditCommands(),
+                               groupCommands(), wipeoutCommands(), rectangleCommands(), curveCommands(), propertyCommands(), linetypeCommands(),
+                               mtextCommands(), areaCommands(),
+                               linearDimensionCommands(), roundDimensionCommands(), leaderCommands(), dimensionEditCommands(),
                                dimensionStyleCommands()})
         edit::CommandTable::instance().addHostCommands(family);
 }

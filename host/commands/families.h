@@ -50,5 +50,12 @@ std::span<const HostCommand> wblockCommands();
 std::span<const HostCommand> xrefCommands();
 std::span<const HostCommand> purgeCommands();
 std::span<const HostCommand> groupCommands();
+std::span<const HostCommand> wipeoutCommands();
+std::span<const HostCommand> rectangleCommands();
+std::span<const HostCommand> curveCommands();
+std::span<const HostCommand> propertyCommands();
+std::span<const HostCommand> linetypeCommands();
+std::span<const HostCommand> mtextCommands();
+std::span<const HostCommand> areaCommands();
 
 }  // namespace vk::commands

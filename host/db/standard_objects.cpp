@@ -141,6 +141,9 @@ void StandardObjects::ensureRecords()
         viewport->setHeight(m_metric ? 297 : 9);
         viewport->setWidth(m_metric ? 420 : 12);
         viewport->setCenterPoint(m_metric ? VcGePoint2d(210, 148.5) : VcGePoint2d(6, 4.5));
+        // A file without the record has the model's coordinate system in its header alone.
+        if (const auto o = m_db.header().point("$UCSORG"), x = m_db.header().point("$UCSXDIR"), y = m_db.header().point("$UCSYDIR"); o && x && y)
+            viewport->setUcs({o->x, o->y, o->z}, {x->x, x->y, x->z}, {y->x, y->y, y->z});
         if (!m_metric) {
             viewport->setSnapIncrements({0.5, 0.5});
             viewport->setGridIncrements({0.5, 0.5});

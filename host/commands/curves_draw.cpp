@@ -1,0 +1,386 @@
+// ELLIPSE, SPLINE, XLINE, RAY, SOLID, 3DFACE.
+#include "host/commands/drawing.h"
+#include "host/commands/families.h"
+#include "host/commands/spline_through.h"
+#include "host/db/database.h"
+#include "host/edit/sysvars.h"
+#include "sdk/vcdb_curves.h"
+#include "sdk/vcdb_faces.h"
+
+namespace vk::commands {
+
+namespace {
+
+using namespace edit;
+
+VcGeVector3d inWorld(Editor& ed, const VcGeVector3d& ucs) { return ucsToWorld(ed) * ucs; }
+
+// Ellipses
+
+// Points and axes in the UCS; the major one may be the shorter until the ellipse is made.
+struct Axes {
+    VcGePoint3d center;
+    VcGeVector3d first;
+    double other = 0;
+};
+
+Axes askAxes(Editor& ed, bool byCenter)
+{
+    Axes axes;
+    if (byCenter) {
+        axes.center = ed.point("Specify center of ellipse");
+        axes.first = ed.point("Specify endpoint of axis", {.from = axes.center}) - axes.center;
+    }
+    return axes;
+}
+
+void finishAxes(Editor& ed, Axes& axes)
+{
+    axes.first.z = 0;
+    if (!(axes.first.length() > 0))
+        throw CommandError{"The axis of the ellipse has no length."};
+    const Answer a = ed.askDistance("Specify distance to other axis or [Rotation]",
+                                    {.keywords = "Rotation", .from = axes.center, .bits = InitGet::NoZero | InitGet::NoNegative});
+    if (a.status == Answer::Status::Value) {
+        axes.other = a.real;
+        return;
+    }
+    for (;;) {
+        const double angle = ed.askAngle("Specify rotation around major axis", {.from = axes.center}).real;
+        axes.other = axes.first.length() * std::abs(std::cos(angle));
+        if (axes.other > axes.first.length() * 1e-4)
+            return;
+        ed.printLine("The ellipse would be seen from its edge; the rotation must lie between 0 and 89.4 degrees.");
+    }
+}
+
+std::unique_ptr<VcDbEllipse> ellipseOf(Editor& ed, const Axes& axes)
+{
+    VcGeVector3d major = axes.first;
+    double minor = axes.other;
+    if (minor > major.length()) {
+        const VcGeVector3d turned(-major.y, major.x, 0);
+        const double length = major.length();
+        major = turned * (minor / length);
+        minor = length;
+    }
+    return std::make_unique<VcDbEllipse>(toWorld(ed, axes.center), ucsNormal(ed), inWorld(ed, major), minor / major.length());
+}
+
+// The parameter of the point of an ellipse that lies in a direction from its centre.
+double paramInDirection(const VcDbEllipse& e, double angleFromMajor)
+{
+    const double turns = std::floor((angleFromMajor + M_PI) / (2 * M_PI));
+    const double a = angleFromMajor - turns * 2 * M_PI;
+    return std::atan2(std::sin(a), std::cos(a) * e.radiusRatio()) + turns * 2 * M_PI;
+}
+
+double directionOfMajor(Editor& ed, const VcDbEllipse& e)
+{
+    const VcGeVector3d major = ucsToWorld(ed).inverse() * e.majorAxis();
+    return std::atan2(major.y, major.x);
+}
+
+void cutToArc(Editor& ed, VcDbEllipse& e, const VcGePoint3d& center)
+{
+    const double major = directionOfMajor(ed, e);
+    bool parameters = false;
+    const auto ask = [&](const char* angle, const char* parameter, const char* keywords) {
+        return ed.askAngle(parameters ? parameter : angle, {.keywords = keywords, .from = center});
+    };
+    const auto param = [&](double typed) { return parameters ? typed : paramInDirection(e, typed - major); };
+    Answer start;
+    for (;;) {
+        start = ask("Specify start angle or [Parameter]", "Specify start parameter or [Angle]", parameters ? "Angle" : "Parameter");
+        if (start.status != Answer::Status::Keyword)
+            break;
+        parameters = !parameters;
+    }
+    const double from = param(start.real);
+    double to = 0;
+    for (;;) {
+        const Answer end = ask("Specify end angle or [Parameter/Included angle]", "Specify end parameter or [Angle/Included angle]",
+                               parameters ? "Angle Included" : "Parameter Included");
+        if (end.status == Answer::Status::Keyword && end.text == "Included") {
+            to = param(start.real + ed.askAngle("Specify included angle for arc").real);
+            break;
+        }
+        if (end.status != Answer::Status::Keyword) {
+            to = param(end.real);
+            break;
+        }
+        parameters = !parameters;
+    }
+    const auto turn = [](double a) { return a - std::floor(a / (2 * M_PI)) * 2 * M_PI; };
+    const double first = turn(from), sweep = turn(to - from);
+    if (!(sweep > 1e-12))
+        throw CommandError{"The arc has no length: it starts where it ends."};
+    e.set(e.center(), e.normal(), e.majorAxis(), e.radiusRatio(), first, first + sweep);
+}
+
+void ellipse(Editor& ed)
+{
+    bool arc = false;
+    Answer a = ed.askPoint("Specify axis endpoint of ellipse or [Arc/Center]", {.keywords = "Arc Center"});
+    if (a.status == Answer::Status::Keyword && a.text == "Arc") {
+        arc = true;
+        a = ed.askPoint("Specify axis endpoint of elliptical arc or [Center]", {.keywords = "Center"});
+    }
+    Axes axes = askAxes(ed, a.status == Answer::Status::Keyword);
+    if (a.status == Answer::Status::Value) {
+        const VcGePoint3d other = ed.point("Specify other endpoint of axis", {.from = a.point});
+        axes.center = a.point + (other - a.point) * 0.5;
+        axes.first = other - axes.center;
+    }
+    finishAxes(ed, axes);
+    auto made = ellipseOf(ed, axes);
+    if (arc)
+        cutToArc(ed, *made, axes.center);
+    addToSpace(ed, std::move(made));
+}
+
+// Splines
+
+void addSpline(Editor& ed, const std::vector<VcGePoint3d>& points, bool byVertices, bool closed)
+{
+    const VcGeMatrix3d m = ucsToWorld(ed);
+    std::vector<VcGePoint3d> world;
+    for (const VcGePoint3d& p : points)
+        if (const VcGePoint3d w = m * p; world.empty() || byVertices || w.distanceTo(world.back()) > 0)
+            world.push_back(w);
+    auto spline = byVertices ? splineByVertices(world, int(ed.vars().integer("SPLDEGREE")), closed) : splineThrough(world, closed);
+    if (!spline)
+        throw CommandError{"These points make no spline: at least two must differ."};
+    addToSpace(ed, std::move(spline));
+}
+
+void spline(Editor& ed)
+{
+    bool byVertices = ed.vars().integer("SPLMETHOD") == 1;
+    Answer a;
+    for (;;) {
+        ed.printLine(fmt::format("Current settings:  Method={}", byVertices ? "CV" : "Fit"));
+        a = ed.askPoint("Specify first point or [Method]", {.keywords = "Method"});
+        if (a.status == Answer::Status::Value)
+            break;
+        byVertices = ed.keyword(fmt::format("Enter spline creation method [Fit/CV] <{}>", byVertices ? "CV" : "Fit"), "Fit CV", byVertices ? "CV" : "Fit") == "CV";
+        ed.vars().set("SPLMETHOD", std::int32_t(byVertices));
+    }
+    std::vector<VcGePoint3d> points{a.point};
+    for (;;) {
+        const bool canClose = points.size() >= 3;
+        a = ed.askPoint(canClose ? "Specify next point or [Close/Undo]" : points.size() > 1 ? "Specify next point or [Undo]" : "Specify next point",
+                        {.keywords = canClose ? "Close Undo" : points.size() > 1 ? "Undo" : "", .from = points.back(), .enterEnds = true});
+        if (a.status == Answer::Status::Value)
+            points.push_back(a.point);
+        else if (a.status == Answer::Status::Keyword && a.text == "Undo")
+            points.pop_back();
+        else if (points.size() >= 2)
+            return addSpline(ed, points, byVertices, a.status == Answer::Status::Keyword);
+        else
+            return;
+    }
+}
+
+// Construction lines
+
+template <class T>
+void addUnbounded(Editor& ed, const VcGePoint3d& base, const VcGeVector3d& direction)
+{
+    auto line = std::make_unique<T>();
+    line->setBasePoint(toWorld(ed, base));
+    line->setUnitDir(inWorld(ed, direction).normal());
+    addToSpace(ed, std::move(line));
+}
+
+// Each further point makes a line from the first through it.
+template <class T>
+void throughPoints(Editor& ed, const VcGePoint3d& base)
+{
+    for (;;) {
+        const Answer a = ed.askPoint("Specify through point", {.from = base, .enterEnds = true});
+        if (a.status != Answer::Status::Value)
+            return;
+        if (a.point.distanceTo(base) > 0)
+            addUnbounded<T>(ed, base, a.point - base);
+        else
+            ed.printLine("The point must differ from the first one.");
+    }
+}
+
+void parallels(Editor& ed, const VcGeVector3d& direction)
+{
+    for (;;) {
+        const Answer a = ed.askPoint("Specify through point", {.enterEnds = true});
+        if (a.status != Answer::Status::Value)
+            return;
+        addUnbounded<VcDbXline>(ed, a.point, direction);
+    }
+}
+
+// Direction of a line that is picked, in the UCS.
+std::optional<VcGeVector3d> directionOf(Editor& ed, const VcDbEntity* entity)
+{
+    const VcGeMatrix3d m = ucsToWorld(ed).inverse();
+    if (const auto* line = VcDbLine::cast(entity); line && line->startPoint() != line->endPoint())
+        return m * (line->endPoint() - line->startPoint()).normal();
+    if (const auto* line = VcDbUnboundedLine::cast(entity))
+        return m * line->unitDir();
+    return std::nullopt;
+}
+
+struct PickedLine {
+    VcGePoint3d base;
+    VcGeVector3d direction;
+};
+
+std::optional<PickedLine> askLine(Editor& ed)
+{
+    for (;;) {
+        const Answer a = ed.askEntity("Select a line object");
+        const auto* entity = ed.db().liveAs<VcDbEntity>(a.entity);
+        if (a.status == Answer::Status::Enter)
+            return std::nullopt;
+        if (const auto direction = directionOf(ed, entity)) {
+            const auto* line = VcDbLine::cast(entity);
+            return PickedLine{fromWorld(ed, line ? line->startPoint() : static_cast<const VcDbUnboundedLine*>(entity)->basePoint()), *direction};
+        }
+        ed.printLine("A line, a ray or a construction line is needed.");
+    }
+}
+
+void atAngle(Editor& ed)
+{
+    const Answer a = ed.askAngle("Enter angle of xline (0) or [Reference]", {.keywords = "Reference", .enterEnds = true});
+    double angle = a.status == Answer::Status::Value ? a.real : 0;
+    if (a.status == Answer::Status::Keyword) {
+        const auto line = askLine(ed);
+        if (!line)
+            return;
+        const Answer by = ed.askAngle("Enter angle of xline <0>", {.enterEnds = true});
+        angle = std::atan2(line->direction.y, line->direction.x) + (by.status == Answer::Status::Value ? by.real : 0);
+    }
+    parallels(ed, {std::cos(angle), std::sin(angle), 0});
+}
+
+void bisectors(Editor& ed)
+{
+    const VcGePoint3d vertex = ed.point("Specify angle vertex point");
+    const VcGeVector3d first = (ed.point("Specify angle start point", {.from = vertex}) - vertex).normal();
+    for (;;) {
+        const Answer a = ed.askPoint("Specify angle end point", {.from = vertex, .enterEnds = true});
+        if (a.status != Answer::Status::Value)
+            return;
+        const VcGeVector3d sum = first + (a.point - vertex).normal();
+        addUnbounded<VcDbXline>(ed, vertex, sum.length() > 1e-9 ? sum : VcGeVector3d(-first.y, first.x, 0));
+    }
+}
+
+void offsets(Editor& ed)
+{
+    const Answer d = ed.askDistance("Specify offset distance or [Through] <Through>", {.keywords = "Through", .bits = InitGet::NoZero | InitGet::NoNegative, .enterEnds = true});
+    while (const auto line = askLine(ed)) {
+        if (d.status != Answer::Status::Value) {
+            addUnbounded<VcDbXline>(ed, ed.point("Specify through point"), line->direction);
+            continue;
+        }
+        const VcGeVector3d across = VcGeVector3d(-line->direction.y, line->direction.x, 0).normal();
+        const bool left = (ed.point("Specify side to offset") - line->base).dotProduct(across) > 0;
+        addUnbounded<VcDbXline>(ed, line->base + across * (left ? d.real : -d.real), line->direction);
+    }
+}
+
+void xline(Editor& ed)
+{
+    const Answer a = ed.askPoint("Specify a point or [Hor/Ver/Ang/Bisect/Offset]", {.keywords = "Hor Ver Ang Bisect Offset"});
+    if (a.status == Answer::Status::Value)
+        return throughPoints<VcDbXline>(ed, a.point);
+    a.text == "Hor" ? parallels(ed, {1, 0, 0}) : a.text == "Ver" ? parallels(ed, {0, 1, 0}) : a.text == "Ang" ? atAngle(ed)
+        : a.text == "Bisect" ? bisectors(ed) : offsets(ed);
+}
+
+void ray(Editor& ed) { throughPoints<VcDbRay>(ed, ed.point("Specify start point")); }
+
+// Faces
+
+// The fourth point left out makes a triangle; the third and fourth begin the next shape.
+void solid(Editor& ed)
+{
+    VcGePoint3d a = ed.point("Specify first point"), b = ed.point("Specify second point", {.from = a});
+    for (;;) {
+        const Answer third = ed.askPoint("Specify third point", {.from = b, .enterEnds = true});
+        if (third.status != Answer::Status::Value)
+            return;
+        const Answer fourth = ed.askPoint("Specify fourth point or <exit>", {.from = third.point, .enterEnds = true});
+        const VcGePoint3d last = fourth.status == Answer::Status::Value ? fourth.point : third.point;
+        auto made = std::make_unique<VcDbSolid>();
+        made->setNormal(ucsNormal(ed));
+        const VcGePoint3d corners[] = {a, b, third.point, last};
+        for (unsigned i = 0; i < 4; ++i)
+            made->setPointAt(i, toWorld(ed, corners[i]));
+        addToSpace(ed, std::move(made));
+        if (fourth.status != Answer::Status::Value)
+            return;
+        a = third.point;
+        b = fourth.point;
+    }
+}
+
+struct Corner {
+    VcGePoint3d at;
+    bool hidden = false;  // the edge that begins here
+};
+
+// Nothing when the person ends.
+std::optional<Corner> askCorner(Editor& ed, const std::string& what, bool mayEnd)
+{
+    Corner corner;
+    for (;;) {
+        const Answer a = ed.askPoint(fmt::format("Specify {} point or [Invisible]{}", what, mayEnd ? " <exit>" : ""), {.keywords = "Invisible", .enterEnds = mayEnd});
+        if (a.status == Answer::Status::Enter)
+            return std::nullopt;
+        if (a.status == Answer::Status::Value) {
+            corner.at = a.point;
+            return corner;
+        }
+        corner.hidden = true;
+    }
+}
+
+void face(Editor& ed)
+{
+    Corner a = *askCorner(ed, "first", false), b = *askCorner(ed, "second", false);
+    for (;;) {
+        const auto third = askCorner(ed, "third", true);
+        if (!third)
+            return;
+        const auto fourth = askCorner(ed, "fourth", true);
+        const Corner corners[] = {a, b, *third, fourth.value_or(*third)};
+        auto made = std::make_unique<VcDbFace>();
+        for (unsigned i = 0; i < 4; ++i) {
+            made->setVertexAt(i, toWorld(ed, corners[i].at));
+            if (corners[i].hidden)
+                made->makeEdgeInvisibleAt(i);
+        }
+        addToSpace(ed, std::move(made));
+        a = *third;
+        b = fourth.value_or(*third);
+        if (!fourth)
+            return;
+    }
+}
+
+const HostCommand kCommands[] = {
+    {"ELLIPSE", "EL", kPlain, "Draws an ellipse or a part of one.", ellipse},
+    {"SPLINE", "SPL", kPlain, "Draws a smooth curve through points.", spline},
+    {"XLINE", "XL", kPlain, "Draws construction lines without ends.", xline},
+    {"RAY", nullptr, kPlain, "Draws construction lines with one end.", ray},
+    {"SOLID", "SO", kPlain, "Draws filled triangles and quadrilaterals.", solid},
+    {"3DFACE", "3F", kPlain, "Draws faces in space.", face},
+};
+
+}
+
+std::span<const HostCommand> curveCommands() { return kCommands; }
+
+}
