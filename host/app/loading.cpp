@@ -2,6 +2,8 @@
 
 #include "host/app/remarks.h"
 #include "host/app/stopping.h"
+#include "host/db/database.h"
+#include "host/io/external_reference.h"
 
 #include <fmt/format.h>
 
@@ -26,6 +28,12 @@ Loaded load(const std::string& path, bool recover, Remarks& remarks, bool quiet)
     if (!quiet)
         remarks.problems(path, loaded.read.problems);
     return loaded;
+}
+
+void loadReferences(VcDbDatabase& database, Remarks& remarks)
+{
+    for (const std::string& remark : loadSavedReferences(database.core()))
+        remarks.say(remark);
 }
 
 WriteOptions writeOptions(const SaveOptions& save)

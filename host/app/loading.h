@@ -20,6 +20,9 @@ struct Loaded {
 // Refusals are told; with quiet the faults that were mended are left to the caller.
 Loaded load(const std::string& path, bool recover, Remarks& remarks, bool quiet = false);
 
+// Reads the files of its external references; what cannot be had is told and is no failure.
+void loadReferences(VcDbDatabase& database, Remarks& remarks);
+
 WriteOptions writeOptions(const SaveOptions& save);
 // Saves and gives the receipt, or says why not.
 WriteResult saveAs(VcDbDatabase& database, const std::string& path, WriteOptions how, Remarks& remarks);

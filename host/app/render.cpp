@@ -111,6 +111,7 @@ int render(const RenderOptions& options)
     Loaded loaded = load(options.drawing, options.recover, remarks);
     if (loaded.status != kDone)
         return loaded.status;
+    loadReferences(*loaded.database, remarks);
     const DatabaseCore& db = loaded.database->core();
     const auto layout = render::findLayout(db, options.layout);
     if (!layout)

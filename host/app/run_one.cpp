@@ -103,6 +103,8 @@ bool OneRun::read()
     m_report.read = std::move(loaded.read);
     m_database = std::move(loaded.database);
     fail(Status(loaded.status), "");
+    if (m_report.read->ok())
+        loadReferences(*m_database, m_remarks);
     return m_report.read->ok();
 }
 

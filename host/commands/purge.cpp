@@ -4,6 +4,7 @@
 #include "host/commands/drawing.h"
 #include "host/commands/families.h"
 #include "host/db/database.h"
+#include "host/db/extras.h"
 #include "host/db/record_names.h"
 #include "host/edit/sysvars.h"
 #include "sdk/vcdb_curves.h"
@@ -101,7 +102,23 @@ Items entriesOf(Editor& ed, const Kind& kind)
     return items;
 }
 
-// What nothing needs. Extended data alone makes an application needed, which no reference says.
+// Extended data needs its applications, and names layers, without referring to their records.
+std::unordered_set<std::string> namedByExtendedData(const DatabaseCore& db, NameTable table)
+{
+    const int code = table == NameTable::AppId ? 1001 : 1003;
+    std::unordered_set<std::string> names;
+    for (std::uint32_t slot = 1; slot < db.slotCount(); ++slot) {
+        const VcDbObject* object = db.objectAt(slot);
+        if (!object || object->isErased() || !object->extras())
+            continue;
+        for (const Tag& tag : object->extras()->xdata)
+            if (tag.code == code && tag.form == Tag::Form::Utf8)
+                names.insert(foldKey(tag.view()));
+    }
+    return names;
+}
+
+// What nothing needs.
 Items purgeable(Editor& ed, const Kind& kind)
 {
     Items items = kind.dictionary ? entriesOf(ed, kind) : recordsOf(ed, kind);
@@ -111,6 +128,10 @@ Items purgeable(Editor& ed, const Kind& kind)
     ed.drawing().purge(ids);
     const std::unordered_set<VcDbObjectId> free(ids.begin(), ids.end());
     std::erase_if(items, [&](const Item& item) { return !free.contains(item.object->objectId()); });
+    if (!kind.dictionary && (kind.table == NameTable::AppId || kind.table == NameTable::Layer)) {
+        const auto named = namedByExtendedData(ed.db(), kind.table);
+        std::erase_if(items, [&](const Item& item) { return named.contains(foldKey(item.name)); });
+    }
     return items;
 }
 

@@ -3,6 +3,7 @@
 #include "host/db/coordinate_system.h"
 #include "host/db/database.h"
 #include "host/edit/editor.h"
+#include "host/edit/select_view.h"
 #include "host/edit/sysvars.h"
 #include "host/edit/viewports.h"
 #include "sdk/vcdb_records.h"
@@ -118,16 +119,18 @@ VcDbExtents extentsThrough(const DatabaseCore& db, VcDbObjectId block, const VcG
 {
     VcDbExtents all;
     const auto* space = db.objectAs<VcDbBlockTableRecord>(block);
+    const SeenLayers layers(db, {});
+    const bool isSheet = block != db.modelSpace();
     if (!space)
         return all;
     for (const std::uint32_t slot : space->memberSlots()) {
         const auto* entity = VcDbEntity::cast(db.objectAt(slot));
         if (!entity || entity->isErased())
             continue;
-        const auto* layer = db.objectAs<VcDbLayerTableRecord>(entity->layerId());
-        const auto* viewport = VcDbViewport::cast(entity);
+        // The viewport of the sheet itself is no object on it.
+        const auto* viewport = isSheet ? VcDbViewport::cast(entity) : nullptr;
         VcDbExtents one;
-        if ((layer && layer->isFrozen()) || (viewport && viewport->number() == 1) || entity->getGeomExtents(one) != Vcad::eOk)
+        if (layers.isFrozen(entity->layerId()) || (viewport && viewport->number() == 1) || entity->getGeomExtents(one) != Vcad::eOk)
             continue;
         if (m)
             one.transformBy(*m);

@@ -255,6 +255,24 @@ void unloadExternalReference(DatabaseCore& db, Block& reference)
     setResolved(reference, false);
 }
 
+std::vector<std::string> loadSavedReferences(DatabaseCore& db)
+{
+    constexpr std::int16_t kReferenced = 64;
+    std::vector<std::string> remarks;
+    for (Block* reference : externalReferences(db)) {
+        const bool wasLoaded = (reference->blockFlags() & (kResolved | kReferenced)) != 0;
+        bool hasMembers = false;
+        forEachMember(db, *reference, [&](VcDbEntity&) { hasMembers = true; });
+        if (!wasLoaded || hasMembers || isLoaded(db, *reference))
+            continue;
+        const ReferenceLoad result = loadExternalReference(db, *reference);
+        remarks.insert(remarks.end(), result.remarks.begin(), result.remarks.end());
+        if (!result.ok())
+            remarks.push_back(result.error);
+    }
+    return remarks;
+}
+
 bool isLoaded(const DatabaseCore& db, const Block& reference) { return db.loadedReferences.contains(reference.objectId().slot()); }
 
 bool bindExternalReference(DatabaseCore& db, Block& reference)

@@ -30,4 +30,6 @@ VKHOST_API void unloadExternalReference(DatabaseCore& db, VcDbBlockTableRecord& 
 VKHOST_API bool bindExternalReference(DatabaseCore& db, VcDbBlockTableRecord& reference);
 // Takes it out with its references and the records that came with it.
 VKHOST_API void detachExternalReference(DatabaseCore& db, VcDbBlockTableRecord& reference);
+// Those that were loaded when the drawing was saved and came without members, as a drawing is opened. Tells what could not be had.
+VKHOST_API std::vector<std::string> loadSavedReferences(DatabaseCore& db);
 VKHOST_API bool isLoaded(const DatabaseCore& db, const VcDbBlockTableRecord& reference);
