@@ -48,7 +48,7 @@ std::string firstDifference(const std::string& a, const std::string& b)
         const std::size_t from = std::size_t(std::max<std::ptrdiff_t>(at - 60, 0));
         return from < text.size() ? text.substr(from, 120) : std::string();
     };
-    return fmt::format("before:\n{}\nafter U:\n{}", around(a), around(b));
+    return fmt::format("wanted:\n{}\nfound:\n{}", around(a), around(b));
 }
 
 // What is known of a scenario under way: what was said, what did not hold, how the drawing stood between commands.
@@ -188,6 +188,16 @@ void expectNotSaid(Play& play, Interpreter&, Args args)
         play.fault(fmt::format("{} was said", print(args[0])));
 }
 
+// The bytes of a file against those of another.
+void expectFile(Play& play, Interpreter&, Args args)
+{
+    const auto written = readWholeFile(textOf(args[0])), wanted = readWholeFile(textOf(args[1]));
+    if (!written || !wanted)
+        play.fault(fmt::format("{} cannot be read", print(written ? args[1] : args[0])));
+    else if (*written != *wanted)
+        play.fault(fmt::format("{} differs from {}; {}", print(args[0]), print(args[1]), firstDifference(*wanted, *written)));
+}
+
 void expectUndo(Play& play, Interpreter&, Args) { play.expectUndo(); }
 
 constexpr struct {
@@ -198,6 +208,7 @@ constexpr struct {
     {"EXPECT", expectEqual, 2},
     {"EXPECT-SAID", expectSaid, 1},
     {"EXPECT-NOT-SAID", expectNotSaid, 1},
+    {"EXPECT-FILE", expectFile, 2},
     {"EXPECT-UNDO", expectUndo, 0},
 };
 
