@@ -5,6 +5,7 @@
 #include "sdk/vcdb_dims.h"
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace vk::dim {
@@ -20,6 +21,9 @@ VKHOST_API Picture pictureOf(const VcDbDimension& dimension);
 
 // The lines or the curve of a leader, and its arrow.
 VKHOST_API std::vector<std::unique_ptr<VcDbEntity>> leaderPieces(const VcDbLeader& leader);
+
+// How far a straight leader runs on under its text, where DIMTAD puts that above the line.
+VKHOST_API std::optional<VcGePoint3d> underlineEnd(const VcDbLeader& leader);
 
 // The boxes and texts of a feature control frame.
 VKHOST_API std::vector<std::unique_ptr<VcDbEntity>> framePieces(const VcDbFcf& frame);

@@ -52,15 +52,6 @@ std::unique_ptr<VcDbEntity> curveThrough(const Points& p)
     return spline;
 }
 
-// DIMTAD puts the text above a line that runs on under it.
-void addUnderline(const VcDbLeader& leader, const VcDbDimVars& vars, double scale, Points& points)
-{
-    if (!leader.hasHookLine() || leader.annoType() != 0 || vars.dimtad == 0 || leader.annoWidth() <= 0)
-        return;
-    const double length = leader.annoWidth() + scale * std::abs(vars.dimgap);
-    points.push_back(points.back() + leader.horizontalDirection() * (leader.hookGoesAlong() ? length : -length));
-}
-
 class LeaderDraughtsman {
 public:
     LeaderDraughtsman(const VcDbLeader& leader, const DatabaseCore& db) : m_leader(leader), m_db(db), m_vars(leader.dimVars())
@@ -81,7 +72,8 @@ public:
             add(curveThrough(points));
             return std::move(m_pieces);
         }
-        addUnderline(m_leader, m_vars, m_scale, points);
+        if (const auto end = underlineEnd(m_leader))
+            points.push_back(*end);
         for (std::size_t i = 0; i + 1 < points.size(); ++i)
             add(std::make_unique<VcDbLine>(points[i], points[i + 1]));
         return std::move(m_pieces);
@@ -124,6 +116,16 @@ private:
     std::vector<std::unique_ptr<VcDbEntity>> m_pieces;
 };
 
+}
+
+std::optional<VcGePoint3d> underlineEnd(const VcDbLeader& leader)
+{
+    const DatabaseCore* db = DatabaseCore::of(leader.dimensionStyle());
+    const VcDbDimVars vars = leader.dimVars();
+    if (!db || leader.numVertices() < 2 || !leader.hasHookLine() || leader.annoType() != 0 || vars.dimtad == 0 || leader.annoWidth() <= 0)
+        return std::nullopt;
+    const double length = leader.annoWidth() + overallScale(vars, *db, isInPaperSpace(leader, *db)) * std::abs(vars.dimgap);
+    return leader.vertexAt(leader.numVertices() - 1) + leader.horizontalDirection() * (leader.hookGoesAlong() ? length : -length);
 }
 
 std::vector<std::unique_ptr<VcDbEntity>> leaderPieces(const VcDbLeader& leader)

@@ -1,5 +1,6 @@
 // Leaders, feature control frames, shapes.
 #include "host/db/database.h"
+#include "host/db/dim_picture.h"
 #include "host/db/kept_object.h"
 #include "host/db/text_geometry.h"
 #include "host/render/build_parts.h"
@@ -36,6 +37,8 @@ void buildLeader(const VcDbEntity& e, ListBuilder& b)
         points.push_back(leader.vertexAt(i));
     if (points.size() < 2)
         return;
+    if (const auto end = dim::underlineEnd(leader); end && !leader.isSplined())
+        points.push_back(*end);
     const VcDbDimVars vars = leader.dimVars();
     setDimensionColour(b, vars.dimclrd);
     const double size = vars.dimasz * (vars.dimscale > 0 ? vars.dimscale : 1);

@@ -487,6 +487,10 @@ TEST_F(DimPictures, TheHookLineFollowsTheStyle)
     ASSERT_EQ(applyChain(leader, *std::make_unique<ChainGroups>(chainOf(leader).get())), Vcad::eOk);
     EXPECT_NEAR(leader.vertexAt(2).x, 19.5, 1e-9);
     EXPECT_NEAR(leader.vertexAt(1).x, 16.5, 1e-9);
+    EXPECT_FALSE(vk::dim::underlineEnd(leader));
+    change([](VcDbDimVars& v) { v.dimtad = 1; });
+    ASSERT_TRUE(vk::dim::underlineEnd(leader));
+    EXPECT_NEAR(vk::dim::underlineEnd(leader)->x, 20.5 + leader.annoWidth(), 1e-9);
 }
 
 // Real drawings, where a folder of them is named by VEKAD_DRAWINGS: a block that is made anew puts its arrows where they
