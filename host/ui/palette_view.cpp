@@ -32,6 +32,16 @@ int indexOf(int column, int row)
     return column >= kGreysColumn ? kFirstGrey + column - kGreysColumn : 0;
 }
 
+// The first cell for an index that has none.
+QPoint placeOf(int index)
+{
+    for (int row = 0; row < kRows; ++row)
+        for (int column = 0; column < kColumns; ++column)
+            if (index != 0 && indexOf(column, row) == index)
+                return {column, row};
+    return {};
+}
+
 bool isDark(QRgb colour) { return qGray(colour) < 128; }
 
 }
@@ -75,21 +85,27 @@ void PaletteView::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     for (int row = 0; row < kRows; ++row)
-        for (int column = 0; column < kColumns; ++column) {
-            const int index = indexOf(column, row);
-            if (index == 0)
-                continue;
-            const QRgb colour = vccmPaletteRgb(index);
-            const QRectF square = cell(column, row).adjusted(0.5, 0.5, -0.5, -0.5);
-            painter.fillRect(square, QColor(colour));
-            if (index != m_current)
-                continue;
-            painter.setPen(QPen(isDark(colour) ? Qt::white : Qt::black, 2));
-            painter.drawRect(square.adjusted(2, 2, -2, -2));
-        }
+        for (int column = 0; column < kColumns; ++column)
+            paintCell(painter, cell(column, row), indexOf(column, row));
     if (hasFocus()) {
         painter.setPen(QPen(palette().highlight(), 1, Qt::DotLine));
         painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    }
+}
+
+// With an edge, or white would be lost on white.
+void PaletteView::paintCell(QPainter& painter, const QRectF& place, int index) const
+{
+    if (index == 0)
+        return;
+    const QRgb colour = vccmPaletteRgb(index);
+    const QRectF square = place.adjusted(1, 1, -1, -1);
+    painter.fillRect(square, QColor(colour));
+    painter.setPen(QPen(palette().color(QPalette::Mid), 1));
+    painter.drawRect(square);
+    if (index == m_current) {
+        painter.setPen(QPen(isDark(colour) ? Qt::white : Qt::black, 2));
+        painter.drawRect(square.adjusted(2, 2, -2, -2));
     }
 }
 
@@ -109,17 +125,24 @@ void PaletteView::mouseDoubleClickEvent(QMouseEvent* event)
         emit accepted();
 }
 
+// The arrows move to the next cell that has a colour.
 void PaletteView::keyPressEvent(QKeyEvent* event)
 {
-    const int step = event->key() == Qt::Key_Left    ? -1
-                     : event->key() == Qt::Key_Right ? 1
-                     : event->key() == Qt::Key_Up    ? -10
-                     : event->key() == Qt::Key_Down  ? 10
-                                                     : 0;
-    if (step == 0)
+    const QPoint step = event->key() == Qt::Key_Left    ? QPoint(-1, 0)
+                        : event->key() == Qt::Key_Right ? QPoint(1, 0)
+                        : event->key() == Qt::Key_Up    ? QPoint(0, -1)
+                        : event->key() == Qt::Key_Down  ? QPoint(0, 1)
+                                                        : QPoint();
+    if (step.isNull()) {
         QWidget::keyPressEvent(event);
-    else
-        pick(qBound(1, m_current + step, 255));
+        return;
+    }
+    const QRect cells(0, 0, kColumns, kRows);
+    QPoint at = placeOf(m_current) + step;
+    while (cells.contains(at) && indexOf(at.x(), at.y()) == 0)
+        at += step;
+    if (cells.contains(at))
+        pick(indexOf(at.x(), at.y()));
 }
 
 bool PaletteView::event(QEvent* event)

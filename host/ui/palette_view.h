@@ -20,6 +20,7 @@ public:
 
 signals:
     void picked(int index);
+    void accepted();  // a double click
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -28,11 +29,9 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     bool event(QEvent* event) override;
 
-signals:
-    void accepted();
-
 private:
     QRectF cell(int column, int row) const;
+    void paintCell(QPainter& painter, const QRectF& place, int index) const;
     int indexAt(const QPointF& point) const;
     void pick(int index);
     int m_current = 0;

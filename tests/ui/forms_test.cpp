@@ -80,20 +80,33 @@ std::string textOf(const fs::path& file)
 
 enum class Language { English, LongWinded };
 
-class Forms : public UiTest, public testing::WithParamInterface<std::tuple<fs::path, Language>> {
+class LookedOver : public UiTest {
 protected:
-    Forms()
+    explicit LookedOver(Language language)
     {
         // A first dialog makes Qt's application; nobody has asked for one until then.
-        VcCmColor colour;
         answer("ColorDialog", {"pBtnCancel"});
-        vcedSetColorDialog(colour, true, 7);
+        openColours();
         fs::current_path(testing::TempDir());
-        if (std::get<Language>(GetParam()) == Language::LongWinded)
+        if (language == Language::LongWinded)
             QCoreApplication::installTranslator(&m_translator);
         qApp->installEventFilter(&inspector);
     }
-    ~Forms() override { QCoreApplication::removeTranslator(&m_translator); }
+    ~LookedOver() override { QCoreApplication::removeTranslator(&m_translator); }
+
+    static void openColours()
+    {
+        VcCmColor colour = VcCmColor::fromIndex(30);
+        vcedSetColorDialog(colour, true, 7);
+    }
+    void expectNoFaults() const
+    {
+        EXPECT_GT(inspector.seen, 0) << said;
+        for (const char* trouble :
+             {"cannot be played", "leaves it open", "no answer waiting", "Unknown command", "; error"})
+            EXPECT_FALSE(hasSaid(trouble)) << said;
+        EXPECT_EQ(inspector.faults, std::vector<std::string>{});
+    }
 
     Inspector inspector;
 
@@ -101,14 +114,16 @@ private:
     LongWinded m_translator;
 };
 
+class Forms : public LookedOver, public testing::WithParamInterface<std::tuple<fs::path, Language>> {
+protected:
+    Forms() : LookedOver(std::get<Language>(GetParam())) {}
+};
+
 TEST_P(Forms, HaveNoFaults)
 {
     type(textOf(std::get<fs::path>(GetParam())));
     editor().run();
-    EXPECT_GT(inspector.seen, 0) << said;
-    for (const char* trouble : {"cannot be played", "leaves it open", "no answer waiting", "Unknown command", "; error"})
-        EXPECT_FALSE(hasSaid(trouble)) << said;
-    EXPECT_EQ(inspector.faults, std::vector<std::string>{});
+    expectNoFaults();
 }
 
 std::string titleOf(const testing::TestParamInfo<Forms::ParamType>& info)
@@ -122,5 +137,28 @@ INSTANTIATE_TEST_SUITE_P(Forms, Forms,
                          testing::Combine(testing::ValuesIn(scripts()),
                                           testing::Values(Language::English, Language::LongWinded)),
                          titleOf);
+
+// The host's own, which no script among the screenshots opens. Their pictures are left in the folder of the tests.
+class HostForms : public LookedOver, public testing::WithParamInterface<Language> {
+protected:
+    HostForms() : LookedOver(GetParam()) {}
+};
+
+TEST_P(HostForms, ColoursHaveNoFaults)
+{
+    answer("ColorDialog", {"@picture=colours.png", "byLayerBtn", "@picture=by-layer.png", "pBtnCancel"});
+    openColours();
+    expectNoFaults();
+}
+
+TEST_P(HostForms, TrueColoursHaveNoFaults)
+{
+    answer("ColorDialog", {"index=200,80,10", "trueColorPage?", "@picture=true-colours.png", "pBtnCancel"});
+    openColours();
+    expectNoFaults();
+}
+
+INSTANTIATE_TEST_SUITE_P(HostForms, HostForms, testing::Values(Language::English, Language::LongWinded),
+                         [](const auto& info) { return std::string(info.param == Language::English ? "English" : "long"); });
 
 }

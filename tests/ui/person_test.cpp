@@ -1,6 +1,7 @@
 // Dialogs with somebody in front of them: a main window is there, so they stay until they are answered by hand.
 
 #include "sdk/system.h"
+#include "sdk/vced.h"
 #include "tests/ui/dialog_support.h"
 #include "tests/ui/probe_dialog.h"
 
@@ -105,6 +106,19 @@ TEST_F(Person, ClosingAMessageBoxCancels)
 {
     soon([] { key(Qt::Key_Escape); });
     EXPECT_EQ(MessageBoxW(nullptr, L"Go on?", L"Files", MB_OKCANCEL), IDCANCEL);
+}
+
+TEST_F(Person, WalksThroughThePaletteWithArrows)
+{
+    soon([] {
+        shown().findChild<QWidget*>("paletteView")->setFocus();
+        key(Qt::Key_Right);  // from 10 to 20
+        key(Qt::Key_Down);   // one shade down
+        press("pBtnOK");
+    });
+    int colour = 10;
+    EXPECT_TRUE(vcedSetColorDialog(colour, true, 7));
+    EXPECT_EQ(colour, 21);
 }
 
 TEST_F(Person, WatchesAScriptAnswer)
