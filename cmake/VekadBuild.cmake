@@ -12,6 +12,7 @@ if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
   set(CMAKE_BUILD_TYPE RelWithDebInfo)
 endif()
 set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O2 -g1")
+set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG") # as what is shipped
 
 # What runs is gathered in one folder that can be copied elsewhere whole.
 set(VEKAD_OUTPUT ${CMAKE_BINARY_DIR}/vekad)

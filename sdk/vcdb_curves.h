@@ -215,7 +215,7 @@ public:
     Vcad::ErrorStatus getConstantWidth(double& width) const;
     Vcad::ErrorStatus setConstantWidth(double width);
     bool hasBulges() const { return !m_bulges.empty(); }
-    bool hasWidth() const { return m_constantWidth != 0 || !m_widths.empty(); }
+    bool hasWidth() const { return m_constantWidth != 0 || m_widths.isSet(); }
 
     bool isClosed() const override { return (m_flags & 1) != 0; }
     void setClosed(bool closed);
@@ -244,11 +244,15 @@ private:
     void readVertices(FieldVisitor& visitor);
     void writeVertices(FieldVisitor& visitor);
     bool isIndex(unsigned i) const { return i < m_points.size(); }
+    Widths widthsAt(std::size_t index) const;
+
+    using WidthList = std::vector<Widths>;
+    using IdList = std::vector<std::int32_t>;
 
     std::vector<VcGePoint2d> m_points;
-    std::vector<double> m_bulges;           // empty when all are 0
-    std::vector<Widths> m_widths;           // empty when all are 0 or m_constantWidth says them
-    std::vector<std::int32_t> m_vertexIds;  // empty when all are 0
+    std::vector<double> m_bulges;  // empty when all are 0
+    VcDbRare<WidthList> m_widths;  // none when all are 0 or m_constantWidth says them
+    VcDbRare<IdList> m_vertexIds;  // none when all are 0
     double m_constantWidth = 0, m_elevation = 0;
     VcDbExtrusion m_extrusion;
     std::int16_t m_flags = 0;

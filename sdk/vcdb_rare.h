@@ -22,6 +22,7 @@ public:
     const T* operator->() const { return m_value.get(); }
     T* operator->() { return m_value.get(); }
     const T& operator*() const { return *m_value; }
+    T& operator*() { return *m_value; }
     T get() const { return m_value ? *m_value : T(); }
     void set(T value)
     {

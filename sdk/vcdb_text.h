@@ -111,11 +111,11 @@ public:
     Vcad::ErrorStatus setLockPositionInBlock(bool on);
 
 protected:
-    void tagFields(FieldVisitor& visitor, bool withPrompt);
+    void tagFields(FieldVisitor& visitor, std::string* prompt = nullptr);
     Vcad::ErrorStatus setFlag(std::int16_t flag, bool on);
     bool isManyLined() const { return (m_manyLined & 6) != 0; }
 
-    std::string m_tag, m_prompt;
+    std::string m_tag;
     VcDbWideText m_wideTag;
     std::int16_t m_attributeFlags = 0, m_fieldLength = 0;
     std::int16_t m_manyLined = 0;  // 1 one line, 2 attribute of many, 4 constant definition of many
@@ -150,6 +150,7 @@ protected:
 
 private:
     friend class VcDbAttribute;
+    std::string m_prompt;
     VcDbWideText m_widePrompt;
 };
 

@@ -2,6 +2,7 @@
 
 #include "host/base/unicode.h"
 
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -111,14 +112,43 @@ constexpr int kMostPlaces = 340;
 
 } // namespace
 
+// A value of few decimals, as most coordinates are, in fixed notation: null for any other. A quotient is rounded to the
+// nearest, and no two decimals of up to 15 digits are read as the same value, so what divides back is the shortest form.
+static char* printFewDecimals(char* to, double value)
+{
+    constexpr double kScale = 1e6;
+    const double size = std::fabs(value);
+    if (!(size >= 1e-3 && size < 1e9))
+        return nullptr;
+    const auto scaled = static_cast<std::int64_t>(size * kScale + 0.5);
+    auto decimals = static_cast<std::int32_t>(scaled % 1000000);
+    if (decimals == 0 || static_cast<double>(scaled) / kScale != size)
+        return nullptr;
+    if (value < 0)
+        *to++ = '-';
+    to = std::to_chars(to, to + 16, scaled / 1000000).ptr;
+    *to++ = '.';
+    int digits = 6;
+    for (; digits > 1 && decimals % 10 == 0; --digits)
+        decimals /= 10;
+    for (int i = digits; i-- > 0; decimals /= 10)
+        to[i] = static_cast<char>('0' + decimals % 10);
+    return to + digits;
+}
+
+char* printReal(char* to, double value)
+{
+    if (char* end = printFewDecimals(to, value))
+        return end;
+    char* end = std::to_chars(to, to + kLongestReal - 2, value).ptr;
+    const bool looksInteger = std::all_of(to, end, [](char c) { return isDigit(c) || c == '-'; });
+    return looksInteger ? std::copy_n(".0", 2, end) : end;
+}
+
 void appendReal(std::string& out, double value)
 {
-    char buffer[32];
-    char* end = std::to_chars(buffer, buffer + sizeof buffer, value).ptr;
-    out.append(buffer, end);
-    const bool looksInteger = std::all_of(buffer, end, [](char c) { return isDigit(c) || c == '-'; });
-    if (looksInteger)
-        out += ".0";
+    char buffer[kLongestReal];
+    out.append(buffer, printReal(buffer, value));
 }
 
 std::string realText(double value)
@@ -175,12 +205,18 @@ std::optional<std::uint64_t> parseHandle(std::string_view text)
     return error == std::errc() && stopped == end ? std::optional(value) : std::nullopt;
 }
 
+char* printHandle(char* to, std::uint64_t handle)
+{
+    const int digits = std::max(1, (static_cast<int>(std::bit_width(handle)) + 3) / 4);
+    for (int i = digits; i-- > 0; handle >>= 4)
+        to[i] = "0123456789ABCDEF"[handle & 15];
+    return to + digits;
+}
+
 void appendHandle(std::string& out, std::uint64_t handle)
 {
-    char buffer[16];
-    char* const end = std::to_chars(buffer, buffer + sizeof buffer, handle, 16).ptr;
-    for (const char* c = buffer; c != end; ++c)
-        out += *c >= 'a' ? static_cast<char>(*c - 32) : *c;
+    char buffer[kLongestHandle];
+    out.append(buffer, printHandle(buffer, handle));
 }
 
 std::string handleText(std::uint64_t handle)

@@ -11,6 +11,9 @@
 // The shortest text that reads back as the same number, with ".0" where it would look like an integer.
 VKHOST_API std::string realText(double value);
 VKHOST_API void appendReal(std::string& out, double value);
+// The same into a buffer of that many characters; the end of it.
+constexpr std::size_t kLongestReal = 32;
+VKHOST_API char* printReal(char* to, double value);
 VKHOST_API void appendInteger(std::string& out, std::int64_t value);
 
 // The whole text must be the number, but for blanks around it. Reals take a leading '+', "inf" and "nan" in their
@@ -30,6 +33,8 @@ VKHOST_API std::optional<std::int64_t> parseIntegerLoosely(std::string_view text
 VKHOST_API std::optional<std::uint64_t> parseHandle(std::string_view text);
 VKHOST_API std::string handleText(std::uint64_t handle);
 VKHOST_API void appendHandle(std::string& out, std::uint64_t handle);
+constexpr std::size_t kLongestHandle = 16;
+VKHOST_API char* printHandle(char* to, std::uint64_t handle);
 
 // Fixed notation rounded half away from zero as the shortest text shows it: 1.005 to two places is 1.01.
 VKHOST_API std::string fixedText(double value, int places);

@@ -1,23 +1,32 @@
 #include "host/db/database.h"
 
 #include "host/base/unicode.h"
+#include "host/db/record_names.h"
 #include "sdk/vcdb_entity.h"
 #include "sdk/vcdb_tables.h"
 
 namespace {
 
-// Databases by serial number; a closed one leaves a null behind, so that its ids are known to be stale.
-std::vector<DatabaseCore*>& databases()
+// The open databases, few as they are. Serial numbers are never used again, so that ids of a closed one are known to be stale.
+std::vector<DatabaseCore*>& openDatabases()
 {
-    static std::vector<DatabaseCore*> all(1, nullptr);
-    return all;
+    static auto* all = new std::vector<DatabaseCore*>;  // outlives every static that holds a database
+    return *all;
+}
+
+std::uint32_t nextSerial()
+{
+    static std::uint32_t last = 0;
+    return ++last;
 }
 
 }
 
-DatabaseCore::DatabaseCore(VcDbDatabase& face) : m_face(face), m_serial(std::uint32_t(databases().size())), m_undo(*this), m_header(*this)
+DatabaseCore::DatabaseCore(VcDbDatabase& face)
+    : m_face(face), m_serial(nextSerial()), m_undo(*this), m_header(*this),
+      m_referenceMarks(std::make_unique<ReferenceMarks>())
 {
-    databases().push_back(this);
+    openDatabases().push_back(this);
     m_chunks.push_back(std::make_unique<Stub[]>(kChunk));
 }
 
@@ -26,12 +35,15 @@ DatabaseCore::~DatabaseCore()
     m_undo.clear();
     for (std::uint32_t slot = 1; slot < m_slotCount; ++slot)
         delete stub(slot).object;
-    databases()[m_serial] = nullptr;
+    std::erase(openDatabases(), this);
 }
 
 DatabaseCore* DatabaseCore::bySerial(std::uint32_t serial)
 {
-    return serial < databases().size() ? databases()[serial] : nullptr;
+    for (DatabaseCore* open : openDatabases())
+        if (open->m_serial == serial)
+            return open;
+    return nullptr;
 }
 
 std::uint32_t DatabaseCore::newSlot(std::uint64_t handle)

@@ -21,6 +21,7 @@
 class VcDbBlockTableRecord;
 class VcDbSymbolTable;
 class VcDbSymbolTableRecord;
+struct ReferenceMarks;
 
 // A whole section of a file that has no objects of ours (ACDSDATA, THUMBNAILIMAGE, one we do not know), kept as it came.
 struct KeptSection {
@@ -133,6 +134,9 @@ public:
     std::vector<std::uint32_t>& mainOrder() { return m_mainOrder; }
     const std::vector<std::uint32_t>& mainOrder() const { return m_mainOrder; }
 
+    // What recordIsNeeded() knows of references since it last walked the drawing.
+    ReferenceMarks& referenceMarks() const { return *m_referenceMarks; }
+
     // Number of changes so far; caches compare it.
     std::uint64_t changeCount() const { return m_logStart + m_changeLog.size(); }
     // Slots of what has changed since that count, oldest first, some several times, 0 for what is no object. Nothing when
@@ -172,6 +176,7 @@ private:
     EntityPropsTable m_props;
     UndoJournal m_undo;
     HeaderVars m_header;
+    std::unique_ptr<ReferenceMarks> m_referenceMarks;
     VcDbObjectId m_tables[9];
     VcDbObjectId m_rootDictionary, m_modelSpace, m_paperSpace;
     std::vector<std::uint32_t> m_mainOrder;

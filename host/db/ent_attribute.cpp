@@ -37,14 +37,14 @@ Vcad::ErrorStatus VcDbTaggedText::setFieldLength(std::int16_t length)
 Vcad::ErrorStatus VcDbTaggedText::setLockPositionInBlock(bool on) { return setMember(*this, m_lockPosition, on, true); }
 
 // Code 280 stands twice: first, in files from 2010, the version of the subclass, later the lock.
-void VcDbTaggedText::tagFields(FieldVisitor& v, bool withPrompt)
+void VcDbTaggedText::tagFields(FieldVisitor& v, std::string* prompt)
 {
     if (v.isReading())
         m_wideTag.drop();
     if (v.isReading() ? v.peek() == 280 : v.isChain() || v.atLeast(DxfVersion::R2010))
         v.number(280, m_versionNumber);
-    if (withPrompt)
-        v.text(3, m_prompt);
+    if (prompt)
+        v.text(3, *prompt);
     v.text(2, m_tag);
     v.number(70, m_attributeFlags);
     v.optionalNumber<std::int16_t>(73, m_fieldLength, 0);
@@ -89,7 +89,7 @@ void VcDbAttribute::fields(FieldVisitor& v)
 {
     textFields(v);
     v.subclass("AcDbAttribute");
-    tagFields(v, false);
+    tagFields(v);
 }
 
 // Definition
@@ -112,5 +112,5 @@ void VcDbAttributeDefinition::fields(FieldVisitor& v)
         m_widePrompt.drop();
     textFields(v);
     v.subclass("AcDbAttributeDefinition");
-    tagFields(v, true);
+    tagFields(v, &m_prompt);
 }

@@ -35,6 +35,17 @@ T valueAt(const std::vector<T>& list, std::size_t index)
     return index < list.size() ? list[index] : T();
 }
 
+template <class T>
+T valueAt(const VcDbRare<std::vector<T>>& list, std::size_t index)
+{
+    return list.isSet() ? valueAt(*list, index) : T();
+}
+
+}
+
+VcDbPolyline::Widths VcDbPolyline::widthsAt(std::size_t index) const
+{
+    return m_widths.isSet() ? valueAt(m_widths, index) : Widths{m_constantWidth, m_constantWidth};
 }
 
 Vcad::ErrorStatus VcDbPolyline::addVertexAt(unsigned index, const VcGePoint2d& point, double bulge, double startWidth, double endWidth)
@@ -47,20 +58,22 @@ Vcad::ErrorStatus VcDbPolyline::addVertexAt(unsigned index, const VcGePoint2d& p
     // Without widths of its own the vertex takes the constant one.
     Widths widths{startWidth < 0 ? m_constantWidth : startWidth, endWidth < 0 ? m_constantWidth : endWidth};
     const Widths constant{m_constantWidth, m_constantWidth};
-    if (m_widths.empty() && !(widths == constant)) {
-        m_widths.assign(m_points.size(), constant);
+    if (!m_widths.isSet() && !(widths == constant)) {
+        m_widths.make().assign(m_points.size(), constant);
         m_constantWidth = 0;
     }
     m_points.insert(m_points.begin() + index, point);
     if (!m_bulges.empty())
         m_bulges.insert(m_bulges.begin() + index, bulge);
     setInList(m_bulges, m_points.size(), index, bulge);
-    if (!m_widths.empty() || !(widths == constant)) {
-        m_widths.resize(m_points.size() - 1);
-        m_widths.insert(m_widths.begin() + index, widths);
+    if (m_widths.isSet()) {
+        m_widths->resize(m_points.size() - 1);
+        m_widths->insert(m_widths->begin() + index, widths);
     }
-    if (!m_vertexIds.empty())
-        m_vertexIds.insert(m_vertexIds.begin() + index, 0);
+    if (m_vertexIds.isSet()) {
+        m_vertexIds->resize(m_points.size() - 1);
+        m_vertexIds->insert(m_vertexIds->begin() + index, 0);
+    }
     return Vcad::eOk;
 }
 
@@ -75,8 +88,10 @@ Vcad::ErrorStatus VcDbPolyline::removeVertexAt(unsigned index)
     };
     cut(m_points);
     cut(m_bulges);
-    cut(m_widths);
-    cut(m_vertexIds);
+    if (m_widths.isSet())
+        cut(*m_widths);
+    if (m_vertexIds.isSet())
+        cut(*m_vertexIds);
     dropIfPlain(m_bulges);
     return Vcad::eOk;
 }
@@ -126,7 +141,7 @@ Vcad::ErrorStatus VcDbPolyline::getWidthsAt(unsigned index, double& start, doubl
 {
     if (!isIndex(index))
         return Vcad::eInvalidIndex;
-    const Widths widths = m_widths.empty() ? Widths{m_constantWidth, m_constantWidth} : valueAt(m_widths, index);
+    const Widths widths = widthsAt(index);
     start = widths.start;
     end = widths.end;
     return Vcad::eOk;
@@ -139,24 +154,27 @@ Vcad::ErrorStatus VcDbPolyline::setWidthsAt(unsigned index, double start, double
     if (!(start >= 0 && end >= 0) || !isFinite(start) || !isFinite(end))
         return Vcad::eOutOfRange;
     assertWriteEnabled();
-    if (m_widths.empty())
-        m_widths.assign(m_points.size(), {m_constantWidth, m_constantWidth});
-    m_widths.resize(m_points.size());
-    m_widths[index] = {start, end};
+    const double constant = m_widths.isSet() ? 0 : m_constantWidth;
+    WidthList& widths = m_widths.make();
+    widths.resize(m_points.size(), {constant, constant});
+    widths[index] = {start, end};
     m_constantWidth = 0;
-    dropIfPlain(m_widths);
+    dropIfPlain(widths);
+    if (widths.empty())
+        m_widths.reset();
     return Vcad::eOk;
 }
 
 Vcad::ErrorStatus VcDbPolyline::getConstantWidth(double& width) const
 {
-    if (m_widths.empty()) {
+    if (!m_widths.isSet()) {
         width = m_constantWidth;
         return Vcad::eOk;
     }
-    const double first = m_widths.front().start;
-    const bool alike = std::all_of(m_widths.begin(), m_widths.end(), [&](const Widths& w) { return w == Widths{first, first}; });
-    if (!alike || m_widths.size() < m_points.size())
+    const WidthList& widths = *m_widths;
+    const double first = valueAt(widths, 0).start;
+    const bool alike = std::all_of(widths.begin(), widths.end(), [&](const Widths& w) { return w == Widths{first, first}; });
+    if (!alike || widths.size() < m_points.size())
         return Vcad::eInvalidInput;
     width = first;
     return Vcad::eOk;
@@ -167,7 +185,7 @@ Vcad::ErrorStatus VcDbPolyline::setConstantWidth(double width)
     if (!(width >= 0) || !isFinite(width))
         return Vcad::eOutOfRange;
     assertWriteEnabled();
-    m_widths = {};
+    m_widths.reset();
     m_constantWidth = width;
     return Vcad::eOk;
 }
@@ -203,8 +221,9 @@ Vcad::ErrorStatus VcDbPolyline::transformBy(const VcGeMatrix3d& m)
     if (move->mirrored)
         for (double& bulge : m_bulges)
             bulge = -bulge;
-    for (Widths& w : m_widths)
-        w = {w.start * move->scale, w.end * move->scale};
+    if (m_widths.isSet())
+        for (Widths& w : *m_widths)
+            w = {w.start * move->scale, w.end * move->scale};
     m_constantWidth *= move->scale;
     move->move(m_extrusion);
     return Vcad::eOk;
@@ -268,8 +287,8 @@ void VcDbPolyline::readVertices(FieldVisitor& v)
 {
     std::vector<VcGePoint2d> points;
     std::vector<double> bulges;
-    std::vector<Widths> widths;
-    std::vector<std::int32_t> ids;
+    WidthList widths;
+    IdList ids;
     while (v.beginItem(10)) {
         const std::size_t i = points.size();
         v.point2(10, points.emplace_back());
@@ -298,8 +317,8 @@ void VcDbPolyline::readVertices(FieldVisitor& v)
     points.shrink_to_fit();
     m_points = std::move(points);
     m_bulges = std::move(bulges);
-    m_widths = std::move(widths);
-    m_vertexIds = std::move(ids);
+    m_widths.set(std::move(widths));
+    m_vertexIds.set(std::move(ids));
 }
 
 void VcDbPolyline::writeVertices(FieldVisitor& v)

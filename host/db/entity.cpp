@@ -326,7 +326,7 @@ void VcDbEntity::fields(FieldVisitor& v)
         v.optionalNumber<std::int16_t>(284, p.shadow, 0);
         v.optionalRef(348, RefKind::HardPointer, p.visualStyle);
     }
-    if (v.isReading() || v.purpose() == FieldVisitor::Purpose::References)
+    if (v.isReading() || (v.purpose() == FieldVisitor::Purpose::References && !(p == props())))
         setProps(p);
 }
 

@@ -1,5 +1,7 @@
 #include "host/db/entity_props.h"
 
+#include <utility>
+
 namespace {
 
 void mix(std::size_t& h, std::size_t value) { h = (h ^ value) * 0x9e3779b97f4a7c15u + (h >> 29); }
@@ -27,9 +29,9 @@ std::uint32_t EntityPropsTable::intern(const EntityProps& props)
 {
     const std::uint32_t hash = hashOf(props);
     const std::size_t mask = m_places.size() - 1;
-    for (std::size_t at = hash & mask; m_places[at]; at = (at + 1) & mask) {
-        const std::uint32_t index = m_places[at] - 1;
-        if (m_hashes[index] == hash && *m_items[index] == props)
+    for (std::size_t at = hash & mask; m_places[at].index; at = (at + 1) & mask) {
+        const std::uint32_t index = m_places[at].index - 1;
+        if (m_places[at].hash == hash && (*this)[index] == props)
             return index;
     }
     return add(props, hash);
@@ -37,28 +39,29 @@ std::uint32_t EntityPropsTable::intern(const EntityProps& props)
 
 std::uint32_t EntityPropsTable::add(const EntityProps& props, std::uint32_t hash)
 {
-    m_items.push_back(&m_storage.emplace_back(props));
-    m_hashes.push_back(hash);
-    if (m_items.size() * 2 > m_places.size())
+    if (m_count % kChunk == 0)
+        m_chunks.push_back(std::make_unique<EntityProps[]>(kChunk));
+    m_chunks.back()[m_count % kChunk] = props;
+    ++m_count;
+    if (std::size_t(m_count) * 2 > m_places.size())
         grow();
-    else {
-        const std::size_t mask = m_places.size() - 1;
-        std::size_t at = hash & mask;
-        while (m_places[at])
-            at = (at + 1) & mask;
-        m_places[at] = std::uint32_t(m_items.size());
-    }
-    return std::uint32_t(m_items.size() - 1);
+    freePlace(hash) = {hash, m_count};
+    return m_count - 1;
+}
+
+EntityPropsTable::Place& EntityPropsTable::freePlace(std::uint32_t hash)
+{
+    const std::size_t mask = m_places.size() - 1;
+    std::size_t at = hash & mask;
+    while (m_places[at].index)
+        at = (at + 1) & mask;
+    return m_places[at];
 }
 
 void EntityPropsTable::grow()
 {
-    m_places.assign(m_places.size() * 2, 0);
-    const std::size_t mask = m_places.size() - 1;
-    for (std::uint32_t index = 0; index < m_hashes.size(); ++index) {
-        std::size_t at = m_hashes[index] & mask;
-        while (m_places[at])
-            at = (at + 1) & mask;
-        m_places[at] = index + 1;
-    }
+    const std::vector<Place> before = std::exchange(m_places, std::vector<Place>(m_places.size() * 2));
+    for (const Place& place : before)
+        if (place.index)
+            freePlace(place.hash) = place;
 }

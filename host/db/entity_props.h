@@ -4,15 +4,17 @@
 #include "sdk/vccm.h"
 #include "sdk/vcdb_object.h"
 
-#include <deque>
+#include <memory>
 #include <string>
 #include <vector>
 
+// What differs most stands first: comparing ends there, and the rest is not fetched.
 struct EntityProps {
-    VcDbObjectId layer, linetype, material, plotStyle, visualStyle, faceVisualStyle, edgeVisualStyle;
+    VcDbObjectId layer, linetype;
     VcCmColor color;
-    std::string colorBook;
     double linetypeScale = 1.0;
+    VcDbObjectId material, plotStyle, visualStyle, faceVisualStyle, edgeVisualStyle;
+    std::string colorBook;
     std::int32_t transparency = 0;  // group 440 as it stands
     std::int16_t lineWeight = -1;
     std::int16_t invisible = 0;
@@ -23,20 +25,26 @@ struct EntityProps {
     bool operator==(const EntityProps&) const = default;
 };
 
-// A drawing may have as many combinations as layers times colours, so the table is compact: positions by hash, and the
-// hashes themselves beside the properties.
+// A drawing may have as many combinations as layers times colours, and a look-up costs what it fetches: the positions by
+// hash hold the hashes too, and the properties stay where they were put.
 class EntityPropsTable {
 public:
     EntityPropsTable();
-    const EntityProps& operator[](std::uint32_t index) const { return *m_items[index]; }
+    const EntityProps& operator[](std::uint32_t index) const { return m_chunks[index / kChunk][index % kChunk]; }
     std::uint32_t intern(const EntityProps& props);
 
 private:
+    struct Place {
+        std::uint32_t hash;
+        std::uint32_t index;  // from 1; 0 where nothing is
+    };
+    static constexpr std::uint32_t kChunk = 256;
+
     std::uint32_t add(const EntityProps& props, std::uint32_t hash);
     void grow();
+    Place& freePlace(std::uint32_t hash);
 
-    std::deque<EntityProps> m_storage;
-    std::vector<const EntityProps*> m_items;
-    std::vector<std::uint32_t> m_hashes;
-    std::vector<std::uint32_t> m_places;  // index + 1, 0 where nothing is
+    std::vector<std::unique_ptr<EntityProps[]>> m_chunks;
+    std::uint32_t m_count = 0;
+    std::vector<Place> m_places;
 };

@@ -698,14 +698,24 @@ std::vector<UnclaimedGroups> FieldReader::leftGroups()
     return out;
 }
 
+std::uint16_t FieldReader::profile()
+{
+    if (!m_spellings.empty())
+        return internPresence(m_atDefault, m_spellings);
+    std::uint32_t hash = 0;
+    for (const PresenceKey key : m_atDefault)
+        hash = hash * 31 + key + (key >> 16);
+    SeenProfile& seen = m_seenProfiles[hash % m_seenProfiles.size()];
+    if (seen.atDefault != m_atDefault) {
+        seen.atDefault = m_atDefault;
+        seen.number = internPresence(m_atDefault);
+    }
+    return seen.number;
+}
+
 void FieldReader::finish(VcDbObject& object)
 {
-    if (m_atDefault != m_lastProfile || m_spellings != m_lastSpellings) {
-        m_lastProfile = m_atDefault;
-        m_lastSpellings = m_spellings;
-        m_lastProfileNumber = internPresence(m_atDefault, m_spellings);
-    }
-    object.setPresence(m_lastProfileNumber);
+    object.setPresence(profile());
     for (; m_earlyBefore < m_earlyNames.size(); ++m_earlyBefore)
         m_earlyNames[m_earlyBefore].object = object.objectId().slot();
     if (ObjectExtras* extras = object.extras())

@@ -12,6 +12,7 @@
 #include "host/db/tag.h"
 #include "host/db/text_codec.h"
 
+#include <array>
 #include <memory>
 #include <span>
 #include <unordered_map>
@@ -106,6 +107,7 @@ private:
     bool takeOrdinates(int code, std::span<double> ordinates);
     void mark(Tag& tag);
     bool atDefault(int code);
+    std::uint16_t profile();
     bool recordOf(const Tag& tag, NameTable table, VcDbObjectId& id);
     void noteSpelling(int code, VcDbObjectId record, const std::string& spelt);
     bool idOf(const Tag& tag, VcDbObjectId& id);
@@ -126,9 +128,13 @@ private:
     int m_ordered = 0;
     std::size_t m_taken = 0;
     bool m_failed = false;
-    std::vector<PresenceKey> m_atDefault, m_lastProfile;
-    std::vector<KeptSpelling> m_spellings, m_lastSpellings;
-    std::uint16_t m_lastProfileNumber = 0;
+    std::vector<PresenceKey> m_atDefault;
+    std::vector<KeptSpelling> m_spellings;
+    struct SeenProfile {
+        std::vector<PresenceKey> atDefault;
+        std::uint16_t number = 0;
+    };
+    std::array<SeenProfile, 64> m_seenProfiles;  // by what they hold
     GroupCounts m_nameCounts;
     std::vector<EarlyName> m_earlyNames;
     std::size_t m_earlyBefore = 0;  // how many of them belong to the objects before this one

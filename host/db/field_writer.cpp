@@ -67,14 +67,22 @@ void FieldWriter::begin(const VcDbObject& object, const TagList* common)
     m_subclass = {};
     m_occurrence = 0;
     m_calls.assign(1, {});
-    m_profile = isFile() ? object.presence() : 0;
-    m_spellings = spellingsOf(m_profile);
+    useProfile(isFile() ? object.presence() : 0);
     m_nameCounts.clear();
     if (const ObjectExtras* extras = object.extras())
         for (const UnclaimedGroups& groups : extras->unclaimed)
             m_pending.push_back({&groups, false});
     if (!m_pending.empty())
         beginSubclass();
+}
+
+void FieldWriter::useProfile(std::uint16_t profile)
+{
+    if (profile == m_profile)
+        return;
+    m_profile = profile;
+    m_profileBits = presenceBits(profile);
+    m_spellings = spellingsOf(profile);
 }
 
 void FieldWriter::finish()
@@ -163,7 +171,10 @@ void FieldWriter::putAnchored(int code)
 
 bool FieldWriter::carried(int code) const
 {
-    return isChain() || presenceHas(m_profile, presenceKey(static_cast<int>(m_calls.size()) - 1, code));
+    if (isChain())
+        return true;
+    const PresenceKey key = presenceKey(static_cast<int>(m_calls.size()) - 1, code);
+    return (m_profileBits >> (key & 63) & 1) && presenceHas(m_profile, key);
 }
 
 void FieldWriter::real(int code, double& value)

@@ -89,6 +89,7 @@ private:
         std::uint32_t count;
     };
 
+    void useProfile(std::uint16_t profile);
     bool carried(int code) const;
     std::string_view spellingOf(int code, std::string_view name);
     void wrote(int code, int ordinates = 1);
@@ -107,6 +108,7 @@ private:
     std::vector<std::string_view> m_calls;
     std::uint16_t m_occurrence = 0;
     std::uint16_t m_profile = 0;
+    std::uint64_t m_profileBits = 0;
     std::span<const KeptSpelling> m_spellings;
     GroupCounts m_nameCounts;
     const TagList* m_common = nullptr;

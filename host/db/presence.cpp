@@ -69,6 +69,15 @@ bool presenceHas(std::uint16_t profile, PresenceKey key)
     return found && std::binary_search(found->keys.begin(), found->keys.end(), key);
 }
 
+std::uint64_t presenceBits(std::uint16_t profile)
+{
+    std::uint64_t bits = 0;
+    if (const Profile* found = profileAt(profile))
+        for (const PresenceKey key : found->keys)
+            bits |= std::uint64_t(1) << (key & 63);
+    return bits;
+}
+
 std::span<const KeptSpelling> spellingsOf(std::uint16_t profile)
 {
     const Profile* found = profileAt(profile);

@@ -54,6 +54,8 @@ private:
 // The number of the profile with these keys, in any order and repeated at will, and spellings; 0 when there are too many.
 VKHOST_API std::uint16_t internPresence(std::vector<PresenceKey>& keys, const std::vector<KeptSpelling>& spellings = {});
 VKHOST_API bool presenceHas(std::uint16_t profile, PresenceKey key);
+// Bit key % 64 is set for each key of the profile: most questions end there.
+VKHOST_API std::uint64_t presenceBits(std::uint16_t profile);
 VKHOST_API std::span<const KeptSpelling> spellingsOf(std::uint16_t profile);
 // The profile with one more spelling.
 VKHOST_API std::uint16_t withSpelling(std::uint16_t profile, KeptSpelling spelling);

@@ -7,6 +7,8 @@
 #include "sdk/vcdb_entity.h"
 #include "sdk/vcdb_records.h"
 
+#include <utility>
+
 bool isLegalRecordName(std::string_view utf8)
 {
     if (utf8.empty() || utf8.size() > 255 * 4 || utf8.front() == ' ' || utf8.back() == ' ')
@@ -82,14 +84,51 @@ bool isCurrent(const DatabaseCore& db, NameTable table, std::string_view name)
 
 }
 
+static void markReferencesOf(VcDbObject* object, MarkReferred& visitor)
+{
+    if (object && !object->isErased())
+        visitor.visitAll(*object);
+}
+
 std::vector<bool> referredSlots(const DatabaseCore& db)
 {
     std::vector<bool> marks(db.slotCount());
     MarkReferred visitor(marks);
     for (std::uint32_t slot = 1; slot < db.slotCount(); ++slot)
-        if (VcDbObject* object = db.objectAt(slot); object && !object->isErased())
-            visitor.visitAll(*object);
+        markReferencesOf(db.objectAt(slot), visitor);
     return marks;
+}
+
+static void walkAll(const DatabaseCore& db, ReferenceMarks& marks)
+{
+    marks = {referredSlots(db), db.changeCount(), true};
+}
+
+static void addChanges(const DatabaseCore& db, ReferenceMarks& marks)
+{
+    const auto changed = db.changedSince(marks.seenChanges);
+    if (!changed || marks.referred.empty())
+        return walkAll(db, marks);
+    if (changed->empty())
+        return;
+    marks.referred.resize(db.slotCount());
+    MarkReferred visitor(marks.referred);
+    std::uint32_t last = 0;
+    for (const std::uint32_t slot : *changed)
+        if (slot != std::exchange(last, slot))
+            markReferencesOf(db.objectAt(slot), visitor);
+    marks.seenChanges = db.changeCount();
+    marks.isExact = false;
+}
+
+// Erasing many records, as a purge does, asks about each what has been found unused before: that takes no further walk.
+static bool isReferred(const DatabaseCore& db, std::uint32_t slot)
+{
+    ReferenceMarks& marks = db.referenceMarks();
+    addChanges(db, marks);
+    if (marks.referred[slot] && !marks.isExact)
+        walkAll(db, marks);
+    return marks.referred[slot];
 }
 
 bool recordIsNeeded(const DatabaseCore& db, const VcDbSymbolTableRecord& record)
@@ -102,5 +141,5 @@ bool recordIsNeeded(const DatabaseCore& db, const VcDbSymbolTableRecord& record)
     }
     if (const auto* block = VcDbBlockTableRecord::cast(&record); block && block->isLayout())
         return true;
-    return referredSlots(db)[record.objectId().slot()];
+    return isReferred(db, record.objectId().slot());
 }

@@ -18,5 +18,13 @@ std::string freeAnonymousName(const VcDbSymbolTable& table, std::string_view pre
 // Whether erasing the record is refused: it is current, one of those every drawing has, or something refers to it.
 bool recordIsNeeded(const DatabaseCore& db, const VcDbSymbolTableRecord& record);
 
+// Which slots live objects refer to. Between walks over the whole drawing what changes is added, so that a mark that is
+// missing is certain; one that is there is certain only when nothing has changed since the walk.
+struct ReferenceMarks {
+    std::vector<bool> referred;
+    std::uint64_t seenChanges = 0;  // as DatabaseCore::changeCount(), up to where the marks know the drawing
+    bool isExact = false;
+};
+
 // Ids that live objects refer to with a pointer (not as owner), each once. One walk over the whole drawing.
 std::vector<bool> referredSlots(const DatabaseCore& db);

@@ -187,7 +187,8 @@ Fate fateOf(const VcDbEntity& entity, const DatabaseCore& db, DxfVersion version
     return olderForms(entity).empty() ? Fate::Dropped : Fate::Rewritten;
 }
 
-void writeOlderForm(VcDbEntity& entity, DatabaseCore& db, DxfVersion version, GroupSink& sink, const TagList* space)
+void writeOlderForm(VcDbEntity& entity, DatabaseCore& db, DxfVersion version, GroupSink& sink, const TagList* space,
+                    std::uint64_t* nextHandle)
 {
     if (const auto* viewport = VcDbViewport::cast(&entity)) {
         ObjectWriter(db, version, sink).write(entity, space);
@@ -197,7 +198,7 @@ void writeOlderForm(VcDbEntity& entity, DatabaseCore& db, DxfVersion version, Gr
     if (const ObjectExtras* extras = entity.extras(); extras && !extras->xdata.empty())
         pieces.front()->makeExtras().xdata = extras->xdata;
     ObjectWriter writer(db, version, sink);
-    writer.setIdentity({false, false});
+    writer.setIdentity({nextHandle != nullptr, false, nextHandle});
     for (auto& piece : pieces)
         writeWhole(*piece, writer, space);
 }

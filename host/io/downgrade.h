@@ -12,8 +12,9 @@ enum class Fate { Kept, Rewritten, Dropped };
 
 // What the release can say of an entity: itself, something older that looks the same, or nothing.
 Fate fateOf(const VcDbEntity& entity, const DatabaseCore& db, DxfVersion version);
-// Writes what stands for an entity whose fate is Rewritten.
-void writeOlderForm(VcDbEntity& entity, DatabaseCore& db, DxfVersion version, GroupSink& sink, const TagList* space);
+// Writes what stands for an entity whose fate is Rewritten. Its pieces take their handles from nextHandle where there is one.
+void writeOlderForm(VcDbEntity& entity, DatabaseCore& db, DxfVersion version, GroupSink& sink, const TagList* space,
+                    std::uint64_t* nextHandle);
 
 // ByLayer and ByBlock, which R12 does not list.
 bool isAbstractLinetype(const DatabaseCore& db, VcDbObjectId id);

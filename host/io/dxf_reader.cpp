@@ -7,6 +7,7 @@
 #include "host/db/kept_object.h"
 #include "host/db/standard_objects.h"
 #include "host/io/class_choice.h"
+#include "host/io/downgrade.h"
 #include "sdk/vcdb_objects.h"
 #include "sdk/vcdb_tables.h"
 
@@ -370,6 +371,8 @@ void DxfReader::reportImplicitRecords()
             if (!record.isImplicit())
                 continue;
             record.setImplicit(false);
+            if (NameTable(t) == NameTable::Linetype && isAbstractLinetype(m_db, id))
+                continue; // old releases do not list them
             if (auto* layer = VcDbLayerTableRecord::cast(&record); layer && layer->linetypeObjectId().isNull())
                 layer->setLinetypeObjectId(m_db.recordFor(NameTable::Linetype, "Continuous"));
             if (isUnderstood(NameTable(t), record.nameUtf8()))

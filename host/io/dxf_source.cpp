@@ -176,8 +176,10 @@ public:
     BinarySource(std::string_view bytes, bool recover, ProblemLog& problems)
         : m_bytes(bytes), m_at(kBinarySentinel.size()), m_recover(recover), m_problems(problems)
     {
-        // Files before R13 have one byte for a code: then the first text follows the first 0 directly.
-        m_wideCodes = m_bytes.size() > m_at + 1 && m_bytes[m_at] == 0 && m_bytes[m_at + 1] == 0;
+        // Files before R13 have one byte for a code: then the first text follows the first 0 directly. A comment's 999 may
+        // stand first.
+        const std::string_view start = m_bytes.substr(m_at, 2);
+        m_wideCodes = start == std::string_view("\0\0", 2) || start == "\xE7\x03";
         Tag tag;
         while (readGroup(tag)) {
             if (tag.code == 0) {

@@ -2,6 +2,9 @@
 
 #include "host/base/code_page.h"
 
+#include <algorithm>
+#include <cstring>
+
 namespace {
 
 bool isControlMark(char c)
@@ -69,14 +72,38 @@ void DxfTextDecoder::decode(std::string_view raw, std::string& out) const
         undoCarets(out);
 }
 
+namespace {
+
+constexpr std::uint64_t everyByte(unsigned char byte)
+{
+    return byte * std::uint64_t(0x0101010101010101);
+}
+
+// Whether any of eight bytes is below 32, above 127 or a caret. The differences borrow only out of bytes that are found.
+bool hasSpecialByte(std::uint64_t eight)
+{
+    const std::uint64_t carets = eight ^ everyByte('^');
+    const std::uint64_t found = (eight - everyByte(32)) | (carets - everyByte(1)) | eight;
+    return (found & everyByte(128)) != 0;
+}
+
+bool isSpecialByte(char c)
+{
+    const auto byte = static_cast<unsigned char>(c);
+    return byte < 32 || byte > 127 || c == '^';
+}
+
+}
+
 bool DxfTextEncoder::isPlain(std::string_view utf8) const
 {
-    bool plain = true;
-    for (const char c : utf8) {
-        const auto byte = static_cast<unsigned char>(c);
-        plain &= byte >= 32 && byte < 128 && c != '^';
+    for (; utf8.size() >= sizeof(std::uint64_t); utf8.remove_prefix(sizeof(std::uint64_t))) {
+        std::uint64_t eight;
+        std::memcpy(&eight, utf8.data(), sizeof eight);
+        if (hasSpecialByte(eight))
+            return false;
     }
-    return plain;
+    return std::none_of(utf8.begin(), utf8.end(), isSpecialByte);
 }
 
 std::string DxfTextEncoder::encode(std::string_view utf8) const

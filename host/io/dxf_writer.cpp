@@ -43,6 +43,8 @@ bool DxfWriter::write()
 {
     if (!m_db.keptSections.empty() && m_db.keptSections.front().name.empty())
         putTags(m_sink, m_db.keptSections.front().tags);
+    if (isLegacy() && m_hasHandles)
+        reserveHandles();
     header();
     if (!isLegacy())
         classes();
@@ -88,7 +90,32 @@ std::uint64_t DxfWriter::handleSeed() const
         if (const VcDbObject* object = m_db.objectAt(slot); isLive(object) && object->isKindOf(VcDbEntity::desc()) &&
                                                             !object->isKindOf(VcDbBlockBegin::desc()) && !object->isKindOf(VcDbBlockEnd::desc()))
             seed = std::max(seed, m_db.handleOf(object->objectId()) + 1);
-    return seed;
+    return std::max(seed, m_seedAbove);
+}
+
+namespace {
+
+class NoGroups final : public GroupSink {
+public:
+    void real(int, double) override {}
+    void integer(int, std::int64_t) override {}
+    void text(int, std::string_view) override {}
+    void handle(int, std::uint64_t) override {}
+    void bytes(int, std::string_view) override {}
+};
+
+}
+
+// The header says ahead of the entities how far their handles reach, so those of rewritten ones are counted beforehand.
+void DxfWriter::reserveHandles()
+{
+    NoGroups nowhere;
+    m_nextHandle = m_seedAbove = handleSeed();
+    for (std::uint32_t slot = 1; slot < m_db.slotCount(); ++slot) {
+        auto* entity = VcDbEntity::cast(m_db.objectAt(slot));
+        if (isLive(entity) && fateOf(*entity, m_db, m_version) == Fate::Rewritten)
+            writeOlderForm(*entity, m_db, m_version, nowhere, nullptr, &m_seedAbove);
+    }
 }
 
 void DxfWriter::header()
@@ -271,7 +298,7 @@ void DxfWriter::entity(VcDbEntity& main)
     if (fate == Fate::Rewritten) {
         ++m_result.rewrote;
         ++m_result.rewroteByType[dxfNameOf(main)];
-        writeOlderForm(main, m_db, m_version, m_sink, space);
+        writeOlderForm(main, m_db, m_version, m_sink, space, m_hasHandles ? &m_nextHandle : nullptr);
         return;
     }
     ++m_result.kept;

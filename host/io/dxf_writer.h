@@ -35,6 +35,7 @@ private:
     const TagList* spaceGroups(const VcDbBlockTableRecord& block);
     bool isLegacy() const { return m_version < DxfVersion::R13; }
     std::uint64_t handleSeed() const;
+    void reserveHandles();
     bool tick();
 
     DatabaseCore& m_db;
@@ -47,6 +48,8 @@ private:
     VcDbObjectId m_spaceOf;
     bool m_isInPaper = false;
     bool m_hasHandles = true;
+    // Of what entities are rewritten as, which the drawing does not hold: the next one, and what lies above them all.
+    std::uint64_t m_nextHandle = 0, m_seedAbove = 0;
     std::size_t m_written = 0;
     bool m_cancelled = false;
 };

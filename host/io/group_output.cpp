@@ -14,69 +14,71 @@ class AsciiOutput final : public GroupOutput {
 public:
     AsciiOutput(bool crLf, const CodePage& page, ByteSink& sink) : GroupOutput(page, sink), m_lineEnd(crLf ? "\r\n" : "\n")
     {
-        for (int code = 0; code < kCodes; ++code)
-            m_codeLines[code] = std::string(code < 10 ? 2 : code < 100 ? 1 : 0, ' ') + std::to_string(code) + std::string(m_lineEnd);
+        for (int code = 0; code < kCodes; ++code) {
+            std::string line = std::string(code < 10 ? 2 : code < 100 ? 1 : 0, ' ') + std::to_string(code);
+            line += m_lineEnd;
+            m_codeLines[code].size = static_cast<std::uint8_t>(line.size());
+            line.copy(m_codeLines[code].text, kLongestCodeLine);
+        }
     }
 
     void real(int code, double value) override
     {
-        putCode(code);
+        char* to = printCode(room(kLongestGroup), code);
         // Whole numbers stay in fixed notation: 100000.0, where the shortest form would be 1e+05.
         const auto whole = std::fabs(value) < 1e15 ? static_cast<std::int64_t>(value) : 0;
-        if (whole != 0 && static_cast<double>(whole) == value) {
-            appendInteger(m_buffer, whole);
-            m_buffer += ".0";
-        } else {
-            appendReal(m_buffer, value);
-        }
-        endLine();
+        if (whole != 0 && static_cast<double>(whole) == value)
+            to = std::copy_n(".0", 2, std::to_chars(to, to + 24, whole).ptr);
+        else
+            to = printReal(to, value);
+        took(printLineEnd(to));
     }
     void integer(int code, std::int64_t value) override
     {
-        putCode(code);
-        putPadded(value, width(code));
-        endLine();
+        char* to = printCode(room(kLongestGroup), code);
+        took(printLineEnd(printPadded(to, value, width(code))));
     }
     void text(int code, std::string_view utf8) override
     {
-        putCode(code);
+        took(printCode(room(kLongestGroup), code));
         putText(utf8);
-        endLine();
+        took(printLineEnd(room(kLongestGroup)));
     }
     void handle(int code, std::uint64_t handle) override
     {
-        putCode(code);
-        appendHandle(m_buffer, handle);
-        endLine();
+        char* to = printCode(room(kLongestGroup), code);
+        took(printLineEnd(printHandle(to, handle)));
     }
     void bytes(int code, std::string_view data) override
     {
         constexpr char kDigits[] = "0123456789ABCDEF";
-        putCode(code);
+        char* to = printCode(room(kLongestGroup + 2 * data.size()), code);
         for (const unsigned char byte : data) {
-            m_buffer += kDigits[byte >> 4];
-            m_buffer += kDigits[byte & 15];
+            *to++ = kDigits[byte >> 4];
+            *to++ = kDigits[byte & 15];
         }
-        endLine();
+        took(printLineEnd(to));
     }
 
 private:
     static constexpr int kCodes = 1072;
+    static constexpr std::size_t kLongestCodeLine = 8;
+    static constexpr std::size_t kLongestGroup = 128;  // of all but texts and data
 
-    void putCode(int code)
+    struct CodeLine {
+        char text[kLongestCodeLine] = {};
+        std::uint8_t size = 0;
+    };
+
+    char* printCode(char* to, int code) const
     {
-        if (code >= 0 && code < kCodes) {
-            m_buffer += m_codeLines[code];
-            return;
-        }
-        appendInteger(m_buffer, code);
-        endLine();
+        if (code < 0 || code >= kCodes)
+            return printLineEnd(std::to_chars(to, to + 12, code).ptr);
+        // The whole array: a copy of a fixed size is one move.
+        std::memcpy(to, m_codeLines[code].text, kLongestCodeLine);
+        return to + m_codeLines[code].size;
     }
-    void endLine()
-    {
-        m_buffer += m_lineEnd;
-        flushWhenFull();
-    }
+    char* printLineEnd(char* to) const { return std::copy(m_lineEnd.begin(), m_lineEnd.end(), to); }
     // Small integers stand in six columns and long ones in nine, as is customary.
     static std::size_t width(int code)
     {
@@ -90,18 +92,18 @@ private:
             return 0;
         }
     }
-    void putPadded(std::int64_t value, std::size_t columns)
+    static char* printPadded(char* to, std::int64_t value, std::size_t columns)
     {
         char digits[24];
-        const auto printed = std::to_chars(digits, digits + sizeof digits, value);
-        const auto size = static_cast<std::size_t>(printed.ptr - digits);
+        const char* end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+        const auto size = static_cast<std::size_t>(end - digits);
         if (size < columns)
-            m_buffer.append(columns - size, ' ');
-        m_buffer.append(digits, size);
+            to = std::fill_n(to, columns - size, ' ');
+        return std::copy(digits, digits + size, to);
     }
 
     std::string_view m_lineEnd;
-    std::string m_codeLines[kCodes];
+    CodeLine m_codeLines[kCodes];
 };
 
 class BinaryOutput final : public GroupOutput {
@@ -109,7 +111,7 @@ public:
     BinaryOutput(DxfVersion version, const CodePage& page, ByteSink& sink)
         : GroupOutput(page, sink), m_wideCodes(version >= DxfVersion::R13)
     {
-        m_buffer += kBinarySentinel;
+        put(kBinarySentinel);
     }
 
     void real(int code, double value) override
@@ -155,8 +157,7 @@ public:
             return bytes(code, {});
         putCode(code);
         putText(utf8);
-        m_buffer += '\0';
-        flushWhenFull();
+        append('\0');
     }
     void handle(int code, std::uint64_t handle) override { text(code, handleText(handle)); }
     void bytes(int code, std::string_view data) override
@@ -167,11 +168,10 @@ public:
         do {
             const std::string_view chunk = data.substr(0, kMost);
             putCode(code);
-            m_buffer += static_cast<char>(chunk.size());
-            m_buffer += chunk;
+            append(static_cast<char>(chunk.size()));
+            put(chunk);
             data.remove_prefix(chunk.size());
         } while (!data.empty());
-        flushWhenFull();
     }
 
 private:
@@ -180,25 +180,24 @@ private:
         if (m_wideCodes) {
             append(static_cast<std::int16_t>(code));
         } else if (code < 255) {
-            m_buffer += static_cast<char>(code);
+            append(static_cast<char>(code));
         } else {
-            m_buffer += '\xFF';
+            append('\xFF');
             append(static_cast<std::uint16_t>(code));
         }
     }
     template <class T>
     void append(T value)
     {
-        char raw[sizeof value];
-        std::memcpy(raw, &value, sizeof value);
-        m_buffer.append(raw, sizeof value);
+        char* to = room(sizeof value);
+        std::memcpy(to, &value, sizeof value);
+        took(to + sizeof value);
     }
     template <class T>
     void putRaw(int code, T value)
     {
         putCode(code);
         append(value);
-        flushWhenFull();
     }
 
     bool m_wideCodes;
@@ -206,10 +205,7 @@ private:
 
 }
 
-GroupOutput::GroupOutput(const CodePage& page, ByteSink& sink) : m_encoder(page), m_sink(sink)
-{
-    m_buffer.reserve(kBufferSize + 65536);
-}
+GroupOutput::GroupOutput(const CodePage& page, ByteSink& sink) : m_buffer(kBufferSize, '\0'), m_encoder(page), m_sink(sink) {}
 
 std::unique_ptr<GroupOutput> GroupOutput::create(const OutputFormat& format, const CodePage& page, ByteSink& sink)
 {
@@ -220,15 +216,19 @@ std::unique_ptr<GroupOutput> GroupOutput::create(const OutputFormat& format, con
 
 void GroupOutput::flush()
 {
-    m_sink.write(m_buffer);
-    m_flushed += m_buffer.size();
-    m_buffer.clear();
+    m_sink.write({m_buffer.data(), m_used});
+    m_flushed += m_used;
+    m_used = 0;
+}
+
+void GroupOutput::makeRoom(std::size_t size)
+{
+    flush();
+    if (m_buffer.size() < size)
+        m_buffer.resize(size);
 }
 
 void GroupOutput::putText(std::string_view utf8)
 {
-    if (m_encoder.isPlain(utf8))
-        m_buffer += utf8;
-    else
-        m_buffer += m_encoder.encode(utf8);
+    put(m_encoder.isPlain(utf8) ? utf8 : std::string_view(m_encoder.encode(utf8)));
 }

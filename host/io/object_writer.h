@@ -14,6 +14,7 @@ public:
     struct Identity {
         bool handle = true;
         bool owner = true;
+        std::uint64_t* nextHandle = nullptr;  // for objects that are in no drawing
     };
     void setIdentity(Identity identity) { m_identity = identity; }
 
