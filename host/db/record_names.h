@@ -1,6 +1,7 @@
 // Names of table records, and what still needs a record.
 #pragma once
 
+#include "host/base/api.h"
 #include "sdk/vcdb_tables.h"
 
 #include <string>
@@ -16,7 +17,7 @@ bool isLegalRecordName(std::string_view utf8);
 std::string freeAnonymousName(const VcDbSymbolTable& table, std::string_view prefix);
 
 // Whether erasing the record is refused: it is current, one of those every drawing has, or something refers to it.
-bool recordIsNeeded(const DatabaseCore& db, const VcDbSymbolTableRecord& record);
+VKHOST_API bool recordIsNeeded(const DatabaseCore& db, const VcDbSymbolTableRecord& record);
 
 // Which slots live objects refer to. Between walks over the whole drawing what changes is added, so that a mark that is
 // missing is certain; one that is there is certain only when nothing has changed since the walk.
