@@ -11,6 +11,8 @@
 std::unique_ptr<VcDbEntity> looseCopy(const VcDbEntity& entity);
 
 // Extents of references. The box of each block is worked out once, so deep nesting costs no more than the definitions.
+// While one is at work all that are asked meanwhile, as by a dimension among the members, leave it to that one: so what is
+// known is shared, and a block that holds itself by whatever way is noticed.
 class BlockExtents {
 public:
     // Adds what the reference draws, moved by a further matrix. Members are measured where they stand; members of nested
@@ -19,6 +21,7 @@ public:
 
 private:
     const VcDbExtents& ofBlock(VcDbObjectId block);
+    void addBlock(VcDbExtents& extents, VcDbObjectId block, const VcGeMatrix3d& m);
     void addMembers(VcDbExtents& extents, VcDbObjectId block, const VcGeMatrix3d& m);
     std::unordered_map<VcDbObjectId, VcDbExtents> m_boxes;  // an empty box while its block is being measured
 };

@@ -66,9 +66,31 @@ std::unique_ptr<VcDbEntity> looseCopy(const VcDbEntity& entity)
 
 // Extents
 
+static thread_local BlockExtents* s_atWork = nullptr;
+
+namespace {
+
+struct AtWork {
+    explicit AtWork(BlockExtents* one) { s_atWork = one; }
+    ~AtWork() { s_atWork = nullptr; }
+};
+
+}
+
 void BlockExtents::addReference(VcDbExtents& extents, const VcDbBlockReference& reference, const VcGeMatrix3d& outer)
 {
-    addMembers(extents, reference.blockTableRecord(), outer * reference.blockTransform());
+    const VcGeMatrix3d m = outer * reference.blockTransform();
+    if (s_atWork)
+        return s_atWork->addBlock(extents, reference.blockTableRecord(), m);
+    const AtWork atWork(this);
+    addMembers(extents, reference.blockTableRecord(), m);
+}
+
+void BlockExtents::addBlock(VcDbExtents& extents, VcDbObjectId block, const VcGeMatrix3d& m)
+{
+    VcDbExtents box = ofBlock(block);
+    box.transformBy(m);
+    extents.addExt(box);
 }
 
 const VcDbExtents& BlockExtents::ofBlock(VcDbObjectId block)
@@ -89,12 +111,8 @@ void BlockExtents::addMembers(VcDbExtents& extents, VcDbObjectId block, const Vc
         if (member.isKindOf(VcDbAttributeDefinition::desc()) && !static_cast<const VcDbAttributeDefinition&>(member).isConstant())
             return;
         VcDbExtents one;
-        if (const auto* nested = VcDbBlockReference::cast(&member)) {
-            one = ofBlock(nested->blockTableRecord());
-            one.transformBy(m * nested->blockTransform());
-            extents.addExt(one);
-            return;
-        }
+        if (const auto* nested = VcDbBlockReference::cast(&member))
+            return addBlock(extents, nested->blockTableRecord(), m * nested->blockTransform());
         if (!boxStays)
             if (const auto copy = looseCopy(member); copy->transformBy(m) == Vcad::eOk && copy->getGeomExtents(one) == Vcad::eOk) {
                 extents.addExt(one);
@@ -151,10 +169,33 @@ bool addMoved(std::unique_ptr<VcDbEntity> entity, const VcGeMatrix3d& m, Pieces&
     return all;
 }
 
+// The blocks whose members are being exploded, outermost first: one that turns up again holds itself and has no end.
+class BlockAtWork {
+public:
+    explicit BlockAtWork(VcDbObjectId block) : m_isNested(std::find(s_blocks.begin(), s_blocks.end(), block) != s_blocks.end())
+    {
+        s_blocks.push_back(block);
+    }
+    ~BlockAtWork() { s_blocks.pop_back(); }
+    BlockAtWork(const BlockAtWork&) = delete;
+    BlockAtWork& operator=(const BlockAtWork&) = delete;
+    bool isWithinItself() const { return m_isNested; }
+    bool isTooDeep() const { return s_blocks.size() > std::size_t(kDeepest); }
+
+private:
+    static thread_local std::vector<VcDbObjectId> s_blocks;
+    bool m_isNested;
+};
+
+thread_local std::vector<VcDbObjectId> BlockAtWork::s_blocks;
+
 }
 
 Vcad::ErrorStatus explodeReference(const VcDbBlockReference& reference, std::vector<VcDbEntity*>& pieces)
 {
+    const BlockAtWork atWork(reference.blockTableRecord());
+    if (atWork.isWithinItself() || atWork.isTooDeep())
+        return Vcad::eCannotExplode;
     const VcDbBlockTableRecord* record = blockOf(reference.blockTableRecord());
     if (!record || !record->explodable() || record->isFromExternalReference())
         return Vcad::eCannotExplode;

@@ -290,6 +290,7 @@ void DxfReader::keepSection(std::string_view name)
 
 void DxfReader::readObjects()
 {
+    ensureTables();
     while (nextInSection()) {
         const ObjectParts parts = m_objects->split(m_record, false);
         std::unique_ptr<VcDbObject> made = makeObject(m_record.type);
