@@ -39,12 +39,21 @@ bool Admission::isElsewhere(const VcDbEntity& entity) const
 std::vector<VcDbObjectId> Admission::of(const std::vector<VcDbObjectId>& ids, Tally& tally) const
 {
     std::vector<VcDbObjectId> in;
+    VcDbObjectId lastOwner;  // what has one owner stands in one place
+    bool lastIsElsewhere = false;
+    const auto standsElsewhere = [&](const VcDbEntity& entity) {
+        if (entity.ownerId() != lastOwner) {
+            lastOwner = entity.ownerId();
+            lastIsElsewhere = isElsewhere(entity);
+        }
+        return lastIsElsewhere;
+    };
     for (const VcDbObjectId id : ids) {
         auto* entity = m_db.liveAs<VcDbEntity>(id);
         ++tally.found;
         if (!entity)
             ++tally.gone;
-        else if (isElsewhere(*entity))
+        else if (standsElsewhere(*entity))
             ++tally.elsewhere;
         else if (m_request.filter && !m_request.filter->accepts(*entity))
             ++tally.filtered;

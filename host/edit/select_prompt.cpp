@@ -431,7 +431,10 @@ void Selector::all()
     Ids ids;
     for (const std::uint32_t slot : space->memberSlots()) {
         const auto* entity = VcDbEntity::cast(db.objectAt(slot));
-        if (entity && !entity->isErased() && !layers.isFrozen(entity->layerId()) && !layers.isLocked(entity->layerId()))
+        if (!entity || entity->isErased())
+            continue;
+        const VcDbObjectId layer = entity->layerId();
+        if (!layers.isFrozen(layer) && !layers.isLocked(layer))
             ids.push_back(entity->objectId());
     }
     take(ids, false);
