@@ -12,8 +12,12 @@ void transformObjects(Editor& ed, const SelectionSet& objects, const VcGeMatrix3
     std::size_t left = 0;
     for (const VcDbObjectId id : objects.ids()) {
         ed.throwIfInterrupted();
-        if (auto* entity = ed.db().liveAs<VcDbEntity>(id); entity && entity->transformBy(world) != Vcad::eOk)
+        auto* entity = ed.db().liveAs<VcDbEntity>(id);
+        if (!entity)
+            continue;
+        if (entity->transformBy(world) != Vcad::eOk)
             ++left;
+        entity->dropCaches();  // dimensions are drawn anew
     }
     if (left > 0)
         ed.report("{} could not be changed this way and were left as they are.", left);

@@ -264,10 +264,13 @@ void stretch(Editor& ed)
     for (const VcDbObjectId id : chosen.objects->ids()) {
         ed.throwIfInterrupted();
         auto* entity = ed.db().liveAs<VcDbEntity>(id);
-        if (entity && byRegion.contains(id))
+        if (!entity)
+            continue;
+        if (byRegion.contains(id))
             stretchOne(*entity, pull);
-        else if (entity)
+        else
             moveWhole(*entity, by);
+        entity->dropCaches();  // dimensions are drawn anew
     }
 }
 
