@@ -33,8 +33,8 @@ std::vector<Member> membersOf(Editor& ed, const SelectionSet& objects, std::size
     return members;
 }
 
-// Joins to the first member what goes with it. Nothing when none does; else how many were used up.
-std::size_t joinFirst(CurveEdits& edits, std::vector<Member>& members)
+// Joins to the first member what goes with it, which then is the first. How many were used up by it.
+std::size_t joinFirst(Editor& ed, CurveEdits& edits, std::vector<Member>& members)
 {
     std::vector<geom::Curve> curves;
     double tolerance = 0;
@@ -45,15 +45,38 @@ std::size_t joinFirst(CurveEdits& edits, std::vector<Member>& members)
     const auto joined = geom::joinedToFirst(curves, tolerance);
     if (!joined || !edits.replace(*members[0].entity, {joined->curve}))
         return 0;
-    std::vector<Member> rest;
+    std::vector<Member> left{{ed.db().liveAs<VcDbEntity>(edits.left().front()), joined->curve}};
     for (std::size_t i = 1; i < members.size(); ++i) {
         if (std::find(joined->used.begin(), joined->used.end(), i) == joined->used.end())
-            rest.push_back(members[i]);
+            left.push_back(members[i]);
         else
             edits.erase(*members[i].entity);
     }
-    members = std::move(rest);
-    return joined->used.size();
+    members = std::move(left);
+    return joined->used.size() - 1;
+}
+
+// Each member in turn takes in what goes with it, until nothing more does.
+struct Outcome {
+    std::size_t joined = 0, made = 0;
+};
+
+Outcome joinAll(Editor& ed, CurveEdits& edits, std::vector<Member> members)
+{
+    Outcome outcome;
+    while (members.size() > 1) {
+        std::size_t taken = 0;
+        while (!geom::isClosed(members[0].curve)) {
+            const std::size_t more = joinFirst(ed, edits, members);
+            if (more == 0)
+                break;
+            taken += more;
+        }
+        outcome.joined += taken > 0 ? taken + 1 : 0;
+        outcome.made += taken > 0;
+        members.erase(members.begin());
+    }
+    return outcome;
 }
 
 void closeRound(Editor& ed, CurveEdits& edits, const Member& member)
@@ -92,18 +115,10 @@ void join(Editor& ed)
                 members.push_back(std::move(m));
     }
     const std::size_t offered = members.size();
-    std::size_t used = 0, made = 0;
-    while (members.size() > 1) {
-        if (const std::size_t taken = joinFirst(edits, members)) {
-            used += taken;
-            ++made;
-        } else {
-            members.erase(members.begin());
-        }
-    }
-    if (made == 0)
+    const Outcome outcome = joinAll(ed, edits, std::move(members));
+    if (outcome.made == 0)
         throw CommandError{"No objects were joined: none goes on from another."};
-    ed.report("{} objects joined into {}, {} discarded from the operation.", used, made, offered - used + refused);
+    ed.report("{} objects joined into {}, {} discarded from the operation.", outcome.joined, outcome.made, offered - outcome.joined + refused);
 }
 
 const HostCommand kCommands[] = {

@@ -1,6 +1,6 @@
 #include "host/db/curve_of.h"
 
-#include "host/geom/arbitrary_axis.h"
+#include "host/geom/spline_fit.h"
 #include "sdk/vcdb_curves.h"
 
 #include <algorithm>
@@ -51,15 +51,13 @@ MaybeCurve ellipseCurve(const VcDbEntity& e)
                    ellipse.normal()};
 }
 
-// A curve that the file gives by its fit points alone is the chain of these.
+// A file may give a curve by the points alone that it is fitted through.
 MaybeCurve splineCurve(const VcDbEntity& e)
 {
     const auto& spline = static_cast<const VcDbSpline&>(e);
     if (spline.numControlPoints() > 0)
         return Nurbs{spline.degree(), spline.controlPoints(), spline.knots(), spline.weights()};
-    if (spline.numFitPoints() > 1)
-        return Polyline3{spline.fitPoints(), spline.isClosed()};
-    return std::nullopt;
+    return fittedThrough(spline.fitPoints(), spline.isClosed());
 }
 
 MaybeCurve polylineCurve(const VcDbEntity& e)

@@ -1,5 +1,6 @@
 #include "host/edit/select_outline.h"
 
+#include "host/db/curve_of.h"
 #include "host/db/text_geometry.h"
 #include "host/geom/arbitrary_axis.h"
 #include "host/geom/curve.h"
@@ -200,16 +201,17 @@ void outlineSpline(const VcDbEntity& e, OutlineBuilder& b)
 {
     constexpr int kPiecesPerSpan = 24;
     const auto& spline = static_cast<const VcDbSpline&>(e);
-    const geom::Curve curve = geom::Nurbs{spline.degree(), spline.controlPoints(), spline.knots(), spline.weights()};
-    if (!geom::isValid(curve)) {
+    const auto curve = curveOf(spline);
+    const auto* nurbs = curve ? std::get_if<geom::Nurbs>(&*curve) : nullptr;
+    if (!nurbs) {
         b.chain(spline.fitPoints().empty() ? spline.controlPoints() : spline.fitPoints());
         return;
     }
-    const auto& knots = spline.knots();
-    Points points{geom::pointAt(curve, knots[std::size_t(spline.degree())])};
-    for (std::size_t i = std::size_t(spline.degree()); i < spline.controlPoints().size(); ++i)
+    const auto& knots = nurbs->knots;
+    Points points{geom::pointAt(*curve, knots[std::size_t(nurbs->degree)])};
+    for (std::size_t i = std::size_t(nurbs->degree); i < nurbs->poles.size(); ++i)
         for (int k = 1; k <= kPiecesPerSpan && knots[i + 1] > knots[i]; ++k)
-            points.push_back(geom::pointAt(curve, knots[i] + (knots[i + 1] - knots[i]) * k / kPiecesPerSpan));
+            points.push_back(geom::pointAt(*curve, knots[i] + (knots[i + 1] - knots[i]) * k / kPiecesPerSpan));
     b.chain(std::move(points));
 }
 
