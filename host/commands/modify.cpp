@@ -3,6 +3,7 @@
 #include "host/commands/explode.h"
 #include "host/commands/families.h"
 #include "host/db/database.h"
+#include "sdk/vcdb_curves.h"
 #include "sdk/vcdb_tables.h"
 
 namespace vk::commands {
@@ -38,13 +39,19 @@ void oops(Editor& ed)
 void explode(Editor& ed)
 {
     const auto objects = ed.select({.endsWithArguments = true});
-    std::size_t left = 0, done = 0;
+    std::size_t left = 0, done = 0, wide = 0;
     for (const VcDbObjectId id : objects->ids()) {
         ed.throwIfInterrupted();
         auto* entity = ed.db().liveAs<VcDbEntity>(id);
-        if (entity)
-            ++(explodeInPlace(ed.db(), *entity) ? done : left);
+        if (!entity)
+            continue;
+        const auto* polyline = VcDbPolyline::cast(entity);
+        const bool hasWidth = polyline && polyline->hasWidth(), exploded = explodeInPlace(ed.db(), *entity);
+        ++(exploded ? done : left);
+        wide += exploded && hasWidth;
     }
+    if (wide > 0)
+        ed.report("Exploding has lost the width of {} polyline(s). U brings it back.", wide);
     if (left > 0)
         ed.report("{} could not be exploded.", left);
     if (done == 0 && left > 0)

@@ -69,6 +69,8 @@ VcDbViewport& addViewport(Editor& ed, const VcDbExtents& on)
     made->freezeLayersInViewport(frozen);
     VcDbViewport& added = *made;
     addToSpace(ed, std::move(made));
+    // MSPACE goes to the newest one first.
+    preferViewport(ed, added);
     return added;
 }
 

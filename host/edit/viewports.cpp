@@ -62,6 +62,13 @@ bool setActiveViewport(Editor& editor, const VcDbViewport& viewport)
     return true;
 }
 
+void preferViewport(Editor& editor, const VcDbViewport& viewport)
+{
+    s_entered = {editor.db().serial(), viewport.objectId()};
+    if (VcDbLayout* layout = layoutOfBlock(editor.db(), viewport.ownerId()))
+        layout->setLastActiveViewport(viewport.objectId());
+}
+
 bool setCurrentViewport(Editor& editor, int number)
 {
     if (!isOnSheet(editor))

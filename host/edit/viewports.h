@@ -19,6 +19,8 @@ VKHOST_API int currentViewportNumber(const Editor& editor);
 // False when the sheet has no such viewport, or it is off.
 VKHOST_API bool setCurrentViewport(Editor& editor, int number);
 VKHOST_API bool setActiveViewport(Editor& editor, const VcDbViewport& viewport);
+// The one that is entered next, without entering it.
+VKHOST_API void preferViewport(Editor& editor, const VcDbViewport& viewport);
 // The viewport that was entered last, else the first that is on; false when there is none.
 VKHOST_API bool enterViewport(Editor& editor);
 VKHOST_API void leaveViewport(Editor& editor);

@@ -3,6 +3,7 @@
 #include "host/db/chain.h"
 #include "host/db/coordinate_system.h"
 #include "host/db/database.h"
+#include "host/db/draw_order.h"
 #include "host/db/layouts.h"
 #include "host/io/drawing_file.h"
 #include "sdk/vcdb_curves.h"
@@ -10,6 +11,7 @@
 #include "sdk/vcdb_objects.h"
 #include "sdk/vcdb_tables.h"
 #include "sdk/vcdb_viewport.h"
+#include "sdk/vced.h"
 #include "sdk/vcut.h"
 
 #include <gtest/gtest.h>
@@ -132,6 +134,27 @@ TEST_F(Layouts, AViewportNamesItsAnnotationScale)
     EXPECT_EQ(named->setName(L"1:50"), Vcad::eOk);
     EXPECT_EQ(VcDbSystemInternals::getImpAnnotationScale(named)->setScaleId(scaleId), Vcad::eOk);
     EXPECT_NE(named->setScaleId(viewport.objectId()), Vcad::eOk);
+}
+
+// What a module asks for goes directly beneath or above the parent, in the order it had.
+TEST_F(Layouts, DrawOrderIsInherited)
+{
+    auto* model = db().objectAs<VcDbBlockTableRecord>(db().modelSpace());
+    VcDbObjectIdArray ids(4), order;
+    for (VcDbObjectId& id : ids) {
+        auto* point = new VcDbPoint;
+        model->appendVcDbEntity(id, point);
+        point->close();
+    }
+    ASSERT_EQ(vcedDrawOrderInherit(ids[1], {ids[3], ids[2]}, 3), Vcad::eOk);
+    VcDbSortentsTable* table = drawOrderOf(db(), db().modelSpace());
+    ASSERT_EQ(table->getFullDrawOrder(order), Vcad::eOk);
+    EXPECT_EQ(order, (VcDbObjectIdArray{ids[0], ids[2], ids[3], ids[1]}));
+    ASSERT_EQ(vcedDrawOrderInherit(ids[1], {ids[0]}, 1), Vcad::eOk);
+    table->getFullDrawOrder(order);
+    EXPECT_EQ(order, (VcDbObjectIdArray{ids[2], ids[3], ids[1], ids[0]}));
+    EXPECT_NE(vcedDrawOrderInherit(ids[1], {ids[0]}, 2), Vcad::eOk);
+    EXPECT_NE(vcedDrawOrderInherit({}, {ids[0]}, 3), Vcad::eOk);
 }
 
 }
