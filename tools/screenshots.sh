@@ -12,7 +12,7 @@ blank=$PWD/samples/blank.dxf
 export QT_SCALE_FACTOR=${SCALE:-2}
 screen=()
 if command -v xvfb-run >/dev/null; then
-  export QT_QPA_PLATFORM=xcb
+  export VEKAD_QT_PLATFORM=xcb
   screen=(xvfb-run -a -s "-screen 0 3840x2160x24")
 fi
 profile=$(mktemp -d)

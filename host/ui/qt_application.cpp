@@ -29,13 +29,12 @@ void ensureApplication()
     if (qobject_cast<QApplication*>(QCoreApplication::instance()))
         return;
     delete QCoreApplication::instance();  // pictures have been painted: their kind has no widgets
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
     const NumbersInC restored;
     qInstallMessageHandler(sayWhatMatters);
-    static int count = 1;
-    static char name[] = "vekad";
-    static char* arguments[] = {name, nullptr};
+    static QByteArray platform = qEnvironmentVariable("VEKAD_QT_PLATFORM", "offscreen").toLocal8Bit();
+    static char name[] = "vekad", option[] = "-platform";
+    static char* arguments[] = {name, option, platform.data(), nullptr};
+    static int count = 3;
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     // Never deleted: what Qt keeps in statics of its own goes after ours.

@@ -5,8 +5,8 @@ class QWidget;
 
 namespace vk::ui {
 
-// The program with a window has made one of its own. Otherwise widgets live off-screen, unless QT_QPA_PLATFORM names a
-// platform: a run asks nobody, so it shows nothing.
+// The program with a window has made one of its own. Otherwise widgets live off-screen whatever the desktop would have,
+// as a run asks nobody; VEKAD_QT_PLATFORM names another of Qt's platforms.
 void ensureApplication();
 
 // The program's main window, null in a run.

@@ -12,6 +12,7 @@ import sys
 import tempfile
 import time
 import unittest
+import unittest.mock
 from pathlib import Path
 
 VEKAD = ""
@@ -175,6 +176,19 @@ class Run(Case):
     def test_left_over_answer(self):
         done = self.vekad("run", "a.dxf", "-c", '(answer "TCaseDialog" "okBtn")', expect=1)
         self.assertIn("TCaseDialog", done.stderr)
+
+    def test_dialogs_need_no_display(self):
+        make = """(entmake '((0 . "TEXT") (8 . "0") (10 0 0 0) (40 . 2.5) (1 . "abc")))"""
+        told = ["-c", make, "-c", '(answer "TCaseDialog" "upperBtn" "okBtn")', "-c", "TCASE", "-c", "ALL", "-c", ""]
+        for desktop in ({"DISPLAY": "", "WAYLAND_DISPLAY": ""}, {"DISPLAY": ":987", "QT_QPA_PLATFORM": "xcb"}):
+            with self.subTest(**desktop), unittest.mock.patch.dict(os.environ, desktop):
+                done = self.vekad("run", "a.dxf", "-o", "b.dxf", *told)
+                self.assertIn("1\nABC\n", (self.folder / "b.dxf").read_text())
+                self.assertNotIn("plugin", done.stderr)
+
+    def test_dialog_without_an_answer(self):
+        done = self.vekad("run", "a.dxf", "--dry-run", "-c", "INVOKE", "-c", "TextToMTextOptions", expect=1)
+        self.assertIn("The dialog DialogTxt2MTxt has no answer waiting and is cancelled.", done.stdout)
 
     def test_transcript_in_a_file(self):
         self.vekad("run", "a.dxf", "-c", '(princ "hello there")', "--json", "--transcript", "t.txt")
