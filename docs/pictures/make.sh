@@ -18,6 +18,7 @@ pair() {
 }
 
 "$vekad" render "$plan" "$here/plan.png" --size 800x500
+pair offset 'OFFSET' '300' '(ssname (ssget "_X" (quote ((0 . "LWPOLYLINE") (8 . "WALLS")))) 0)' '6000,20000' ''
 pair rotate 'ROTATE' '(ssget "_X" (quote ((2 . "TABLE"))))' '' '6000,3500' '30'
 pair insert '-INSERT' 'TABLE' '9500,6500' '1' '1' '0'
 pair layer-off '-LAYER' 'OFF' 'FURNITURE' ''

@@ -12,6 +12,8 @@ namespace {
 const VcDbTextStyleTableRecord* styleRecord(VcDbObjectId style, const DatabaseCore* db)
 {
     if (!db)
+        db = DatabaseCore::of(style);  // a piece that is in no drawing yet may have a style of one
+    if (!db)
         return nullptr;
     if (const auto* record = db->objectAs<VcDbTextStyleTableRecord>(style))
         return record;

@@ -1,5 +1,6 @@
 // References to blocks with their attributes, tables, and dimensions, which are drawn by a block of their own.
 #include "host/db/database.h"
+#include "host/db/dim_picture.h"
 #include "host/db/extras.h"
 #include "host/db/kept_object.h"
 #include "host/render/build_parts.h"
@@ -114,11 +115,23 @@ void buildReference(const VcDbEntity& e, ListBuilder& b)
         b.add(*attribute);
 }
 
+// A file may leave it to its reader to draw the dimension.
+void addDimensionPicture(ListBuilder& b, const VcDbDimension& dimension)
+{
+    const dim::Picture picture = dim::pictureOf(dimension);
+    if (picture.pieces.empty())
+        b.omit("DIMENSION without its block");
+    for (const auto& piece : picture.pieces) {
+        dim::inheritFrom(*piece, dimension);
+        b.add(*piece);
+    }
+}
+
 void buildDimension(const VcDbEntity& e, ListBuilder& b)
 {
     const auto& dimension = static_cast<const VcDbDimension&>(e);
     if (!b.db().liveAs<VcDbBlockTableRecord>(dimension.dimBlockId()))
-        return b.omit("DIMENSION without its block");
+        return addDimensionPicture(b, dimension);
     BlockUse use;
     use.block = dimension.dimBlockId();
     b.use(std::move(use));

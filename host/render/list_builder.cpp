@@ -45,11 +45,28 @@ void ListBuilder::add(const VcDbEntity& entity)
 {
     if (entity.visibility() == VcDb::kInvisible)
         return;
-    setLook(entity.props());
+    if (entity.objectId().isNull()) {  // a piece that ends before the list does
+        setOwnLook(entity.props());
+        m_entityLook = m_look;
+        m_props = m_list.looks[m_look].props;
+    } else {
+        setLook(entity.props());
+    }
     if (const BuildFunction build = builderOf(entity))
         build(entity, *this);
     else
         omit(dxfNameOf(entity));
+}
+
+bool ListBuilder::addPieces(const VcDbEntity& entity)
+{
+    std::vector<VcDbEntity*> pieces;
+    const Vcad::ErrorStatus status = entity.explode(pieces);
+    for (const VcDbEntity* piece : pieces) {
+        add(*piece);
+        delete piece;
+    }
+    return status == Vcad::eOk;
 }
 
 bool ListBuilder::fillsAreas() const { return m_db.header().integer("$FILLMODE", 1) != 0; }
@@ -57,7 +74,7 @@ bool ListBuilder::fillsAreas() const { return m_db.header().integer("$FILLMODE",
 void ListBuilder::setLook(const EntityProps& props)
 {
     m_props = &props;
-    m_look = m_list.lookOf(props);
+    m_look = m_entityLook = m_list.lookOf(props);
 }
 
 void ListBuilder::setOwnLook(EntityProps props) { m_look = m_list.ownLook(std::move(props)); }
@@ -65,7 +82,7 @@ void ListBuilder::setOwnLook(EntityProps props) { m_look = m_list.ownLook(std::m
 void ListBuilder::setColour(const VcCmColor& colour)
 {
     if (colour == m_props->color) {
-        m_look = m_list.lookOf(*m_props);
+        m_look = m_entityLook;
         return;
     }
     EntityProps props = *m_props;

@@ -30,6 +30,8 @@ public:
 
     // Adds what the entity looks like. Attributes of a reference are added with it.
     void add(const VcDbEntity& entity);
+    // Adds what the entity explodes into; false when it does not.
+    bool addPieces(const VcDbEntity& entity);
 
     const DatabaseCore& db() const { return m_db; }
     DisplayList& list() { return m_list; }
@@ -75,7 +77,7 @@ private:
     const DatabaseCore& m_db;
     Omissions& m_omissions;
     const EntityProps* m_props = nullptr;
-    std::uint32_t m_look = 0;
+    std::uint32_t m_look = 0, m_entityLook = 0;
     std::uint32_t m_figureStart = 0;
 };
 

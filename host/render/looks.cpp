@@ -1,6 +1,7 @@
 #include "host/render/looks.h"
 
 #include "host/db/database.h"
+#include "host/db/extras.h"
 #include "sdk/vcdb_records.h"
 
 #include <algorithm>
@@ -67,15 +68,34 @@ double LookResolver::weightOf(int weight, const VcDbLayerTableRecord* layer, con
 
 namespace {
 
-// Group 440: two in the third byte says a value of its own, whose low byte is the opacity.
-std::uint32_t withTransparency(std::uint32_t argb, const EntityProps& props, const ResolvedLook* reference)
+// The highest byte says by layer, by block, or a value of its own, whose lowest byte is the opacity.
+enum TransparencyKind : std::uint32_t { kTransparencyByBlock = 1, kTransparencyByValue = 2 };
+
+// Layers have theirs in extended data.
+std::uint32_t opacityOf(const VcDbLayerTableRecord& layer)
 {
-    const std::uint32_t kind = std::uint32_t(props.transparency) >> 24;
+    if (!layer.extras())
+        return 0xff;
+    bool own = false;
+    for (const Tag& tag : layer.extras()->xdata) {
+        if (tag.code == 1001)
+            own = tag.form == Tag::Form::Utf8 && tag.view() == "AcCmTransparency";
+        else if (own && tag.code == 1071 && tag.form == Tag::Form::Integer && std::uint32_t(tag.integer) >> 24 == kTransparencyByValue)
+            return std::uint32_t(tag.integer) & 0xff;
+    }
+    return 0xff;
+}
+
+std::uint32_t withTransparency(std::uint32_t argb, const EntityProps& props, const VcDbLayerTableRecord* layer, const ResolvedLook* reference)
+{
+    const std::uint32_t kind = props.hasTransparency ? std::uint32_t(props.transparency) >> 24 : 0;
     std::uint32_t alpha = 0xff;
-    if (props.hasTransparency && kind == 2)
+    if (kind == kTransparencyByValue)
         alpha = std::uint32_t(props.transparency) & 0xff;
-    else if (props.hasTransparency && kind == 1 && reference)
-        alpha = reference->argb >> 24;
+    else if (kind == kTransparencyByBlock)
+        alpha = reference ? reference->argb >> 24 : 0xff;
+    else if (layer)
+        alpha = opacityOf(*layer);
     return (argb & 0xffffff) | alpha << 24;
 }
 
@@ -92,7 +112,7 @@ ResolvedLook LookResolver::resolve(const EntityProps& props, const ResolvedLook*
         look.visible = !layer->isOff() && !look.frozen;
     }
     const Colour colour = colourOf(props.color, layer, reference);
-    look.argb = withTransparency(colour.argb, props, reference);
+    look.argb = withTransparency(colour.argb, props, layer, reference);
     look.foreground = colour.foreground;
     look.linetype = linetypeOf(props.linetype, layer, reference);
     look.linetypeScale = props.linetypeScale > 0 ? props.linetypeScale : 1;

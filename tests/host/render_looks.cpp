@@ -1,4 +1,5 @@
 // Colours, layers, linetypes and lineweights of what is drawn, also inside blocks.
+#include "host/base/rb.h"
 #include "render_support.h"
 
 using namespace rendertest;
@@ -42,6 +43,25 @@ TEST_F(RenderLooks, LayersThatAreOffOrFrozenAreNotSeen)
     EXPECT_FALSE(isInk(500, 200));
     EXPECT_TRUE(isInk(500, 300));
     EXPECT_FALSE(isInk(500, 400));
+}
+
+TEST_F(RenderLooks, Transparency)
+{
+    constexpr int kHalf = 0x02000080;
+    RbBuilder data;
+    data.addUtf8(1001, "AcCmTransparency");
+    data.addInteger(1071, kHalf);
+    db().recordFor(NameTable::AppId, "AcCmTransparency");
+    ASSERT_EQ(layer("GLASS").setXData(data.take().get()), Vcad::eOk);
+    line(0, 100, 1000, 100, {.layer = "GLASS"});
+    VcDbLine& own = line(0, 200, 1000, 200, {.layer = "GLASS"});
+    EntityProps props = own.props();
+    props.hasTransparency = true;
+    props.transparency = 0x020000ff;
+    own.setProps(props);
+    paint();
+    EXPECT_EQ(at(500, 100) >> 24, 0x80u);
+    EXPECT_EQ(at(500, 200) >> 24, 0xffu);
 }
 
 // In a block: layer 0 is that of the reference, by block is the reference's, all else holds.
