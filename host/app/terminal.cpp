@@ -147,6 +147,8 @@ std::optional<std::string> TerminalSource::readLine(const std::string& prompt)
     m_note(prompt);
 
     setAtPrompt(true);
+    // Raw before the prompt shows, or a key pressed at once would be taken by the terminal's own line.
+    el_set(m_editor->el, EL_PREP_TERM, 1);
     int length = 0;
     const char* line = el_gets(m_editor->el, &length);
     m_wasCancelled = takePromptInterrupt();
