@@ -62,6 +62,7 @@ void defineDrawing(Interpreter& lisp)
     defineEditor(lisp);
     defineUnits(lisp);
     defineProfile(lisp);
+    defineFiles(lisp);
 }
 
 }  // namespace vk::lisp

@@ -25,6 +25,7 @@ void defineTables(Interpreter& lisp);
 void defineEditor(Interpreter& lisp);
 void defineUnits(Interpreter& lisp);
 void defineProfile(Interpreter& lisp);
+void defineFiles(Interpreter& lisp);
 
 // All that works on the current drawing through the editor.
 void defineDrawing(Interpreter& lisp);

@@ -5,19 +5,21 @@
 #include "host/lisp/interpreter.h"
 #include "host/lisp/library.h"
 #include "host/lisp/printer.h"
+#include "host/lisp/text_file.h"
 
 namespace vk::lisp {
 
 namespace {
 
-// There are no file handles, so nothing but nil can stand where one would.
 Value show(Interpreter& lisp, Args args, PrintStyle style, const char* before, const char* after)
 {
     if (args.empty())
         return lisp.symbols().silence();
+    const std::string text = before + print(args[0], style) + after;
     if (argument(args, 1))
-        badArgument("null", args[1]);
-    lisp.write(before + print(args[0], style) + after);
+        asFile(args[1]).write(text);
+    else
+        lisp.write(text);
     return args[0];
 }
 

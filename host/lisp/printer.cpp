@@ -2,6 +2,7 @@
 
 #include "host/lisp/errors.h"
 #include "host/lisp/function.h"
+#include "host/lisp/text_file.h"
 
 #include <fmt/format.h>
 
@@ -65,6 +66,7 @@ std::string printAtom(const Value& value, PrintStyle style)
     case Kind::function: return "#<USUBR " + value.as<FunctionCell>().name + ">";
     case Kind::entity: return printName("Entity name", value);
     case Kind::selection: return printName("Selection set", value);
+    case Kind::file: return fmt::format("#<file \"{}\">", value.as<FileCell>().path());
     case Kind::fault: return "#<ERROR " + value.as<TextCell>().content + ">";
     case Kind::nil:
     case Kind::cons: break;

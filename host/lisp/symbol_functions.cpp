@@ -19,6 +19,7 @@ const char* typeName(const Value& value)
     case Kind::function: return "USUBR";
     case Kind::entity: return "ENAME";
     case Kind::selection: return "PICKSET";
+    case Kind::file: return "FILE";
     case Kind::fault: return "ERROR";
     case Kind::nil:
     case Kind::cons: break;

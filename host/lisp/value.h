@@ -24,6 +24,7 @@ enum class Kind : std::uint8_t {
     function,
     entity,
     selection,
+    file,
     fault,  // what a caught error leaves behind
 };
 

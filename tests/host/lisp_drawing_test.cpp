@@ -194,7 +194,14 @@ CASES(Tables,
     {"(type (tblobjname \"LAYER\" \"0\"))", "ENAME"},
     {"(tblobjname \"LAYER\" \"missing\")", "nil"},
     {"(cdr (assoc 0 (dictsearch (namedobjdict) \"ACAD_GROUP\")))", "\"DICTIONARY\""},
-    {"(dictsearch (namedobjdict) \"missing\")", "nil"});
+    {"(dictsearch (namedobjdict) \"missing\")", "nil"},
+    {"(setq d (entmakex '((0 . \"DICTIONARY\") (100 . \"AcDbDictionary\")))"
+     "      x (entmakex '((0 . \"XRECORD\") (100 . \"AcDbXrecord\") (1 . \"kept\"))))"
+     "(dictadd (namedobjdict) \"OFFICE\" d) (dictadd d \"NOTE\" x) (dictrename d \"NOTE\" \"Memo\")"
+     "(list (cdr (assoc 1 (dictsearch (cdr (assoc -1 (dictsearch (namedobjdict) \"office\"))) \"memo\")))"
+     "      (dictadd d \"MEMO\" x) (eq (dictremove d \"Memo\") x) (dictremove d \"Memo\") (dictsearch d \"Memo\"))",
+     "(\"kept\" nil T nil nil)"},
+    {"(dictadd (entmakex '((0 . \"LINE\") (10 0 0) (11 1 1))) \"A\" (namedobjdict))", "nil"});
 
 // A command that asks for two points and keeps them where the cases can look.
 void pairCommand(Editor& editor)
@@ -305,6 +312,37 @@ TEST_F(LispDrawing, ProgramFilesMayBeInTheHostsCodePage)
     EXPECT_EQ(answer("(load \"" + path + "/plain\")"), "\"caf\u00e9\"");
     EXPECT_EQ(answer("(load \"" + path + "/marked.lsp\")"), "\"caf\u00e9 2\"");
     EXPECT_EQ(answer("(load \"" + path + "/missing\" 5)"), "5");
+}
+
+TEST_F(LispDrawing, TextFiles)
+{
+    const Folder folder;
+    const auto in = [&](const char* name) { return "\"" + (folder.path() / name).string() + "\""; };
+    evaluate("(setq f (open " + in("a.txt") + " \"w\")) (write-line \"caf\u00e9\" f) (princ '(1 \"b\") f) (prin1 \"b\" f)"
+             "(write-char 10 f) (close f)");
+    EXPECT_EQ(answer("(setq f (open " + in("a.txt") + " \"r\")) (list (read-char f) (read-line f) (read-line f) (read-line f))"),
+              "(99 \"af\u00e9\" \"(1 b)\\\"b\\\"\" nil)");
+    EXPECT_EQ(answer("(close f) (type f)"), "FILE");
+    EXPECT_EQ(answer("(read-line f)"), "error: the file is closed: " + (folder.path() / "a.txt").string());
+    EXPECT_EQ(answer("(open " + in("missing.txt") + " \"r\")"), "nil");
+    EXPECT_EQ(answer("(open " + in("") + " \"w\")"), "nil");
+    EXPECT_EQ(answer("(open " + in("a.txt") + " \"q\")"), "error: bad open mode: \"q\"");
+    // Lines of other systems, in another code page, after a mark.
+    std::ofstream(folder.path() / "b.txt") << "\xEF\xBB\xBFone\r\ncaf\xE9\r\n\r\nlast";
+    EXPECT_EQ(answer("(setq f (open " + in("b.txt") + " \"R\") all nil) (while (setq l (read-line f)) (setq all (cons l all))) all"),
+              "(\"last\" \"\" \"caf\u00e9\" \"one\")");
+    evaluate("(setq f (open " + in("a.txt") + " \"a\")) (write-line \"more\" f) (setq f nil)");
+    EXPECT_EQ(answer("(vl-file-size " + in("a.txt") + ")"), "20");
+    EXPECT_EQ(answer("(vl-directory-files " + in("") + " \"*.TXT\" 1)"), "(\"a.txt\" \"b.txt\")");
+    EXPECT_EQ(answer("(list (vl-file-rename " + in("a.txt") + in("b.txt") + ") (vl-file-copy " + in("a.txt") + in("c.txt") +
+                     ") (vl-file-delete " + in("a.txt") + ") (vl-file-size " + in("a.txt") + "))"), "(nil 20 T nil)");
+    EXPECT_EQ(answer("(list (vl-filename-base \"c:\\\\x\\\\y.dwg\") (vl-filename-extension \"y\"))"), "(\"y\" nil)");
+}
+
+TEST_F(LispDrawing, FullDisksAreTold)
+{
+    EXPECT_EQ(answer("(setq f (open \"/dev/full\" \"w\")) (write-line \"x\" f) (close f)"),
+              "error: /dev/full cannot be written: No space left on device");
 }
 
 TEST_F(LispDrawing, SettingsOfTheProfile)
