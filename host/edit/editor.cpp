@@ -238,6 +238,8 @@ std::optional<Answer> Editor::tryAnswer(const Question& question, bool arguments
             runTransparent(text->text);
             return std::nullopt;
         }
+        if (question.kind == Kind::Text && !source->isArguments() && text->text.starts_with('(') && m_vars->integer("TEXTEVAL") == 1)
+            return answerWithLisp(question, {text->text});
         return settle(interpretText(*this, question, text->text));
     }
     return settle(interpretValue(*this, question, *std::get<RbPtr>(input.what)));
@@ -271,7 +273,8 @@ Answer Editor::endOfInput()
 
 std::optional<Answer> Editor::answerWithLisp(const Question& question, const Input::Expression& expression)
 {
-    print(expression.text + "\n");
+    if (question.kind != Kind::Text) // whose lines have been echoed as they came
+        print(expression.text + "\n");
     if (!m_lisp)
         return settle(AskAgain{"There is no Lisp in this program."});
     const long number = m_asking ? m_asking->questionNumber() : 0;

@@ -19,6 +19,13 @@ protected:
     };
 
     SdkTest() { vk::commands::registerHostCommands(); }
+    // What was typed and not asked for would answer the next test.
+    void TearDown() override
+    {
+        wchar_t left[512] = L"";
+        while (vcedGetString(1, nullptr, left) == RTNORM)
+            ADD_FAILURE() << "left over: " << testing::PrintToString(std::wstring(left));
+    }
 
     static void type(const std::string& lines)
     {
@@ -157,7 +164,6 @@ protected:
         node.resval.rreal = value;
         ASSERT_EQ(vcedSetVar(variable, &node), RTNORM) << value;
     }
-    // A drawing's dictionary entry, variable and so on may be told by its text.
     static std::wstring textVariable(const wchar_t* name)
     {
         resbuf value = {};
