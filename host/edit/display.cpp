@@ -48,6 +48,8 @@ int vcedRedraw(const vds_name name, int mode)
 
 int vcedGrDraw(const vds_point from, const vds_point to, int colour, int highlight)
 {
+    if (!from || !to)
+        return RTERROR;
     Display::instance().addVector({{from[0], from[1], from[2]}, {to[0], to[1], to[2]}, colour, highlight != 0});
     return RTNORM;
 }

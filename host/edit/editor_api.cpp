@@ -10,7 +10,6 @@
 #include "sdk/system.h"
 #include "sdk/vcdb_chains.h"
 #include "sdk/vced.h"
-#include "sdk/system.h"
 #include "sdk/vcut.h"
 
 #include <cstdarg>
@@ -59,11 +58,12 @@ int codeOf(const Answer& a)
     return RTERROR;
 }
 
+// Nothing is asked where there is no place for the answer.
 template <class Take>
-int asked(const Question& q, Take&& take)
+int asked(const Question& q, const void* place, Take&& take)
 {
     Editor& ed = Editor::instance();
-    if (!ed.hasDrawing())
+    if (!ed.hasDrawing() || !place)
         return RTERROR;
     const Answer a = ed.askFromModule(q);
     const int code = codeOf(a);
@@ -99,48 +99,49 @@ int vcedInitGet(int bits, const wchar_t* keywords)
 
 int vcedGetPoint(const vds_point base, const wchar_t* prompt, vds_point pointOut)
 {
-    return asked(questionOf(Kind::Point, prompt, base), [&](const Answer& a) { copyPoint(a.point, pointOut); });
+    return asked(questionOf(Kind::Point, prompt, base), pointOut, [&](const Answer& a) { copyPoint(a.point, pointOut); });
 }
 
 int vcedGetCorner(const vds_point base, const wchar_t* prompt, vds_point pointOut)
 {
-    return asked(questionOf(Kind::Corner, prompt, base), [&](const Answer& a) { copyPoint(a.point, pointOut); });
+    return asked(questionOf(Kind::Corner, prompt, base), pointOut, [&](const Answer& a) { copyPoint(a.point, pointOut); });
 }
 
 int vcedGetDist(const vds_point base, const wchar_t* prompt, double* distanceOut)
 {
-    return asked(questionOf(Kind::Distance, prompt, base), [&](const Answer& a) { *distanceOut = a.real; });
+    return asked(questionOf(Kind::Distance, prompt, base), distanceOut, [&](const Answer& a) { *distanceOut = a.real; });
 }
 
 int vcedGetAngle(const vds_point base, const wchar_t* prompt, double* radiansOut)
 {
-    return asked(questionOf(Kind::Angle, prompt, base), [&](const Answer& a) { *radiansOut = a.real; });
+    return asked(questionOf(Kind::Angle, prompt, base), radiansOut, [&](const Answer& a) { *radiansOut = a.real; });
 }
 
 int vcedGetOrient(const vds_point base, const wchar_t* prompt, double* radiansOut)
 {
-    return asked(questionOf(Kind::Orientation, prompt, base), [&](const Answer& a) { *radiansOut = a.real; });
+    return asked(questionOf(Kind::Orientation, prompt, base), radiansOut, [&](const Answer& a) { *radiansOut = a.real; });
 }
 
 int vcedGetReal(const wchar_t* prompt, double* valueOut)
 {
-    return asked(questionOf(Kind::Real, prompt), [&](const Answer& a) { *valueOut = a.real; });
+    return asked(questionOf(Kind::Real, prompt), valueOut, [&](const Answer& a) { *valueOut = a.real; });
 }
 
 int vcedGetInt(const wchar_t* prompt, int* valueOut)
 {
     Question q = questionOf(Kind::Integer, prompt);
     q.anyNumber = true;
-    return asked(q, [&](const Answer& a) { *valueOut = int(a.integer); });
+    return asked(q, valueOut, [&](const Answer& a) { *valueOut = int(a.integer); });
 }
 
 // Keywords are this question's values: one comes back with RTNORM, and arbitrary text too.
 int vcedGetKword(const wchar_t* prompt, wchar_t* keywordOut)
 {
     Editor& ed = Editor::instance();
-    if (!ed.hasDrawing())
+    const Question q = questionOf(Kind::Keyword, prompt);
+    if (!ed.hasDrawing() || !keywordOut)
         return RTERROR;
-    const Answer a = ed.askFromModule(questionOf(Kind::Keyword, prompt));
+    const Answer a = ed.askFromModule(q);
     const int code = codeOf(a);
     if (code != RTKWORD)
         return code;
@@ -151,9 +152,10 @@ int vcedGetKword(const wchar_t* prompt, wchar_t* keywordOut)
 int vcedGetString(int spacesAllowed, const wchar_t* prompt, wchar_t* textOut)
 {
     Editor& ed = Editor::instance();
-    if (!ed.hasDrawing())
+    const Question q = questionOf(spacesAllowed ? Kind::Text : Kind::Word, prompt);
+    if (!ed.hasDrawing() || !textOut)
         return RTERROR;
-    const Answer a = ed.askFromModule(questionOf(spacesAllowed ? Kind::Text : Kind::Word, prompt));
+    const Answer a = ed.askFromModule(q);
     if (a.status == Answer::Status::Cancel)
         return RTCAN;
     copyText(a.text, textOut, kTextSize);
@@ -162,6 +164,8 @@ int vcedGetString(int spacesAllowed, const wchar_t* prompt, wchar_t* textOut)
 
 int vcedGetInput(wchar_t* textOut)
 {
+    if (!textOut)
+        return RTERROR;
     const std::string block = takeNameOfMadeBlock();
     copyText(block.empty() ? Editor::instance().lastInput : block, textOut, kTextSize);
     return RTNORM;
@@ -170,9 +174,9 @@ int vcedGetInput(wchar_t* textOut)
 int vcedEntSel(const wchar_t* prompt, vds_name nameOut, vds_point pointOut)
 {
     Editor& ed = Editor::instance();
-    if (!ed.hasDrawing())
-        return RTERROR;
     Question q = questionOf(Kind::Entity, prompt ? prompt : L"\nSelect object: ");
+    if (!ed.hasDrawing() || !nameOut || !pointOut)
+        return RTERROR;
     q.init.bits &= InitGet::NoEnter | InitGet::Arbitrary;
     const bool hasWords = !q.init.keywords.empty() || q.init.has(InitGet::Arbitrary);
     const Answer a = ed.askFromModule(q);
@@ -258,6 +262,8 @@ int vcedRetStr(const wchar_t* value)
 
 int vcedRetPoint(const vds_point value)
 {
+    if (!value)
+        return RTERROR;
     RbBuilder b;
     b.addPoint(RT3DPOINT, value[0], value[1], value[2]);
     return giveBack(b.take());
@@ -265,6 +271,8 @@ int vcedRetPoint(const vds_point value)
 
 int vcedRetName(const vds_name name, int type)
 {
+    if (!name)
+        return RTERROR;
     RbBuilder b;
     b.addName(type, name);
     return giveBack(b.take());

@@ -122,6 +122,8 @@ std::optional<Answer> Editor::tryAnswer(const Question& question, bool arguments
             runTransparent(text->text);
             return std::nullopt;
         }
+        if (question.kind == Kind::Text && !source->isArguments() && text->text.starts_with('(') && m_vars->integer("TEXTEVAL") == 1)
+            return answerWithLisp(question, {text->text});
         return settle(interpretText(*this, question, text->text));
     }
     return settle(interpretValue(*this, question, *std::get<RbPtr>(input.what)));
@@ -155,6 +157,7 @@ Answer Editor::endOfInput()
 
 std::optional<Answer> Editor::answerWithLisp(const Question& question, const Input::Expression& expression)
 {
+    if (question.kind != Kind::Text) // whose lines have been echoed as they came
     print(expression.text + "\n");
     if (!m_lisp)
         return settle(AskAgain{"There is no Lisp in this program."});

@@ -280,7 +280,7 @@ int vcedSSSetOtherCallbackPtr(VcEdSSCallback callback)
 int vcedSSLength(const vds_name set, int* lengthOut)
 {
     const SetPtr members = setOf(set);
-    if (!members && !isNull(set))
+    if (!lengthOut || (!members && !isNull(set)))
         return RTERROR;
     *lengthOut = members ? int(members->size()) : 0;
     return RTNORM;
@@ -289,7 +289,7 @@ int vcedSSLength(const vds_name set, int* lengthOut)
 int vcedSSName(const vds_name set, int index, vds_name nameOut)
 {
     const SetPtr members = setOf(set);
-    if (!members || index < 0 || std::size_t(index) >= members->size())
+    if (!members || !nameOut || index < 0 || std::size_t(index) >= members->size())
         return RTERROR;
     idToName(members->ids()[std::size_t(index)], nameOut);
     return RTNORM;
@@ -466,7 +466,7 @@ int askNested(Editor& ed, const wchar_t* prompt, Answer& answer)
 int vcedNEntSelP(const wchar_t* prompt, vds_name nameOut, vds_point pointOut, int pickFlag, vds_matrix matrixOut, resbuf** containersOut)
 {
     Editor& ed = Editor::instance();
-    if (!ed.hasDrawing())
+    if (!ed.hasDrawing() || !nameOut || !pointOut)
         return RTERROR;
     std::optional<NestedPick> pick;
     VcGePoint3d at;
@@ -490,7 +490,7 @@ int vcedNEntSelP(const wchar_t* prompt, vds_name nameOut, vds_point pointOut, in
 int vcedDragGen(const vds_name, const wchar_t* prompt, int, VcEdDragSampler sampler, vds_point pointOut)
 {
     Editor& ed = Editor::instance();
-    if (!ed.hasDrawing())
+    if (!ed.hasDrawing() || !pointOut)
         return RTERROR;
     Question q;
     q.kind = Question::Kind::Point;

@@ -45,7 +45,7 @@ vktext::TextStyleSpec styleOf(const resbuf* chain)
 int vcedTextBox(const resbuf* chain, vds_point lowerLeftOut, vds_point upperRightOut)
 {
     const resbuf* text = group(chain, 1);
-    if (!text)
+    if (!text || !lowerLeftOut || !upperRightOut)
         return RTERROR;
     vktext::TextStyleSpec style = styleOf(chain);
     const double height = realOr(chain, 40, style.fixedHeight > 0 ? style.fixedHeight : 2.5);

@@ -82,7 +82,7 @@ std::optional<VcGeMatrix3d> toWorld(Editor& ed, const resbuf& system)
 int vcedTrans(const vds_point point, const resbuf* from, const resbuf* to, int displacement, vds_point resultOut)
 {
     Editor& ed = Editor::instance();
-    if (!ed.hasDrawing() || !from || !to)
+    if (!ed.hasDrawing() || !point || !from || !to || !resultOut)
         return RTERROR;
     const auto in = toWorld(ed, *from), out = toWorld(ed, *to);
     if (!in || !out)
