@@ -4,6 +4,7 @@
 #include "host/base/unicode.h"
 #include "host/base/wildcard.h"
 #include "host/commands/drawing.h"
+#include "host/db/block_members.h"
 #include "host/db/clone.h"
 #include "host/db/database.h"
 #include "host/db/record_names.h"
@@ -24,15 +25,6 @@ using namespace edit;
 using Block = VcDbBlockTableRecord;
 
 constexpr std::int16_t kHasAttributes = 2;
-
-template <class Each>
-void forEachMember(const DatabaseCore& db, const Block& block, Each&& each)
-{
-    const std::vector<std::uint32_t> slots = block.memberSlots();
-    for (const std::uint32_t slot : slots)
-        if (auto* member = VcDbEntity::cast(db.objectAt(slot)); member && !member->isErased())
-            each(*member);
-}
 
 VcDbObjectIdArray membersOf(const DatabaseCore& db, const Block& block)
 {

@@ -93,13 +93,7 @@ void restore(Editor& ed)
         throw CommandError{fmt::format("Cannot find view \"{}\".", name)};
     if (record->isPaperspaceView() != seesPaper(ed))
         throw CommandError{record->isPaperspaceView() ? "This is a view of paper space; enter a layout first." : "This is a view of model space; enter it first."};
-    View view = currentView(ed);
-    view.center = {record->centerPoint().x, record->centerPoint().y, 0};
-    view.height = record->height();
-    view.target = record->target();
-    view.direction = record->viewDirection();
-    view.twist = record->viewTwist();
-    setCurrentView(ed, view);
+    setCurrentView(ed, viewOf(*record, currentView(ed)));
     if (record->isUcsAssociatedToView() && ed.vars().integer("UCSVIEW") != 0) {
         CoordinateSystem ucs;
         record->getUcs(ucs.origin, ucs.x, ucs.y);

@@ -136,12 +136,6 @@ Vcad::ErrorStatus vcedSetCurrentView(VcDbViewTableRecord* record, VcDbViewport* 
         return Vcad::eInvalidInput;
     if (const VcDbViewport* active = activeViewport(ed); active && active->isLocked())
         return Vcad::eOnLockedLayer;
-    View view = currentView(ed);
-    view.center = {record->centerPoint().x, record->centerPoint().y, 0};
-    view.height = record->height();
-    view.target = record->target();
-    view.direction = record->viewDirection();
-    view.twist = record->viewTwist();
-    setCurrentView(ed, view);
+    setCurrentView(ed, viewOf(*record, currentView(ed)));
     return Vcad::eOk;
 }

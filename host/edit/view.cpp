@@ -6,6 +6,7 @@
 #include "host/edit/select_view.h"
 #include "host/edit/sysvars.h"
 #include "host/edit/viewports.h"
+#include "sdk/vcdb_tables.h"
 #include "sdk/vcdb_records.h"
 #include "sdk/vcdb_viewport.h"
 
@@ -173,6 +174,16 @@ View viewOf(Editor& editor, const View& like, const VcDbExtents& box, double mar
     view.center.z = 0;
     view.height = std::max({size.y, size.x / aspectOf(editor), 1e-9}) * margin;
     return view;
+}
+
+View viewOf(const VcDbViewTableRecord& record, View from)
+{
+    from.center = {record.centerPoint().x, record.centerPoint().y, 0};
+    from.height = record.height();
+    from.target = record.target();
+    from.direction = record.viewDirection();
+    from.twist = record.viewTwist();
+    return from;
 }
 
 void resetView(Editor& editor) { viewsOf(editor).shown.erase(currentKey(editor)); }

@@ -5,6 +5,8 @@
 #include "host/base/api.h"
 #include "sdk/vcdb_entity.h"
 
+class VcDbViewTableRecord;
+
 namespace vk::edit {
 
 class Editor;
@@ -24,6 +26,8 @@ constexpr double kScreenWidth = 1920, kScreenHeight = 1080;
 
 // That of the current viewport. Of the model and of a sheet it starts as the extents, whatever view the file holds.
 VKHOST_API View& currentView(Editor& editor);
+// The view that a named view stands for, from one that gives what the record does not hold.
+VKHOST_API View viewOf(const VcDbViewTableRecord& record, View from);
 VKHOST_API void resetView(Editor& editor);
 // Changes it as a person does: under undo, remembered for what goes back to it, and kept with the drawing. A viewport
 // that is locked refuses with an error of the command.

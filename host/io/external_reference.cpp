@@ -2,6 +2,7 @@
 
 #include "host/base/files.h"
 #include "host/base/unicode.h"
+#include "host/db/block_members.h"
 #include "host/db/clone.h"
 #include "host/db/database.h"
 #include "host/db/standard_objects.h"
@@ -43,15 +44,6 @@ void setLoaded(DatabaseCore& db, const Block& block, bool loaded)
     LoadedChange(slot).swap(db);
     if (db.undo().isRecording())
         db.undo().record(std::make_unique<LoadedChange>(slot));
-}
-
-template <class Each>
-void forEachMember(const DatabaseCore& db, const Block& block, Each&& each)
-{
-    const std::vector<std::uint32_t> slots = block.memberSlots();
-    for (const std::uint32_t slot : slots)
-        if (auto* member = VcDbEntity::cast(db.objectAt(slot)); member && !member->isErased())
-            each(*member);
 }
 
 bool belongsTo(const VcDbSymbolTableRecord& record, const std::string& prefix)

@@ -1,5 +1,6 @@
 // What a file says of an entity comes back the same, in the same order.
 #include "ent1_support.h"
+#include "group_list.h"
 #include "host/base/group_code.h"
 #include "host/db/ent_factories.h"
 #include "host/db/field_reader.h"
@@ -10,20 +11,6 @@
 using namespace ent1;
 
 namespace {
-
-// Groups as "code value" with bars between them.
-class ListSink : public GroupSink {
-public:
-    void real(int code, double value) override { add(code, fmt::format("{}", value)); }
-    void integer(int code, std::int64_t value) override { add(code, fmt::format("{}", value)); }
-    void text(int code, std::string_view utf8) override { add(code, std::string(utf8)); }
-    void handle(int code, std::uint64_t handle) override { add(code, fmt::format("{:X}", handle)); }
-    void bytes(int code, std::string_view data) override { add(code, fmt::format("{} bytes", data.size())); }
-    std::string list;
-
-private:
-    void add(int code, const std::string& value) { list += fmt::format("{}{} {}", list.empty() ? "" : " | ", code, value); }
-};
 
 std::vector<std::string> parts(const std::string& list)
 {

@@ -1,5 +1,6 @@
 // Dimensions, hatches and their kin: what a file says comes back the same, and accessors say what it means.
 #include "ent1_support.h"
+#include "group_list.h"
 #include "host/db/ent_factories.h"
 #include "host/db/field_reader.h"
 #include "host/db/field_writer.h"
@@ -13,20 +14,6 @@
 using namespace ent1;
 
 namespace {
-
-// Groups as "code value" with bars between them.
-class ListSink : public GroupSink {
-public:
-    void real(int code, double value) override { add(code, fmt::format("{}", value)); }
-    void integer(int code, std::int64_t value) override { add(code, fmt::format("{}", value)); }
-    void text(int code, std::string_view utf8) override { add(code, std::string(utf8)); }
-    void handle(int code, std::uint64_t handle) override { add(code, fmt::format("{:X}", handle)); }
-    void bytes(int code, std::string_view data) override { add(code, fmt::format("{} bytes", data.size())); }
-    std::string list;
-
-private:
-    void add(int code, const std::string& value) { list += fmt::format("{}{} {}", list.empty() ? "" : " | ", code, value); }
-};
 
 bool read(VcDbObject& object, Drawing& d, const std::string& list, DxfVersion version = DxfVersion::R2018)
 {
