@@ -36,14 +36,18 @@ bool takeTextChoice(edit::Editor& ed, const std::string& keyword, DimChoices& ch
 // The text of a measure in the current style, as prompts show it.
 std::string measureText(edit::Editor& ed, const DimMeasure& measure);
 
-// A live object of the class that a person picks; asked again for another one. Null for Enter where that ends.
+// A live object of the class that a person picks; asked again for another one. Enter gives null where it means something,
+// and else ends the command.
 template <class... Classes>
 VcDbEntity* pickOf(edit::Editor& ed, std::string_view prompt, std::string_view refusal, bool enterEnds = false)
 {
     for (;;) {
         const edit::Answer a = ed.askEntity(prompt, {.enterEnds = enterEnds});
-        if (a.status != edit::Answer::Status::Value)
-            return nullptr;
+        if (a.status != edit::Answer::Status::Value) {
+            if (enterEnds)
+                return nullptr;
+            throw edit::CommandCancelled();
+        }
         auto* entity = VcDbEntity::cast(a.entity.isValid() ? DatabaseCore::of(a.entity)->object(a.entity) : nullptr);
         if (entity && (entity->isKindOf(Classes::desc()) || ...))
             return entity;
