@@ -152,9 +152,12 @@ void VcDbDimension::pictureMade(VcDbObjectId block, double measurement, const Vc
 {
     assertWriteEnabled();
     m_block = block;
-    m_measurement = measurement;
-    if (!isTextMoved())
-        m_textMiddle = fromWorld(textMiddle, normal());
+    // Of points at the ends of the range of numbers neither can be said, and files take finite numbers alone.
+    if (std::isfinite(measurement))
+        m_measurement = measurement;
+    const VcGePoint3d middle = fromWorld(textMiddle, normal());
+    if (!isTextMoved() && std::isfinite(middle.distanceTo(VcGePoint3d())))
+        m_textMiddle = middle;
     m_stale = m_modified = false;
 }
 

@@ -224,7 +224,15 @@ private:
         if (!m_isFlat)
             entity->transformBy(m_toWorld);
         entity->carryProps(props);
-        m_picture.pieces.push_back(std::move(entity));
+        if (isDrawable(*entity))
+            m_picture.pieces.push_back(std::move(entity));
+    }
+
+    // Points at the ends of the range of numbers leave no directions between them.
+    static bool isDrawable(const VcDbEntity& entity)
+    {
+        VcDbExtents box;
+        return entity.getGeomExtents(box) != Vcad::eOk || std::isfinite(box.minPoint().distanceTo(box.maxPoint()));
     }
 
     // Ticks of DIMTSZ reach that far to both sides.
@@ -279,7 +287,8 @@ private:
         props.linetype = m_byBlock;
         auto point = std::make_unique<VcDbPoint>(p);
         point->carryProps(props);
-        m_picture.pieces.push_back(std::move(point));
+        if (isDrawable(*point))
+            m_picture.pieces.push_back(std::move(point));
     }
 
     const Drawing& m_d;

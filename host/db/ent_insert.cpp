@@ -10,12 +10,14 @@
 VCDB_DEFINE(VcDbBlockReference, VcDbEntity, "INSERT")
 VCDB_DEFINE(VcDbMInsertBlock, VcDbBlockReference, "INSERT")
 
+static constexpr char kMarker[] = "AcDbBlockReference", kGridMarker[] = "AcDbMInsertBlock";
+
 using vk::geom::fromWorld;
 using vk::geom::toWorld;
 
-std::unique_ptr<VcDbObject> createInsert(std::int64_t columns, std::int64_t rows)
+std::unique_ptr<VcDbObject> createInsert(std::int64_t columns, std::int64_t rows, std::string_view lastMarker)
 {
-    if (columns > 1 || rows > 1)
+    if (columns > 1 || rows > 1 || lastMarker == kGridMarker)
         return std::make_unique<VcDbMInsertBlock>();
     return std::make_unique<VcDbBlockReference>();
 }
@@ -140,7 +142,10 @@ Vcad::ErrorStatus VcDbBlockReference::explode(std::vector<VcDbEntity*>& pieces) 
 void VcDbBlockReference::fields(FieldVisitor& v)
 {
     VcDbEntity::fields(v);
-    v.subclass(isKindOf(VcDbMInsertBlock::desc()) ? "AcDbMInsertBlock" : "AcDbBlockReference");
+    const bool isGrid = isKindOf(VcDbMInsertBlock::desc());
+    const char *own = isGrid ? kGridMarker : kMarker, *other = isGrid ? kMarker : kGridMarker;
+    // Some programs write grids under the marker of plain references.
+    v.subclass(v.isReading() && !v.hasSubclass(own) && v.hasSubclass(other) ? other : own);
     std::int16_t follow = !m_attributes.ids().empty() || !m_attributes.end().isNull();
     if (follow || v.purpose() != FieldVisitor::Purpose::WriteChain)
         v.optionalNumber<std::int16_t>(66, follow, 0);
@@ -160,8 +165,10 @@ void VcDbBlockReference::fields(FieldVisitor& v)
     v.optional(44, grid.columnSpacing, 0.0);
     v.optional(45, grid.rowSpacing, 0.0);
     if (v.isReading()) {
-        grid.columns = v.isChain() ? std::max<std::int16_t>(1, grid.columns) : grid.columns;
-        grid.rows = v.isChain() ? std::max<std::int16_t>(1, grid.rows) : grid.rows;
+        if (v.isChain()) {
+            grid.columns = isGrid ? std::max<std::int16_t>(1, grid.columns) : 1;
+            grid.rows = isGrid ? std::max<std::int16_t>(1, grid.rows) : 1;
+        }
         m_grid.set(grid);
     }
     m_extrusion.normalField(v);

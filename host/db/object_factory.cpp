@@ -9,7 +9,7 @@ std::unique_ptr<VcDbObject> newObjectOfType(std::string_view type, std::int64_t 
     if (type == "VERTEX")
         return createVertex(group70, lastMarker);
     if (type == "INSERT")
-        return createInsert(group70, group71);
+        return createInsert(group70, group71, lastMarker);
     if (type == "DIMENSION")
         return createDimension(group70, lastMarker);
     const std::string_view stored = type == "3DLINE" ? "LINE" : type;

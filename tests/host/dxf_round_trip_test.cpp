@@ -130,6 +130,28 @@ TEST(DxfRoundTrip, SubEntitiesGoToTheirOwner)
     EXPECT_EQ(db.object((*insert->subEntities())[0])->ownerId(), insert->objectId());
 }
 
+// Some programs write grids under the marker of plain references, or the other way round.
+TEST(DxfRoundTrip, ReferencesKeepTheirBlockUnderEitherMarker)
+{
+    const struct {
+        const char *marker, *columns;
+        bool isGrid;
+    } cases[] = {{"AcDbBlockReference", "70\n3\n", true}, {"AcDbMInsertBlock", "", true}, {"AcDbBlockReference", "", false}};
+    for (const auto& example : cases) {
+        VcDbDatabase database(false);
+        readDrawingBytes(database, preliminary(std::string("0\nINSERT\n100\nAcDbEntity\n8\n0\n100\n") + example.marker +
+                                               "\n2\nDOOR\n10\n3.0\n20\n4.0\n" + example.columns));
+        DatabaseCore& db = database.core();
+        ASSERT_EQ(db.mainOrder().size(), 1u);
+        const auto* insert = VcDbBlockReference::cast(db.objectAt(db.mainOrder()[0]));
+        EXPECT_EQ(insert->blockTableRecord(), db.findRecord(NameTable::Block, "DOOR"));
+        EXPECT_EQ(VcDbMInsertBlock::cast(insert) != nullptr, example.isGrid);
+        const std::string copy = saved(database);
+        EXPECT_EQ(copy.find("AcDbBlockReference") == copy.npos, example.isGrid);
+        EXPECT_NE(copy.find(example.isGrid ? "AcDbMInsertBlock" : "AcDbBlockReference"), copy.npos);
+    }
+}
+
 TEST(DxfRoundTrip, UnknownClassesAreKeptWhole)
 {
     const std::string copy = asciiSample();

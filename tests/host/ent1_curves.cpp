@@ -405,9 +405,10 @@ TEST(Ent1Kinds, AreChosenByMarkerThenFlags)
         EXPECT_STREQ(createPolyline(c.flags, c.marker)->isA()->name(), c.cls) << c.name;
     for (const KindCase& c : kVertices)
         EXPECT_STREQ(createVertex(c.flags, c.marker)->isA()->name(), c.cls) << c.name;
-    EXPECT_STREQ(createInsert(1, 1)->isA()->name(), "VcDbBlockReference");
-    EXPECT_STREQ(createInsert(0, 0)->isA()->name(), "VcDbBlockReference");
-    EXPECT_STREQ(createInsert(1, 2)->isA()->name(), "VcDbMInsertBlock");
+    EXPECT_STREQ(createInsert(1, 1, "")->isA()->name(), "VcDbBlockReference");
+    EXPECT_STREQ(createInsert(0, 0, "AcDbBlockReference")->isA()->name(), "VcDbBlockReference");
+    EXPECT_STREQ(createInsert(1, 2, "AcDbBlockReference")->isA()->name(), "VcDbMInsertBlock");
+    EXPECT_STREQ(createInsert(1, 1, "AcDbMInsertBlock")->isA()->name(), "VcDbMInsertBlock");
 }
 
 }

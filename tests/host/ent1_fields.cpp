@@ -115,7 +115,7 @@ std::unique_ptr<VcDbObject> make(const std::string& kind)
     if (name == "VERTEX")
         return createVertex(which, "");
     if (name == "INSERT")
-        return createInsert(which, 1);
+        return createInsert(which, 1, "");
     return std::unique_ptr<VcDbObject>(VcRxClass::findByDxfName(name.data(), name.size())->create());
 }
 
