@@ -200,13 +200,13 @@ std::optional<SetVarResult> setSpecialSysVar(Editor& ed, const SysVarDef& def, c
     }
     if (name == "TILEMODE")
         return setTileMode(ed, std::get<std::int32_t>(value));
-    if (name == "CECOLOR" && !setDrawingSysVar(ed.db(), def, value))
-        return SetVarResult::OutOfRange;
+    if (name == "CECOLOR" || name == "CPLOTSTYLE")
+        return setDrawingSysVar(ed.db(), def, value) ? SetVarResult::Done : SetVarResult::OutOfRange;
     if (name == "CTAB")
         return setTab(ed, std::get<std::string>(value));
     if (name == "CVPORT")
         return setCurrentViewport(ed, std::get<std::int32_t>(value)) ? SetVarResult::Done : SetVarResult::Refused;
-    return name == "CECOLOR" ? std::optional(SetVarResult::Done) : std::nullopt;
+    return std::nullopt;
 }
 
 }

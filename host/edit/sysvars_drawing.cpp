@@ -45,6 +45,29 @@ std::optional<std::int64_t> colourIndex(std::string_view text)
     return index && *index >= 0 && *index <= 256 ? index : std::nullopt;
 }
 
+constexpr int kPlotStyleCode = 380;
+constexpr const char* kPlotStyles[] = {"ByLayer", "ByBlock", "Normal"};
+
+// Where plot styles go by colour there is but one.
+std::string plotStyleText(const DatabaseCore& db, const std::string& name)
+{
+    if (db.header().integer("$PSTYLEMODE", 1) != 0)
+        return "ByColor";
+    const std::int64_t type = db.header().integer(name, 0);
+    return kPlotStyles[type >= 0 && type < std::ssize(kPlotStyles) ? type : 2];
+}
+
+bool setPlotStyle(DatabaseCore& db, const std::string& name, const std::string& text)
+{
+    if (equalNoCase(text, plotStyleText(db, name)))
+        return true;
+    const auto style = std::ranges::find_if(kPlotStyles, [&](const char* each) { return equalNoCase(text, each); });
+    if (db.header().integer("$PSTYLEMODE", 1) != 0 || style == std::end(kPlotStyles))
+        return false;
+    db.header().setInteger(name, kPlotStyleCode, style - kPlotStyles);
+    return true;
+}
+
 // A name that the file gives as a handle.
 std::string recordNameOf(const DatabaseCore& db, std::uint64_t handle)
 {
@@ -59,6 +82,8 @@ std::optional<SysVarValue> headerText(const DatabaseCore& db, const SysVarDef& d
 {
     if (def.headerCode == 62)
         return colourText(db.header().integer(name, 256));
+    if (def.headerCode == kPlotStyleCode)
+        return plotStyleText(db, name);
     if (isHandleCode(def.headerCode))
         return recordNameOf(db, db.header().handle(name));
     if (isIntegerCode(def.headerCode)) {
@@ -104,6 +129,8 @@ bool setHeaderText(DatabaseCore& db, const SysVarDef& def, const std::string& na
             db.header().setInteger(name, 62, *index);
         return index.has_value();
     }
+    if (def.headerCode == kPlotStyleCode)
+        return setPlotStyle(db, name, text);
     if (isHandleCode(def.headerCode))
         return false;
     if (isIntegerCode(def.headerCode)) {
