@@ -80,8 +80,8 @@ std::string allowedText(const SysVarDef& def)
 
 std::string entry(const SysVarDef& def)
 {
-    return fmt::format("{}{}|{}|{}|{}\r\n{}{}\r\n", def.readOnly ? '#' : '!', def.name, typeName(def), savedIn(def.home),
-                       initialText(def), def.description, allowedText(def));
+    return fmt::format("{}{}|{}|{}|{}\r\n{}{}\r\n", def.readOnly ? '#' : '!', def.name, typeName(def),
+                       savedIn(def.home), initialText(def), def.description, allowedText(def));
 }
 
 std::string catalogue()

@@ -25,7 +25,10 @@ CStdStrW programFolder()
     return program.Left(program.ReverseFind(L'/'));
 }
 
-CStdStrW cataloguePath() { return CStdStrW(vcdbHostApplicationServices()->getInstallFolder()) + L"Support/SYSVDLG.DAT"; }
+CStdStrW cataloguePath()
+{
+    return CStdStrW(vcdbHostApplicationServices()->getInstallFolder()) + L"Support/SYSVDLG.DAT";
+}
 
 bool beginsWith(const CStdStrW& text, const CStdStrW& front) { return text.str().starts_with(front.str()); }
 

@@ -1,4 +1,5 @@
-// The dialog of SYSVDLG: looks through the system variables of the catalogue, changes them, saves and reads their values.
+// The dialog of SYSVDLG: looks through the system variables of the catalogue, changes them, saves and reads their
+// values.
 #pragma once
 
 #include "classlib_dialogs.h"
@@ -64,6 +65,6 @@ private:
     SysvarArray m_records;
     CStdStrW m_readErrors;
     int m_readErrorCount = 0;
-    int m_entry = -1; // the record that is shown
+    int m_entry = -1;  // the record that is shown
     int m_position = 0;
 };

@@ -15,8 +15,8 @@ struct SysvarData
     CStdStrW type;
     CStdStrW savedIn;
     CStdStrW initial;
-    CStdStrW current;  // the live value, as it stood when the record was made
-    CStdStrW newValue; // the value to apply
+    CStdStrW current;   // the live value, as it stood when the record was made
+    CStdStrW newValue;  // the value to apply
     CStdStrW description;
     bool readOnly = false;
 };

@@ -43,7 +43,7 @@ CStdStrW filterText(const CStdStrW& path, const SysvarArray& records, const CStr
 
 struct FilterLine
 {
-    CStdStrW name; // with an underscore in front
+    CStdStrW name;  // with an underscore in front
     CStdStrW value;
 };
 // Nothing for a line without a blank between a name and a value.

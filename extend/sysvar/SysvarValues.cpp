@@ -3,14 +3,14 @@
 #include "system.h"
 #include "vcut.h"
 
+#include <algorithm>
 #include <cstdint>
-#include <iterator>
 #include <limits>
 #include <numbers>
 
 namespace {
 
-constexpr const wchar_t* kDegrees = L"UCSAXISANG"; // shown and read in degrees, kept in radians
+constexpr const wchar_t* kDegrees = L"UCSAXISANG";  // shown and read in degrees, kept in radians
 constexpr double kMostDegrees = 1e9;
 constexpr int kLongestText = 2048;
 
@@ -23,7 +23,10 @@ CStdStrW formatted(const wchar_t* format, const auto&... arguments)
 
 CStdStrW number(long value) { return formatted(L"%ld", value); }
 
-CStdStrW flatPoint(const resbuf& value) { return formatted(L"%.4f,%.4f", value.resval.rpoint[0], value.resval.rpoint[1]); }
+CStdStrW flatPoint(const resbuf& value)
+{
+    return formatted(L"%.4f,%.4f", value.resval.rpoint[0], value.resval.rpoint[1]);
+}
 
 CStdStrW point(const resbuf& value) { return flatPoint(value) + formatted(L",%.4f", value.resval.rpoint[2]); }
 
@@ -52,7 +55,8 @@ CStdStrW byCatalogue(const CStdStrW& type, const resbuf& value)
 void takeReal(SysvarData& record, double value)
 {
     const bool inDegrees = record.name == kDegrees;
-    record.current = inDegrees ? number(long(std::clamp(180.0 * value / std::numbers::pi, -kMostDegrees, kMostDegrees))) : formatted(L"%.4f", value);
+    record.current = inDegrees ? number(long(std::clamp(180.0 * value / std::numbers::pi, -kMostDegrees, kMostDegrees)))
+                               : formatted(L"%.4f", value);
     record.type = inDegrees ? L"Integer" : L"Real";
 }
 
@@ -184,11 +188,16 @@ SysvarKind kindOf(const CStdStrW& type)
         const wchar_t* name;
         SysvarKind kind;
     } kKinds[] = {
-        {L"Integer", SysvarKind::Integer},   {L"Enum", SysvarKind::Integer},
-        {L"Short", SysvarKind::Integer},     {L"Long", SysvarKind::Long},
-        {L"Switch", SysvarKind::Switch},     {L"Real", SysvarKind::Real},
-        {L"2D point", SysvarKind::Point2d},  {L"3D point", SysvarKind::Point3d},
-        {L"3D vector", SysvarKind::Point3d}, {L"String", SysvarKind::String},
+        {L"Integer", SysvarKind::Integer},
+        {L"Enum", SysvarKind::Integer},
+        {L"Short", SysvarKind::Integer},
+        {L"Long", SysvarKind::Long},
+        {L"Switch", SysvarKind::Switch},
+        {L"Real", SysvarKind::Real},
+        {L"2D point", SysvarKind::Point2d},
+        {L"3D point", SysvarKind::Point3d},
+        {L"3D vector", SysvarKind::Point3d},
+        {L"String", SysvarKind::String},
         {L"Single character", SysvarKind::Character},
     };
     for (const auto& row : kKinds)
