@@ -28,7 +28,7 @@ void takeValue(SysvarData& record, const resbuf& value);
 // be set.
 bool putNewValue(const SysvarData& record, resbuf& value);
 
-// A node of its own for a value that was read from a file. False for a number that is too large for it.
+// A node of its own for a value that was read from a file. False for a number that does not fit into a short one.
 bool makeValue(const SysvarData& record, const wchar_t* text, resbuf& value);
 
 // The value as an expression of the script language.
