@@ -2,6 +2,7 @@
 
 #include "host/base/unicode.h"
 #include "host/db/database.h"
+#include "host/db/dim_block_users.h"
 #include "host/db/kept_object.h"
 #include "host/io/downgrade.h"
 #include "host/io/header_versions.h"
@@ -34,7 +35,8 @@ struct DxfWriter::TableRow {
 };
 
 DxfWriter::DxfWriter(DatabaseCore& db, DxfVersion version, GroupSink& sink, const WriteOptions& options, WriteResult& result)
-    : m_db(db), m_version(version), m_sink(sink), m_options(options), m_result(result), m_objects(db, version, sink)
+    : m_db(db), m_version(version), m_sink(sink), m_options(options), m_result(result), m_objects(db, version, sink),
+      m_abandoned(vk::dim::abandonedBlocks(db))
 {
     m_hasHandles = !isLegacy() || !db.origin.fromFile || db.origin.version >= DxfVersion::R13 || db.origin.hasHandles;
 }
@@ -210,11 +212,11 @@ void DxfWriter::tables()
         if (isLegacy() && row.table == NameTable::Block)
             continue;
         VcDbSymbolTable& table = m_db.table(row.table);
-        std::vector<VcDbObjectId> live = table.records();
+        std::vector<VcDbObjectId> live = row.table == NameTable::Block ? blockRecords() : table.records();
         if (isLegacy() && row.table == NameTable::Linetype)
             std::erase_if(live, [&](VcDbObjectId id) { return isAbstractLinetype(m_db, id); });
         const auto& count = m_db.origin.tableCounts[static_cast<int>(row.table)];
-        const bool untouched = count.stated >= 0 && count.read == table.records().size();
+        const bool untouched = count.stated >= 0 && count.read == table.records().size() && m_abandoned.empty();
         CountSink counted(m_sink, untouched ? count.stated : static_cast<std::int64_t>(live.size()));
         ObjectWriter(m_db, m_version, counted).writeTable(table, row.name, isLegacy());
         for (const VcDbObjectId id : live) {
@@ -226,10 +228,17 @@ void DxfWriter::tables()
     endSection();
 }
 
+std::vector<VcDbObjectId> DxfWriter::blockRecords() const
+{
+    std::vector<VcDbObjectId> records = m_db.table(NameTable::Block).records();
+    std::erase_if(records, [&](VcDbObjectId id) { return m_abandoned.contains(id.slot()); });
+    return records;
+}
+
 void DxfWriter::blocks()
 {
     beginSection("BLOCKS");
-    for (const VcDbObjectId id : m_db.table(NameTable::Block).records())
+    for (const VcDbObjectId id : blockRecords())
         block(*m_db.objectAs<VcDbBlockTableRecord>(id));
     endSection();
 }
