@@ -15,8 +15,8 @@
 
 namespace {
 
-constexpr std::size_t kSmallFile = 4 << 20;
 constexpr std::size_t kRecordsBetweenReports = 4096;
+constexpr std::uint64_t kHandlesEnd = std::uint64_t(1) << 60;  // larger ones are taken for damage
 
 std::string_view headerText(const DxfRecord& header, std::string_view variable)
 {
@@ -34,6 +34,20 @@ DxfVersion versionOfHeader(std::string_view acadVersion)
     if (acadVersion > acadVersionName(DxfVersion::Newest) && acadVersion.substr(0, 2) == "AC")
         return DxfVersion::Newest;
     return acadVersion.empty() ? DxfVersion::R12 : DxfVersion::R10;
+}
+
+// The largest handle of the file. What the header says of the next free one is not to be relied on.
+std::uint64_t largestHandle(std::string_view bytes)
+{
+    ProblemLog unheard;
+    const auto source = DxfSource::open(bytes, true, unheard);
+    DxfRecord record;
+    std::uint64_t largest = 0;
+    while (source->next(record))
+        for (const int code : {5, 105})
+            if (const auto handle = parseHandle(record.text(code)); handle && *handle < kHandlesEnd)
+                largest = std::max(largest, *handle);
+    return largest;
 }
 
 }
@@ -60,34 +74,24 @@ void DxfReader::refuse(std::uint32_t line, std::string text)
     m_result.message = fmt::format("{} {}: {}", m_source->isBinary() ? "byte" : "line", line, text);
 }
 
-// What must be known before the first text is decoded and the first handle given out: version, code page, handle seed.
-// The seed of a small file, or one that does not say it, is worked out from all handles.
+// What must be known before the first text is decoded: version and code page. The header comes first in all but odd files.
 void DxfReader::prescan()
 {
     ProblemLog unheard;
     const auto source = DxfSource::open(m_bytes, true, unheard);
     DxfRecord record;
-    std::string_view version, page, seed;
-    std::uint64_t largest = 0;
-    bool isHeaderAhead = true;
+    std::string_view version, page;
     while (source->next(record)) {
         if (record.type == "SECTION" && record.text(2) == "HEADER") {
             version = headerText(record, "$ACADVER");
             page = headerText(record, "$DWGCODEPAGE");
-            seed = headerText(record, "$HANDSEED");
-            isHeaderAhead = false;
-            continue;
-        }
-        if (!isHeaderAhead && parseHandle(seed).value_or(0) > 1 && m_bytes.size() > kSmallFile)
+            m_db.raiseHandleSeed(parseHandle(headerText(record, "$HANDSEED")).value_or(1));
             break;
-        for (const int code : {5, 105})
-            if (const auto handle = parseHandle(record.text(code)); handle && *handle < (std::uint64_t(1) << 60))
-                largest = std::max(largest, *handle);
+        }
     }
     m_result.version = versionOfHeader(version);
     const CodePage& codePage = codePageOfFile(m_result.version, page);
     m_decoder = std::make_unique<DxfTextDecoder>(codePage);
-    m_seed = std::max(largest + 1, parseHandle(seed).value_or(1));
     if (!page.empty())
         m_db.origin.codePage = page;
     if (!version.empty() && !versionByName(version))
@@ -144,7 +148,7 @@ void DxfReader::read()
     prescan();
     m_db.loading = true;
     m_db.undo().setRecording(false);
-    m_db.raiseHandleSeed(m_seed);
+    m_db.beforeFirstHandle = [this] { m_db.raiseHandleSeed(largestHandle(m_bytes) + 1); };
     m_source = DxfSource::open(m_bytes, m_options.recover, m_result.problems);
     m_objects = std::make_unique<ObjectReader>(m_db, m_result.version, *m_decoder, m_result.problems);
     m_db.origin.version = m_result.version;
@@ -173,6 +177,7 @@ void DxfReader::read()
         refuse(m_source->line() + 1, "the file is cut off: ENDSEC was expected, found the end of the file");
     else if (!m_stopped && !anySection && !m_options.recover)
         refuse(m_source->line() + 1, "a section was expected, found the end of the file");
+    m_db.beforeFirstHandle = nullptr;  // every handle has been seen
     if (!m_stopped)
         finish();
     m_db.loading = false;
@@ -322,6 +327,8 @@ void DxfReader::finish()
         m_db.keptSections.insert(m_db.keptSections.begin(), std::move(preamble));
     }
     ensureTables();
+    for (const VcDbObjectId table : m_madeTables)
+        m_db.giveHandle(table);
     m_objects->fields().settleSpellings();
     reportImplicitRecords();
     reportDangling();

@@ -111,9 +111,12 @@ void DxfReader::readTables()
 
 void DxfReader::ensureTables()
 {
-    for (const TableKind& kind : kTables)
-        if (m_db.tableId(kind.table).isNull())
-            m_db.tableId(kind.table) = m_db.add(kind.create(), {});
+    for (const TableKind& kind : kTables) {
+        if (!m_db.tableId(kind.table).isNull())
+            continue;
+        m_db.tableId(kind.table) = m_db.addWithoutHandle(kind.create(), {});
+        m_madeTables.push_back(m_db.tableId(kind.table));
+    }
 }
 
 void DxfReader::declareTable(TableEntry& entry)
