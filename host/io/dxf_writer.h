@@ -9,6 +9,7 @@
 
 class DatabaseCore;
 class VcDbBlockTableRecord;
+class VcDbDatabase;
 class VcDbEntity;
 struct KeptSection;
 
@@ -23,6 +24,7 @@ private:
 
     void beginSection(const char* name);
     void endSection();
+    std::unique_ptr<VcDbDatabase> assumedHeader() const;
     void header();
     void classes();
     void tables();
