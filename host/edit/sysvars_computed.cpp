@@ -163,19 +163,13 @@ SetVarResult setTileMode(Editor& ed, std::int32_t value)
 {
     const DatabaseCore& db = ed.db();
     VcDbLayout* layout = layoutOfBlock(db, value ? db.modelSpace() : db.paperSpace());
-    if (!layout)
-        return SetVarResult::Refused;
-    showLayout(ed, *layout);
-    return SetVarResult::Done;
+    return layout && showLayout(ed, *layout) ? SetVarResult::Done : SetVarResult::Refused;
 }
 
 SetVarResult setTab(Editor& ed, const std::string& name)
 {
     VcDbLayout* layout = layoutNamed(ed.db(), name);
-    if (!layout)
-        return SetVarResult::Refused;
-    showLayout(ed, *layout);
-    return SetVarResult::Done;
+    return layout && showLayout(ed, *layout) ? SetVarResult::Done : SetVarResult::Refused;
 }
 
 }
