@@ -71,8 +71,12 @@ bool setPlotStyle(DatabaseCore& db, const std::string& name, const std::string& 
 // A name that the file gives as a handle.
 std::string recordNameOf(const DatabaseCore& db, std::uint64_t handle)
 {
-    const auto* record = db.objectAs<VcDbSymbolTableRecord>(db.findHandle(handle));
-    return record ? record->nameUtf8() : std::string();
+    const VcDbObjectId id = db.findHandle(handle);
+    const auto* object = db.objectAs<VcDbObject>(id);
+    if (const auto* record = VcDbSymbolTableRecord::cast(object))
+        return record->nameUtf8();
+    const auto* dictionary = object ? db.liveAs<VcDbDictionary>(object->ownerId()) : nullptr;
+    return dictionary ? dictionary->nameOf(id) : std::string();
 }
 
 bool isHandleCode(int code) { return code >= 320 && code <= 369; }
@@ -88,9 +92,10 @@ std::optional<SysVarValue> headerText(const DatabaseCore& db, const SysVarDef& d
         return recordNameOf(db, db.header().handle(name));
     if (isIntegerCode(def.headerCode)) {
         const std::int64_t code = db.header().integer(name, 0);
+        if (code <= 0)
+            return std::nullopt;
         std::string text;
-        if (code > 0)
-            appendUtf8(text, char32_t(code));
+        appendUtf8(text, char32_t(code));
         return text;
     }
     return db.header().text(name, "");
