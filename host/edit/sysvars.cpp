@@ -130,8 +130,11 @@ void SysVars::force(std::string_view name, const SysVarValue& value)
         if (setDrawingSysVar(m_editor.db(), *def, value))
             return;
     } else if (def->home == SysVarHome::Profile) {
+        const std::string text = printSysVar(value);
+        if (printSysVar(*get(name)) == text)
+            return;  // settings are safe on the disk after each change, which takes its time
         m_values->profile[def->name] = value;
-        userSettings().write(variablesKey(), def->name, SettingValue::ofText(printSysVar(value)));
+        userSettings().write(variablesKey(), def->name, SettingValue::ofText(text));
         return;
     }
     m_values->session[def->name] = value;
