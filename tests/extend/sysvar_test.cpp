@@ -1,5 +1,7 @@
 // The catalogue of system variables and the texts of their values, called as they are.
 #include "host/base/unicode.h"
+#include "host/edit/input.h"
+#include "host/edit/sysvars.h"
 #include "sdk/vchost.h"
 #include "sysvar/Dlg_SysVariables.h"
 #include "sysvar/SysvarValues.h"
@@ -442,6 +444,22 @@ TEST_F(SysvarDialog, OkTakesTheValueThatIsStillInHand)
     EXPECT_EQ(dialog.Records().GetAt(1).newValue, L"0");
     form->findChild<QPushButton*>("pBtnOK")->click();
     EXPECT_EQ(dialog.Records().GetAt(1).newValue, L"5");
+}
+
+TEST_F(SysvarDialog, WhereNoLogCanBeWrittenThereIsNoMessage)
+{
+    write("#ACADVER|String|Not saved|\r\nd\r\n!USERI1|Integer|Drawing|0\r\nd\r\n!USERI2|Integer|Drawing|0\r\nd\r\n");
+    std::ofstream(m_folder + "faulty.svf") << "USERI1 70000\nUSERI2 3\n";
+    const auto log = std::filesystem::read_symlink("/proc/self/exe").parent_path() / "sysvdlg_Drawing1.err";
+    std::filesystem::create_directory(log);
+    editor().vars().force("FILEDIA", 0);
+    editor().pushSource(std::make_unique<vk::edit::ScriptSource>("test", m_folder + "faulty.svf\n"));
+    CDlg_SysVariables dialog;
+    dialog.OnInitDialog();
+    dialog.OnButtonRead();
+    std::filesystem::remove(log);
+    EXPECT_EQ(shortVariable(L"USERI2"), 3);
+    EXPECT_EQ(boxes, std::vector<std::string>{});
 }
 
 TEST_F(SysvarDialog, NoRecordIsNoVariable)
