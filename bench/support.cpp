@@ -53,12 +53,16 @@ double convertAll(std::string_view rest)
 
 }
 
-Drawing drawingAt(const std::string& path)
+std::string bytesOf(const std::string& path)
 {
-    Drawing drawing{std::filesystem::path(path).stem().string(), {}, 0};
     std::ostringstream text;
     text << std::ifstream(path, std::ios::binary).rdbuf();
-    drawing.bytes = std::move(text).str();
+    return std::move(text).str();
+}
+
+Drawing drawingAt(const std::string& path)
+{
+    Drawing drawing{std::filesystem::path(path).stem().string(), bytesOf(path), 0};
     if (drawing.bytes.empty())
         giveUp(fmt::format("{} cannot be read", path));
     volatile double keep = 0;

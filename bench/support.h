@@ -40,6 +40,7 @@ struct Drawing {
     double floor = 0;  // seconds
 };
 
+std::string bytesOf(const std::string& path);
 // Reads the file and measures its floor; ends the program when it cannot be read.
 Drawing drawingAt(const std::string& path);
 // A database with the drawing in it; ends the program when it is no drawing.

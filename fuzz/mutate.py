@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""mutate.py REPLAY FOLDER... [--seconds N] [--seed N] [--keep FOLDER] - a fuzzer where there is no clang.
+"""mutate.py PROGRAM FOLDER... [--seconds N] [--seed N] [--keep FOLDER] - a fuzzer where there is no clang.
 
-Makes damaged copies of the drawings in the folders and hands them to REPLAY, one of the replay_... programs, in batches.
-A copy with which it crashes, takes longer than a batch may, or more memory than it may, is kept. Status 1 when any was."""
+Makes damaged copies of the drawings in the folders and hands them to PROGRAM: one of the replay_... programs, which takes
+many at once, or vekad, whose info and convert are run on each. A copy with which it crashes, takes too long, or more memory
+than it may, is kept. Status 1 when any was."""
 
 import argparse
 import random
@@ -14,7 +15,8 @@ import tempfile
 import time
 from pathlib import Path
 
-BATCH, SECONDS_A_BATCH, BYTES_AT_MOST = 40, 60, 3 << 30
+BATCH, SECONDS_A_BATCH, SECONDS_A_DRAWING, BYTES_AT_MOST = 40, 60, 20, 3 << 30
+VEKAD_STATUSES = range(5)  # what the program ends with when it has dealt with its input, sound or not
 SENTINEL = b"\x41\x75\x74\x6f\x43\x41\x44 Binary DXF"
 HOSTILE = [b"-1", b"0", b"1", b"255", b"32767", b"-32768", b"65536", b"2147483647", b"-2147483648", b"99999999999999999999",
            b"1e308", b"-1e308", b"1e-320", b"nan", b"inf", b"", b"FFFFFFFFFFFFFFFF", b"1F", b"{", b"}", b"{ACAD_REACTORS",
@@ -77,25 +79,41 @@ def limit_memory():
     resource.setrlimit(resource.RLIMIT_AS, (BYTES_AT_MOST, BYTES_AT_MOST))
 
 
-def fault_of(replay, files, seconds=SECONDS_A_BATCH):
+def fault_of(command, seconds, good=(0,)):
     try:
-        done = subprocess.run([replay, *files], capture_output=True, timeout=seconds, preexec_fn=limit_memory)
+        done = subprocess.run(command, capture_output=True, timeout=seconds, preexec_fn=limit_memory)
     except subprocess.TimeoutExpired:
         return "takes too long"
-    if done.returncode:
+    if done.returncode not in good:
         return f"ends with {done.returncode}: {done.stderr.decode(errors='replace')[-400:]}"
     return None
 
 
+def faults_by_replay(replay, files):
+    if fault_of([replay, *files], SECONDS_A_BATCH):
+        for file in files:
+            if fault := fault_of([replay, file], SECONDS_A_DRAWING):
+                yield file, fault
+
+
+def faults_by_vekad(vekad, files):
+    for file in files:
+        copy = file.with_suffix(".copy.dxf")
+        for arguments in (["info", file, "--json"], ["convert", file, copy, "--recover", "--allow-loss"]):
+            if fault := fault_of([vekad, *arguments], SECONDS_A_DRAWING, VEKAD_STATUSES):
+                yield file, f"{arguments[0]} {fault}"
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("replay")
+    parser.add_argument("program")
     parser.add_argument("folders", nargs="+", type=Path)
     parser.add_argument("--seconds", type=float, default=60)
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--keep", type=Path, default=Path("found"))
     options = parser.parse_args()
     rnd = random.Random(options.seed)
+    faults_of = faults_by_vekad if Path(options.program).name == "vekad" else faults_by_replay
     originals = [p.read_bytes() for folder in options.folders for p in sorted(folder.glob("*.dxf")) if p.stat().st_size]
     end, tried, kept = time.monotonic() + options.seconds, 0, 0
     with tempfile.TemporaryDirectory() as folder:
@@ -104,14 +122,11 @@ def main():
             for file in files:
                 file.write_bytes(mutated(rnd.choice(originals), rnd))
             tried += BATCH
-            if not fault_of(options.replay, files):
-                continue
-            for file in files:
-                if fault := fault_of(options.replay, [file], SECONDS_A_BATCH / 3):
-                    kept += 1
-                    options.keep.mkdir(parents=True, exist_ok=True)
-                    shutil.copy(file, options.keep / f"{options.seed}_{file.name}")
-                    print(f"{options.keep}/{options.seed}_{file.name}: {fault}", flush=True)
+            for file, fault in faults_of(options.program, files):
+                kept += 1
+                options.keep.mkdir(parents=True, exist_ok=True)
+                shutil.copy(file, options.keep / f"{options.seed}_{file.name}")
+                print(f"{options.keep}/{options.seed}_{file.name}: {fault}", flush=True)
     print(f"{tried} drawings, {kept} kept")
     return 1 if kept else 0
 

@@ -77,6 +77,9 @@ public:
     void dropCaches() override { recomputeDimBlock(false); }
     const std::string& dimensionTextUtf8() const { return m_text; }
     bool isTextMoved() const { return (m_flags & 128) != 0; }
+    // An arrow that a person has turned round stands on the other side of its extension line.
+    bool isArrowFlipped(bool second) const { return (second ? m_flipArrow2 : m_flipArrow1) != 0; }
+    void setArrowFlipped(bool second, bool flipped);
     // The text goes back to where its style wants it.
     void useDefaultTextPosition();
     void markPictureStale() { m_stale = true; }

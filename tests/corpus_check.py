@@ -48,15 +48,17 @@ def count_faults(info, raw):
 
 def independent_faults(path):
     try:
+        import ezdxf
         from ezdxf import recover
     except ImportError:
         return
+    is_binary = path.read_bytes().startswith(b"\x41\x75\x74\x6f\x43\x41\x44 Binary DXF")  # which recovery does not take
     try:
-        document, auditor = recover.readfile(str(path))
+        auditor = ezdxf.readfile(path).audit() if is_binary else recover.readfile(path)[1]
     except Exception as error:  # whatever it is, the copy could not be read
-        yield f"ezdxf cannot read the copy: {error}"
+        yield f"ezdxf cannot read it: {error!r}"
         return
-    for error in auditor.errors[:5]:
+    for error in auditor.errors:
         yield f"ezdxf: {error.message}"
 
 
@@ -117,10 +119,8 @@ def check_sound(vekad, path, raw, loss, folder):
             return
     if first.read_bytes() != second.read_bytes():
         yield "the second save is not the first"
-    known = list(independent_faults(path))
-    for fault in independent_faults(first):
-        if not known:
-            yield fault
+    known = set(independent_faults(path))
+    yield from [fault for fault in independent_faults(first) if fault not in known][:5]
     yield from undo_faults(vekad, path, first, folder)
     if loss and not (raw and raw.get("acadver") in WRITTEN_AS_2000):
         yield from losses(vekad, loss, path, first)

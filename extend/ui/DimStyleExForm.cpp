@@ -7,23 +7,17 @@
 namespace VKUI {
 
 CDimStyleEx::CDimStyleEx(QWidget* parent, ::CDimStyleEx* logic)
-    : QBaseDialog(parent, logic), m_ui(std::make_unique<Ui::CDimStyleEx>())
+    : DimStyleForm(parent, logic), m_ui(std::make_unique<Ui::CDimStyleEx>())
 {
     m_ui->setupUi(this);
-    connect(m_ui->pBtnExportFileName, SIGNAL(clicked()), this, SLOT(OnButtonBrowse()));
+    setUp(*logic, {.file = m_ui->lEditExportFileName,
+                   .browse = m_ui->pBtnExportFileName,
+                   .firstOption = m_ui->rBtnTextStyleNameOnly,
+                   .secondOption = m_ui->rBtnFullTextStyleInformation,
+                   .ok = m_ui->pBtnOK,
+                   .cancel = m_ui->pBtnCancel});
     connect(m_ui->listWidget, SIGNAL(itemSelectionChanged()), this, SLOT(OnSelchangeListStyle()));
-    connect(m_ui->pBtnCancel, SIGNAL(clicked()), this, SLOT(reject()));
-    connect(m_ui->pBtnOK, SIGNAL(clicked()), this, SLOT(OnOK()));
-
-    logic->SetHandle(this);
-    logic->SetAutoDelete(1);
-    logic->SetDlgItem(IDOK, m_ui->pBtnOK);
-    logic->SetDlgItem(IDCANCEL, m_ui->pBtnCancel);
-    logic->SetDlgItem(kBrowseButton, m_ui->pBtnExportFileName);
-    logic->SetDlgItem(kFileEdit, m_ui->lEditExportFileName);
     logic->SetDlgItem(kStyleList, m_ui->listWidget);
-    logic->SetDlgItem(kFirstOption, m_ui->rBtnTextStyleNameOnly);
-    logic->SetDlgItem(kSecondOption, m_ui->rBtnFullTextStyleInformation);
 }
 
 CDimStyleEx::~CDimStyleEx() = default;

@@ -1,7 +1,7 @@
 // The form of DIMEX.
 #pragma once
 
-#include "qbasedialog.h"
+#include "ui/DimStyleForm.h"
 
 #include <memory>
 
@@ -13,7 +13,7 @@ class CDimStyleEx;
 
 namespace VKUI {
 
-class CDimStyleEx : public QBaseDialog
+class CDimStyleEx : public DimStyleForm
 {
     Q_OBJECT
 
@@ -22,10 +22,11 @@ public:
     ~CDimStyleEx() override;
 
 private slots:
-    void OnButtonBrowse();
     void OnSelchangeListStyle();
 
 private:
+    void OnButtonBrowse() override;
+
     std::unique_ptr<Ui::CDimStyleEx> m_ui;
 };
 

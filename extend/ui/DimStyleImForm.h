@@ -1,7 +1,7 @@
 // The form of DIMIM.
 #pragma once
 
-#include "qbasedialog.h"
+#include "ui/DimStyleForm.h"
 
 #include <memory>
 
@@ -13,7 +13,7 @@ class CDimStyleIm;
 
 namespace VKUI {
 
-class CDimStyleIm : public QBaseDialog
+class CDimStyleIm : public DimStyleForm
 {
     Q_OBJECT
 
@@ -21,10 +21,9 @@ public:
     CDimStyleIm(QWidget* parent, ::CDimStyleIm* logic);
     ~CDimStyleIm() override;
 
-private slots:
-    void OnButtonBrowse();
-
 private:
+    void OnButtonBrowse() override;
+
     std::unique_ptr<Ui::CDimStyleIm> m_ui;
 };
 

@@ -7,6 +7,7 @@
 #include "host/app/stopping.h"
 #include "host/app/terminal.h"
 #include "host/app/transcript.h"
+#include "host/base/code_page.h"
 #include "host/base/files.h"
 #include "host/base/settings.h"
 #include "host/db/database.h"
@@ -57,12 +58,6 @@ std::optional<std::string> wholeInput()
     return std::cin.bad() ? std::nullopt : std::optional(std::move(text));
 }
 
-void dropByteOrderMark(std::string& text)
-{
-    if (text.starts_with("\xEF\xBB\xBF"))
-        text.erase(0, 3);
-}
-
 // The worst of what happened is the status.
 void OneRun::fail(Status status, const std::string& why)
 {
@@ -81,8 +76,7 @@ bool OneRun::readInputs()
         fail(kWrongUsage, fmt::format("the script {} cannot be read: {}", m_options.script, error));
         return false;
     }
-    m_script = std::move(*text);
-    dropByteOrderMark(m_script);
+    m_script = utf8OfTextFile(std::move(*text));
     return true;
 }
 

@@ -289,3 +289,11 @@ void appendEscape(std::string& out, char32_t c)
     } else
         unit(std::min<char32_t>(c, 0xFFFF));
 }
+
+std::string utf8OfTextFile(std::string bytes)
+{
+    constexpr std::string_view kMark = "\xEF\xBB\xBF";
+    if (bytes.starts_with(kMark))
+        bytes.erase(0, kMark.size());
+    return isValidUtf8(bytes) ? bytes : CodePage::host().toUtf8(bytes);
+}

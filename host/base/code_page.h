@@ -56,6 +56,9 @@ private:
     const CodePageTable& table() const;
 };
 
+// The text of a file that people write, without its UTF-8 mark: what is not valid UTF-8 is in the host's page.
+VKHOST_API std::string utf8OfTextFile(std::string bytes);
+
 // Puts characters in place of escapes. Escapes of ASCII characters stay: decoded they would mean something else
 // (a line's end, a formatting code). Surrogate pairs written as two escapes become one character, a lone
 // one stays an escape.

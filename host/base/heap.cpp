@@ -5,9 +5,16 @@
 #include <cstdlib>
 #include <cstring>
 
+// The allocator's list of small blocks that were freed last serves malloc only, and chains are made of small blocks.
 void* heapAllocate(std::size_t bytes)
 {
-    return std::calloc(bytes ? bytes : 1, 1);
+    constexpr std::size_t kSmall = 1024;
+    if (bytes > kSmall)
+        return std::calloc(bytes, 1);
+    void* memory = std::malloc(bytes ? bytes : 1);
+    if (memory)
+        std::memset(memory, 0, bytes ? bytes : 1);
+    return memory;
 }
 
 void heapRelease(void* memory)

@@ -2,6 +2,7 @@
 #include "host/base/unicode.h"
 #include "host/commands/dim_common.h"
 #include "host/commands/families.h"
+#include "host/db/dim_picture.h"
 #include "host/db/rec_arrow_blocks.h"
 #include "host/db/rec_dim_variables.h"
 #include "sdk/vcdb_records.h"
@@ -212,7 +213,47 @@ void dimOverride(Editor& ed)
     }
 }
 
+// The arrow whose tip is nearest to where the dimension was picked; of one that was named, the first.
+bool nearestArrow(Editor& ed, const VcDbDimension& dimension, const Answer& pick)
+{
+    bool second = false;
+    double nearest = 1e300;
+    const VcGePoint3d at = pick.hasPoint ? toWorld(ed, pick.point) : VcGePoint3d();
+    for (const auto& [tip, isSecond] : dim::pictureOf(dimension).arrows) {
+        const double distance = pick.hasPoint ? tip.distanceTo(at) : isSecond;
+        if (distance < nearest) {
+            nearest = distance;
+            second = isSecond;
+        }
+    }
+    return second;
+}
+
+void flipArrow(Editor& ed)
+{
+    for (;;) {
+        const Answer pick = ed.askEntity("Select dimension near the arrow to flip", {.enterEnds = true});
+        if (pick.status != Answer::Status::Value)
+            return;
+        auto* d = ed.db().liveAs<VcDbDimension>(pick.entity);
+        if (!d) {
+            ed.printLine("A dimension is wanted.");
+            continue;
+        }
+        if (refusesLocked(ed, *d))
+            continue;
+        if (dim::pictureOf(*d).arrows.empty()) {
+            ed.printLine("The dimension has no arrows.");
+            continue;
+        }
+        const bool second = nearestArrow(ed, *d, pick);
+        d->setArrowFlipped(second, !d->isArrowFlipped(second));
+        d->recomputeDimBlock();
+    }
+}
+
 const HostCommand kCommands[] = {
+    {"AIDIMFLIPARROW", nullptr, kPlain, "Turns arrows of dimensions round.", flipArrow},
     {"DIMTEDIT", nullptr, kPlain, "Moves or turns the text of a dimension.", dimTextEdit},
     {"DIMEDIT", "DED", kUsesPickSet, "Changes texts and extension lines of dimensions.", dimEdit},
     {"DIMOVERRIDE", "DOV", kUsesPickSet, "Sets dimension variables of single dimensions.", dimOverride},

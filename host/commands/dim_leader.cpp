@@ -1,7 +1,9 @@
 // LEADER, QLEADER, TOLERANCE.
 #include "host/base/unicode.h"
+#include "host/commands/block_definition.h"
 #include "host/commands/dim_common.h"
 #include "host/commands/families.h"
+#include "host/commands/reference_prompts.h"
 #include "host/db/clone.h"
 #include "sdk/vcdb_insert.h"
 #include "sdk/vcdb_records.h"
@@ -204,9 +206,41 @@ void attachCopy(Editor& ed, const Points& points, VcDbLeader& leader)
     leader.attachAnnotation(twin->objectId());
 }
 
+VcDbBlockTableRecord& askBlock(Editor& ed)
+{
+    for (;;) {
+        const std::string name = ed.word("Enter block name or [?]");
+        VcDbBlockTableRecord* block = name == "?" ? nullptr : blockNamed(ed, name);
+        if (block && !block->isLayout())
+            return *block;
+        if (name != "?") {
+            ed.printLine(fmt::format("There is no block \"{}\".", name));
+            continue;
+        }
+        for (const VcDbObjectId id : ed.db().table(NameTable::Block).records())
+            if (const auto* record = ed.db().objectAs<VcDbBlockTableRecord>(id); !record->nameUtf8().starts_with('*'))
+                ed.printLine("  " + record->nameUtf8());
+    }
+}
+
+void attachBlock(Editor& ed, const Points& points, const Format& format)
+{
+    VcDbBlockTableRecord& block = askBlock(ed);
+    const Placement placement = askPlacement(ed);
+    const auto values = askAttributeValues(ed, block);
+    auto made = std::make_unique<VcDbBlockReference>();
+    made->setBlockTableRecord(block.objectId());
+    place(ed, *made, placement, unitFactor(ed, block));
+    auto& reference = static_cast<VcDbBlockReference&>(*ed.db().liveAs<VcDbEntity>(addToSpace(ed, std::move(made))));
+    addAttributes(ed, reference, values);
+    addLeader(ed, points, format).attachAnnotation(reference.objectId());
+}
+
 void annotate(Editor& ed, const Points& points, const Format& format)
 {
-    const std::string k = ed.keyword("Enter an annotation option [Tolerance/Copy/None/Mtext] <Mtext>", "Tolerance Copy None Mtext", "Mtext");
+    const std::string k = ed.keyword("Enter an annotation option [Tolerance/Copy/Block/None/Mtext] <Mtext>", "Tolerance Copy Block None Mtext", "Mtext");
+    if (k == "Block")
+        return attachBlock(ed, points, format);
     if (k == "Mtext") {
         const std::string first = ed.text("Enter first line of annotation text:", std::string());
         if (first.empty())

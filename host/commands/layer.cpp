@@ -5,6 +5,7 @@
 #include "host/commands/drawing.h"
 #include "host/commands/families.h"
 #include "host/commands/layer_marks.h"
+#include "host/commands/layer_state_option.h"
 #include "host/db/database.h"
 #include "host/db/record_names.h"
 #include "host/edit/sysvars.h"
@@ -236,6 +237,15 @@ void list(Editor& ed)
     ed.printLine(fmt::format("Current layer: \"{}\"", currentLayer(ed)->nameUtf8()));
 }
 
+// Materials are for shaded pictures, which there are none of here.
+void material(Editor& ed)
+{
+    ed.printLine("Layers have no materials here; those that a drawing brings along stay with it as they are.");
+}
+
+// Layers wait for approval only where a list of known ones is kept, and none is.
+void reconcile(Editor& ed) { ed.printLine("There are no unreconciled layers."); }
+
 struct Option {
     const char* keyword;
     void (*run)(Editor&);
@@ -266,7 +276,7 @@ void unlock(Editor& ed)
 constexpr Option kOptions[] = {
     {"?", list},   {"Make", make},     {"Set", set},       {"New", addNew}, {"Rename", rename}, {"ON", on},       {"OFF", off},    {"Color", colour},
     {"Ltype", linetype}, {"LWeight", lineweight}, {"Plot", plot}, {"Freeze", freeze}, {"Thaw", thaw}, {"LOck", lock}, {"Unlock", unlock},
-    {"TRansparency", transparency}, {"Description", description},
+    {"TRansparency", transparency}, {"Description", description}, {"MATerial", material}, {"stAte", layerStateOption}, {"rEconcile", reconcile},
 };
 
 void layer(Editor& ed)
@@ -274,8 +284,8 @@ void layer(Editor& ed)
     ed.printLine(fmt::format("Current layer:  \"{}\"", currentLayer(ed)->nameUtf8()));
     Question question;
     question.kind = Question::Kind::Keyword;
-    question.prompt = "Enter an option [?/Make/Set/New/Rename/ON/OFF/Color/Ltype/LWeight/TRansparency/Plot/Freeze/Thaw/LOck/Unlock/Description]: ";
-    question.init.keywords = parseKeywords("? Make Set New Rename ON OFF Color Ltype LWeight TRansparency Plot Freeze Thaw LOck Unlock Description");
+    question.prompt = "Enter an option [?/Make/Set/New/Rename/ON/OFF/Color/Ltype/LWeight/TRansparency/MATerial/Plot/Freeze/Thaw/LOck/Unlock/stAte/Description/rEconcile]: ";
+    question.init.keywords = parseKeywords("? Make Set New Rename ON OFF Color Ltype LWeight TRansparency MATerial Plot Freeze Thaw LOck Unlock stAte Description rEconcile");
     question.hasDefault = true;
     for (;;) {
         const Answer a = ed.ask(question);

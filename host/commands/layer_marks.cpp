@@ -1,6 +1,7 @@
 #include "host/commands/layer_marks.h"
 
 #include "host/base/rb.h"
+#include "host/db/extras.h"
 #include "sdk/vcdb_chains.h"
 #include "sdk/vcdb_tables.h"
 
@@ -27,10 +28,28 @@ void setTransparency(VcDbLayerTableRecord& layer, int percent)
 {
     // The lowest byte is the opacity; the bit above says that it is one.
     constexpr std::int64_t kByValue = 0x02000000;
+    setTransparencyValue(layer, percent > 0 ? kByValue | std::lround(255 * (100 - percent) / 100.0) : 0);
+}
+
+void setTransparencyValue(VcDbLayerTableRecord& layer, std::int64_t value)
+{
     RbBuilder data = dataOf(L"AcCmTransparency");
-    if (percent > 0)
-        data.addInteger(kLong, kByValue | std::lround(255 * (100 - percent) / 100.0));
+    if (value != 0)
+        data.addInteger(kLong, value);
     layer.setXData(data.take().get());
+}
+
+std::int64_t transparencyOf(const VcDbLayerTableRecord& layer)
+{
+    if (!layer.extras())
+        return 0;
+    bool own = false;
+    for (const Tag& tag : layer.extras()->xdata)
+        if (tag.code == kApplication)
+            own = tag.form == Tag::Form::Utf8 && tag.view() == "AcCmTransparency";
+        else if (own && tag.code == kLong && tag.form == Tag::Form::Integer)
+            return tag.integer;
+    return 0;
 }
 
 void setDescription(VcDbLayerTableRecord& layer, const std::string& description)

@@ -103,7 +103,11 @@ void rename(Editor& ed)
     ed.printLine(fmt::format("Layout \"{}\" renamed to \"{}\".", old, layout.nameUtf8()));
 }
 
-void set(Editor& ed) { showLayout(ed, askLayout(ed, "Enter layout to make current", true)); }
+void set(Editor& ed)
+{
+    if (!showLayout(ed, askLayout(ed, "Enter layout to make current", true)))
+        throw CommandError{"The sheet of that layout is missing from the drawing."};
+}
 
 void list(Editor& ed)
 {

@@ -1,4 +1,5 @@
 // REDRAW, REGEN, HELP, SCRIPT, INVOKE, and what belongs to the session rather than to the drawing.
+#include "host/base/code_page.h"
 #include "host/base/files.h"
 #include "host/base/unicode.h"
 #include "host/commands/families.h"
@@ -46,7 +47,7 @@ void script(Editor& ed)
     const auto content = path ? readWholeFile(*path, &error) : std::nullopt;
     if (!content)
         throw CommandError{path ? error : fmt::format("Cannot find the script \"{}\" along the support path.", name)};
-    ed.onMain([&] { ed.runScript(std::string(fileNameOf(*path)), *content); });
+    ed.onMain([&] { ed.runScript(std::string(fileNameOf(*path)), utf8OfTextFile(*content)); });
 }
 
 void invoke(Editor& ed)

@@ -5,6 +5,8 @@
 #include "sdk/vcdb_entity.h"
 #include "sdk/vcdb_tables.h"
 
+#include <utility>
+
 namespace {
 
 // The open databases, few as they are. Serial numbers are never used again, so that ids of a closed one are known to be stale.
@@ -51,20 +53,23 @@ std::uint32_t DatabaseCore::newSlot(std::uint64_t handle)
     const std::uint32_t slot = m_slotCount++;
     if (slot / kChunk >= m_chunks.size())
         m_chunks.push_back(std::make_unique<Stub[]>(kChunk));
-    stub(slot).handle = handle;
-    bindHandle(handle, slot);
+    if (handle)
+        bindHandle(handle, slot);
     return slot;
 }
 
-// The plain table may grow to a small multiple of what the drawing holds; a handle far beyond goes to the hash.
+// The pages may reach to a small multiple of what the drawing holds; a handle far beyond goes to the hash.
 void DatabaseCore::bindHandle(std::uint64_t handle, std::uint32_t slot)
 {
+    stub(slot).handle = handle;
+    const std::uint64_t page = handle / kHandlePage;
     const std::uint64_t bound = std::max<std::uint64_t>(65536, std::uint64_t(m_slotCount) * 4);
-    if (handle < m_denseHandles.size()) {
-        m_denseHandles[handle] = slot;
-    } else if (handle < bound) {
-        m_denseHandles.resize(std::max<std::uint64_t>(handle + 1, std::min<std::uint64_t>(bound, m_denseHandles.size() * 3 / 2)));
-        m_denseHandles[handle] = slot;
+    if (handle < bound && page >= m_handlePages.size())
+        m_handlePages.resize(page + 1);
+    if (page < m_handlePages.size()) {
+        if (!m_handlePages[page])
+            m_handlePages[page] = std::make_unique<std::uint32_t[]>(kHandlePage);
+        m_handlePages[page][handle % kHandlePage] = slot;
     } else {
         m_sparseHandles[handle] = slot;
     }
@@ -75,8 +80,13 @@ void DatabaseCore::raiseHandleSeed(std::uint64_t seed) { m_handleSeed = std::max
 
 VcDbObjectId DatabaseCore::findHandle(std::uint64_t handle) const
 {
-    if (handle < m_denseHandles.size() && m_denseHandles[handle])
-        return idAt(m_denseHandles[handle]);
+    if (handle / kHandlePage < m_handlePages.size()) {
+        const auto& page = m_handlePages[handle / kHandlePage];
+        if (const std::uint32_t slot = page ? page[handle % kHandlePage] : 0)
+            return idAt(slot);
+    }
+    if (m_sparseHandles.empty())
+        return {};
     const auto found = m_sparseHandles.find(handle);
     return found == m_sparseHandles.end() ? VcDbObjectId() : idAt(found->second);
 }
@@ -91,6 +101,8 @@ VcDbObjectId DatabaseCore::reserveHandle(std::uint64_t handle)
 
 std::uint64_t DatabaseCore::nextHandle()
 {
+    if (const auto prepare = std::exchange(beforeFirstHandle, nullptr))
+        prepare();
     while (!findHandle(m_handleSeed).isNull())
         ++m_handleSeed;
     return m_handleSeed;
@@ -104,6 +116,16 @@ std::uint64_t DatabaseCore::handleOf(VcDbObjectId id) const
 VcDbObjectId DatabaseCore::add(std::unique_ptr<VcDbObject> object, VcDbObjectId owner, std::uint64_t handle)
 {
     return fill(idAt(newSlot(handle ? handle : nextHandle())), std::move(object), owner);
+}
+
+VcDbObjectId DatabaseCore::addWithoutHandle(std::unique_ptr<VcDbObject> object, VcDbObjectId owner)
+{
+    return fill(idAt(newSlot(0)), std::move(object), owner);
+}
+
+void DatabaseCore::giveHandle(VcDbObjectId id)
+{
+    bindHandle(nextHandle(), id.slot());
 }
 
 VcDbObjectId DatabaseCore::fill(VcDbObjectId reserved, std::unique_ptr<VcDbObject> object, VcDbObjectId owner)
@@ -120,10 +142,15 @@ VcDbObjectId DatabaseCore::fill(VcDbObjectId reserved, std::unique_ptr<VcDbObjec
     return reserved;
 }
 
-// The log is cut to its later half when it is full.
+// The log is cut to its later half when it is full. Nobody asks for each of the changes that a file brings.
 void DatabaseCore::noteChange(std::uint32_t slot)
 {
     constexpr std::size_t kLongest = 1 << 17;
+    if (loading) {
+        m_logStart = changeCount() + 1;
+        m_changeLog.clear();
+        return;
+    }
     if (m_changeLog.size() == kLongest) {
         m_changeLog.erase(m_changeLog.begin(), m_changeLog.begin() + kLongest / 2);
         m_logStart += kLongest / 2;

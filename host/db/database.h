@@ -9,6 +9,7 @@
 #include "host/db/undo.h"
 #include "sdk/vcdb_database.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -95,6 +96,9 @@ public:
     // Puts an object under an owner and gives it a handle: the given one, or the next free one for 0. The change is
     // journalled. Symbol tables, dictionaries and blocks list their members themselves.
     VcDbObjectId add(std::unique_ptr<VcDbObject> object, VcDbObjectId owner, std::uint64_t handle = 0);
+    // As add, for what a file lacks while its handles are not all known: the handle comes with giveHandle().
+    VcDbObjectId addWithoutHandle(std::unique_ptr<VcDbObject> object, VcDbObjectId owner);
+    void giveHandle(VcDbObjectId id);
     // As add, for an id that a reference has reserved by its handle before.
     VcDbObjectId fill(VcDbObjectId reserved, std::unique_ptr<VcDbObject> object, VcDbObjectId owner);
 
@@ -104,6 +108,8 @@ public:
     VcDbObjectId reserveHandle(std::uint64_t handle);
     // Gives an object of a file without handles, or with one that is taken, another handle.
     std::uint64_t nextHandle();
+    // Called once, ahead of the first handle that is given out: a reader of files raises the seed above those to come.
+    std::function<void()> beforeFirstHandle;
     std::uint64_t handleSeed() const { return m_handleSeed; }
     void raiseHandleSeed(std::uint64_t seed);
 
@@ -160,6 +166,7 @@ private:
         std::uint64_t handle = 0;
     };
     static constexpr std::uint32_t kChunk = 4096;
+    static constexpr std::uint32_t kHandlePage = 1024;
 
     Stub& stub(std::uint32_t slot) const { return m_chunks[slot / kChunk][slot % kChunk]; }
     std::uint32_t newSlot(std::uint64_t handle);
@@ -169,8 +176,8 @@ private:
     std::uint32_t m_serial;
     std::vector<std::unique_ptr<Stub[]>> m_chunks;
     std::uint32_t m_slotCount = 1;
-    // Handles are dense in most drawings: a plain table up to a bound that grows with the number of objects, a hash beyond.
-    std::vector<std::uint32_t> m_denseHandles;
+    // Handles are dense in most drawings: pages of slots up to a bound that grows with the number of objects, a hash beyond.
+    std::vector<std::unique_ptr<std::uint32_t[]>> m_handlePages;
     std::unordered_map<std::uint64_t, std::uint32_t> m_sparseHandles;
     std::uint64_t m_handleSeed = 1;
     EntityPropsTable m_props;

@@ -1,7 +1,9 @@
 #include "host/db/dim_block_users.h"
 
 #include "host/db/database.h"
+#include "host/db/record_names.h"
 #include "sdk/vcdb_dims.h"
+#include "sdk/vcdb_tables.h"
 
 namespace vk::dim {
 
@@ -59,6 +61,23 @@ void BlockUsers::forget(std::uint32_t slot)
     if (const auto count = m_counts.find(found->second); --count->second == 0)
         m_counts.erase(count);
     m_blockOf.erase(found);
+}
+
+std::unordered_set<std::uint32_t> abandonedBlocks(const DatabaseCore& db)
+{
+    std::unordered_set<std::uint32_t> blocks;
+    for (std::uint32_t slot = 1; slot < db.slotCount(); ++slot) {
+        const VcDbObject* object = db.objectAt(slot);
+        const auto* dimension = object && object->isErased() ? VcDbDimension::cast(object) : nullptr;
+        const auto* block = dimension ? db.liveAs<VcDbBlockTableRecord>(dimension->dimBlockId()) : nullptr;
+        if (block && block->nameUtf8().starts_with("*D") && block->extensionDictionary().isNull())
+            blocks.insert(block->objectId().slot());
+    }
+    if (blocks.empty())
+        return blocks;
+    const std::vector<bool> referred = referredSlots(db);
+    std::erase_if(blocks, [&](std::uint32_t slot) { return referred[slot]; });
+    return blocks;
 }
 
 }  // namespace vk::dim

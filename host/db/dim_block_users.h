@@ -2,10 +2,12 @@
 // costs no walk over the drawing.
 #pragma once
 
+#include "host/base/api.h"
 #include "sdk/vcdb_object.h"
 
 #include <cstdint>
 #include <unordered_map>
+#include <unordered_set>
 
 class DatabaseCore;
 
@@ -29,5 +31,10 @@ private:
     std::uint64_t m_seen = 0;
     bool m_begun = false;
 };
+
+// The anonymous blocks of dimensions that were erased since the drawing was read, where nothing else refers to them. They
+// stay in the drawing, so that the dimensions can come back, and are left out of a file. What a file brought along that
+// nothing refers to is not among them.
+VKHOST_API std::unordered_set<std::uint32_t> abandonedBlocks(const DatabaseCore& db);
 
 }  // namespace vk::dim

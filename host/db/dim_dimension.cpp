@@ -146,6 +146,11 @@ Vcad::ErrorStatus VcDbDimension::explode(std::vector<VcDbEntity*>& pieces) const
 
 void VcDbDimension::useDefaultTextPosition() { change(m_flags, std::int16_t(m_flags & ~128), true); }
 
+void VcDbDimension::setArrowFlipped(bool second, bool flipped)
+{
+    change(second ? m_flipArrow2 : m_flipArrow1, std::int8_t(flipped), true);
+}
+
 // Picture
 
 void VcDbDimension::pictureMade(VcDbObjectId block, double measurement, const VcGePoint3d& textMiddle)

@@ -66,6 +66,7 @@ struct Drawing {
     double arrow = 0, gap = 0, textHeight = 0;  // scaled; the gap is never negative here
     bool hasBox = false;
     ArrowKind arrows[2];
+    bool flipped[2] = {false, false};  // a person has turned the arrow round
     geom::Frame frame;    // of the plane; the origin lies in it
     double horizontal = 0;  // of the X axis of the UCS that it was made in
     vktext::TextStyleSpec style;
@@ -83,6 +84,8 @@ struct Drawing {
     // How much of the dimension line an arrow takes up.
     double arrowRoom(int which) const { return arrows[which].reachesTip ? 0 : arrow; }
     double overshoot(int which) const { return arrows[which].reachesTip ? scaled(vars.dimdle) : 0; }
+    // Whether an arrow stands between the extension lines, where the fit wants all inside or all outside.
+    bool isInside(int which, bool fitsInside) const { return fitsInside != flipped[which]; }
     bool hasText() const { return !upper.isEmpty() || !lower.isEmpty(); }
 };
 

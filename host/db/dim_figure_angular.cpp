@@ -32,9 +32,10 @@ double arrowSweep(const Sector& s, double length)
 }
 
 // An arrow lies on the chord that it spans.
-void addArrow(const Drawing& d, Figure& figure, const Sector& s, bool atEnd, bool inside)
+void addArrow(const Drawing& d, Figure& figure, const Sector& s, bool atEnd, bool fitsInside)
 {
     const int which = atEnd != s.swapped;
+    const bool inside = d.isInside(which, fitsInside);
     if (which ? d.vars.dimsd2 : d.vars.dimsd1)
         return;
     const double at = atEnd ? s.end() : s.start, reach = arrowSweep(s, d.arrowLength(which));
@@ -50,10 +51,10 @@ void addArc(const Drawing& d, Figure& figure, const Sector& s, bool arrowsInside
 {
     const int first = s.swapped, second = !s.swapped;
     double from = s.start, to = s.end();
-    if (arrowsInside) {
-        from += d.arrows[first].reachesTip ? 0 : arrowSweep(s, d.arrow);
-        to -= d.arrows[second].reachesTip ? 0 : arrowSweep(s, d.arrow);
-    }
+    if (d.isInside(first, arrowsInside) && !d.arrows[first].reachesTip)
+        from += arrowSweep(s, d.arrow);
+    if (d.isInside(second, arrowsInside) && !d.arrows[second].reachesTip)
+        to -= arrowSweep(s, d.arrow);
     const bool noStart = first ? d.vars.dimsd2 : d.vars.dimsd1, noEnd = second ? d.vars.dimsd2 : d.vars.dimsd1;
     if (noStart)
         from = s.middle();

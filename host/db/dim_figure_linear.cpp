@@ -54,10 +54,11 @@ Line lineOf(const Drawing& d, const Given& given)
 
 double lineAngle(const Line& line) { return line.along.angle(); }
 
-// Outside arrows stand on stubs as long as themselves beyond their tails.
-void addArrows(const Drawing& d, Figure& figure, const Line& line, bool inside)
+// Outside arrows stand on stubs as long as themselves beyond their tails, and so do inside ones where no line runs between.
+void addArrows(const Drawing& d, Figure& figure, const Line& line, bool fitsInside, bool hasLine)
 {
     for (const int i : {0, 1}) {
+        const bool inside = d.isInside(i, fitsInside);
         const VcGeVector2d outward = i ? line.along : -line.along;
         if (i ? d.vars.dimsd2 : d.vars.dimsd1)
             continue;
@@ -65,8 +66,8 @@ void addArrows(const Drawing& d, Figure& figure, const Line& line, bool inside)
             continue;
         const VcGeVector2d pointing = inside ? outward : -outward;
         figure.arrows.push_back({line.feet[i], pointing.angle(), i == 1});
-        if (!inside && !d.arrows[i].reachesTip)
-            figure.strokes.push_back({line.feet[i] + outward * d.arrow, line.feet[i] + outward * (2 * d.arrow)});
+        if (!d.arrows[i].reachesTip && !(inside && hasLine))
+            figure.strokes.push_back({line.feet[i] - pointing * d.arrow, line.feet[i] - pointing * (2 * d.arrow)});
     }
 }
 
@@ -77,7 +78,7 @@ void addLine(const Drawing& d, Figure& figure, const Line& line, bool arrowsInsi
     VcGePoint2d ends[2];
     for (const int i : {0, 1}) {
         const VcGeVector2d outward = i ? line.along : -line.along;
-        ends[i] = line.feet[i] + outward * (arrowsInside ? d.overshoot(i) - d.arrowRoom(i) : d.overshoot(i));
+        ends[i] = line.feet[i] + outward * (d.isInside(i, arrowsInside) ? d.overshoot(i) - d.arrowRoom(i) : d.overshoot(i));
     }
     if (!d.vars.dimsd1 && !d.vars.dimsd2)
         figure.strokes.push_back({ends[0], ends[1]});
@@ -125,6 +126,7 @@ TextPlace besidePlace(const Drawing& d, Figure& figure, const Line& line, double
     const bool first = d.vars.dimjust == 1;
     const VcGeVector2d out = first ? -line.along : line.along;
     const VcGePoint2d foot = line.feet[first ? 0 : 1];
+    arrowsInside = d.isInside(!first, arrowsInside);
     const double stub = arrowsInside || d.arrows[!first].reachesTip ? d.arrow : 2 * d.arrow;
     const double off = textOffset(d, angle, lineAngle(line), false, line.away);
     const VcGePoint2d onLine = foot + out * (stub + d.gap + half);
@@ -167,7 +169,7 @@ void reachUserText(const Drawing& d, Figure& figure, const Line& line, const Tex
     const bool first = along < 0;
     const VcGeVector2d out = first ? -line.along : line.along;
     const double reach = (first ? -along : along - line.length) + (d.vars.dimtad == 0 ? 0 : half);
-    const double from = arrowsInside || d.arrows[!first].reachesTip ? 0 : 2 * d.arrow;
+    const double from = d.isInside(!first, arrowsInside) || d.arrows[!first].reachesTip ? 0 : 2 * d.arrow;
     if (reach > from)
         figure.strokes.push_back({line.feet[first ? 0 : 1] + out * from, line.feet[first ? 0 : 1] + out * reach});
 }
@@ -206,9 +208,9 @@ Figure linearFigure(Drawing& d, const VcDbDimension& dimension, bool inPaperSpac
     const double insideHalf = halfAlong(d, line, textAngle(d, line, true));
     const Fit fit = isInline(d) ? fitOf(d, line.length, 2 * insideHalf) : Fit{true, d.arrowRoom(0) + d.arrowRoom(1) <= line.length};
     const bool leader = !fit.textInside && d.vars.dimtmove == 1 && !d.userText;
-    addArrows(d, figure, line, fit.arrowsInside);
-    const bool forced = d.vars.dimtofl || leader || d.arrows[0].reachesTip || d.arrows[1].reachesTip;
-    if (fit.arrowsInside || forced)
+    const bool hasLine = fit.arrowsInside || d.vars.dimtofl || leader || d.arrows[0].reachesTip || d.arrows[1].reachesTip;
+    addArrows(d, figure, line, fit.arrowsInside, hasLine);
+    if (hasLine)
         addLine(d, figure, line, fit.arrowsInside);
 
     TextPlace place;

@@ -155,6 +155,23 @@ VcGePoint2d raised(const Drawing& d, const Round& r, const VcGePoint2d& middle, 
     return middle + left(unit(angle)) * textOffset(d, angle, angle, true, r.out);
 }
 
+// A person's turned arrow lies on the other side of the circle, on a line of its own; the line that it ended on goes through
+// to its tip.
+void flipArrows(const Drawing& d, Figure& figure)
+{
+    for (Arrow& arrow : figure.arrows) {
+        if (!d.flipped[arrow.second])
+            continue;
+        const VcGeVector2d pointing = unit(arrow.direction);
+        arrow.direction = turned(arrow.direction + kPi);
+        const double room = d.arrowRoom(arrow.second);
+        if (room <= 0)
+            continue;
+        figure.strokes.push_back({arrow.tip, arrow.tip - pointing * room});
+        figure.strokes.push_back({arrow.tip + pointing * room, arrow.tip + pointing * (2 * room)});
+    }
+}
+
 bool isInside(const Round& r, const VcGePoint2d& middle) { return middle.distanceTo(r.center) < r.radius; }
 
 Figure roundFigure(Drawing& d, const Round& r)
@@ -174,6 +191,7 @@ Figure roundFigure(Drawing& d, const Round& r)
     whole.middle = middle;
     whole.angle = angle;
     (inside ? drawInside : drawOutside)(d, figure, r, whole);
+    flipArrows(d, figure);
     clearBehindText(d, figure);
     return figure;
 }
@@ -249,6 +267,7 @@ Figure joggedFigure(Drawing& d, const VcDbRadialDimensionLarge& dimension, bool 
     figure.strokes.push_back({first, second});
     figure.strokes.push_back({second, chord - out * d.arrowRoom(1)});
     figure.arrows.push_back({chord, out.angle(), true});
+    flipArrows(d, figure);
     const double text = textAngle(d, out, true);
     const VcGePoint2d middle = second + (chord - second) * 0.5;
     const double off = textOffset(d, text, out.angle(), true, out);

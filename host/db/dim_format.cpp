@@ -171,8 +171,11 @@ private:
         return sign + toleranceNumber(std::abs(value));
     }
 
-    std::string stack(const std::string& over, const std::string& under) const
+    // The stroke of a fraction would part the stack before the sign that is to.
+    std::string stack(std::string over, std::string under) const
     {
+        replaceAll(over, "/", "\\/");
+        replaceAll(under, "/", "\\/");
         return fmt::format("{{\\H{:g}x;\\S{}^{};}}", m_vars.dimtfac > 0 ? m_vars.dimtfac : 1.0, over, under);
     }
 

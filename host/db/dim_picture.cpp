@@ -132,6 +132,8 @@ Drawing drawingFor(const VcDbDimension& dimension, DatabaseCore& db, bool inPape
     const VcDbObjectId first = d.vars.dimsah ? d.vars.dimblk1 : d.vars.dimblk, second = d.vars.dimsah ? d.vars.dimblk2 : d.vars.dimblk;
     d.arrows[0] = arrowKind(db, d.vars, first);
     d.arrows[1] = arrowKind(db, d.vars, second);
+    d.flipped[0] = dimension.isArrowFlipped(false);
+    d.flipped[1] = dimension.isArrowFlipped(true);
     d.lineSpacing = dimension.textLineSpacingFactor();
     d.exactSpacing = dimension.textLineSpacingStyle() == 2;
     takeTextStyle(d);
@@ -313,6 +315,8 @@ Picture pictureOf(const VcDbDimension& dimension)
     const Figure figure = figureOf(d, dimension, paper);
     Draughtsman(d, picture).draw(figure);
     picture.measurement = figure.measurement;
+    for (const Arrow& arrow : figure.arrows)
+        picture.arrows.emplace_back(d.frame.toWorld(VcGePoint3d(arrow.tip.x, arrow.tip.y, 0)), arrow.second);
     const VcGePoint2d& middle = figure.textMiddle;
     picture.textMiddle = d.frame.toWorld(VcGePoint3d(middle.x, middle.y, 0));
     return picture;

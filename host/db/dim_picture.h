@@ -14,6 +14,7 @@ struct Picture {
     std::vector<std::unique_ptr<VcDbEntity>> pieces;  // in no database, in world coordinates
     VcGePoint3d textMiddle;
     double measurement = 0;
+    std::vector<std::pair<VcGePoint3d, bool>> arrows;  // tips, and whether it is the second one
 };
 
 // Empty for a dimension that belongs to no drawing. Layer 0 and "by block" are left to whatever shows the picture.

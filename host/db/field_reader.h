@@ -7,15 +7,11 @@
 #pragma once
 
 #include "host/db/field_visitor.h"
-#include "host/db/presence.h"
-#include "host/db/problems.h"
-#include "host/db/tag.h"
-#include "host/db/text_codec.h"
+#include "host/db/group_values.h"
+#include "host/db/record_name_reader.h"
 
 #include <array>
-#include <memory>
 #include <span>
-#include <unordered_map>
 
 class DatabaseCore;
 struct UnclaimedGroups;
@@ -32,10 +28,12 @@ public:
     // After fields(): keeps with the object what no field has taken, and which groups stood at their default.
     void finish(VcDbObject& object);
     // When the whole file is read: the spelling of names that were used ahead of their records.
-    void settleSpellings();
+    void settleSpellings() { m_names.settle(); }
     bool tookAll() const { return m_taken == m_tags.size(); }
     // A value could not be understood, or a name that must be there is not: the chain is to be refused.
-    bool failed() const { return m_failed; }
+    bool failed() const { return m_values.failed(); }
+    // Values of single groups, for readers of what is no object.
+    GroupValues& values() { return m_values; }
 
     void subclass(const char* marker) override;
     bool hasSubclass(const char* marker) const override;
@@ -63,16 +61,9 @@ public:
     int peek() const override;
     void rest(TagList& groups) override;
 
-    // Values of single groups, for readers of what is no object: false, and a problem, when it cannot be understood.
-    bool realOf(const Tag& tag, double& value);
-    bool integerOf(const Tag& tag, std::int64_t& value);
-    bool handleOf(const Tag& tag, std::uint64_t& value);
-    void textOf(const Tag& tag, std::string& utf8);
-    bool bytesOf(const Tag& tag, std::string& bytes);
-    // Adds a group to a list by the kind of its code; what does not fit its kind stays a text.
-    void keep(const Tag& tag, TagList& list);
-
 private:
+    static constexpr unsigned kMostCalls = 126;
+    static constexpr unsigned kPassedOver = 127;  // the lead of an item whose class left it: not looked up again, and kept
     struct Window {
         std::string_view marker;
         std::uint32_t begin, end;
@@ -88,13 +79,6 @@ private:
         std::string_view marker;
         std::uint16_t occurrence;
     };
-    // A name that made its record, which may yet be read under another spelling.
-    struct EarlyName {
-        std::uint32_t object, record;
-        PresenceKey group;
-        std::uint32_t nth;
-    };
-    struct NameCache;
     struct LeftRun;
 
     void findWindows();
@@ -106,39 +90,28 @@ private:
     bool takePoint(int code, VcGePoint3d& value);
     bool takeOrdinates(int code, std::span<double> ordinates);
     void mark(Tag& tag);
-    bool atDefault(int code);
+    void atDefault(int code) { m_atDefault.push_back(keyOf(code)); }
     std::uint16_t profile();
+    PresenceKey keyOf(int code) const { return presenceKey(static_cast<int>(m_calls.size()) - 1, code); }
     bool recordOf(const Tag& tag, NameTable table, VcDbObjectId& id);
-    void noteSpelling(int code, VcDbObjectId record, const std::string& spelt);
     bool idOf(const Tag& tag, VcDbObjectId& id);
-    void wrong(const Tag& tag, const char* expected);
-    void noteMended(const Tag& tag, const char* what);
     std::vector<UnclaimedGroups> leftGroups();
     UnclaimedGroups& groupsAt(std::vector<UnclaimedGroups>& out, const LeftRun& run);
 
     DatabaseCore& m_db;
-    const TextDecoder* m_decoder;
-    ProblemLog* m_problems;
+    GroupValues m_values;
+    RecordNameReader m_names;
     std::span<Tag> m_tags;
-    std::uint64_t m_handle = 0;
     std::vector<Window> m_windows;
     std::vector<Call> m_calls;
     std::vector<Scope> m_outer;  // of the items that are open
     Scope m_scope{};
     int m_ordered = 0;
     std::size_t m_taken = 0;
-    bool m_failed = false;
     std::vector<PresenceKey> m_atDefault;
-    std::vector<KeptSpelling> m_spellings;
     struct SeenProfile {
         std::vector<PresenceKey> atDefault;
         std::uint16_t number = 0;
     };
     std::array<SeenProfile, 64> m_seenProfiles;  // by what they hold
-    GroupCounts m_nameCounts;
-    std::vector<EarlyName> m_earlyNames;
-    std::size_t m_earlyBefore = 0;  // how many of them belong to the objects before this one
-    std::unordered_map<std::uint32_t, std::string> m_earlySpellings;  // by the slot of the record
-    std::string m_scratch;
-    std::unique_ptr<NameCache> m_names;
 };

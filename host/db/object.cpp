@@ -9,27 +9,26 @@
 #include "sdk/vcdb_objects.h"
 #include "sdk/vcdb_tables.h"
 
-#include <cstdio>
-
 VCRX_DEFINE(VcDbObject, VcRxObject)
 
 // Handles and ids
 
-bool VcDbHandle::getIntoAsciiBuffer(char* buffer, std::size_t size) const
+template <class Char>
+static bool putHexadecimal(std::uint64_t value, Char* buffer, std::size_t size)
 {
-    return std::size_t(std::snprintf(buffer, size, "%llX", static_cast<unsigned long long>(m_value))) < size;
-}
-
-bool VcDbHandle::getIntoAsciiBuffer(wchar_t* buffer, std::size_t size) const
-{
-    char narrow[17];
-    getIntoAsciiBuffer(narrow, sizeof narrow);
-    const std::size_t length = std::char_traits<char>::length(narrow);
+    std::size_t length = 1;
+    for (std::uint64_t rest = value >> 4; rest; rest >>= 4)
+        ++length;
     if (length >= size)
         return false;
-    std::copy(narrow, narrow + length + 1, buffer);
+    buffer[length] = 0;
+    for (; length > 0; value >>= 4)
+        buffer[--length] = static_cast<Char>("0123456789ABCDEF"[value & 15]);
     return true;
 }
+
+bool VcDbHandle::getIntoAsciiBuffer(char* buffer, std::size_t size) const { return putHexadecimal(m_value, buffer, size); }
+bool VcDbHandle::getIntoAsciiBuffer(wchar_t* buffer, std::size_t size) const { return putHexadecimal(m_value, buffer, size); }
 
 bool VcDbObjectId::isValid() const
 {

@@ -15,12 +15,23 @@ struct Profile {
     auto operator<=>(const Profile&) const = default;
 };
 
-// Slots are written once, before their number is handed out, so that reading needs no lock.
+// Slots and the pages of slots are written once, before their number is handed out, so that reading needs no lock.
 struct Profiles {
+    static constexpr std::size_t kMost = 65536, kPage = 1024;
+
     std::mutex mutex;
     std::map<Profile, std::uint16_t> numbers;
-    std::array<const Profile*, 65536> byNumber{};
+    std::array<std::unique_ptr<const Profile*[]>, kMost / kPage> pages;
     std::size_t count = 1;
+
+    const Profile* at(std::size_t number) const { return pages[number / kPage][number % kPage]; }
+    void append(const Profile& profile)
+    {
+        auto& page = pages[count / kPage];
+        if (!page)
+            page = std::make_unique<const Profile*[]>(kPage);
+        page[count++ % kPage] = &profile;
+    }
 };
 
 // Texts of files make profiles without end; they leave half of the numbers to the groups, which are few.
@@ -42,16 +53,16 @@ std::uint16_t intern(Profile wanted)
         wanted.spellings.clear();
     if (const auto found = all.numbers.find(wanted); found != all.numbers.end())
         return found->second;
-    if (all.count == all.byNumber.size())
+    if (all.count == Profiles::kMost)
         return 0;
-    const auto made = all.numbers.emplace(std::move(wanted), static_cast<std::uint16_t>(all.count)).first;
-    all.byNumber[all.count] = &made->first;
-    return static_cast<std::uint16_t>(all.count++);
+    const auto number = static_cast<std::uint16_t>(all.count);
+    all.append(all.numbers.emplace(std::move(wanted), number).first->first);
+    return number;
 }
 
 const Profile* profileAt(std::uint16_t number)
 {
-    return number ? profiles().byNumber[number] : nullptr;
+    return number ? profiles().at(number) : nullptr;
 }
 
 }

@@ -5,6 +5,7 @@
 #include "host/db/extras.h"
 #include "host/db/reference_visitor.h"
 #include "sdk/vcdb_entity.h"
+#include "sdk/vcdb_objects.h"
 #include "sdk/vcdb_records.h"
 
 #include <utility>
@@ -39,11 +40,12 @@ namespace {
 class MarkReferred : public ReferenceVisitor {
 public:
     explicit MarkReferred(std::vector<bool>& marks) : m_marks(marks) {}
+    bool softOnesCount = true;
 
 protected:
     VcDbObjectId visit(VcDbObjectId id, RefKind kind) override
     {
-        const bool points = kind == RefKind::SoftPointer || kind == RefKind::HardPointer;
+        const bool points = kind == RefKind::HardPointer || (kind == RefKind::SoftPointer && softOnesCount);
         if (points && id.slot() < m_marks.size())
             m_marks[id.slot()] = true;
         return id;
@@ -84,10 +86,13 @@ bool isCurrent(const DatabaseCore& db, NameTable table, std::string_view name)
 
 }
 
+// What an application's record merely mentions, as a layer state does its layers, can still go.
 static void markReferencesOf(VcDbObject* object, MarkReferred& visitor)
 {
-    if (object && !object->isErased())
-        visitor.visitAll(*object);
+    if (!object || object->isErased())
+        return;
+    visitor.softOnesCount = !VcDbXrecord::cast(object);
+    visitor.visitAll(*object);
 }
 
 std::vector<bool> referredSlots(const DatabaseCore& db)

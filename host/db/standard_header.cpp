@@ -253,7 +253,8 @@ void ensureHeaderVariables(DatabaseCore& db, bool metric)
             vars.dimtxsty = db.findRecord(NameTable::TextStyle, "Standard");
             setHeaderDimVars(db, vars, true);
         }
-        if (row.name == std::string_view("$SKPOLY"))
+        // When an existing drawing was made cannot be known.
+        if (row.name == std::string_view("$SKPOLY") && !db.origin.fromFile)
             ensureTimes(header);
     }
     ensureGuids(header);

@@ -49,19 +49,37 @@ void UndoJournal::record(std::unique_ptr<UndoAction> action)
 
 std::size_t UndoJournal::mark()
 {
-    forgetRecorded();
+    forgetRecorded(m_changes.size());
     m_lastMark = m_changes.size();
     return m_lastMark;
 }
 
-void UndoJournal::forgetRecorded()
+void UndoJournal::forgetRecorded(std::size_t end)
 {
-    for (std::size_t i = m_lastMark; i < m_changes.size(); ++i)
+    for (std::size_t i = m_lastMark; i < end; ++i)
         if (VcDbObject* object = m_db.object(m_changes[i].id))
             object->m_recorded = false;
 }
 
-void UndoJournal::swapBack(Change& change)
+// Puts the other state in place and keeps the present one, which is built in the spare where that is of the same class.
+void UndoJournal::swapState(VcDbObject& object, std::unique_ptr<VcDbObject>& state, std::unique_ptr<VcDbObject>& spare)
+{
+    if (spare && spare->isA() == object.isA())
+        spare->assignFrom(object);
+    else
+        spare = object.copyOf();
+    const auto readers = object.m_readers;
+    const bool writing = object.m_writing, erased = object.m_erased;
+    object.assignFrom(*state);
+    object.m_readers = readers;
+    object.m_writing = writing;
+    object.m_erased = erased;  // erasing is journalled for itself
+    object.m_recorded = false;
+    object.stateRestored(*spare);
+    state.swap(spare);
+}
+
+void UndoJournal::swapBack(Change& change, std::unique_ptr<VcDbObject>& spare)
 {
     if (change.kind == Change::Kind::Action) {
         change.action->swap(m_db);
@@ -71,19 +89,8 @@ void UndoJournal::swapBack(Change& change)
     if (!object)
         return;
     m_db.noteChange(change.id.slot());
-    if (change.kind == Change::Kind::State) {
-        std::unique_ptr<VcDbObject> now = object->copyOf();
-        const auto readers = object->m_readers;
-        const bool writing = object->m_writing, erased = object->m_erased;
-        object->assignFrom(*change.state);
-        object->m_readers = readers;
-        object->m_writing = writing;
-        object->m_erased = erased;  // erasing is journalled for itself
-        object->m_recorded = false;
-        object->stateRestored(*now);
-        change.state = std::move(now);
-        return;
-    }
+    if (change.kind == Change::Kind::State)
+        return swapState(*object, change.state, spare);
     object->m_erased = !object->m_erased;
     object->m_recorded = false;
     object->erasedChanged();
@@ -93,13 +100,14 @@ void UndoJournal::rollback(std::size_t position) { rollbackKeeping(position); }
 
 UndoJournal::SpanPtr UndoJournal::rollbackKeeping(std::size_t position)
 {
-    forgetRecorded();
     SpanPtr span(new Span);
+    forgetRecorded(std::min(position, m_changes.size()));  // the others forget it as they are swapped
     if (position >= m_changes.size())
         return span;
     m_swapping = true;
+    std::unique_ptr<VcDbObject> spare;
     for (std::size_t i = m_changes.size(); i-- > position;)
-        swapBack(m_changes[i]);
+        swapBack(m_changes[i], spare);
     m_swapping = false;
     span->changes.assign(std::make_move_iterator(m_changes.begin() + position), std::make_move_iterator(m_changes.end()));
     m_changes.erase(m_changes.begin() + position, m_changes.end());
@@ -112,8 +120,9 @@ void UndoJournal::redo(SpanPtr span)
 {
     mark();
     m_swapping = true;
+    std::unique_ptr<VcDbObject> spare;
     for (Change& change : span->changes) {
-        swapBack(change);
+        swapBack(change, spare);
         m_changes.push_back(std::move(change));
     }
     m_swapping = false;
@@ -123,7 +132,7 @@ void UndoJournal::redo(SpanPtr span)
 
 void UndoJournal::clear()
 {
-    forgetRecorded();
+    forgetRecorded(m_changes.size());
     m_changes.clear();
     m_lastMark = 0;
 }

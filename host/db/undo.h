@@ -70,8 +70,10 @@ public:
     const VcDbObject* stateAt(std::size_t position, VcDbObjectId id) const;
 
 private:
-    void swapBack(Change& change);
-    void forgetRecorded();
+    void swapBack(Change& change, std::unique_ptr<VcDbObject>& spare);
+    static void swapState(VcDbObject& object, std::unique_ptr<VcDbObject>& state, std::unique_ptr<VcDbObject>& spare);
+    // Of the changes since the last mark, those ahead of the end.
+    void forgetRecorded(std::size_t end);
 
     DatabaseCore& m_db;
     std::vector<Change> m_changes;

@@ -10,8 +10,8 @@
 #include "sdk/vcdb_entity.h"
 #include "sdk/vcdb_tables.h"
 
+#include <array>
 #include <optional>
-#include <unordered_map>
 #include <unordered_set>
 
 namespace vk::edit {
@@ -59,17 +59,21 @@ public:
         const VcRxClass* cls = subject.entity().isA();
         if (cls == VcDbKeptEntity::desc())
             return fits(subject);
-        const auto [at, isNew] = m_known.try_emplace(cls, false);
-        if (isNew)
-            at->second = fits(subject);
-        return at->second;
+        Known& known = m_known[std::uintptr_t(cls) / sizeof(VcRxClass) % m_known.size()];
+        if (known.cls != cls)
+            known = {cls, fits(subject)};
+        return known.fits;
     }
 
 private:
     bool fits(Subject& subject) const { return m_pattern.matches(dxfNameOf(subject.entity())) == m_wanted; }
     NamePattern m_pattern;
     bool m_wanted;
-    mutable std::unordered_map<const VcRxClass*, bool> m_known;
+    struct Known {
+        const VcRxClass* cls = nullptr;
+        bool fits = false;
+    };
+    mutable std::array<Known, 64> m_known;  // the class seen last of those that share a place
 };
 
 // The layer or the linetype, as the set of records that fit.

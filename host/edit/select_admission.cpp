@@ -36,33 +36,37 @@ bool Admission::isElsewhere(const VcDbEntity& entity) const
     return top->isInLayout() && top->ownerId() != m_db.currentSpace();
 }
 
-std::vector<VcDbObjectId> Admission::of(const std::vector<VcDbObjectId>& ids, Tally& tally) const
+bool Admission::Pass::standsElsewhere(const VcDbEntity& entity)
 {
-    std::vector<VcDbObjectId> in;
-    VcDbObjectId lastOwner;  // what has one owner stands in one place
-    bool lastIsElsewhere = false;
-    const auto standsElsewhere = [&](const VcDbEntity& entity) {
-        if (entity.ownerId() != lastOwner) {
-            lastOwner = entity.ownerId();
-            lastIsElsewhere = isElsewhere(entity);
-        }
-        return lastIsElsewhere;
-    };
-    for (const VcDbObjectId id : ids) {
-        auto* entity = m_db.liveAs<VcDbEntity>(id);
-        ++tally.found;
-        if (!entity)
-            ++tally.gone;
-        else if (standsElsewhere(*entity))
-            ++tally.elsewhere;
-        else if (m_request.filter && !m_request.filter->accepts(*entity))
-            ++tally.filtered;
-        else if (m_request.leavesLocked && m_layers.isLocked(entity->layerId()))
-            ++tally.locked;
-        else
-            in.push_back(id);
+    if (entity.ownerId() != m_lastOwner) {
+        m_lastOwner = entity.ownerId();
+        m_lastIsElsewhere = m_admission.isElsewhere(entity);
     }
-    return in;
+    return m_lastIsElsewhere;
+}
+
+bool Admission::Pass::admits(VcDbEntity& entity)
+{
+    const SelectRequest& request = m_admission.m_request;
+    ++m_tally.found;
+    if (standsElsewhere(entity))
+        ++m_tally.elsewhere;
+    else if (request.filter && !request.filter->accepts(entity))
+        ++m_tally.filtered;
+    else if (request.leavesLocked && m_admission.m_layers.isLocked(entity.layerId()))
+        ++m_tally.locked;
+    else
+        return true;
+    return false;
+}
+
+bool Admission::Pass::admits(VcDbObjectId id)
+{
+    if (auto* entity = m_admission.m_db.liveAs<VcDbEntity>(id))
+        return admits(*entity);
+    ++m_tally.found;
+    ++m_tally.gone;
+    return false;
 }
 
 GroupMembers::GroupMembers(const DatabaseCore& db)
@@ -102,8 +106,11 @@ std::shared_ptr<SelectionSet> admitted(Editor& ed, const SelectRequest& request,
 {
     Tally tally;
     auto set = std::make_shared<SelectionSet>();
-    for (const VcDbObjectId id : Admission(ed, request).of(from, tally))
-        set->add(id);
+    const Admission admission(ed, request);
+    Admission::Pass pass(admission, tally);
+    for (const VcDbObjectId id : from)
+        if (pass.admits(id))
+            set->add(id);
     const std::string leftOut = tally.leftOut();
     if (!quiet)
         ed.printLine(fmt::format("{} found{}", set->size(), leftOut.empty() ? "" : " (" + leftOut + ")"));

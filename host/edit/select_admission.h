@@ -20,8 +20,21 @@ struct Tally {
 class Admission {
 public:
     Admission(Editor& editor, const SelectRequest& request);
-    // Those of the objects that may come in, counted.
-    std::vector<VcDbObjectId> of(const std::vector<VcDbObjectId>& ids, Tally& tally) const;
+
+    // Judges the objects of one line one by one, and counts them.
+    class Pass {
+    public:
+        Pass(const Admission& admission, Tally& tally) : m_admission(admission), m_tally(tally) {}
+        bool admits(VcDbEntity& entity);
+        bool admits(VcDbObjectId id);
+
+    private:
+        bool standsElsewhere(const VcDbEntity& entity);
+        const Admission& m_admission;
+        Tally& m_tally;
+        VcDbObjectId m_lastOwner;  // what has one owner stands in one place
+        bool m_lastIsElsewhere = false;
+    };
 
 private:
     bool isElsewhere(const VcDbEntity& entity) const;

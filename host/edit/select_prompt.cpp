@@ -40,7 +40,8 @@ private:
     void listChoices();
 
     void take(const Ids& ids, bool withGroups);
-    void add(const Ids& ids);
+    template <class ForEachFound>
+    void add(ForEachFound&& forEachFound);
     void remove(const Ids& ids);
     void undo();
 
@@ -243,21 +244,27 @@ void Selector::take(const Ids& ids, bool withGroups)
     const bool groups = withGroups && (m_ed.vars().integer("PICKSTYLE") & 1) != 0;
     const Ids found = groups ? GroupMembers(m_ed.db()).expanded(ids) : ids;
     if (m_removing)
-        remove(found);
-    else
-        add(found);
+        return remove(found);
+    add([&](Admission::Pass& pass, auto&& take) {
+        for (const VcDbObjectId id : found)
+            if (pass.admits(id))
+                take(id);
+    });
 }
 
-void Selector::add(const Ids& ids)
+// forEachFound(pass, take) has the pass judge what one line has found and takes what it admits.
+template <class ForEachFound>
+void Selector::add(ForEachFound&& forEachFound)
 {
     Tally tally;
     Change change{{}, true};
-    for (const VcDbObjectId id : m_admission.of(ids, tally)) {
+    Admission::Pass pass(m_admission, tally);
+    forEachFound(pass, [&](VcDbObjectId id) {
         if (m_set->add(id))
             change.ids.push_back(id);
         else
             ++tally.duplicate;
-    }
+    });
     m_tookSomething = !change.ids.empty();
     const std::string leftOut = tally.leftOut();
     m_ed.printLine(fmt::format("{} found{}, {} total", tally.found, leftOut.empty() ? "" : " (" + leftOut + ")", m_set->size()));
@@ -425,19 +432,36 @@ void Selector::crossingPolygon()
 // Frozen and locked layers are left out without a word: nobody meant them.
 void Selector::all()
 {
+    constexpr std::size_t kAhead = 16;
     const DatabaseCore& db = m_ed.db();
     const SeenLayers layers = SeenLayers::of(m_ed);
     const auto* space = db.objectAs<VcDbBlockTableRecord>(db.currentSpace());
-    Ids ids;
-    for (const std::uint32_t slot : space->memberSlots()) {
-        const auto* entity = VcDbEntity::cast(db.objectAt(slot));
-        if (!entity || entity->isErased())
-            continue;
-        const VcDbObjectId layer = entity->layerId();
-        if (!layers.isFrozen(layer) && !layers.isLocked(layer))
-            ids.push_back(entity->objectId());
+    const auto forEach = [&](auto&& found) {
+        const auto& slots = space->memberSlots();
+        for (std::size_t i = 0; i < slots.size(); ++i) {
+            // The walk waits for memory more than for anything else.
+            if (i + kAhead < slots.size())
+                __builtin_prefetch(db.objectAt(slots[i + kAhead]));
+            auto* entity = VcDbEntity::cast(db.objectAt(slots[i]));
+            if (!entity || entity->isErased())
+                continue;
+            const VcDbObjectId layer = entity->layerId();
+            if (!layers.isFrozen(layer) && !layers.isLocked(layer))
+                found(*entity);
+        }
+    };
+    if (m_removing) {
+        Ids ids;
+        forEach([&](const VcDbEntity& entity) { ids.push_back(entity.objectId()); });
+        return remove(ids);
     }
-    take(ids, false);
+    // A drawing may be large: it is walked once.
+    add([&](Admission::Pass& pass, auto&& take) {
+        forEach([&](VcDbEntity& entity) {
+            if (pass.admits(entity))
+                take(entity.objectId());
+        });
+    });
 }
 
 void Selector::last()
@@ -478,15 +502,6 @@ void Selector::group()
 }
 
 SelectResult selectByPrompt(Editor& ed, const SelectRequest& request) { return Selector(ed, request).run(); }
-
-std::vector<VcDbObjectId> allEntities(const DatabaseCore& db)
-{
-    Ids ids;
-    for (const std::uint32_t slot : db.mainOrder())
-        if (const VcDbObject* object = db.objectAt(slot); object && !object->isErased())
-            ids.push_back(object->objectId());
-    return ids;
-}
 
 VcDbObjectId lastSeen(Editor& ed)
 {

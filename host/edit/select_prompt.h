@@ -53,8 +53,6 @@ std::shared_ptr<SelectionSet> admitted(Editor& editor, const SelectRequest& requ
 // The set that was picked before the command, and is used up by that: null where there is none that serves.
 std::shared_ptr<SelectionSet> takePickFirst(Editor& editor, const SelectRequest& request);
 
-// Every entity of every layout, in the order of the drawing.
-std::vector<VcDbObjectId> allEntities(const DatabaseCore& db);
 // The last object made in the current space that can be seen; null when there is none.
 VcDbObjectId lastSeen(Editor& editor);
 

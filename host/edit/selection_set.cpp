@@ -2,32 +2,75 @@
 
 namespace vk::edit {
 
+std::size_t SelectionSet::home(VcDbObjectId id) const
+{
+    const std::uint64_t hash = std::hash<VcDbObjectId>()(id) * 0x9e3779b97f4a7c15u;
+    return std::size_t(hash >> 32) & (m_places.size() - 1);
+}
+
+std::size_t SelectionSet::placeOf(VcDbObjectId id) const
+{
+    std::size_t place = home(id);
+    while (m_places[place] && m_ids[m_places[place] - 1] != id)
+        place = (place + 1) & (m_places.size() - 1);
+    return place;
+}
+
+void SelectionSet::grow()
+{
+    ids();
+    m_places.assign(std::max<std::size_t>(16, m_places.size() * 2), 0);
+    for (std::size_t i = 0; i < m_ids.size(); ++i)
+        m_places[placeOf(m_ids[i])] = std::uint32_t(i + 1);
+}
+
 bool SelectionSet::add(VcDbObjectId id)
 {
-    if (id.isNull() || !m_places.emplace(id, m_ids.size()).second)
+    if (id.isNull())
+        return false;
+    if (m_ids.size() > 2 * m_size + 64)
+        compact();
+    if ((m_size + 1) * 2 > m_places.size())
+        grow();
+    std::uint32_t& index = m_places[placeOf(id)];
+    if (index)
         return false;
     m_ids.push_back(id);
+    index = std::uint32_t(m_ids.size());
+    ++m_size;
     return true;
 }
 
 bool SelectionSet::remove(VcDbObjectId id)
 {
-    const auto found = m_places.find(id);
-    if (found == m_places.end())
+    if (!has(id))
         return false;
-    if (found->second + 1 == m_ids.size()) {
+    const std::size_t place = placeOf(id), index = m_places[place] - 1;
+    freePlace(place);
+    if (index + 1 == m_ids.size())
         m_ids.pop_back();
-    } else {
-        m_ids[found->second] = {};
-        m_hasHoles = true;
-    }
-    m_places.erase(found);
+    else
+        m_ids[index] = {};
+    --m_size;
     return true;
+}
+
+// Members behind the freed place move up when a look-up would no longer come to them.
+void SelectionSet::freePlace(std::size_t place)
+{
+    const std::size_t mask = m_places.size() - 1;
+    for (std::size_t next = (place + 1) & mask; m_places[next]; next = (next + 1) & mask) {
+        if (((next - home(m_ids[m_places[next] - 1])) & mask) < ((next - place) & mask))
+            continue;
+        m_places[place] = m_places[next];
+        place = next;
+    }
+    m_places[place] = 0;
 }
 
 const std::vector<VcDbObjectId>& SelectionSet::ids() const
 {
-    if (m_hasHoles)
+    if (m_ids.size() != m_size)
         compact();
     return m_ids;
 }
@@ -36,15 +79,18 @@ void SelectionSet::clear()
 {
     m_ids.clear();
     m_places.clear();
-    m_hasHoles = false;
+    m_size = 0;
 }
 
 void SelectionSet::compact() const
 {
-    std::erase_if(m_ids, [](VcDbObjectId id) { return id.isNull(); });
-    for (std::size_t i = 0; i < m_ids.size(); ++i)
-        m_places[m_ids[i]] = i;
-    m_hasHoles = false;
+    for (std::size_t from = 0, to = 0; from < m_ids.size(); ++from) {
+        if (m_ids[from].isNull())
+            continue;
+        m_places[placeOf(m_ids[from])] = std::uint32_t(to + 1);
+        m_ids[to++] = m_ids[from];
+    }
+    m_ids.resize(m_size);
 }
 
 // Names: the slot, negative so that no entity's name is taken for a set's, and the slot's generation.

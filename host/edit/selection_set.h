@@ -5,7 +5,6 @@
 #include "sdk/vcdb_object.h"
 
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 namespace vk::edit {
@@ -14,18 +13,25 @@ class VKHOST_API SelectionSet {
 public:
     bool add(VcDbObjectId id);  // false when it is a member already
     bool remove(VcDbObjectId id);
-    bool has(VcDbObjectId id) const { return m_places.contains(id); }
-    std::size_t size() const { return m_places.size(); }
-    bool empty() const { return m_places.empty(); }
+    bool has(VcDbObjectId id) const { return m_size && m_places[placeOf(id)]; }
+    std::size_t size() const { return m_size; }
+    bool empty() const { return m_size == 0; }
     // Members in order.
     const std::vector<VcDbObjectId>& ids() const;
     void clear();
 
 private:
+    std::size_t home(VcDbObjectId id) const;
+    // Of the member, or the free place where it would come.
+    std::size_t placeOf(VcDbObjectId id) const;
+    void grow();
+    void freePlace(std::size_t place);
     void compact() const;
+
     mutable std::vector<VcDbObjectId> m_ids;  // a removed member leaves a null until the next look
-    mutable std::unordered_map<VcDbObjectId, std::size_t> m_places;
-    mutable bool m_hasHoles = false;
+    // A hash table with open addressing: indices into m_ids from 1, 0 where nothing is. A power of two, at most half full.
+    mutable std::vector<std::uint32_t> m_places;
+    std::size_t m_size = 0;
 };
 
 // Sets that modules and Lisp hold by name. A name says its slot and its generation, so that a freed one is refused.

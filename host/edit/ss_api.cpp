@@ -164,11 +164,12 @@ SetPtr wholeDrawing(const Editor& ed, const SelectRequest& request)
     auto set = std::make_shared<SelectionSet>();
     const DatabaseCore& db = ed.db();
     const SeenLayers layers(db, {});
-    for (const VcDbObjectId id : allEntities(db)) {
-        auto* entity = db.objectAs<VcDbEntity>(id);
-        const bool locked = request.leavesLocked && layers.isLocked(entity->layerId());
-        if (!locked && (!request.filter || request.filter->accepts(*entity)))
-            set->add(id);
+    for (const std::uint32_t slot : db.mainOrder()) {
+        auto* entity = VcDbEntity::cast(db.objectAt(slot));
+        if (!entity || entity->isErased() || (request.leavesLocked && layers.isLocked(entity->layerId())))
+            continue;
+        if (!request.filter || request.filter->accepts(*entity))
+            set->add(entity->objectId());
     }
     return set;
 }

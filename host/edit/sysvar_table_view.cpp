@@ -159,7 +159,8 @@ static constexpr SysVarDef kRows[] = {
     {"TREEMAX", Long, Profile, rw, "10000000", between(0, 2147483647),
      "The largest number of nodes that the spatial index may have, to bound its memory."},
     {"UCSAXISANG", Real, Profile, rw, "1.5707963267948966", kNotZero,
-     "The angle by which UCS turns about an axis when none is given, in radians; 90 degrees at first."},
+     "The angle by which UCS turns about an axis when none is given: in radians, or a whole number of degrees where a "
+     "program or a dialog gives one. 90 degrees at first."},
     {"UCSBASE", String, Drawing, rw, "", kAny,
      "The named UCS from which the six orthographic ones are measured. Empty is the world.", "$UCSBASE", 2},
     {"UCSDETECT", Short, Profile, rw, "1", kFlag,

@@ -28,6 +28,9 @@ bool outlivesDrawing(std::string_view name)
     return std::find(std::begin(kNames), std::end(kNames), name) != std::end(kNames) || name.starts_with("USERS");
 }
 
+// In radians; a whole number is degrees, which is how dialogs and the scripts they save give it.
+constexpr std::string_view kWholeDegrees = "UCSAXISANG";
+
 // An integer serves as a real, a 2D point as a 3D one; nothing else is bent.
 std::optional<SysVarValue> fitted(const SysVarDef& def, const SysVarValue& value)
 {
@@ -41,7 +44,7 @@ std::optional<SysVarValue> fitted(const SysVarDef& def, const SysVarValue& value
         return std::nullopt;
     case SysVarType::Real:
         if (const auto* i = std::get_if<std::int32_t>(&value))
-            return double(*i);
+            return def.name == kWholeDegrees ? *i * M_PI / 180 : double(*i);
         return std::holds_alternative<double>(value) ? std::optional(value) : std::nullopt;
     case SysVarType::String:
         return std::holds_alternative<std::string>(value) ? std::optional(value) : std::nullopt;
@@ -127,8 +130,11 @@ void SysVars::force(std::string_view name, const SysVarValue& value)
         if (setDrawingSysVar(m_editor.db(), *def, value))
             return;
     } else if (def->home == SysVarHome::Profile) {
+        const std::string text = printSysVar(value);
+        if (printSysVar(*get(name)) == text)
+            return;  // settings are safe on the disk after each change, which takes its time
         m_values->profile[def->name] = value;
-        userSettings().write(variablesKey(), def->name, SettingValue::ofText(printSysVar(value)));
+        userSettings().write(variablesKey(), def->name, SettingValue::ofText(text));
         return;
     }
     m_values->session[def->name] = value;

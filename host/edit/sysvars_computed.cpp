@@ -163,19 +163,13 @@ SetVarResult setTileMode(Editor& ed, std::int32_t value)
 {
     const DatabaseCore& db = ed.db();
     VcDbLayout* layout = layoutOfBlock(db, value ? db.modelSpace() : db.paperSpace());
-    if (!layout)
-        return SetVarResult::Refused;
-    showLayout(ed, *layout);
-    return SetVarResult::Done;
+    return layout && showLayout(ed, *layout) ? SetVarResult::Done : SetVarResult::Refused;
 }
 
 SetVarResult setTab(Editor& ed, const std::string& name)
 {
     VcDbLayout* layout = layoutNamed(ed.db(), name);
-    if (!layout)
-        return SetVarResult::Refused;
-    showLayout(ed, *layout);
-    return SetVarResult::Done;
+    return layout && showLayout(ed, *layout) ? SetVarResult::Done : SetVarResult::Refused;
 }
 
 }
@@ -200,13 +194,13 @@ std::optional<SetVarResult> setSpecialSysVar(Editor& ed, const SysVarDef& def, c
     }
     if (name == "TILEMODE")
         return setTileMode(ed, std::get<std::int32_t>(value));
-    if (name == "CECOLOR" && !setDrawingSysVar(ed.db(), def, value))
-        return SetVarResult::OutOfRange;
+    if (name == "CECOLOR" || name == "CPLOTSTYLE")
+        return setDrawingSysVar(ed.db(), def, value) ? SetVarResult::Done : SetVarResult::OutOfRange;
     if (name == "CTAB")
         return setTab(ed, std::get<std::string>(value));
     if (name == "CVPORT")
         return setCurrentViewport(ed, std::get<std::int32_t>(value)) ? SetVarResult::Done : SetVarResult::Refused;
-    return name == "CECOLOR" ? std::optional(SetVarResult::Done) : std::nullopt;
+    return std::nullopt;
 }
 
 }

@@ -45,11 +45,38 @@ std::optional<std::int64_t> colourIndex(std::string_view text)
     return index && *index >= 0 && *index <= 256 ? index : std::nullopt;
 }
 
+constexpr int kPlotStyleCode = 380;
+constexpr const char* kPlotStyles[] = {"ByLayer", "ByBlock", "Normal"};
+
+// Where plot styles go by colour there is but one.
+std::string plotStyleText(const DatabaseCore& db, const std::string& name)
+{
+    if (db.header().integer("$PSTYLEMODE", 1) != 0)
+        return "ByColor";
+    const std::int64_t type = db.header().integer(name, 0);
+    return kPlotStyles[type >= 0 && type < std::ssize(kPlotStyles) ? type : 2];
+}
+
+bool setPlotStyle(DatabaseCore& db, const std::string& name, const std::string& text)
+{
+    if (equalNoCase(text, plotStyleText(db, name)))
+        return true;
+    const auto style = std::ranges::find_if(kPlotStyles, [&](const char* each) { return equalNoCase(text, each); });
+    if (db.header().integer("$PSTYLEMODE", 1) != 0 || style == std::end(kPlotStyles))
+        return false;
+    db.header().setInteger(name, kPlotStyleCode, style - kPlotStyles);
+    return true;
+}
+
 // A name that the file gives as a handle.
 std::string recordNameOf(const DatabaseCore& db, std::uint64_t handle)
 {
-    const auto* record = db.objectAs<VcDbSymbolTableRecord>(db.findHandle(handle));
-    return record ? record->nameUtf8() : std::string();
+    const VcDbObjectId id = db.findHandle(handle);
+    const auto* object = db.objectAs<VcDbObject>(id);
+    if (const auto* record = VcDbSymbolTableRecord::cast(object))
+        return record->nameUtf8();
+    const auto* dictionary = object ? db.liveAs<VcDbDictionary>(object->ownerId()) : nullptr;
+    return dictionary ? dictionary->nameOf(id) : std::string();
 }
 
 bool isHandleCode(int code) { return code >= 320 && code <= 369; }
@@ -59,13 +86,16 @@ std::optional<SysVarValue> headerText(const DatabaseCore& db, const SysVarDef& d
 {
     if (def.headerCode == 62)
         return colourText(db.header().integer(name, 256));
+    if (def.headerCode == kPlotStyleCode)
+        return plotStyleText(db, name);
     if (isHandleCode(def.headerCode))
         return recordNameOf(db, db.header().handle(name));
     if (isIntegerCode(def.headerCode)) {
         const std::int64_t code = db.header().integer(name, 0);
+        if (code <= 0)
+            return std::nullopt;
         std::string text;
-        if (code > 0)
-            appendUtf8(text, char32_t(code));
+        appendUtf8(text, char32_t(code));
         return text;
     }
     return db.header().text(name, "");
@@ -104,6 +134,8 @@ bool setHeaderText(DatabaseCore& db, const SysVarDef& def, const std::string& na
             db.header().setInteger(name, 62, *index);
         return index.has_value();
     }
+    if (def.headerCode == kPlotStyleCode)
+        return setPlotStyle(db, name, text);
     if (isHandleCode(def.headerCode))
         return false;
     if (isIntegerCode(def.headerCode)) {

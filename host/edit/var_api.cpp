@@ -40,7 +40,7 @@ void fill(resbuf& node, const SysVarDef& def, const SysVarValue& value)
         node.restype = RTSTR;
         node.resval.rstring = heapStringFromUtf8(*s);
     } else if (const auto* p2 = std::get_if<VcGePoint2d>(&value)) {
-        fillPoint(node, RT3DPOINT, p2->x, p2->y, 0);
+        fillPoint(node, RTPOINT, p2->x, p2->y, 0);
     } else {
         const auto& p = std::get<VcGePoint3d>(value);
         fillPoint(node, RT3DPOINT, p.x, p.y, p.z);

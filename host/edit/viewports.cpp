@@ -5,6 +5,7 @@
 #include "host/edit/editor.h"
 #include "host/edit/sysvars.h"
 #include "sdk/vcdb_layout.h"
+#include "sdk/vcdb_tables.h"
 #include "sdk/vcdb_viewport.h"
 
 namespace vk::edit {
@@ -107,9 +108,11 @@ VcDbLayout* currentLayout(const Editor& editor)
     return layoutOfBlock(db, isOnSheet(editor) ? db.paperSpace() : db.modelSpace());
 }
 
-void showLayout(Editor& editor, VcDbLayout& layout)
+bool showLayout(Editor& editor, VcDbLayout& layout)
 {
     DatabaseCore& db = editor.db();
+    if (!db.liveAs<VcDbBlockTableRecord>(layout.getBlockTableRecordId()))
+        return false;
     leaveViewport(editor);
     const bool model = isModelLayout(db, layout);
     if (!model) {
@@ -117,6 +120,7 @@ void showLayout(Editor& editor, VcDbLayout& layout)
         sheetViewport(db, layout.getBlockTableRecordId());
     }
     editor.vars().force("TILEMODE", std::int32_t(model));
+    return true;
 }
 
 }

@@ -28,6 +28,6 @@ VKHOST_API void leaveViewport(Editor& editor);
 // The layout whose tab is shown.
 VKHOST_API VcDbLayout* currentLayout(const Editor& editor);
 // Shows a tab; a sheet begins in its paper space.
-VKHOST_API void showLayout(Editor& editor, VcDbLayout& layout);
+VKHOST_API bool showLayout(Editor& editor, VcDbLayout& layout);
 
 }  // namespace vk::edit

@@ -72,7 +72,6 @@ private:
     bool m_stopped = false;       // refused or cancelled
     bool m_sectionOpen = false;
     std::size_t m_recordCount = 0;
-    std::uint64_t m_seed = 1;     // above every handle of the file, as far as it says
 
     VcDbBlockTableRecord* m_block = nullptr;  // whose BLOCK has been read
     VcDbEntity* m_parent = nullptr;           // whose sub-entities may follow
@@ -82,4 +81,5 @@ private:
     VcDbBlockTableRecord* m_lastOwnerBlock = nullptr;
     std::uint32_t m_objectOrder = 0;
     std::vector<VcDbObject*> m_orphans;  // objects that no owner was given for
+    std::vector<VcDbObjectId> m_madeTables;  // which get their handles when those of the file are all known
 };

@@ -111,9 +111,12 @@ void DxfReader::readTables()
 
 void DxfReader::ensureTables()
 {
-    for (const TableKind& kind : kTables)
-        if (m_db.tableId(kind.table).isNull())
-            m_db.tableId(kind.table) = m_db.add(kind.create(), {});
+    for (const TableKind& kind : kTables) {
+        if (!m_db.tableId(kind.table).isNull())
+            continue;
+        m_db.tableId(kind.table) = m_db.addWithoutHandle(kind.create(), {});
+        m_madeTables.push_back(m_db.tableId(kind.table));
+    }
 }
 
 void DxfReader::declareTable(TableEntry& entry)
@@ -125,7 +128,7 @@ void DxfReader::declareTable(TableEntry& entry)
         id = m_objects->place(entry.kind->create(), entry.parts, {}, entry.record.line);
     entry.object = m_db.object(id);
     for (const Tag& tag : entry.parts.body)
-        if (std::int64_t count = 0; tag.code == 70 && m_objects->fields().integerOf(tag, count)) {
+        if (std::int64_t count = 0; tag.code == 70 && m_objects->values().integer(tag, count)) {
             m_db.origin.tableCounts[static_cast<int>(entry.kind->table)].stated = count;
             break;
         }
@@ -139,7 +142,7 @@ void DxfReader::declareRecord(TableEntry& entry, VcDbObjectId tableId)
     std::string name;
     for (const Tag& tag : entry.parts.body)
         if (tag.code == 2) {
-            m_objects->fields().textOf(tag, name);
+            m_objects->values().text(tag, name);
             break;
         }
     const VcDbObjectId known = table.find(name);
@@ -183,7 +186,7 @@ void DxfReader::beginBlock()
     std::string name;
     for (const Tag& tag : parts.body)
         if (tag.code == 2) {
-            m_objects->fields().textOf(tag, name);
+            m_objects->values().text(tag, name);
             break;
         }
     m_block = &blockFor(spaceName(name), parts.owner);

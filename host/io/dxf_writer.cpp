@@ -2,9 +2,12 @@
 
 #include "host/base/unicode.h"
 #include "host/db/database.h"
+#include "host/db/dim_block_users.h"
 #include "host/db/kept_object.h"
+#include "host/db/standard_header.h"
 #include "host/io/downgrade.h"
 #include "host/io/header_versions.h"
+#include "sdk/vcdb_database.h"
 #include "sdk/vcdb_insert.h"
 #include "sdk/vcdb_layout.h"
 #include "sdk/vcdb_polylines.h"
@@ -34,9 +37,12 @@ struct DxfWriter::TableRow {
 };
 
 DxfWriter::DxfWriter(DatabaseCore& db, DxfVersion version, GroupSink& sink, const WriteOptions& options, WriteResult& result)
-    : m_db(db), m_version(version), m_sink(sink), m_options(options), m_result(result), m_objects(db, version, sink)
+    : m_db(db), m_version(version), m_sink(sink), m_options(options), m_result(result), m_objects(db, version, sink),
+      m_abandoned(vk::dim::abandonedBlocks(db))
 {
     m_hasHandles = !isLegacy() || !db.origin.fromFile || db.origin.version >= DxfVersion::R13 || db.origin.hasHandles;
+    if (!m_hasHandles)
+        m_objects.setIdentity({false, false});
 }
 
 bool DxfWriter::write()
@@ -118,10 +124,27 @@ void DxfWriter::reserveHandles()
     }
 }
 
+// What a file of R12 or older leaves out of its header is assumed on reading. A copy leaves it out as well, as long as nobody
+// has set it: null where nothing is left out.
+std::unique_ptr<VcDbDatabase> DxfWriter::assumedHeader() const
+{
+    if (!isLegacy() || m_db.origin.version != m_version || m_db.origin.headerEntries == 0)
+        return nullptr;
+    auto assumed = std::make_unique<VcDbDatabase>(false);
+    assumed->core().origin.fromFile = true;
+    ensureHeaderVariables(assumed->core(), m_db.header().integer("$MEASUREMENT", 0) == 1);
+    return assumed;
+}
+
 void DxfWriter::header()
 {
     beginSection("HEADER");
     const bool sameRelease = m_db.origin.fromFile && m_db.origin.version == m_version;
+    const auto assumed = assumedHeader();
+    const auto isAssumed = [&](const HeaderVars::Entry& entry) {
+        const TagList* plain = assumed ? assumed->core().header().find(entry.name) : nullptr;
+        return plain && *plain == entry.tags;
+    };
     const auto& entries = m_db.header().entries();
     const auto put = [&](std::string_view name, const TagList& tags) {
         m_sink.text(9, name);
@@ -135,7 +158,7 @@ void DxfWriter::header()
         const HeaderVars::Entry& entry = entries[i];
         const std::string_view name = std::string_view(entry.name).substr(0, entry.name.find('#'));
         const bool fromFile = sameRelease && i < m_db.origin.headerEntries;
-        if (!entry.live || (!fromFile && headerVariableSince(name) > m_version))
+        if (!entry.live || (!fromFile && (headerVariableSince(name) > m_version || isAssumed(entry))))
             continue;
         TagList changed;
         if (name == "$ACADVER")
@@ -210,11 +233,11 @@ void DxfWriter::tables()
         if (isLegacy() && row.table == NameTable::Block)
             continue;
         VcDbSymbolTable& table = m_db.table(row.table);
-        std::vector<VcDbObjectId> live = table.records();
+        std::vector<VcDbObjectId> live = row.table == NameTable::Block ? blockRecords() : table.records();
         if (isLegacy() && row.table == NameTable::Linetype)
             std::erase_if(live, [&](VcDbObjectId id) { return isAbstractLinetype(m_db, id); });
         const auto& count = m_db.origin.tableCounts[static_cast<int>(row.table)];
-        const bool untouched = count.stated >= 0 && count.read == table.records().size();
+        const bool untouched = count.stated >= 0 && count.read == table.records().size() && m_abandoned.empty();
         CountSink counted(m_sink, untouched ? count.stated : static_cast<std::int64_t>(live.size()));
         ObjectWriter(m_db, m_version, counted).writeTable(table, row.name, isLegacy());
         for (const VcDbObjectId id : live) {
@@ -226,10 +249,17 @@ void DxfWriter::tables()
     endSection();
 }
 
+std::vector<VcDbObjectId> DxfWriter::blockRecords() const
+{
+    std::vector<VcDbObjectId> records = m_db.table(NameTable::Block).records();
+    std::erase_if(records, [&](VcDbObjectId id) { return m_abandoned.contains(id.slot()); });
+    return records;
+}
+
 void DxfWriter::blocks()
 {
     beginSection("BLOCKS");
-    for (const VcDbObjectId id : m_db.table(NameTable::Block).records())
+    for (const VcDbObjectId id : blockRecords())
         block(*m_db.objectAs<VcDbBlockTableRecord>(id));
     endSection();
 }

@@ -5,8 +5,11 @@
 #include "host/io/group_output.h"
 #include "host/io/object_writer.h"
 
+#include <unordered_set>
+
 class DatabaseCore;
 class VcDbBlockTableRecord;
+class VcDbDatabase;
 class VcDbEntity;
 struct KeptSection;
 
@@ -21,10 +24,12 @@ private:
 
     void beginSection(const char* name);
     void endSection();
+    std::unique_ptr<VcDbDatabase> assumedHeader() const;
     void header();
     void classes();
     void tables();
     void blocks();
+    std::vector<VcDbObjectId> blockRecords() const;
     void block(VcDbBlockTableRecord& record);
     void entities();
     void entity(VcDbEntity& entity);
@@ -44,6 +49,7 @@ private:
     const WriteOptions& m_options;
     WriteResult& m_result;
     ObjectWriter m_objects;
+    const std::unordered_set<std::uint32_t> m_abandoned;  // blocks of dimensions that are no more
     TagList m_space;
     VcDbObjectId m_spaceOf;
     bool m_isInPaper = false;

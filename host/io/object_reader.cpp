@@ -118,7 +118,7 @@ std::size_t ObjectReader::takeSpace(ObjectParts& parts, std::vector<Tag>& tags, 
     for (std::size_t i = body; i < std::min(body + kAmongFirst, end); ++i) {
         const int code = tags[i].code;
         std::int64_t flag = 0;
-        const bool isSpace = code == 67 && m_fields.integerOf(tags[i], flag) && flag == 1;
+        const bool isSpace = code == 67 && m_fields.values().integer(tags[i], flag) && flag == 1;
         if (!isSpace && code != 410)
             continue;
         parts.inPaperSpace |= isSpace;
@@ -168,7 +168,7 @@ void ObjectReader::fillCommon(VcDbObject& object, const ObjectParts& parts)
         return;
     TagList& xdata = object.makeExtras().xdata;
     for (const Tag& tag : parts.xdata)
-        m_fields.keep(tag, xdata);
+        m_fields.values().keep(tag, xdata);
     xdata.shrink();
 }
 
@@ -191,8 +191,8 @@ void ObjectReader::readBrace(VcDbObject& object, std::span<Tag> group)
         return;
     }
     ApplicationGroup& kept = extras.applicationGroups.emplace_back();
-    m_fields.textOf(Tag::ofChars(102, Tag::Form::Raw, name), kept.name);
+    m_fields.values().text(Tag::ofChars(102, Tag::Form::Raw, name), kept.name);
     for (const Tag& tag : members)
-        m_fields.keep(tag, kept.tags);
+        m_fields.values().keep(tag, kept.tags);
     kept.tags.shrink();
 }

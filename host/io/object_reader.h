@@ -36,6 +36,7 @@ public:
     void fillCommon(VcDbObject& object, const ObjectParts& parts);
 
     FieldReader& fields() { return m_fields; }
+    GroupValues& values() { return m_fields.values(); }
     std::size_t objectsRead() const { return m_objects; }
 
 private:

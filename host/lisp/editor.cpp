@@ -84,8 +84,10 @@ RbPtr valueForVariable(int code, const Value& value)
         const Point point = asPoint(value);
         chain.addPoint(code, point.x, point.y, point.z);
     } else if (code == RTREAL || code == RTANG || code == RTORINT) {
-        if (value.isNumber())
+        if (value.isReal())
             chain.addReal(code, value.number());
+        else if (value.isInteger())
+            chain.addInteger(RTLONG, value.integer());  // variables say themselves what whole numbers mean to them
     } else if (value.isInteger()) {
         if (code == RTLONG || value.integer() == static_cast<std::int16_t>(value.integer()))
             chain.addInteger(code, value.integer());

@@ -43,14 +43,10 @@ std::string readBytes(const std::string& path)
 
 std::optional<std::string> readProgramFile(const std::string& name)
 {
-    constexpr std::string_view kMark = "\xEF\xBB\xBF";
     const auto path = findProgram(name);
     if (!path)
         return std::nullopt;
-    std::string bytes = readBytes(*path);
-    if (bytes.starts_with(kMark))
-        return bytes.substr(kMark.size());
-    return isValidUtf8(bytes) ? bytes : CodePage::host().toUtf8(bytes);
+    return utf8OfTextFile(readBytes(*path));
 }
 
 }  // namespace vk::lisp

@@ -23,7 +23,7 @@ void buildKept(const VcDbEntity& e, ListBuilder& b)
     const std::string_view name = static_cast<const VcDbKeptEntity&>(e).keptDxfName();
     if (name == "MULTILEADER" || name == "MLEADER")
         buildMultiLeader(e, b);
-    else
+    else if (!addKeptGraphics(e, b))
         b.omit(name);
 }
 

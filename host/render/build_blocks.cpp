@@ -57,6 +57,35 @@ const VcDbKeptObject* filterOf(const DatabaseCore& db, const VcDbEntity& referen
     return filters ? db.liveAs<VcDbKeptObject>(filters->find("SPATIAL")) : nullptr;
 }
 
+// What lies inside is left out where the filter has a record beside it with the boundary that was drawn. The filter itself
+// then has a boundary around all of it for programs that do not know such clips; the record repeats it, so that a filter
+// which has changed since then counts by itself.
+std::optional<std::vector<VcGePoint2d>> invertedBoundary(const DatabaseCore& db, const VcDbKeptObject& object,
+                                                         const std::vector<VcGePoint2d>& boundary)
+{
+    const auto* own = db.liveAs<VcDbDictionary>(object.extensionDictionary());
+    if (!own)
+        return std::nullopt;
+    std::vector<VcGePoint2d> drawn, around;
+    for (const auto& [name, id] : own->liveEntries()) {
+        const auto* record = db.liveAs<VcDbXrecord>(id);
+        if (!record)
+            continue;
+        std::vector<VcGePoint2d>* list = nullptr;
+        for (const Tag& tag : record->data()) {
+            if (tag.code == 102 && tag.form == Tag::Form::Utf8)
+                list = tag.view() == "ACAD_INVERTEDCLIP_ROUNDTRIP" ? &drawn : tag.view() == "ACAD_INVERTEDCLIP_ROUNDTRIP_COMPARE" ? &around : nullptr;
+            else if (list && tag.code == 10 && tag.form == Tag::Form::Real)
+                list->emplace_back(tag.real, 0);
+            else if (list && !list->empty() && tag.code == 20 && tag.form == Tag::Form::Real)
+                list->back().y = tag.real;
+        }
+    }
+    if (drawn.size() < 2 || around != boundary)
+        return std::nullopt;
+    return drawn;
+}
+
 std::int32_t addClip(ListBuilder& b, const VcDbEntity& reference)
 {
     const VcDbKeptObject* object = filterOf(b.db(), reference);
@@ -67,11 +96,15 @@ std::int32_t addClip(ListBuilder& b, const VcDbEntity& reference)
     if (!filter.on || filter.boundary.size() < 2 || filter.matrices.size() < 24)
         return -1;
     const double* matrices = filter.matrices.data() + (filter.matrices.size() - 24);
+    ClipFrame clip;
+    if (auto inverted = invertedBoundary(b.db(), *object, filter.boundary)) {
+        filter.boundary = std::move(*inverted);
+        clip.inverted = true;
+    }
     if (filter.boundary.size() == 2) {
         const VcGePoint2d a = filter.boundary[0], c = filter.boundary[1];
         filter.boundary = {a, {c.x, a.y}, c, {a.x, c.y}};
     }
-    ClipFrame clip;
     clip.toClip = matrixOf(matrices + 12) * matrixOf(matrices).inverse();
     clip.corners = std::move(filter.boundary);
     b.list().clips.push_back(std::move(clip));

@@ -6,6 +6,7 @@
 #include "host/db/text_geometry.h"
 #include "host/render/build_parts.h"
 #include "host/text/mtext_layout.h"
+#include "sdk/vcdb_text.h"
 
 #include <cmath>
 
@@ -27,6 +28,11 @@ struct MultiLeader {
     VcGeVector3d normal{0, 0, 1}, direction{1, 0, 0}, blockNormal{0, 0, 1}, blockScale{1, 1, 1};
     double textHeight = 1, arrowSize = 0, rotation = 0, width = 0, spacing = 1, blockRotation = 0;
     int alignment = 1, lineKind = 1;
+    struct Attribute {
+        VcDbObjectId definition;
+        std::string text;
+    };
+    std::vector<Attribute> attributes;  // of the block
     bool hasText = false, hasBlock = false, exactSpacing = false;
     std::int64_t textColour = 0, lineColour = 0;
     VcDbObjectId textStyle, block, arrow;
@@ -90,8 +96,12 @@ private:
 
     void takeOfObject(const Tag& tag)
     {
+        if (tag.form == Tag::Form::Utf8 && tag.code == 302 && !leader.attributes.empty())
+            leader.attributes.back().text = tag.view();
         if (tag.form != Tag::Form::Integer)
             return;
+        if (tag.code == 330 && m_db.liveAs<VcDbAttributeDefinition>(idOf(tag)))
+            leader.attributes.push_back({idOf(tag), {}});
         if (tag.code == 170)
             leader.lineKind = int(tag.integer);
         else if (tag.code == 91)
@@ -172,7 +182,8 @@ private:
     Part m_part = Part::Object;
 };
 
-// The first byte says the kind: by layer, by block, a true colour, an index.
+}
+
 void setPackedColour(ListBuilder& b, std::int64_t packed)
 {
     const std::uint32_t bits = std::uint32_t(packed);
@@ -183,6 +194,8 @@ void setPackedColour(ListBuilder& b, std::int64_t packed)
         colour = VcCmColor::fromIndex(std::int16_t(bits & 0x1ff));
     b.setColour(colour);
 }
+
+namespace {
 
 void addLine(ListBuilder& b, const MultiLeader& m, const Leader& leader, std::vector<VcGePoint3d> points)
 {
@@ -226,6 +239,11 @@ void addBlock(ListBuilder& b, const MultiLeader& m)
     use.matrix = VcGeMatrix3d::translation(m.blockAt.asVector()) * VcGeMatrix3d::planeToWorld(m.blockNormal) *
                  VcGeMatrix3d::rotation(m.blockRotation, VcGeVector3d::zAxis()) *
                  VcGeMatrix3d::scaling(VcGeScale3d(m.blockScale.x, m.blockScale.y, m.blockScale.z));
+    for (const MultiLeader::Attribute& attribute : m.attributes) {
+        VcDbAttributeDefinition placed = *b.db().liveAs<VcDbAttributeDefinition>(attribute.definition);
+        placed.transformBy(use.matrix);
+        addTextSaying(b, placed, attribute.text);
+    }
     b.use(std::move(use));
 }
 

@@ -3,6 +3,8 @@
 
 #include "host/render/list_builder.h"
 
+class VcDbText;
+
 namespace vktext {
 struct MTextLayout;
 }
@@ -31,6 +33,15 @@ void addThroughPoints(ListBuilder& b, const std::vector<VcGePoint3d>& points, bo
 void addMTextLayout(ListBuilder& b, const vktext::MTextLayout& layout, const VcGePoint3d& at, const VcGeVector3d& x, const VcGeVector3d& y);
 
 void buildMultiLeader(const VcDbEntity& e, ListBuilder& b);
+
+// The picture that another program left with an object of its own class; false where there is none.
+bool addKeptGraphics(const VcDbEntity& e, ListBuilder& b);
+
+// A colour whose first byte says by layer, by block, true or an index.
+void setPackedColour(ListBuilder& b, std::int64_t packed);
+
+// A text that says something else than it holds, as those of attributes in their definition's place do.
+void addTextSaying(ListBuilder& b, const VcDbText& text, const std::string& said);
 
 // The arrow of a dimension style at the end of a line that comes from the given direction.
 void addArrow(ListBuilder& b, VcDbObjectId arrowBlock, const VcGePoint3d& tip, const VcGeVector3d& pointing,

@@ -78,19 +78,19 @@ void addMTextLayout(ListBuilder& b, const vktext::MTextLayout& layout, const VcG
     b.setColour(inherited);
 }
 
-namespace {
-
-void addText(ListBuilder& b, const VcDbText& text, const std::string& drawn)
+void addTextSaying(ListBuilder& b, const VcDbText& text, const std::string& drawn)
 {
     const Frame frame = geom::arbitraryFrame(text.normal());
     const double c = std::cos(text.rotation()), s = std::sin(text.rotation());
     b.text(textStyleSpec(text), text.height(), drawn, drawnPosition(text, drawn), frame.x * c + frame.y * s, frame.y * c - frame.x * s);
 }
 
+namespace {
+
 void buildText(const VcDbEntity& e, ListBuilder& b)
 {
     const auto& text = static_cast<const VcDbText&>(e);
-    addText(b, text, text.textUtf8());
+    addTextSaying(b, text, text.textUtf8());
 }
 
 // ATTMODE: 0 shows no attribute, 1 the visible ones, 2 all.
@@ -104,7 +104,7 @@ void buildAttribute(const VcDbEntity& e, ListBuilder& b)
 {
     const auto& attribute = static_cast<const VcDbAttribute&>(e);
     if (isShown(attribute, b))
-        addText(b, attribute, attribute.textUtf8());
+        addTextSaying(b, attribute, attribute.textUtf8());
 }
 
 // In a block only constant ones are seen, with their value; outside each shows its tag.
@@ -112,9 +112,9 @@ void buildDefinition(const VcDbEntity& e, ListBuilder& b)
 {
     const auto& definition = static_cast<const VcDbAttributeDefinition&>(e);
     if (!b.inBlock)
-        addText(b, definition, definition.tagUtf8());
+        addTextSaying(b, definition, definition.tagUtf8());
     else if (definition.isConstant() && isShown(definition, b))
-        addText(b, definition, definition.textUtf8());
+        addTextSaying(b, definition, definition.textUtf8());
 }
 
 // A mask, or a field of colour, that reaches beyond the text on all sides.

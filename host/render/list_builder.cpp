@@ -2,6 +2,7 @@
 
 #include "host/db/database.h"
 #include "host/db/kept_object.h"
+#include "host/render/build_parts.h"
 #include "host/text/font_library.h"
 #include "sdk/vcdb_entity.h"
 
@@ -54,7 +55,7 @@ void ListBuilder::add(const VcDbEntity& entity)
     }
     if (const BuildFunction build = builderOf(entity))
         build(entity, *this);
-    else
+    else if (!addKeptGraphics(entity, *this))
         omit(dxfNameOf(entity));
 }
 

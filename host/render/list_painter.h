@@ -6,6 +6,7 @@
 #include "host/render/dashes.h"
 #include "host/render/flatten.h"
 #include "host/render/looks.h"
+#include "sdk/vcdb_records.h"
 
 #include <functional>
 
@@ -61,6 +62,13 @@ private:
     void paintFigure(const Place& place, const Item& item, const Figure& figure, const ResolvedLook& look);
     void paintDashes(const Place& place, std::span<const VcGePoint3d> points, const DashPattern& pattern, const ResolvedLook& look);
     void paintDashMark(const Place& place, const MeasuredLine& line, double along, std::size_t element, const ResolvedLook& look);
+    struct DashMark {
+        VcGePoint3d origin;
+        VcGeVector3d x, y;
+        double scale;  // of the linetype
+    };
+    void paintDashText(const Place& place, const DashMark& mark, const VcDbLinetypeTableRecord::Dash& dash, const ResolvedLook& look);
+    void paintDashShape(const Place& place, const DashMark& mark, const VcDbLinetypeTableRecord::Dash& dash, const ResolvedLook& look);
     void paintText(const Place& place, const TextRun& run, const ResolvedLook& look);
     void paintHatch(const Place& place, const HatchArea& area, const ResolvedLook& look);
     void paintPattern(const Place& place, const HatchArea& area, const Rings& rings, const ResolvedLook& look);

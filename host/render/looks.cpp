@@ -25,11 +25,21 @@ LookResolver::Colour LookResolver::plainColour(const VcCmColor& colour) const
     return {0xff000000u | (colour.rgb() & 0xffffff), false};
 }
 
+// Programs that know true colours only write colour 7 of a layer as white or black; what a whole layer would lose on a page
+// of that very colour is seen in the other one.
+LookResolver::Colour LookResolver::layerColour(const VcCmColor& colour) const
+{
+    if (colour.isByLayer() || colour.isByBlock())
+        return plainColour(VcCmColor::fromIndex(VcCmColor::kAciForeground));
+    const bool isPages = colour.isByColor() && (colour.rgb() & 0xffffff) == (m_view.darkPage ? 0x000000u : 0xffffffu);
+    return plainColour(isPages ? VcCmColor::fromIndex(VcCmColor::kAciForeground) : colour);
+}
+
 LookResolver::Colour LookResolver::colourOf(const VcCmColor& colour, const VcDbLayerTableRecord* layer,
                                             const ResolvedLook* reference) const
 {
     if (colour.isByLayer() && layer)
-        return layer->color().isByLayer() || layer->color().isByBlock() ? plainColour(VcCmColor::fromIndex(7)) : plainColour(layer->color());
+        return layerColour(layer->color());
     if (colour.isByBlock() && reference)
         return {reference->argb | 0xff000000u, reference->foreground};
     if (colour.isByLayer() || colour.isByBlock())

@@ -47,6 +47,7 @@ private:
         bool foreground;
     };
     Colour plainColour(const VcCmColor& colour) const;
+    Colour layerColour(const VcCmColor& colour) const;
     Colour colourOf(const VcCmColor& colour, const VcDbLayerTableRecord* layer, const ResolvedLook* reference) const;
     const VcDbLinetypeTableRecord* linetypeOf(VcDbObjectId id, const VcDbLayerTableRecord* layer, const ResolvedLook* reference) const;
     double weightOf(int weight, const VcDbLayerTableRecord* layer, const ResolvedLook* reference) const;

@@ -55,9 +55,12 @@ ColorDialog::ColorDialog(const VcCmColor& colour, const Options& options, QWidge
     m_ui->byBlockBtn->setVisible(options.allowByLayer);
     if (!options.allowTrueColor)
         m_ui->tabWidget->removeTab(m_ui->tabWidget->indexOf(m_ui->trueColorPage));
+    else if (colour.isByColor())
+        m_ui->tabWidget->setCurrentWidget(m_ui->trueColorPage);
     show(m_colour);
     m_ui->index->setText(textFor(m_colour));
     m_ui->index->selectAll();
+    m_ui->index->setFocus();
 
     connect(m_ui->paletteView, &PaletteView::picked, this,
             [this](int index) { take(VcCmColor::fromIndex(std::int16_t(index))); });

@@ -15,9 +15,12 @@ namespace {
 
 constexpr std::string_view kPicture = "@picture=";
 
-// Windows of a run are not activated by anyone else, and focus moves in active windows only.
+// Windows of a run are not activated by anyone else, and focus moves in active windows only. A list of completions that
+// typing has opened goes, as it does when a person clicks elsewhere.
 void activate(QDialog& dialog)
 {
+    while (QWidget* popup = QApplication::activePopupWidget())
+        popup->close();
     QApplication::setActiveWindow(&dialog);
     QCoreApplication::processEvents();
 }
@@ -32,10 +35,10 @@ bool isNumber(const std::string& name)
 std::string DialogPlayer::play(const Steps& steps)
 {
     const std::string form = m_dialog.objectName().toStdString();
-    activate(m_dialog);
     for (const std::string& step : steps) {
         if (m_hasEnded)
             return fmt::format("The dialog {} had ended before the step \"{}\" of its answer.", form, step);
+        activate(m_dialog);
         const std::string fault = playStep(step);
         if (!fault.empty())
             return fmt::format("The step \"{}\" in the dialog {} cannot be played: {}.", step, form, fault);

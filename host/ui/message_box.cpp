@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <fmt/ranges.h>
 #include <utility>
 
 namespace vk::ui {
@@ -47,15 +48,29 @@ std::string listOf(const int* buttons)
     return list;
 }
 
-int buttonFor(const Steps& steps, const int* buttons, int byDefault)
+// The button that leaves the box without a choice, as Esc does.
+int leavingButton(const int* buttons)
+{
+    for (const int leaving : {IDCANCEL, IDABORT, IDNO})
+        for (const int* button = buttons; *button; ++button)
+            if (*button == leaving)
+                return leaving;
+    return *buttons;
+}
+
+void fail(const std::string& message)
+{
+    edit::Editor::instance().printLine(message);
+    edit::Editor::instance().noteFailure();
+}
+
+int buttonFor(const Steps& steps, const int* buttons)
 {
     const int button = steps.size() == 1 ? buttonNamed(buttons, steps.front()) : 0;
     if (button)
         return button;
-    edit::Editor& editor = edit::Editor::instance();
-    editor.printLine("The answer laid down names no button of the box: " + (steps.empty() ? "" : steps.front()));
-    editor.noteFailure();
-    return byDefault;
+    fail(fmt::format("The answer laid down names no button of the box: {}", fmt::join(steps, ", ")));
+    return leavingButton(buttons);
 }
 
 QMessageBox::StandardButton qtButton(int button)
@@ -106,7 +121,7 @@ int showWindow(std::string_view text, std::string_view title, unsigned style)
     for (const int* button = buttons; *button; ++button)
         if (qtButton(*button) == pressed)
             return *button;
-    return buttons[1] ? IDCANCEL : buttons[0];
+    return leavingButton(buttons);
 }
 
 }
@@ -116,18 +131,13 @@ int MessageBoxes::show(std::string_view text, std::string_view title, unsigned s
     edit::Editor& editor = edit::Editor::instance();
     const int* buttons = messageButtons(style);
     const bool isChoice = buttons[1] != 0;
-    int button = defaultMessageButton(style);
-
     const std::optional<Steps> steps = dialogAnswers().take(kForm);
     if (!steps && isPersonThere())
         return showWindow(text, title, style);
     editor.printLine(text);
-    if (steps) {
-        button = buttonFor(*steps, buttons, button);
-    } else if (isChoice) {
-        editor.printLine("Nothing was laid down to answer this box.");
-        editor.noteFailure();
-    }
+    if (!steps && isChoice)
+        fail("The box has no answer waiting and is cancelled.");
+    const int button = steps ? buttonFor(*steps, buttons) : leavingButton(buttons);
     if (isChoice)
         editor.printLine(fmt::format("[{}] {}", listOf(buttons), nameOf(button)));
     return button;

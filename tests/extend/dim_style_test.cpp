@@ -9,8 +9,11 @@
 #include "tests/extend/host_support.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <random>
+#include <unistd.h>
 
 namespace {
 
@@ -256,6 +259,47 @@ TEST_F(DimStyles, TheReaderKeepsLinesAndDropsWhatHasNoEnd)
     EXPECT_EQ(styles[0].GetAt(1), L"DIMSCALE 2\r\n");
     EXPECT_EQ(styles[1].GetSize(), 1);
     EXPECT_EQ(ReadDimStyleFile(styles, L"/no/such/file.dim"), RTERROR);
+}
+
+// The rights of somebody who owns nothing here: what root may do hides what a file says of its readers and writers.
+class AsNobody
+{
+public:
+    AsNobody() : m_owner(geteuid())
+    {
+        constexpr uid_t kNobody = 65534;
+        if (m_owner == 0 && seteuid(kNobody) != 0)
+            ADD_FAILURE() << "the rights cannot be given up";
+    }
+    ~AsNobody()
+    {
+        if (seteuid(m_owner) != 0)
+            std::abort();
+    }
+
+private:
+    uid_t m_owner;
+};
+
+TEST_F(DimStyles, AFileThatMayOnlyBeReadStaysAsItIs)
+{
+    const std::filesystem::path path = testing::TempDir() + "out.dim";
+    const std::string was = "DIMENSION_STYLE_NAME A\nDIMTXSTY Standard\nEND_OF_STYLE A\n";
+    writeBytes(was);
+    std::filesystem::permissions(path, std::filesystem::perms(0444));
+    {
+        const AsNobody rights;
+        EXPECT_EQ(WriteDimStyle(linesOf({L"other\n"}), output()), 0);
+        EXPECT_EQ(OutDimStyle(linesOf({L"Standard"}), output(), kTextStyleInFull), RTNORM);
+        EXPECT_EQ(import(kKeepExisting), RTNORM);
+    }
+    EXPECT_EQ(bytesOf(path), was);
+    std::filesystem::permissions(path, std::filesystem::perms(0));
+    {
+        const AsNobody rights;
+        EXPECT_EQ(import(kKeepExisting), RTERROR);
+    }
+    std::filesystem::remove(path);
 }
 
 // Files of every kind, torn and stirred: whatever comes of them, the drawing can be exported afterwards.

@@ -241,6 +241,103 @@ const Look kLooks[] = {
     {"LineBetweenOutsideArrows", [](VcDbDimVars& v) { v.dimatfit = 2; v.dimtad = 1; v.dimtofl = 1; }, 5, {0, 10, 0}, {5, 10, 0}},
 };
 
+// Whether arrows and text stand inside, and what runs between, for a text about 3.3 wide between arrows of 2.
+const Look kFits[] = {
+    {"AllInsideWhereThereIsRoom", [](VcDbDimVars& v) { v.dimtad = 1; }, 20, {2, 10, 0}, {18, 10, 0}},
+    {"BothOutsideWithFit0", [](VcDbDimVars& v) { v.dimatfit = 0; v.dimtad = 1; }, 6, {8, 10, 0}, {10, 10, 0}},
+    {"ArrowsInsideWithFit1", [](VcDbDimVars& v) { v.dimatfit = 1; v.dimtad = 1; }, 6, {2, 10, 0}, {4, 10, 0}},
+    {"TextInsideWithFit2", [](VcDbDimVars& v) { v.dimatfit = 2; v.dimtad = 1; }, 6, {-2, 10, 0}, {-4, 10, 0}},
+    {"TextForcedInside", [](VcDbDimVars& v) { v.dimtix = 1; v.dimtad = 1; v.dimatfit = 0; }, 4, {-2, 10, 0}, {-4, 10, 0}},
+    {"LineForcedBetween", [](VcDbDimVars& v) { v.dimtix = 1; v.dimtad = 1; v.dimtofl = 1; }, 4, {0, 10, 0}, {4, 10, 0}},
+    {"TextBesideDragsTheLine", [](VcDbDimVars& v) { v.dimtad = 0; v.dimtih = 0; v.dimtoh = 0; v.dimtmove = 0; v.dimtofl = 1; }, 1.5, {0, 10, 0}, {1.5, 10, 0}},
+};
+
+TEST_F(DimPictures, OutsideArrowsCanBeLeftOut)
+{
+    change([](VcDbDimVars& v) { v.dimtix = 1; v.dimtad = 1; });
+    EXPECT_EQ(parts<VcDbSolid>(add(linear(3))).size(), 2u);
+    change([](VcDbDimVars& v) { v.dimsoxd = 1; });
+    EXPECT_EQ(parts<VcDbSolid>(add(linear(3))).size(), 0u) << "DIMSOXD";
+    EXPECT_EQ(parts<VcDbSolid>(add(linear(30))).size(), 2u) << "they stand inside";
+}
+
+TEST_F(DimPictures, TextThatHasLeftTheLineFollowsDimtmove)
+{
+    const auto linesWith = [&](int dimtmove) {
+        VcDbDimVars vars = style().dimVars();
+        vars.dimtmove = std::int16_t(dimtmove);
+        vars.dimtad = 1;
+        style().setDimVars(vars);
+        auto d = linear(40);
+        d->setTextPosition({60, 25, 0});
+        return parts<VcDbLine>(add(std::move(d))).size();
+    };
+    EXPECT_EQ(linesWith(0), 4u) << "the line is drawn out to the text";
+    EXPECT_EQ(linesWith(1), 5u) << "two more of a leader";
+    EXPECT_EQ(linesWith(2), 3u) << "nothing more";
+}
+
+// A turned arrow stands on the other side of its extension line, on a stub; the line between goes on to the extension line.
+TEST_F(DimPictures, ArrowsThatAPersonHasTurned)
+{
+    change([](VcDbDimVars& v) { v.dimtad = 1; });
+    auto made = linear(40);
+    made->setArrowFlipped(true, true);
+    auto& d = add(std::move(made));
+    EXPECT_TRUE(hasLine(d, {2, 10, 0}, {40, 10, 0}));
+    EXPECT_TRUE(hasLine(d, {42, 10, 0}, {44, 10, 0}));
+    d.setArrowFlipped(false, true);
+    d.recomputeDimBlock();
+    EXPECT_TRUE(hasLine(d, {0, 10, 0}, {40, 10, 0}));
+    EXPECT_TRUE(hasLine(d, {-2, 10, 0}, {-4, 10, 0}));
+    d.setArrowFlipped(true, false);
+    d.setArrowFlipped(false, false);
+    d.recomputeDimBlock();
+    EXPECT_TRUE(hasLine(d, {2, 10, 0}, {38, 10, 0}));
+}
+
+TEST_F(DimPictures, ATurnedArrowOfARadius)
+{
+    auto made = std::make_unique<VcDbRadialDimension>();
+    made->setCenter({0, 0, 0});
+    made->setChordPoint({10, 0, 0});
+    made->setTextPosition({5, 0, 0});
+    made->setArrowFlipped(true, true);
+    auto& d = add(std::move(made));
+    EXPECT_TRUE(hasLine(d, {8, 0, 0}, {10, 0, 0}));
+    EXPECT_TRUE(hasLine(d, {12, 0, 0}, {14, 0, 0}));
+}
+
+// Undo and OOPS bring dimensions back with their blocks; a file has no use for the block of one that is erased.
+TEST_F(DimPictures, BlocksOfErasedDimensionsAreNotSaved)
+{
+    auto& gone = add(linear(40));
+    auto& stays = add(linear(50));
+    const auto blocksSaved = [&] {
+        std::string bytes;
+        EXPECT_TRUE(writeDrawingBytes(db, bytes).ok());
+        VcDbDatabase again(false);
+        EXPECT_TRUE(readDrawingBytes(again, bytes).ok());
+        std::size_t count = 0;
+        for (const VcDbObjectId id : again.core().table(NameTable::Block).records())
+            count += again.core().objectAs<VcDbBlockTableRecord>(id)->nameUtf8().starts_with("*D");
+        return count;
+    };
+    EXPECT_EQ(blocksSaved(), 2u);
+    gone.erase();
+    EXPECT_EQ(blocksSaved(), 1u);
+    gone.erase(false);
+    EXPECT_EQ(blocksSaved(), 2u) << "it has come back";
+    gone.erase();
+    auto* user = new VcDbBlockReference(VcGePoint3d(), gone.dimBlockId());
+    ASSERT_EQ(space.appendVcDbEntity(user), Vcad::eOk);
+    user->close();
+    EXPECT_EQ(blocksSaved(), 2u) << "something else shows it";
+    user->erase();
+    stays.setDimBlockId(gone.dimBlockId());
+    EXPECT_EQ(blocksSaved(), 2u) << "another dimension has it; its own came with no erased one";
+}
+
 struct DimLooks : DimPictures, testing::WithParamInterface<Look> {};
 
 TEST_P(DimLooks, HaveTheirLine)
@@ -251,6 +348,7 @@ TEST_P(DimLooks, HaveTheirLine)
 }
 
 INSTANTIATE_TEST_SUITE_P(All, DimLooks, testing::ValuesIn(kLooks), [](const auto& info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(Fits, DimLooks, testing::ValuesIn(kFits), [](const auto& info) { return info.param.name; });
 
 TEST_F(DimPictures, ArrowsAreBlocksOfTheStyle)
 {

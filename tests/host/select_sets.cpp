@@ -2,6 +2,9 @@
 #include "host/edit/selection_set.h"
 #include "tests/host/select_support.h"
 
+#include <algorithm>
+#include <random>
+
 using namespace seltest;
 using vk::edit::SelectionSet;
 using vk::edit::SelectionSetTable;
@@ -38,6 +41,29 @@ TEST(SelectionSet, MembershipIsConstantTime)
     EXPECT_FALSE(set.has(id(1)));
     EXPECT_TRUE(set.has(id(300000)));
     EXPECT_EQ(set.ids().size(), 150000u);
+}
+
+// Places of members that collide move up when one of them goes; a plain list of what should be there is the judge.
+TEST(SelectionSet, AgreesWithAListWhateverComesAndGoes)
+{
+    std::mt19937 random(7);
+    SelectionSet set;
+    std::vector<VcDbObjectId> expected;
+    for (int step = 0; step < 20000; ++step) {
+        const VcDbObjectId member = id(1 + random() % 40 * 4096 + random() % 8);
+        const auto at = std::find(expected.begin(), expected.end(), member);
+        const bool isMember = at != expected.end();
+        ASSERT_EQ(set.has(member), isMember);
+        const bool comes = random() % 2;
+        ASSERT_EQ(comes ? set.add(member) : set.remove(member), comes != isMember);
+        if (comes && !isMember)
+            expected.push_back(member);
+        else if (!comes && isMember)
+            expected.erase(at);
+        ASSERT_TRUE(step % 97 || set.ids() == expected);
+    }
+    EXPECT_EQ(set.size(), expected.size());
+    EXPECT_EQ(set.ids(), expected);
 }
 
 TEST(SelectionSetTable, AFreedNameIsRefused)

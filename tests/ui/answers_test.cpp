@@ -118,6 +118,75 @@ TEST_F(Answers, AreAskedBeforeAFileIsReplaced)
     EXPECT_TRUE(hasSaid("This file exists. Replace it?"));
 }
 
+TEST_F(Answers, AFileThatIsNotThereIsNotOpened)
+{
+    const FileDialogs shown;
+    const std::string there = TempDir() + "there.svf";
+    std::ofstream(there) << "x";
+    answer("FileDialog", {"fileNameEdit=" + TempDir() + "missing.svf", "pBtnOK", "fileNameEdit=" + there, "pBtnOK"});
+    CStdStrW path;
+    EXPECT_EQ(vcedGetFileNavDialog(L"Read filter", L"", L"svf;scr", 0, path), RTNORM) << said;
+    EXPECT_EQ(path, std::wstring(there.begin(), there.end()));
+    EXPECT_TRUE(hasSaid("missing.svf\nThis file does not exist."));
+    EXPECT_FALSE(hasTrouble()) << said;
+}
+
+TEST_F(Answers, ANameWithoutAnEndingTakesTheFirstOneOffered)
+{
+    const FileDialogs shown;
+    answer("FileDialog", {"fileNameEdit=" + TempDir() + "unending", "pBtnOK"});
+    CStdStrW path;
+    EXPECT_EQ(vcedGetFileNavDialog(L"Save filter", L"a.svf", L"svf;scr", kFileNavSave, path), RTNORM) << said;
+    EXPECT_EQ(path.Right(12), L"unending.svf");
+}
+
+TEST_F(Answers, ACancelledFileDialogGivesNoPath)
+{
+    const FileDialogs shown;
+    answer("FileDialog", {"pBtnCancel"});
+    CStdStrW path = L"as it was";
+    EXPECT_EQ(vcedGetFileNavDialog(L"Read", L"", L"svf", 0, path), RTCAN);
+    EXPECT_EQ(path, L"as it was");
+    EXPECT_FALSE(hasTrouble()) << said;
+}
+
+struct TypedPath {
+    const char* name;
+    const char* typed;
+    const wchar_t* preset;
+    int status;
+    const wchar_t* path;
+};
+
+class TypedPaths : public UiTest, public testing::WithParamInterface<TypedPath> {};
+
+TEST_P(TypedPaths, StandAsTheyAre)
+{
+    const TypedPath& c = GetParam();
+    type(c.typed);
+    CStdStrW path;
+    EXPECT_EQ(vcedGetFileNavDialog(L"Save filter", c.preset, L"svf;scr", kFileNavSave, path), c.status) << said;
+    EXPECT_EQ(path, c.path);
+    EXPECT_TRUE(hasSaid("Save filter")) << said;
+}
+
+// An existing file, a folder and a name without an ending are the caller's to judge.
+const TypedPath kTypedPaths[] = {
+    {"Plain", "/tmp/a b\n", L"", RTNORM, L"/tmp/a b"},
+    {"Quoted", "\"/tmp/a b.svf\"\n", L"", RTNORM, L"/tmp/a b.svf"},
+    {"OneQuote", "\"/tmp/a\n", L"", RTNORM, L"\"/tmp/a"},
+    {"OtherEnding", "a.txt\n", L"b.svf", RTNORM, L"a.txt"},
+    {"AFolder", "/tmp/\n", L"", RTNORM, L"/tmp/"},
+    {"EnterTakesThePreset", "\n", L"b.svf", RTNORM, L"b.svf"},
+    {"EnterWithoutPreset", "\n", L"", RTCAN, L""},
+    {"OnlyQuotes", "\"\"\n", L"", RTCAN, L""},
+    {"Esc", "(cancel)\n", L"b.svf", RTCAN, L""},
+    {"NoLineLeft", "", L"b.svf", RTCAN, L""},
+};
+
+INSTANTIATE_TEST_SUITE_P(TypedPaths, TypedPaths, testing::ValuesIn(kTypedPaths),
+                         [](const auto& info) { return std::string(info.param.name); });
+
 TEST_F(Answers, PickInTheDrawingWhileTheDialogIsHidden)
 {
     type("42,7\n");
@@ -132,6 +201,75 @@ TEST_F(Answers, ABoxThatNoAnswerReachesIsCancelled)
     EXPECT_EQ(play({"pick", "ok"}), IDOK);
     EXPECT_TRUE(hasSaid("No answer can reach the box \"Trouble\"; it is cancelled."));
 }
+
+TEST_F(Answers, ADialogOverADialogTakesTheAnswerOfItsOwnName)
+{
+    int colour = 3;
+    logic.whenPicked = [&] { vcedSetColorDialog(colour, true, 7); };
+    answer("ColorDialog", {"index=5", "pBtnOK"});
+    EXPECT_EQ(play({"edit=y", "pick", "check=on", "ok"}), IDOK);
+    EXPECT_EQ(colour, 5);
+    EXPECT_TRUE(logic.checked);
+    EXPECT_FALSE(hasTrouble()) << said;
+}
+
+TEST_F(Answers, ADialogOverADialogWithoutAnAnswerIsCancelledAloneAndFailsTheRun)
+{
+    int colour = 3;
+    logic.whenPicked = [&] { colour = vcedSetColorDialog(colour, true, 7) ? 0 : 4; };
+    EXPECT_EQ(play({"edit=y", "pick", "ok"}), IDOK);
+    EXPECT_EQ(colour, 4);
+    EXPECT_EQ(logic.text, L"y");
+    EXPECT_TRUE(hasSaid("The dialog ColorDialog has no answer waiting and is cancelled."));
+    EXPECT_TRUE(editor().hasFailed());
+}
+
+TEST_F(Answers, AMessageBoxOverADialogTakesItsOwn)
+{
+    int pressed = 0;
+    logic.whenPicked = [&] { pressed = logic.MessageBoxW(L"Go on?", L"Trouble", MB_YESNO); };
+    answer("MessageBox", {"Yes"});
+    EXPECT_EQ(play({"pick", "ok"}), IDOK);
+    EXPECT_EQ(pressed, IDYES);
+    EXPECT_TRUE(hasSaid("Go on?\n[Yes/No] Yes")) << said;
+    EXPECT_FALSE(hasTrouble()) << said;
+}
+
+struct Box {
+    const char* name;
+    UINT style;
+    const char* answer;  // null for none
+    int pressed;
+    bool fails;
+};
+
+class Boxes : public UiTest, public testing::WithParamInterface<Box> {};
+
+TEST_P(Boxes, AreAnsweredOrLeft)
+{
+    const Box& c = GetParam();
+    if (c.answer)
+        answer("MessageBox", {c.answer});
+    EXPECT_EQ(MessageBoxW(nullptr, L"Go on?", L"Trouble", c.style), c.pressed);
+    EXPECT_EQ(hasTrouble(), c.fails) << said;
+    EXPECT_TRUE(hasSaid("Go on?"));
+}
+
+const Box kBoxes[] = {
+    {"Pressed", MB_YESNOCANCEL, "No", IDNO, false},
+    {"InAnyCase", MB_OKCANCEL, "ok", IDOK, false},
+    {"NoSuchButton", MB_OKCANCEL, "Yes", IDCANCEL, true},
+    {"OnlyOkNeedsNoAnswer", MB_OK, nullptr, IDOK, false},
+    {"OkCancelLeft", MB_OKCANCEL, nullptr, IDCANCEL, true},
+    {"YesNoLeft", MB_YESNO, nullptr, IDNO, true},
+    {"YesNoCancelLeft", MB_YESNOCANCEL, nullptr, IDCANCEL, true},
+    {"RetryCancelLeft", MB_RETRYCANCEL, nullptr, IDCANCEL, true},
+    {"AbortRetryIgnoreLeft", MB_ABORTRETRYIGNORE, nullptr, IDABORT, true},
+    {"TheDefaultIsNotPressed", MB_OKCANCEL | MB_ICONWARNING, nullptr, IDCANCEL, true},
+};
+
+INSTANTIATE_TEST_SUITE_P(Boxes, Boxes, testing::ValuesIn(kBoxes),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 TEST_F(Answers, KeysReachTheLogicFirst)
 {
@@ -260,9 +398,13 @@ TEST_F(Answers, TrueColoursAreTypedOrMixed)
     EXPECT_TRUE(vcedSetColorDialog(colour, true, 7)) << said;
     EXPECT_TRUE(colour.isByColor());
     EXPECT_EQ(colour.rgb(), 0x0A141Eu);
-    answer("ColorDialog", {"tabWidget=True Color", "red=255", "pBtnOK"});
+    answer("ColorDialog", {"tabWidget?", "red=255", "pBtnOK"});
     EXPECT_TRUE(vcedSetColorDialog(colour, true, 7)) << said;
+    EXPECT_TRUE(hasSaid("tabWidget: True Color"));
     EXPECT_EQ(colour.rgb(), 0xFF141Eu);
+    answer("ColorDialog", {"tabWidget=Index Color", "index=7", "pBtnOK"});
+    EXPECT_TRUE(vcedSetColorDialog(colour, true, 7)) << said;
+    EXPECT_EQ(colour.colorIndex(), 7);
 }
 
 }

@@ -31,6 +31,16 @@ protected:
     }
     bool hasSaid(const std::string& text) const { return said.find(text) != std::string::npos; }
 
+    // The editor's mark of a failure stays from one test to the next; what was said does not.
+    bool hasTrouble() const
+    {
+        for (const char* trouble : {"cannot be played", "leaves it open", "no answer waiting", "No answer can reach",
+                                    "had ended before", "names no button", "Unknown command", "; error"})
+            if (hasSaid(trouble))
+                return true;
+        return false;
+    }
+
     std::string said;
 
 private:

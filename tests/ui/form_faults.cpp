@@ -81,6 +81,55 @@ void findNameless(QDialog& form, Faults& faults)
     }
 }
 
+// What Tab stops at, in its order.
+QList<QWidget*> tabStops(QDialog& form)
+{
+    QList<QWidget*> stops;
+    for (QWidget* widget = form.nextInFocusChain(); widget != &form; widget = widget->nextInFocusChain())
+        if (widget->focusPolicy() & Qt::TabFocus && widget->isVisibleTo(&form) && widget->isEnabled() &&
+            !widget->objectName().isEmpty() && !widget->objectName().startsWith("qt_"))
+            stops << widget;
+    return stops;
+}
+
+QRect placeIn(const QDialog& form, const QWidget& widget)
+{
+    return {widget.mapTo(&form, QPoint()), widget.size()};
+}
+
+// Lines are read from left to right and downwards, columns one after the other, pages after their tabs.
+bool isReadAfter(const QRect& earlier, const QRect& later)
+{
+    return earlier.contains(later) || later.top() > earlier.bottom() ||
+           later.left() > earlier.right();
+}
+
+void findTabOrder(QDialog& form, Faults& faults)
+{
+    const QList<QWidget*> stops = tabStops(form);
+    for (int i = 1; i < stops.size(); ++i)
+        if (!isReadAfter(placeIn(form, *stops[i - 1]), placeIn(form, *stops[i])))
+            faults.push_back("Tab goes back from " + nameOf(*stops[i - 1]) + " to " + nameOf(*stops[i]));
+}
+
+// Whoever opens a form begins at its top, not at its buttons.
+void findFirstFocus(QDialog& form, Faults& faults)
+{
+    const QWidget* focus = form.focusWidget();
+    if (!focus)
+        faults.push_back("nothing has the focus");
+    else if (qobject_cast<const QPushButton*>(focus))
+        faults.push_back("the button " + nameOf(*focus) + " has the focus first");
+}
+
+// The smallest screens that people still have.
+void findHugeness(QDialog& form, Faults& faults)
+{
+    const QSize screen(1366, 768), least = form.minimumSizeHint();
+    if (least.width() > screen.width() || least.height() > screen.height())
+        faults.push_back("the form does not fit on a small screen");
+}
+
 void findDefaults(QDialog& form, Faults& faults)
 {
     int defaults = 0;
@@ -104,7 +153,8 @@ void findStiffness(QDialog& form, Faults& faults)
 std::vector<std::string> faultsOf(QDialog& form)
 {
     Faults faults;
-    for (auto* find : {findCutTexts, findOverlaps, findSharedKeys, findNameless, findDefaults, findStiffness})
+    for (auto* find : {findCutTexts, findOverlaps, findSharedKeys, findNameless, findTabOrder, findFirstFocus, findHugeness,
+                       findDefaults, findStiffness})
         find(form, faults);
     return faults;
 }
