@@ -147,11 +147,22 @@ bool setHeaderText(DatabaseCore& db, const SysVarDef& def, const std::string& na
     return true;
 }
 
+// The one that the file has: some variables were yes and no before they had more values.
+int integerCode(const DatabaseCore& db, const SysVarDef& def, const std::string& name, std::int32_t value)
+{
+    const TagList* tags = db.header().find(name);
+    if (!tags || tags->empty())
+        return def.headerCode;
+    const int code = (*tags->begin()).code;
+    const bool isFlag = code >= 290 && code <= 299;
+    return isIntegerCode(code) && (!isFlag || value == 0 || value == 1) ? code : def.headerCode;
+}
+
 bool setHeaderValue(DatabaseCore& db, const SysVarDef& def, const SysVarValue& value)
 {
     const std::string name = headerNameFor(db, def);
     if (const auto* i = std::get_if<std::int32_t>(&value))
-        db.header().setInteger(name, def.headerCode, *i);
+        db.header().setInteger(name, integerCode(db, def, name, *i), *i);
     else if (const auto* d = std::get_if<double>(&value))
         db.header().setReal(name, def.headerCode, *d / (def.headerCode >= 50 && def.headerCode <= 58 ? kDegree : 1));
     else if (const auto* p2 = std::get_if<VcGePoint2d>(&value))

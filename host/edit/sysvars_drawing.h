@@ -8,8 +8,8 @@ class DatabaseCore;
 namespace vk::edit {
 
 // Nothing where the drawing does not say.
-std::optional<SysVarValue> drawingSysVar(const DatabaseCore& db, const SysVarDef& def);
+VKHOST_API std::optional<SysVarValue> drawingSysVar(const DatabaseCore& db, const SysVarDef& def);
 // Journalled. False where the drawing has no place for the variable.
-bool setDrawingSysVar(DatabaseCore& db, const SysVarDef& def, const SysVarValue& value);
+VKHOST_API bool setDrawingSysVar(DatabaseCore& db, const SysVarDef& def, const SysVarValue& value);
 
 }  // namespace vk::edit
