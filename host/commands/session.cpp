@@ -7,6 +7,7 @@
 #include "host/edit/editor.h"
 #include "host/edit/module_loader.h"
 #include "host/edit/support_path.h"
+#include "host/edit/sysvar_table.h"
 
 #include <thread>
 
@@ -22,12 +23,17 @@ void nothing(Editor&) {}
 
 void help(Editor& ed)
 {
-    const std::string name = ed.word("Enter a command name or [?]", "?");
+    const std::string name = ed.word("Enter the name of a command or a variable, or [?]", "?");
     const CommandTable& table = CommandTable::instance();
     if (name != "?") {
         const CommandEntry* entry = table.find(name);
+        const SysVarDef* variable = entry ? nullptr : findSysVar(name);
+        if (variable) {
+            ed.printLine(fmt::format("{}  {}", variable->name, variable->description));
+            return;
+        }
         if (!entry)
-            throw CommandError{fmt::format("Unknown command \"{}\". HELP ? lists the commands.", name)};
+            throw CommandError{fmt::format("There is no command or variable \"{}\". HELP ? lists the commands.", name)};
         ed.printLine(fmt::format("{}{}  {}", entry->name, entry->alias.empty() ? "" : " (" + entry->alias + ")",
                                  entry->help.empty() ? "A command of a module." : entry->help));
         return;
