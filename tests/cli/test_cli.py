@@ -149,6 +149,17 @@ class Run(Case):
         self.assertEqual(self.report("run", "b.dxf", "-c", same)["modified"], {})
         self.assertEqual(list(self.report("run", "b.dxf", "-c", gone)["erased"]), ["LINE"])
 
+    def test_what_leaves_its_dictionary_is_reported_as_erased(self):
+        add = """(defun keep (name) (dictadd (namedobjdict) name (entmakex '((0 . "XRECORD") (100 . "AcDbXrecord") (280 . 1)))))"""
+        drop = """(dictremove (namedobjdict) "OLD")"""
+        self.vekad("run", "a.dxf", "-c", add, "-c", """(keep "OLD")""", "-o", "b.dxf")
+        brief = ["-c", """(keep "BRIEF")""", "-c", """(dictremove (namedobjdict) "BRIEF")"""]
+        report = self.report("run", "b.dxf", "-c", drop, "-c", add, *brief, "-o", "c.dxf")
+        self.assertEqual(list(report["erased"]), ["XRECORD"])
+        self.assertEqual((report["added"], "XRECORD" in report["modified"]), ({}, False))
+        self.assertNotIn("XRECORD", (self.folder / "c.dxf").read_text())
+        self.vekad("audit", "c.dxf")
+
     def test_in_place_keeps_the_old_file(self):
         self.vekad("run", "a.dxf", "-c", LINE, "--in-place")
         self.assertEqual(self.entities("a.dxf"), {"LINE": 1})
