@@ -1,7 +1,6 @@
 // The routines on the list of scales and on scales as they are typed, called as they are.
 #include "scale/ScaleList.h"
 #include "scale/ScaleText.h"
-#include "sdk/vchost.h"
 #include "tests/extend/host_support.h"
 
 namespace {
@@ -139,6 +138,7 @@ TEST_F(ScaleLists, ResetFillsTheRowsAgain)
 
 TEST_F(ScaleLists, WritingThemGivesRowsNewKeysAndIds)
 {
+    setMeasurement(0);
     ScaleList list;
     resetScaleList(list);
     const VcDbObjectId before = list[3].id;
@@ -153,7 +153,7 @@ TEST_F(ScaleLists, WritingThemGivesRowsNewKeysAndIds)
 
 TEST_F(ScaleLists, AreOutOfReachWithoutADrawing)
 {
-    vcdbHostApplicationServices()->setWorkingDatabase(nullptr);
+    editor().closeDrawing();
     ScaleList list;
     ScaleNames names;
     names.append(L"left over");
@@ -165,7 +165,6 @@ TEST_F(ScaleLists, AreOutOfReachWithoutADrawing)
     getUsedScaleList(names);
     EXPECT_TRUE(list.isEmpty());
     EXPECT_TRUE(names.isEmpty());
-    vcdbHostApplicationServices()->setWorkingDatabase(&editor().drawing());
 }
 
 TEST(ScaleNames, AreComparedWithoutRegardToCase)
