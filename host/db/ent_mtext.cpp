@@ -269,7 +269,7 @@ Vcad::ErrorStatus VcDbMText::transformBy(const VcGeMatrix3d& m)
 Vcad::ErrorStatus VcDbMText::getGeomExtents(VcDbExtents& extents) const
 {
     extents = VcDbExtents();
-    const vktext::Box box = layoutOf(*this).box;
+    const vktext::Box box = vktext::drawnBox(layoutOf(*this));
     const VcGeVector3d along = direction(), up = m_normal.crossProduct(along);
     for (const double x : {box.left, box.right})
         for (const double y : {box.bottom, box.top})
