@@ -6,6 +6,7 @@
 #include "host/app/stopping.h"
 #include "host/base/files.h"
 #include "host/base/numbers.h"
+#include "host/base/unicode.h"
 #include "host/render/picture.h"
 #include "host/text/font_library.h"
 
@@ -93,7 +94,8 @@ void tellFonts()
 {
     for (const vktext::FontUse& use : vktext::FontLibrary::instance().report()) {
         if (use.match == vktext::FontMatch::Substitute)
-            fmt::print(stderr, "vekad: font {}: {} taken instead; its texts may be longer or shorter\n", use.asked.font, use.taken);
+            fmt::print(stderr, "vekad: font {}: {} taken instead; its texts may be longer or shorter\n", use.asked.font,
+                       equalNoCase(use.asked.font, use.taken) ? "similar strokes" : use.taken);
         if (use.missingGlyphs > 0)
             fmt::print(stderr, "vekad: font {}: {} characters are in no font and drawn as boxes\n", use.asked.font, use.missingGlyphs);
     }
