@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
-# make.sh VEKAD: makes the pictures of this folder anew, each the plan of samples/ after one command.
+# make.sh VEKAD [FOLDER]: makes the pictures of this folder anew, here or in another one: the plan of samples/ after one
+# command each.
 set -euo pipefail
 vekad=$(realpath "$1")
 here=$(dirname "$(realpath "$0")")
+out=${2:-$here}
 plan=$here/../../samples/plan.dxf
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -15,7 +17,7 @@ picture() {
   local arguments=()
   for line in "$@"; do arguments+=(-c "$line"); done
   "$vekad" run "$plan" "${arguments[@]}" -o "$work/$name.dxf" >"$work/$name.log" 2>&1 || { cat "$work/$name.log"; return 1; }
-  "$vekad" render "$work/$name.dxf" "$here/$name.png" --size 800x500 --layout "$layout"
+  "$vekad" render "$work/$name.dxf" "$out/$name.png" --size 800x500 --layout "$layout"
 }
 
 all_on() { echo "(ssget \"_X\" (quote ((8 . \"$1\"))))"; }
@@ -24,7 +26,7 @@ tables='(ssget "_X" (quote ((2 . "TABLE"))))'
 grid_b='(ssname (ssget "_X" (quote ((0 . "LINE") (8 . "GRID") (-4 . "=,*,*") (10 6000.0 0.0 0.0)))) 0)'
 outer_wall='(ssname (ssget "_X" (quote ((0 . "LWPOLYLINE") (10 0.0 0.0)))) 0)'
 
-"$vekad" render "$plan" "$here/plan.png" --size 800x500
+"$vekad" render "$plan" "$out/plan.png" --size 800x500
 picture move 'MOVE' "$table" '' '0,0' '500,-2800'
 picture rotate 'ROTATE' "$tables" '' '6000,3500' '30'
 picture offset 'OFFSET' '300' "$outer_wall" '6000,20000' ''

@@ -7,9 +7,14 @@
 #include "host/base/files.h"
 #include "host/base/numbers.h"
 #include "host/base/unicode.h"
+#include "host/db/database.h"
+#include "host/db/layouts.h"
 #include "host/render/picture.h"
 #include "host/text/font_library.h"
+#include "sdk/vcdb_layout.h"
+#include "sdk/vcdb_tables.h"
 
+#include <algorithm>
 #include <charconv>
 #include <fmt/format.h>
 
@@ -89,6 +94,28 @@ void tellOmissions(const render::Omissions& omissions)
         fmt::print(stderr, "vekad: not drawn: {} ({})\n", what, count);
 }
 
+bool isEmpty(const DatabaseCore& db, VcDbObjectId space)
+{
+    const auto* block = db.objectAs<VcDbBlockTableRecord>(space);
+    return !block || std::none_of(block->memberSlots().begin(), block->memberSlots().end(), [&](std::uint32_t slot) {
+        const VcDbObject* member = db.objectAt(slot);
+        return member && !member->isErased();
+    });
+}
+
+// A drawing may have everything on its sheets.
+void tellSheets(const DatabaseCore& db)
+{
+    if (!isEmpty(db, db.modelSpace()))
+        return;
+    std::string sheets;
+    for (const VcDbLayout* layout : layoutsByTab(db))
+        if (!isModelLayout(db, *layout) && !isEmpty(db, layout->getBlockTableRecordId()))
+            sheets += (sheets.empty() ? "" : ", ") + layout->nameUtf8();
+    if (!sheets.empty())
+        fmt::print(stderr, "vekad: the model is empty; --layout shows a sheet: {}\n", sheets);
+}
+
 // Fonts that were taken for others change how long texts are.
 void tellFonts()
 {
@@ -125,6 +152,8 @@ int render(const RenderOptions& options)
         fmt::print(stderr, "vekad: {} could not be written: {}\n", options.out, error);
         return kNotSaved;
     }
+    if (layout->isModel)
+        tellSheets(db);
     tellOmissions(picture.omissions);
     tellFonts();
     return kDone;

@@ -111,6 +111,11 @@ class Render(Case):
         self.vekad("render", "b.dxf", "nowhere/b.png", expect=4)
         self.vekad("render", "nothing.dxf", "b.png", expect=3)
 
+    def test_sheets_of_a_drawing_with_an_empty_model_are_told(self):
+        self.vekad("run", "a.dxf", "-c", "TILEMODE", "-c", "0", "-c", "LINE", "-c", "0,0", "-c", "5,5", "-c", "", "-o", "sheet.dxf")
+        self.assertIn("--layout shows a sheet: Layout1", self.vekad("render", "sheet.dxf", "sheet.svg").stderr)
+        self.assertEqual(self.vekad("render", "sheet.dxf", "sheet.svg", "--layout", "Layout1").stderr, "")
+
     def test_what_is_not_drawn_is_told(self):
         self.put("c.dxf", BLANK.replace("ENTITIES\n", "ENTITIES\n0\nMYSTERY\n8\n0\n"))
         self.assertIn("MYSTERY (1)", self.vekad("render", "c.dxf", "c.svg").stderr)
