@@ -1,0 +1,44 @@
+  0
+LAYERSTATEDICTIONARY
+  0
+LAYERSTATE
+  1
+Out
+ 91
+2047
+301
+
+290
+0
+302
+0
+  8
+0
+ 90
+8
+ 62
+7
+370
+-3
+  6
+Continuous
+  2
+
+440
+0
+  8
+A
+ 90
+8
+ 62
+179
+370
+-3
+  6
+Continuous
+  2
+
+440
+0
+ 92
+660510
