@@ -88,8 +88,7 @@ VcDbObjectId VcDbMText::textStyle() const
 
 Vcad::ErrorStatus VcDbMText::setTextStyle(VcDbObjectId style)
 {
-    const VcRxClass* cls = style.objectClass();
-    return cls && cls->isDerivedFrom(VcDbTextStyleTableRecord::desc()) ? change(m_style, style) : Vcad::eInvalidInput;
+    return mayReferTo(*this, style, VcDbTextStyleTableRecord::desc()) ? change(m_style, style) : Vcad::eInvalidInput;
 }
 
 Vcad::ErrorStatus VcDbMText::setTextHeight(double h) { return isPositive(h) ? change(m_textHeight, h) : Vcad::eOutOfRange; }
