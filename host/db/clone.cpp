@@ -242,6 +242,15 @@ void Cloner::translateAll()
 
 }
 
+// Entities stand in blocks; a record has its name in its drawing already, unless it goes by a number.
+static Vcad::ErrorStatus mayBeCloned(const VcDbObject& original, const DatabaseCore& to, VcDbObjectId owner)
+{
+    if (original.isKindOf(VcDbEntity::desc()))
+        return to.liveAs<VcDbBlockTableRecord>(owner) ? Vcad::eOk : Vcad::eInvalidInput;
+    const bool isNear = DatabaseCore::of(original.objectId()) == &to;
+    return isNear && original.isKindOf(VcDbSymbolTableRecord::desc()) ? Vcad::eDuplicateKey : Vcad::eOk;
+}
+
 Vcad::ErrorStatus cloneObjects(const VcDbObjectIdArray& ids, VcDbObjectId owner, VcDbIdMapping& mapping)
 {
     if (ids.empty())
@@ -250,8 +259,12 @@ Vcad::ErrorStatus cloneObjects(const VcDbObjectIdArray& ids, VcDbObjectId owner,
     DatabaseCore* to = DatabaseCore::of(owner);
     if (!from || !to)
         return Vcad::eNoDatabase;
-    for (const VcDbObjectId id : ids)
+    for (const VcDbObjectId id : ids) {
         if (id.databaseSerial() != from->serial())
             return Vcad::eWrongDatabase;
+        const VcDbObject* original = from->object(id);
+        if (const Vcad::ErrorStatus refusal = original ? mayBeCloned(*original, *to, owner) : Vcad::eOk)
+            return refusal;
+    }
     return Cloner(*from, *to, mapping).cloneTo(ids, owner);
 }
