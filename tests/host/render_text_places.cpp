@@ -2,8 +2,13 @@
 // say, to a hundredth of the height.
 #include "host/db/text_geometry.h"
 #include "host/geom/box.h"
+#include "host/io/drawing_file.h"
+#include "host/render/list_builder.h"
 #include "render_support.h"
 #include "sdk/vcdb_text.h"
+
+#include <cstdlib>
+#include <filesystem>
 
 using namespace rendertest;
 
@@ -270,3 +275,51 @@ TEST_P(PlacedMText, StaysInItsExtentsAndFillsThem)
 INSTANTIATE_TEST_SUITE_P(, PlacedMText, testing::ValuesIn(everyLines()), [](const auto& info) {
     return std::string(info.param.lines.what) + (std::string(info.param.font) == "txt" ? "Stroked" : "Outlined") + std::to_string(info.param.attachment);
 });
+
+// Real drawings, where a folder of them is named by VEKAD_DRAWINGS: texts with columns, fields, fonts of all kinds.
+
+namespace {
+
+double heightOf(const VcDbEntity& entity)
+{
+    if (const auto* text = VcDbText::cast(&entity))
+        return text->height();
+    const auto* many = VcDbMText::cast(&entity);
+    return many ? many->textHeight() : 0;
+}
+
+}
+
+TEST(TextDrawings, TextsAreDrawnWithinTheirExtents)
+{
+    const char* folder = std::getenv("VEKAD_DRAWINGS");
+    if (!folder)
+        GTEST_SKIP() << "VEKAD_DRAWINGS names no folder";
+    int seen = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        VcDbDatabase database(false);
+        if (entry.path().extension() != ".dxf" || !readDrawing(database, entry.path().string()).ok())
+            continue;
+        const DatabaseCore& db = database.core();
+        for (std::uint32_t slot = 1; slot < db.slotCount(); ++slot) {
+            const auto* entity = VcDbEntity::cast(db.objectAt(slot));
+            const double height = entity ? heightOf(*entity) : 0;
+            VcDbExtents extents;
+            if (!(height > 0) || entity->isKindOf(VcDbTaggedText::desc()) || entity->getGeomExtents(extents) != Vcad::eOk)
+                continue;
+            vk::render::DisplayList list;
+            vk::render::Omissions omissions;
+            vk::render::ListBuilder(list, db, omissions).add(*entity);
+            if (list.bounds.isEmpty())
+                continue;
+            ++seen;
+            const VcGeVector3d slack(height / 100, height / 100, height / 100);
+            const VcGePoint3d low = extents.minPoint() - slack, high = extents.maxPoint() + slack;
+            EXPECT_TRUE(list.bounds.min.x >= low.x && list.bounds.min.y >= low.y && list.bounds.max.x <= high.x && list.bounds.max.y <= high.y)
+                << entry.path() << " " << std::hex << entity->handle().value() << std::dec << " drawn " << list.bounds.min.x << ","
+                << list.bounds.min.y << " to " << list.bounds.max.x << "," << list.bounds.max.y << ", extents " << extents.minPoint().x << ","
+                << extents.minPoint().y << " to " << extents.maxPoint().x << "," << extents.maxPoint().y;
+        }
+    }
+    EXPECT_GT(seen, 0);
+}
