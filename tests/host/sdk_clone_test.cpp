@@ -46,7 +46,7 @@ std::string comparable(const VcDbObjectId id, std::string said)
 {
     if (id.objectClass()->isDerivedFrom(VcDbDimension::desc()))
         if (const auto at = said.find("2=*D"); at != said.npos)
-            said.erase(at, said.find('\n', at) - at);
+            said.erase(at, said.find('\n', at) + 1 - at);
     return withoutHandles(said);
 }
 

@@ -64,6 +64,9 @@ public:
     VcDbObjectId add(std::unique_ptr<VcDbEntity> entity, VcDbObjectId blockId = {})
     {
         Writing<VcDbBlockTableRecord> block(blockId.isNull() ? modelId() : blockId);
+        EXPECT_EQ(block.status, Vcad::eOk);
+        if (!block)
+            return {};
         VcDbObjectId id;
         VcDbEntity* added = entity.release();
         EXPECT_EQ(block->appendVcDbEntity(id, added), Vcad::eOk);

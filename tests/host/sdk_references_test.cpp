@@ -104,8 +104,7 @@ TEST(ReferencesAcross, EntitiesWithLooksOfAnotherDrawingAreRefused)
     SdkDrawing there, here;
     auto line = std::make_unique<VcDbLine>();
     ASSERT_EQ(line->setLayer(there.layer(L"Wall")), Vcad::eOk);
-    Writing<VcDbBlockTableRecord> model(here.modelId());
-    EXPECT_EQ(model->appendVcDbEntity(line.get()), Vcad::eWrongDatabase);
+    EXPECT_EQ(Writing<VcDbBlockTableRecord>(here.modelId())->appendVcDbEntity(line.get()), Vcad::eWrongDatabase);
     EXPECT_TRUE(line->objectId().isNull()) << "it stays the caller's";
     const VcDbObjectId a = there.line(), b = here.line();
     const std::string before = here.saidBy(b);
