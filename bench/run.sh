@@ -12,7 +12,8 @@ sizes=("$@")
 
 install_missing
 configure bench build-bench
-cmake --build build-bench -j "$(jobs)" --target files_bench editor_bench text_command_bench
+cmake --build build-bench -j "$(jobs)" --target files_bench editor_bench text_command_bench \
+  text_tools_bench dimension_styles_bench system_variables_bench render_bench vekadpaint
 
 folder=build-bench/drawings
 mkdir -p "$folder"
@@ -22,7 +23,13 @@ for size in "${sizes[@]}"; do
   drawings+=("$folder/$size.dxf")
 done
 
-for program in files_bench editor_bench text_command_bench; do
+for program in files_bench editor_bench text_command_bench render_bench; do
   "build-bench/vekad/$program" "${drawings[@]}"
+  echo
+done
+
+# These make what they work on themselves.
+for program in text_tools_bench dimension_styles_bench system_variables_bench; do
+  "build-bench/vekad/$program"
   echo
 done

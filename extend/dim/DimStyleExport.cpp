@@ -122,16 +122,6 @@ private:
     double m_real = 0;
 };
 
-OwnedChain findTextStyle(const wchar_t* name)
-{
-    for (OwnedChain record(vcdbTblNext(L"STYLE", 1)); record; record.reset(vcdbTblNext(L"STYLE", 0))) {
-        const resbuf* node = dxf(record.get(), 2);
-        if (node && CStdStrW(node->resval.rstring).CompareNoCase(name) == 0)
-            return record;
-    }
-    return nullptr;
-}
-
 // The section on a text style, as long as its record has the groups.
 class TextStyleLines
 {
@@ -198,7 +188,7 @@ int InsertTxtVariable(CStringArray& lines, int, const wchar_t* textStyle, int te
 {
     lines.Add(numberLine(kFullInfo, textStyleOption));
     if (textStyleOption != kTextStyleNameOnly)
-        if (const OwnedChain record = findTextStyle(textStyle))
+        if (const OwnedChain record{vcdbTblSearch(L"STYLE", textStyle, 0)})
             GetTxtVariableFromStyle(lines, record.get());
     lines.Add(CStdStrW(kTextStyleEnd) + L"\n");
     return RTNORM;

@@ -4,6 +4,7 @@
 #include "host/db/chain.h"
 #include "host/db/database.h"
 #include "host/db/kept_object.h"
+#include "host/db/let_go.h"
 #include "host/db/undo.h"
 
 #include <fmt/format.h>
@@ -38,13 +39,15 @@ bool isAsBefore(VcDbObject& object, const VcDbObject& before)
 Changes changesOf(DatabaseCore& db)
 {
     Changes changes;
+    const LetGo letGo(db);
     for (const UndoJournal::Touched& touched : db.undo().touchedSince(0)) {
         VcDbObject* object = db.object(touched.id);
-        if (!object || (touched.created && object->isErased()))
+        const bool isGone = object && (object->isErased() || letGo.contains(*object));
+        if (!object || (touched.created && isGone))
             continue;
-        if (!touched.created && !object->isErased() && (!touched.before || isAsBefore(*object, *touched.before)))
+        if (!touched.created && !isGone && (!touched.before || isAsBefore(*object, *touched.before)))
             continue;
-        HandlesByType& list = touched.created ? changes.added : object->isErased() ? changes.erased : changes.modified;
+        HandlesByType& list = touched.created ? changes.added : isGone ? changes.erased : changes.modified;
         list[dxfNameOf(*object)].push_back(fmt::format("{:X}", db.handleOf(touched.id)));
     }
     return changes;

@@ -6,9 +6,15 @@
 #include "host/app/stopping.h"
 #include "host/base/files.h"
 #include "host/base/numbers.h"
+#include "host/base/unicode.h"
+#include "host/db/database.h"
+#include "host/db/layouts.h"
 #include "host/render/picture.h"
 #include "host/text/font_library.h"
+#include "sdk/vcdb_layout.h"
+#include "sdk/vcdb_tables.h"
 
+#include <algorithm>
 #include <charconv>
 #include <fmt/format.h>
 
@@ -88,12 +94,35 @@ void tellOmissions(const render::Omissions& omissions)
         fmt::print(stderr, "vekad: not drawn: {} ({})\n", what, count);
 }
 
+bool isEmpty(const DatabaseCore& db, VcDbObjectId space)
+{
+    const auto* block = db.objectAs<VcDbBlockTableRecord>(space);
+    return !block || std::none_of(block->memberSlots().begin(), block->memberSlots().end(), [&](std::uint32_t slot) {
+        const VcDbObject* member = db.objectAt(slot);
+        return member && !member->isErased();
+    });
+}
+
+// A drawing may have everything on its sheets.
+void tellSheets(const DatabaseCore& db)
+{
+    if (!isEmpty(db, db.modelSpace()))
+        return;
+    std::string sheets;
+    for (const VcDbLayout* layout : layoutsByTab(db))
+        if (!isModelLayout(db, *layout) && !isEmpty(db, layout->getBlockTableRecordId()))
+            sheets += (sheets.empty() ? "" : ", ") + layout->nameUtf8();
+    if (!sheets.empty())
+        fmt::print(stderr, "vekad: the model is empty; --layout shows a sheet: {}\n", sheets);
+}
+
 // Fonts that were taken for others change how long texts are.
 void tellFonts()
 {
     for (const vktext::FontUse& use : vktext::FontLibrary::instance().report()) {
         if (use.match == vktext::FontMatch::Substitute)
-            fmt::print(stderr, "vekad: font {}: {} taken instead; its texts may be longer or shorter\n", use.asked.font, use.taken);
+            fmt::print(stderr, "vekad: font {}: {} taken instead; its texts may be longer or shorter\n", use.asked.font,
+                       equalNoCase(use.asked.font, use.taken) ? "similar strokes" : use.taken);
         if (use.missingGlyphs > 0)
             fmt::print(stderr, "vekad: font {}: {} characters are in no font and drawn as boxes\n", use.asked.font, use.missingGlyphs);
     }
@@ -123,6 +152,8 @@ int render(const RenderOptions& options)
         fmt::print(stderr, "vekad: {} could not be written: {}\n", options.out, error);
         return kNotSaved;
     }
+    if (layout->isModel)
+        tellSheets(db);
     tellOmissions(picture.omissions);
     tellFonts();
     return kDone;

@@ -62,7 +62,8 @@ void save(Editor& ed)
     ed.printLine(fmt::format("Layer state \"{}\" saved.", name));
 }
 
-// The current layer is set before any is frozen, since the current one refuses that.
+// The current layer is set before any is frozen, since the current one refuses that. Where it is frozen itself, only the
+// state thaws it; then the one that was current until now is still to be frozen.
 void restore(Editor& ed)
 {
     const auto state = askState(ed, "Enter name of layer state to restore or [?]");

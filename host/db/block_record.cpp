@@ -28,8 +28,11 @@ Vcad::ErrorStatus VcDbBlockTableRecord::appendVcDbEntity(VcDbObjectId& id, VcDbE
         return Vcad::eNoDatabase;
     if (!entity || !entity->objectId().isNull())
         return Vcad::eInvalidInput;
+    const VcDbObjectId layer = entity->props().layer;
+    if (!layer.isNull() && layer.databaseSerial() != m_id.databaseSerial())
+        return Vcad::eWrongDatabase;
     assertWriteEnabled();
-    if (entity->props().layer.isNull()) {
+    if (layer.isNull()) {
         EntityProps props = entity->props();
         props.layer = db->face().clayer();
         entity->setProps(props);

@@ -7,6 +7,7 @@
 #include "host/db/host_services.h"
 #include "host/db/extras.h"
 #include "host/db/kept_object.h"
+#include "host/db/record_names.h"
 #include "host/db/xdata.h"
 #include "sdk/vcdb_entity.h"
 #include "sdk/vcdb_objects.h"
@@ -66,10 +67,12 @@ Vcad::ErrorStatus replaceRecord(VcDbSymbolTableRecord& record, ChainGroups& grou
     const VcDbObjectId namesake = db->objectAs<VcDbSymbolTable>(record.ownerId())->find(wanted.nameUtf8());
     if (!namesake.isNull() && namesake != record.objectId())
         return Vcad::eDuplicateKey;
-    if (wanted.nameUtf8().empty() || !keepsCurrentLayer(record, wanted))
+    const bool isRenamed = wanted.nameUtf8() != record.nameUtf8();
+    if ((isRenamed && (!isLegalRecordName(wanted.nameUtf8()) || hasFixedName(*db, record))) || !keepsCurrentLayer(record, wanted))
         return Vcad::eInvalidInput;
     const RbPtr xdata = groups.takeXData();
     record.assertWriteEnabled();
+    renameInHeader(*db, record, record.nameUtf8(), wanted.nameUtf8());
     const std::unique_ptr<VcDbObject> before = record.copyOf();
     record.assignFrom(wanted);
     record.stateRestored(*before);

@@ -17,7 +17,6 @@ public:
 
     Vcad::ErrorStatus cloneTo(const VcDbObjectIdArray& ids, VcDbObjectId owner);
     VcDbObjectId translated(VcDbObjectId id, RefKind kind);
-    // Extended data names applications, which the target must know.
     void translateAll();
 
 private:
@@ -29,6 +28,7 @@ private:
     void place(VcDbObject& clone, VcDbObjectId owner);
     bool isElsewhere() const { return &m_from != &m_to; }
     VcDbObjectId mapped(VcDbObjectId id) const;
+    void settle(ObjectExtras& extras);
     VcDbObjectId copyByPath(VcDbObject& target);
     VcDbDictionary* twinOfDictionary(VcDbDictionary& original);
 
@@ -234,12 +234,35 @@ void Cloner::translateAll()
     Translator translator(*this);
     translator.setHandleSpace(m_from);
     // Translating may bring more objects along, which join the list.
-    for (std::size_t i = 0; i < m_toTranslate.size(); ++i)
-        if (VcDbObject* clone = m_to.object(m_toTranslate[i]))
-            translator.visitAll(*clone);
+    for (std::size_t i = 0; i < m_toTranslate.size(); ++i) {
+        VcDbObject* clone = m_to.object(m_toTranslate[i]);
+        if (!clone)
+            continue;
+        translator.visitAll(*clone);
+        if (ObjectExtras* extras = clone->extras(); extras && isElsewhere())
+            settle(*extras);
+    }
     m_toTranslate.clear();
 }
 
+// Reactors that stayed behind are none, and applications are known by name.
+void Cloner::settle(ObjectExtras& extras)
+{
+    std::erase_if(extras.reactors, [](VcDbObjectId id) { return id.isNull(); });
+    for (const Tag& tag : extras.xdata)
+        if (tag.code == 1001)
+            m_to.recordFor(NameTable::AppId, tag.view());
+}
+
+}
+
+// Entities stand in blocks; a record has its name in its drawing already, unless it goes by a number.
+static Vcad::ErrorStatus mayBeCloned(const VcDbObject& original, const DatabaseCore& to, VcDbObjectId owner)
+{
+    if (original.isKindOf(VcDbEntity::desc()))
+        return to.liveAs<VcDbBlockTableRecord>(owner) ? Vcad::eOk : Vcad::eInvalidInput;
+    const bool isNear = DatabaseCore::of(original.objectId()) == &to;
+    return isNear && original.isKindOf(VcDbSymbolTableRecord::desc()) ? Vcad::eDuplicateKey : Vcad::eOk;
 }
 
 Vcad::ErrorStatus cloneObjects(const VcDbObjectIdArray& ids, VcDbObjectId owner, VcDbIdMapping& mapping)
@@ -250,8 +273,12 @@ Vcad::ErrorStatus cloneObjects(const VcDbObjectIdArray& ids, VcDbObjectId owner,
     DatabaseCore* to = DatabaseCore::of(owner);
     if (!from || !to)
         return Vcad::eNoDatabase;
-    for (const VcDbObjectId id : ids)
+    for (const VcDbObjectId id : ids) {
         if (id.databaseSerial() != from->serial())
             return Vcad::eWrongDatabase;
+        const VcDbObject* original = from->object(id);
+        if (const Vcad::ErrorStatus refusal = original ? mayBeCloned(*original, *to, owner) : Vcad::eOk)
+            return refusal;
+    }
     return Cloner(*from, *to, mapping).cloneTo(ids, owner);
 }

@@ -57,7 +57,11 @@ Vcad::ErrorStatus VcDbDimension::setPoint(VcGePoint3d& member, const VcGePoint3d
     return change(member, p, isFinite(p));
 }
 
-Vcad::ErrorStatus VcDbDimension::setDimBlockId(VcDbObjectId block) { return setMember(*this, m_block, block, true); }
+Vcad::ErrorStatus VcDbDimension::setDimBlockId(VcDbObjectId block)
+{
+    return setMember(*this, m_block, block, block.isNull() || mayReferTo(*this, block, VcDbBlockTableRecord::desc()));
+}
+
 VcGePoint3d VcDbDimension::textPosition() const { return toWorld(m_textMiddle, normal()); }
 
 Vcad::ErrorStatus VcDbDimension::setTextPosition(const VcGePoint3d& p)

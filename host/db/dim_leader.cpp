@@ -93,7 +93,7 @@ void VcDbLeader::setHookLine(bool on, bool alongHorizontal)
 
 Vcad::ErrorStatus VcDbLeader::setPlane(const VcGeVector3d& normal, const VcGeVector3d& horizontal)
 {
-    if (!isDirection(normal) || !isDirection(horizontal))
+    if (!isDirection(normal) || !isDirection(horizontal) || normal.normal().isParallelTo(horizontal.normal()))
         return Vcad::eOutOfRange;
     assertWriteEnabled();
     m_normal = normal.normal();

@@ -283,10 +283,7 @@ VcDbObjectId dimStyleOf(const VcDbObject& object, VcDbObjectId style)
 
 Vcad::ErrorStatus setDimStyleOf(VcDbObject& object, VcDbObjectId& member, VcDbObjectId style)
 {
-    const VcRxClass* cls = style.objectClass();
-    if (!cls || !cls->isDerivedFrom(VcDbDimStyleTableRecord::desc()))
-        return Vcad::eInvalidInput;
-    return setMember(object, member, style, true);
+    return setMember(object, member, style, mayReferTo(object, style, VcDbDimStyleTableRecord::desc()));
 }
 
 double xdataNumber(const VcDbObject& object, std::string_view application, int code)

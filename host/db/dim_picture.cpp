@@ -5,6 +5,7 @@
 #include "host/db/dim_block_users.h"
 #include "host/db/dim_figure.h"
 #include "host/db/ent_util.h"
+#include "host/db/scale_list.h"
 #include "host/db/standard_objects.h"
 #include "host/db/text_geometry.h"
 #include "sdk/vcdb_curves.h"
@@ -40,13 +41,8 @@ double annotationScale(const DatabaseCore& db)
 {
     const VcDbDictionary* variables = entry(db, "AcDbVariableDictionary");
     const auto* current = variables ? db.liveAs<VcDbDictionaryVar>(variables->find("CANNOSCALE")) : nullptr;
-    const VcDbDictionary* scales = current ? entry(db, "ACAD_SCALELIST") : nullptr;
-    if (!scales)
-        return 1;
-    for (const auto& [key, id] : scales->liveEntries())
-        if (const auto* scale = db.liveAs<VcDbScale>(id); scale && equalNoCase(scale->nameUtf8(), current->valueUtf8()))
-            return scale->drawingUnits() / scale->paperUnits();
-    return 1;
+    const VcDbScale* scale = current ? scaleNamed(db, current->valueUtf8()) : nullptr;
+    return scale ? scale->drawingUnits() / scale->paperUnits() : 1;
 }
 
 // Blocks whose arrows have no body: the dimension line goes through to their tip.

@@ -24,7 +24,7 @@ void cornerFields(FieldVisitor& v, VcGePoint3d (&corners)[4])
         v.point(10 + i, corners[i]);
 }
 
-// A file may leave out the fourth corner of a triangle.
+// A file may leave out the fourth corner of a triangle, and a flat one all heights.
 void readCorners(FieldVisitor& v, VcGePoint3d (&corners)[4])
 {
     v.point(10, corners[0]);
@@ -32,6 +32,8 @@ void readCorners(FieldVisitor& v, VcGePoint3d (&corners)[4])
     v.point(12, corners[2]);
     VcGePoint3d fourth(NAN, NAN, NAN);
     v.point(13, fourth);
+    if (std::isfinite(fourth.x) && std::isnan(fourth.z))
+        fourth.z = corners[2].z;
     if (v.isChain() ? isFinite(fourth) : true)
         corners[3] = isFinite(fourth) ? fourth : corners[2];
 }

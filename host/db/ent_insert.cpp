@@ -26,7 +26,7 @@ VcDbBlockReference::VcDbBlockReference(const VcGePoint3d& position, VcDbObjectId
 
 Vcad::ErrorStatus VcDbBlockReference::setBlockTableRecord(VcDbObjectId block)
 {
-    return setMember(*this, m_block, block, !block.isNull());
+    return setMember(*this, m_block, block, mayReferTo(*this, block, VcDbBlockTableRecord::desc()));
 }
 
 VcGePoint3d VcDbBlockReference::position() const { return toWorld(m_position, normal()); }

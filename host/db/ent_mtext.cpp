@@ -88,8 +88,7 @@ VcDbObjectId VcDbMText::textStyle() const
 
 Vcad::ErrorStatus VcDbMText::setTextStyle(VcDbObjectId style)
 {
-    const VcRxClass* cls = style.objectClass();
-    return cls && cls->isDerivedFrom(VcDbTextStyleTableRecord::desc()) ? change(m_style, style) : Vcad::eInvalidInput;
+    return mayReferTo(*this, style, VcDbTextStyleTableRecord::desc()) ? change(m_style, style) : Vcad::eInvalidInput;
 }
 
 Vcad::ErrorStatus VcDbMText::setTextHeight(double h) { return isPositive(h) ? change(m_textHeight, h) : Vcad::eOutOfRange; }
@@ -269,7 +268,7 @@ Vcad::ErrorStatus VcDbMText::transformBy(const VcGeMatrix3d& m)
 Vcad::ErrorStatus VcDbMText::getGeomExtents(VcDbExtents& extents) const
 {
     extents = VcDbExtents();
-    const vktext::Box box = layoutOf(*this).box;
+    const vktext::Box box = vktext::drawnBox(layoutOf(*this));
     const VcGeVector3d along = direction(), up = m_normal.crossProduct(along);
     for (const double x : {box.left, box.right})
         for (const double y : {box.bottom, box.top})

@@ -120,8 +120,7 @@ VcDbObjectId VcDbText::textStyle() const
 
 Vcad::ErrorStatus VcDbText::setTextStyle(VcDbObjectId style)
 {
-    const VcRxClass* cls = style.objectClass();
-    return cls && cls->isDerivedFrom(VcDbTextStyleTableRecord::desc()) ? change(m_style, style) : Vcad::eInvalidInput;
+    return mayReferTo(*this, style, VcDbTextStyleTableRecord::desc()) ? change(m_style, style) : Vcad::eInvalidInput;
 }
 
 Vcad::ErrorStatus VcDbText::setHeight(double h) { return isPositive(h) ? change(m_height, h) : Vcad::eOutOfRange; }

@@ -28,6 +28,14 @@ Vcad::ErrorStatus setMember(VcDbObject& object, T& member, const T& value, bool 
     member = value;
     return Vcad::eOk;
 }
+// Whether the object may point there: something of the class that stands in the same drawing, if the object is in one yet.
+inline bool mayReferTo(const VcDbObject& object, VcDbObjectId id, const VcRxClass* cls)
+{
+    const VcRxClass* actual = id.objectClass();
+    const bool isNear = object.objectId().isNull() || object.objectId().databaseSerial() == id.databaseSerial();
+    return actual && actual->isDerivedFrom(cls) && isNear && !id.isErased();
+}
+
 Vcad::ErrorStatus setThicknessOf(VcDbObject& object, VcDbExtrusion& extrusion, double thickness);
 Vcad::ErrorStatus setNormalOf(VcDbObject& object, VcDbExtrusion& extrusion, const VcGeVector3d& normal);
 

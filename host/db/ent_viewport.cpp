@@ -1,5 +1,6 @@
 // Viewports of layouts: a window on the sheet and the view that it shows.
 #include "host/db/ent_util.h"
+#include "sdk/vcdb_tables.h"
 #include "sdk/vcdb_viewport.h"
 
 #include <algorithm>
@@ -73,9 +74,7 @@ Vcad::ErrorStatus VcDbViewport::setNonRectClipOn(bool on)
 
 Vcad::ErrorStatus VcDbViewport::setNonRectClipEntityId(VcDbObjectId id)
 {
-    assertWriteEnabled();
-    m_clipEntity = id;
-    return Vcad::eOk;
+    return setMember(*this, m_clipEntity, id, id.isNull() || mayReferTo(*this, id, VcDbEntity::desc()));
 }
 
 // Layers
@@ -87,8 +86,9 @@ bool VcDbViewport::isLayerFrozenInViewport(VcDbObjectId layer) const
 
 Vcad::ErrorStatus VcDbViewport::freezeLayersInViewport(const VcDbObjectIdArray& layers)
 {
-    if (std::any_of(layers.begin(), layers.end(), [](VcDbObjectId id) { return id.isNull(); }))
-        return Vcad::eNullObjectId;
+    const auto isLayer = [this](VcDbObjectId id) { return mayReferTo(*this, id, VcDbLayerTableRecord::desc()); };
+    if (!std::all_of(layers.begin(), layers.end(), isLayer))
+        return Vcad::eInvalidInput;
     assertWriteEnabled();
     for (const VcDbObjectId layer : layers)
         if (!isLayerFrozenInViewport(layer))

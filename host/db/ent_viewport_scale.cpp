@@ -5,6 +5,7 @@
 #include "host/db/chain.h"
 #include "host/db/database.h"
 #include "host/db/extras.h"
+#include "host/db/scale_list.h"
 #include "sdk/vcdb_objects.h"
 #include "sdk/vcdb_viewport.h"
 #include "sdk/vcut.h"
@@ -12,6 +13,7 @@
 namespace {
 
 constexpr const char* kRecordName = "ASDK_XREC_ANNOTATION_SCALE_INFO";
+constexpr int kFormCode = 90;
 constexpr int kScaleCode = 340;
 
 VcDbDictionary* extensionOf(const VcDbViewport& viewport)
@@ -27,19 +29,7 @@ VcDbXrecord* recordOf(const VcDbViewport& viewport)
     return extension ? db->liveAs<VcDbXrecord>(extension->find(kRecordName)) : nullptr;
 }
 
-VcDbScale* scaleNamed(const DatabaseCore& db, std::string_view name)
-{
-    const auto* root = db.objectAs<VcDbDictionary>(db.rootDictionary());
-    const auto* list = root ? db.liveAs<VcDbDictionary>(root->find("ACAD_SCALELIST")) : nullptr;
-    if (!list)
-        return nullptr;
-    for (const auto& [key, id] : list->liveEntries())
-        if (auto* scale = db.liveAs<VcDbScale>(id); scale && equalNoCase(scale->nameUtf8(), name))
-            return scale;
-    return nullptr;
-}
-
-// What the record names, erased or not: a list that has been written anew has another scale of that name.
+// What the record names. A scale that the list does not know any more keeps its name.
 const VcDbScale* namedBy(const VcDbXrecord& record)
 {
     resbuf* chain = nullptr;
@@ -52,9 +42,8 @@ const VcDbScale* namedBy(const VcDbXrecord& record)
                 scale = db->objectAs<VcDbScale>(id);
         }
     vcutRelRb(chain);
-    if (const VcDbScale* live = scale && scale->isErased() ? scaleNamed(*db, scale->nameUtf8()) : nullptr)
-        return live;
-    return scale;
+    const VcDbScale* listed = scale ? listedScale(*db, *scale) : nullptr;
+    return listed ? listed : scale;
 }
 
 Vcad::ErrorStatus point(VcDbViewport& viewport, const VcDbScale& scale)
@@ -69,10 +58,14 @@ Vcad::ErrorStatus point(VcDbViewport& viewport, const VcDbScale& scale)
         record = made.get();
         extension->setAtUtf8(kRecordName, db->add(std::move(made), extension->objectId()));
     }
-    resbuf value{};
-    value.restype = kScaleCode;
-    idToName(scale.objectId(), value.resval.rlname);
-    return record->setFromRbChain(value);
+    // Other programs begin the record with the number of its form.
+    resbuf reference{}, form{};
+    reference.restype = kScaleCode;
+    idToName(scale.objectId(), reference.resval.rlname);
+    form.rbnext = &reference;
+    form.restype = kFormCode;
+    form.resval.rlong = 1;
+    return record->setFromRbChain(form);
 }
 
 }
@@ -91,11 +84,10 @@ Vcad::ErrorStatus VcDbAnnotationScale::getName(wchar_t*& name) const
 {
     const DatabaseCore* db = DatabaseCore::of(m_viewport);
     const auto* viewport = db ? db->liveAs<VcDbViewport>(m_viewport) : nullptr;
-    const VcDbXrecord* record = viewport ? recordOf(*viewport) : nullptr;
-    const VcDbScale* scale = record ? namedBy(*record) : nullptr;
-    if (!scale)
+    const std::string named = viewport ? annotationScaleOf(*viewport) : std::string();
+    if (named.empty())
         return Vcad::eKeyNotFound;
-    name = heapStringFromUtf8(scale->nameUtf8());
+    name = heapStringFromUtf8(named);
     return Vcad::eOk;
 }
 
@@ -112,5 +104,14 @@ Vcad::ErrorStatus VcDbAnnotationScale::setScaleId(VcDbObjectId id)
     DatabaseCore* db = DatabaseCore::of(m_viewport);
     auto* viewport = db ? db->liveAs<VcDbViewport>(m_viewport) : nullptr;
     const VcDbScale* scale = viewport ? db->liveAs<VcDbScale>(id) : nullptr;
-    return scale ? point(*viewport, *scale) : Vcad::eInvalidInput;
+    return scale && listedScale(*db, *scale) == scale ? point(*viewport, *scale) : Vcad::eInvalidInput;
 }
+
+std::string annotationScaleOf(const VcDbViewport& viewport)
+{
+    const VcDbXrecord* record = recordOf(viewport);
+    const VcDbScale* scale = record ? namedBy(*record) : nullptr;
+    return scale ? scale->nameUtf8() : std::string();
+}
+
+bool assignAnnotationScale(VcDbViewport& viewport, const VcDbScale& scale) { return point(viewport, scale) == Vcad::eOk; }

@@ -3,6 +3,7 @@
 #include "host/base/heap.h"
 #include "host/base/unicode.h"
 #include "host/db/database.h"
+#include "host/db/ent_util.h"
 #include "host/db/extras.h"
 #include "sdk/vcdb_records.h"
 #include "sdk/vcdb_tables.h"
@@ -130,12 +131,6 @@ wchar_t* nameOf(VcDbObjectId id, const char* otherwise)
     return heapStringFromUtf8(record ? record->nameUtf8() : std::string(otherwise));
 }
 
-bool isRecordOf(VcDbObjectId id, const VcRxClass* cls)
-{
-    const VcRxClass* actual = id.objectClass();
-    return actual && actual->isDerivedFrom(cls);
-}
-
 }
 
 VcCmColor VcDbEntity::color() const { return props().color; }
@@ -160,7 +155,7 @@ wchar_t* VcDbEntity::layer() const { return nameOf(props().layer, "0"); }
 
 Vcad::ErrorStatus VcDbEntity::setLayer(VcDbObjectId layer, bool doSubents)
 {
-    if (!isRecordOf(layer, VcDbLayerTableRecord::desc()))
+    if (!mayReferTo(*this, layer, VcDbLayerTableRecord::desc()))
         return Vcad::eInvalidInput;
     return changeProps(*this, doSubents, [&](EntityProps& p) { p.layer = layer; });
 }
@@ -176,7 +171,7 @@ wchar_t* VcDbEntity::linetype() const { return nameOf(props().linetype, "ByLayer
 
 Vcad::ErrorStatus VcDbEntity::setLinetype(VcDbObjectId linetype, bool doSubents)
 {
-    if (!isRecordOf(linetype, VcDbLinetypeTableRecord::desc()))
+    if (!mayReferTo(*this, linetype, VcDbLinetypeTableRecord::desc()))
         return Vcad::eInvalidInput;
     return changeProps(*this, doSubents, [&](EntityProps& p) { p.linetype = linetype; });
 }
@@ -216,6 +211,8 @@ Vcad::ErrorStatus VcDbEntity::setPropertiesFrom(const VcDbEntity* other, bool do
 {
     if (!other)
         return Vcad::eInvalidInput;
+    if (database() && other->database() && database() != other->database())
+        return Vcad::eWrongDatabase;
     const EntityProps from = other->props();
     return changeProps(*this, doSubents, [&](EntityProps& p) { p = from; });
 }

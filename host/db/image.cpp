@@ -2,11 +2,15 @@
 #include "host/db/ent_util.h"
 #include "host/db/hatch_fields.h"
 #include "sdk/vcdb_images.h"
+#include "sdk/vcdb_objects.h"
 
 VCDB_DEFINE(VcDbRasterImage, VcDbEntity, "IMAGE")
 VCDB_DEFINE(VcDbWipeout, VcDbRasterImage, "WIPEOUT")
 
-Vcad::ErrorStatus VcDbRasterImage::setImageDefId(VcDbObjectId id) { return setMember(*this, m_definition, id, true); }
+Vcad::ErrorStatus VcDbRasterImage::setImageDefId(VcDbObjectId id) 
+{
+    return setMember(*this, m_definition, id, id.isNull() || mayReferTo(*this, id, VcDbRasterImageDef::desc()));
+}
 
 void VcDbRasterImage::getOrientation(VcGePoint3d& origin, VcGeVector3d& uPixel, VcGeVector3d& vPixel) const
 {
@@ -17,7 +21,7 @@ void VcDbRasterImage::getOrientation(VcGePoint3d& origin, VcGeVector3d& uPixel, 
 
 Vcad::ErrorStatus VcDbRasterImage::setOrientation(const VcGePoint3d& origin, const VcGeVector3d& u, const VcGeVector3d& v)
 {
-    if (!isFinite(origin) || !isDirection(u) || !isDirection(v))
+    if (!isFinite(origin) || !isDirection(u) || !isDirection(v) || u.normal().isParallelTo(v.normal()))
         return Vcad::eOutOfRange;
     assertWriteEnabled();
     m_origin = origin;

@@ -1,4 +1,5 @@
 #include "host/db/database.h"
+#include "host/db/ent_util.h"
 #include "sdk/vcdb_records.h"
 #include "sdk/vcdb_tables.h"
 
@@ -78,8 +79,7 @@ Vcad::ErrorStatus VcDbLayerTableRecord::setLineWeight(VcDb::LineWeight weight)
 
 Vcad::ErrorStatus VcDbLayerTableRecord::setLinetypeObjectId(VcDbObjectId linetype)
 {
-    const VcRxClass* actual = linetype.objectClass();
-    if (!actual || !actual->isDerivedFrom(VcDbLinetypeTableRecord::desc()))
+    if (!mayReferTo(*this, linetype, VcDbLinetypeTableRecord::desc()))
         return Vcad::eInvalidInput;
     assertWriteEnabled();
     m_linetype = linetype;

@@ -1,6 +1,7 @@
 #include "host/base/heap.h"
 #include "host/base/unicode.h"
 #include "host/db/database.h"
+#include "host/db/ent_util.h"
 #include "sdk/vcdb_layout.h"
 #include "sdk/vcdb_objects.h"
 #include "sdk/vcdb_tables.h"
@@ -151,9 +152,7 @@ void VcDbPlotSettings::shadeFields(FieldVisitor& v)
 
 Vcad::ErrorStatus VcDbLayout::setBlockTableRecordId(VcDbObjectId block)
 {
-    assertWriteEnabled();
-    m_block = block;
-    return Vcad::eOk;
+    return setMember(*this, m_block, block, block.isNull() || mayReferTo(*this, block, VcDbBlockTableRecord::desc()));
 }
 
 wchar_t* VcDbLayout::getLayoutName() const { return heapStringFromUtf8(m_name); }
@@ -163,6 +162,8 @@ Vcad::ErrorStatus VcDbLayout::setLayoutName(const wchar_t* name)
     if (!name || !*name)
         return Vcad::eInvalidInput;
     const DatabaseCore* db = DatabaseCore::of(m_id);
+    if (db && m_block == db->modelSpace() && !m_block.isNull())
+        return Vcad::eNotApplicable;
     auto* dictionary = db ? db->liveAs<VcDbDictionary>(ownerId()) : nullptr;
     if (dictionary && dictionary->has(m_id) && !dictionary->setName(utf8ToWide(dictionary->nameOf(m_id)).c_str(), name))
         return Vcad::eDuplicateKey;
@@ -194,7 +195,7 @@ Vcad::ErrorStatus VcDbLayout::getLimits(VcGePoint2d& minimum, VcGePoint2d& maxim
 
 Vcad::ErrorStatus VcDbLayout::setLimits(const VcGePoint2d& minimum, const VcGePoint2d& maximum)
 {
-    if (!(minimum.x <= maximum.x) || !(minimum.y <= maximum.y))
+    if (!isFinite(minimum) || !isFinite(maximum) || minimum.x > maximum.x || minimum.y > maximum.y)
         return Vcad::eOutOfRange;
     assertWriteEnabled();
     m_limitsMin = minimum;
@@ -244,7 +245,7 @@ void VcDbLayout::getUcs(VcGePoint3d& origin, VcGeVector3d& xAxis, VcGeVector3d& 
 Vcad::ErrorStatus VcDbLayout::setUcs(const VcGePoint3d& origin, const VcGeVector3d& xAxis, const VcGeVector3d& yAxis)
 {
     const VcGeVector3d x = xAxis.normal(), y = yAxis.normal();
-    if (!(std::abs(x.dotProduct(y)) < 1e-6) || !(x.length() > 0.5) || !(y.length() > 0.5))
+    if (!isFinite(origin) || !(std::abs(x.dotProduct(y)) < 1e-6) || !(x.length() > 0.5) || !(y.length() > 0.5))
         return Vcad::eOutOfRange;
     assertWriteEnabled();
     m_ucsOrigin = origin;

@@ -57,13 +57,13 @@ void VcDbMlineStyle::setElements(std::vector<Element> elements)
     m_elements = std::move(elements);
 }
 
-// A palette index and, where it is none of the palette, the true colour behind it.
+// A palette index and, where it is none of the palette, the true colour right behind it: one further on is another's.
 static void colorFields(FieldVisitor& v, VcCmColor& color)
 {
     std::int16_t index = color.colorIndex();
     v.number(62, index);
-    std::int64_t rgb = color.isByColor() ? std::int64_t(color.rgb()) : -1;
-    if (v.isReading() || v.atLeast(DxfVersion::R2004))
+    std::int64_t rgb = color.isByColor() && !v.isReading() ? std::int64_t(color.rgb()) : -1;
+    if (v.isReading() ? v.peek() == 420 : v.atLeast(DxfVersion::R2004))
         v.optionalInteger(420, rgb, -1);
     if (!v.isReading())
         return;

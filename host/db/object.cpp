@@ -6,8 +6,11 @@
 #include "host/db/extras.h"
 #include "host/db/xdata.h"
 #include "sdk/vcdb_entity.h"
+#include "sdk/vcdb_layout.h"
 #include "sdk/vcdb_objects.h"
 #include "sdk/vcdb_tables.h"
+
+#include <algorithm>
 
 VCRX_DEFINE(VcDbObject, VcRxObject)
 
@@ -206,6 +209,35 @@ void VcDbObject::assertWriteEnabled(bool, bool)
         db->undo().recordState(*this);
 }
 
+// The tables and the dictionaries that every drawing is found through, and its model.
+static bool holdsTheDrawing(const DatabaseCore& db, const VcDbObject& object)
+{
+    if (object.isKindOf(VcDbSymbolTable::desc()) || object.objectId() == db.rootDictionary())
+        return true;
+    if (const auto* layout = VcDbLayout::cast(&object))
+        return layout->getBlockTableRecordId() == db.modelSpace();
+    const auto* root = db.objectAs<VcDbDictionary>(db.rootDictionary());
+    return root && (object.objectId() == root->find("ACAD_GROUP") || object.objectId() == root->find("ACAD_LAYOUT"));
+}
+
+// What comes back needs its owner, and the name that it had there.
+static Vcad::ErrorStatus mayComeBack(const DatabaseCore& db, const VcDbObject& object)
+{
+    const VcDbObject* owner = db.object(object.ownerId());
+    if (owner && owner->isErased())
+        return Vcad::eWasErased;
+    if (const auto* table = VcDbSymbolTable::cast(owner))
+        return table->find(static_cast<const VcDbSymbolTableRecord&>(object).nameUtf8()).isNull() ? Vcad::eOk : Vcad::eDuplicateKey;
+    const auto* dictionary = VcDbDictionary::cast(owner);
+    return dictionary && dictionary->nameOf(object.objectId()).empty() ? Vcad::eDuplicateKey : Vcad::eOk;
+}
+
+static void eraseExtension(const DatabaseCore& db, const VcDbObject& object, bool erasing)
+{
+    if (VcDbObject* dictionary = db.object(object.extensionDictionary()))
+        dictionary->eraseWithOwner(erasing);
+}
+
 Vcad::ErrorStatus VcDbObject::erase(bool erasing)
 {
     if (m_erased == erasing)
@@ -213,7 +245,9 @@ Vcad::ErrorStatus VcDbObject::erase(bool erasing)
     DatabaseCore* db = DatabaseCore::of(m_id);
     if (!db)
         return Vcad::eNoDatabase;
-    if (const Vcad::ErrorStatus refusal = erasing ? mayErase() : Vcad::eOk)
+    if (erasing && holdsTheDrawing(*db, *this))
+        return Vcad::eCannotBeErased;
+    if (const Vcad::ErrorStatus refusal = erasing ? mayErase() : mayComeBack(*db, *this))
         return refusal;
     db->undo().recordErase(*this);
     m_erased = erasing;
@@ -221,6 +255,7 @@ Vcad::ErrorStatus VcDbObject::erase(bool erasing)
     m_modified = true;
     erasedChanged();
     eraseOwned(erasing);
+    eraseExtension(*db, *this, erasing);
     return Vcad::eOk;
 }
 
@@ -237,10 +272,12 @@ void VcDbObject::eraseWithOwner(bool erasing)
     if (m_erased == erasing || (!erasing && !m_erasedWithOwner))
         return;
     m_erasedWithOwner = erasing;
-    DatabaseCore::of(m_id)->undo().recordErase(*this);
+    DatabaseCore* db = DatabaseCore::of(m_id);
+    db->undo().recordErase(*this);
     m_erased = erasing;
     erasedChanged();
     eraseOwned(erasing);
+    eraseExtension(*db, *this, erasing);
 }
 
 bool VcDbObject::hasFields() const

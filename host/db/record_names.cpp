@@ -8,11 +8,17 @@
 #include "sdk/vcdb_objects.h"
 #include "sdk/vcdb_records.h"
 
+#include <algorithm>
 #include <utility>
+
+static std::size_t charactersOf(std::string_view utf8)
+{
+    return std::size_t(std::ranges::count_if(utf8, [](char c) { return (c & 0xc0) != 0x80; }));
+}
 
 bool isLegalRecordName(std::string_view utf8)
 {
-    if (utf8.empty() || utf8.size() > 255 * 4 || utf8.front() == ' ' || utf8.back() == ' ')
+    if (utf8.empty() || charactersOf(utf8) > 255 || utf8.front() == ' ' || utf8.back() == ' ')
         return false;
     const std::string_view rest = utf8.front() == '*' ? utf8.substr(1) : utf8;
     for (const char c : rest)
@@ -74,16 +80,47 @@ bool isStandardName(NameTable table, std::string_view name)
     }
 }
 
+// Variables of the header that name a record, some of them the current one.
+struct HeaderName {
+    NameTable table;
+    const char* variable;
+    bool isCurrent = false;
+};
+
+constexpr HeaderName kHeaderNames[] = {
+    {NameTable::Layer, "$CLAYER", true},         {NameTable::Linetype, "$CELTYPE", true}, {NameTable::Linetype, "$DIMLTYPE"},
+    {NameTable::Linetype, "$DIMLTEX1"},          {NameTable::Linetype, "$DIMLTEX2"},      {NameTable::TextStyle, "$TEXTSTYLE", true},
+    {NameTable::TextStyle, "$DIMTXSTY"},         {NameTable::DimStyle, "$DIMSTYLE", true}, {NameTable::Ucs, "$UCSNAME"},
+    {NameTable::Ucs, "$PUCSNAME"},               {NameTable::Block, "$DIMBLK"},           {NameTable::Block, "$DIMBLK1"},
+    {NameTable::Block, "$DIMBLK2"},              {NameTable::Block, "$DIMLDRBLK"},
+};
+
 bool isCurrent(const DatabaseCore& db, NameTable table, std::string_view name)
 {
-    const char* variable = table == NameTable::Layer       ? "$CLAYER"
-                           : table == NameTable::Linetype  ? "$CELTYPE"
-                           : table == NameTable::TextStyle ? "$TEXTSTYLE"
-                           : table == NameTable::DimStyle  ? "$DIMSTYLE"
-                                                           : nullptr;
-    return variable && equalNoCase(db.header().text(variable, ""), name);
+    return std::ranges::any_of(kHeaderNames, [&](const HeaderName& h) {
+        return h.isCurrent && h.table == table && equalNoCase(db.header().text(h.variable, ""), name);
+    });
 }
 
+}
+
+bool hasFixedName(const DatabaseCore& db, const VcDbSymbolTableRecord& record)
+{
+    if (const auto* block = VcDbBlockTableRecord::cast(&record))
+        return block->isLayout();
+    for (const NameTable table : {NameTable::Layer, NameTable::Linetype, NameTable::AppId, NameTable::Viewport})
+        if (db.tableId(table) == record.ownerId())
+            return isStandardName(table, record.nameUtf8());
+    return false;
+}
+
+void renameInHeader(DatabaseCore& db, const VcDbSymbolTableRecord& record, std::string_view oldName, std::string_view newName)
+{
+    for (const HeaderName& h : kHeaderNames) {
+        const TagList* value = db.tableId(h.table) == record.ownerId() ? db.header().find(h.variable) : nullptr;
+        if (value && !value->empty() && !oldName.empty() && equalNoCase(db.header().text(h.variable, ""), oldName))
+            db.header().setText(h.variable, (*value->begin()).code, newName);
+    }
 }
 
 // What an application's record merely mentions, as a layer state does its layers, can still go.

@@ -16,6 +16,12 @@ bool isLegalRecordName(std::string_view utf8);
 // The next free number behind a name such as "*U" in the table.
 std::string freeAnonymousName(const VcDbSymbolTable& table, std::string_view prefix);
 
+// Whether the record is known by its name: layer 0, the logical linetypes, the spaces. Others may be renamed.
+bool hasFixedName(const DatabaseCore& db, const VcDbSymbolTableRecord& record);
+
+// The header names what is current; it goes on naming the record under its new name.
+void renameInHeader(DatabaseCore& db, const VcDbSymbolTableRecord& record, std::string_view oldName, std::string_view newName);
+
 // Whether erasing the record is refused: it is current, one of those every drawing has, or something refers to it.
 VKHOST_API bool recordIsNeeded(const DatabaseCore& db, const VcDbSymbolTableRecord& record);
 

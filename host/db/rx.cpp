@@ -54,7 +54,7 @@ VcRxDictionary::~VcRxDictionary() { delete m_entries; }
 
 VcRxObject* VcRxDictionary::at(const wchar_t* name) const
 {
-    const auto found = m_entries->byName.find(name);
+    const auto found = m_entries->byName.find(name ? name : L"");
     return found == m_entries->byName.end() ? nullptr : found->second;
 }
 
@@ -62,12 +62,12 @@ bool VcRxDictionary::has(const wchar_t* name) const { return at(name) != nullptr
 
 VcRxObject* VcRxDictionary::atPut(const wchar_t* name, VcRxObject* object)
 {
-    return std::exchange(m_entries->byName[name], object);
+    return std::exchange(m_entries->byName[name ? name : L""], object);
 }
 
 VcRxObject* VcRxDictionary::remove(const wchar_t* name)
 {
-    const auto found = m_entries->byName.find(name);
+    const auto found = m_entries->byName.find(name ? name : L"");
     if (found == m_entries->byName.end())
         return nullptr;
     VcRxObject* object = found->second;

@@ -33,7 +33,11 @@ Vcad::ErrorStatus VcDbSymbolTableRecord::setName(const wchar_t* name)
         if (!there.isNull() && there != m_id)
             return Vcad::eDuplicateKey;
     }
+    if (db && utf8 != m_name && hasFixedName(*db, *this))
+        return Vcad::eNotApplicable;
     assertWriteEnabled();
+    if (db)
+        renameInHeader(*db, *this, m_name, utf8);
     setNameUtf8(utf8);
     return Vcad::eOk;
 }
@@ -176,6 +180,11 @@ Vcad::ErrorStatus VcDbSymbolTable::add(VcDbObjectId& id, VcDbSymbolTableRecord* 
     if (!db)
         return Vcad::eNoDatabase;
     if (!record || !record->objectId().isNull())
+        return Vcad::eInvalidInput;
+    if (std::unique_ptr<VcDbSymbolTableRecord>(newRecord())->isA() != record->isA())
+        return Vcad::eNotThatKindOfClass;
+    const bool isShapeFile = record->nameUtf8().empty() && record->isKindOf(VcDbTextStyleTableRecord::desc());
+    if (!isShapeFile && !isLegalRecordName(record->nameUtf8()))
         return Vcad::eInvalidInput;
     if (record->nameUtf8().size() > 1 && record->nameUtf8()[0] == '*') {
         record->setNameUtf8(freeAnonymousName(*this, record->nameUtf8()));

@@ -3,6 +3,7 @@
 #include "host/db/database.h"
 #include "sdk/vcdb_records.h"
 #include "sdk/vcdb_tables.h"
+#include "sdk/vcdb_viewport.h"
 
 #include <unordered_set>
 
@@ -117,10 +118,16 @@ void SpaceIndex::update(const VcDbEntity& entity)
         m_boxes.set(entity.objectId().slot(), boxOf(entity));
 }
 
+bool isSheetItself(const VcDbEntity& entity)
+{
+    const auto* viewport = VcDbViewport::cast(&entity);
+    return viewport && viewport->number() == 1;
+}
+
 std::optional<SpaceIndex::Candidate> SpaceIndex::candidate(std::uint64_t slot) const
 {
     const auto* entity = VcDbEntity::cast(m_db.objectAt(std::uint32_t(slot)));
-    if (!entity || entity->isErased())
+    if (!entity || entity->isErased() || isSheetItself(*entity))
         return std::nullopt;
     return Candidate{entity, extentsOf(m_boxes.boxOf(slot).value_or(kEverywhere))};
 }

@@ -12,6 +12,9 @@
 
 namespace vk::edit {
 
+// The viewport that stands for the sheet. People see no frame of it and never mean it.
+bool isSheetItself(const VcDbEntity& entity);
+
 class VKHOST_API SpaceIndex {
 public:
     // The index of a space, brought up to date.

@@ -7,6 +7,7 @@
 #include "host/edit/interpret.h"
 #include "host/edit/pick.h"
 #include "host/edit/select_admission.h"
+#include "host/edit/select_index.h"
 #include "host/edit/sysvars.h"
 #include "sdk/vcdb_chains.h"
 #include "sdk/vcdb_objects.h"
@@ -443,7 +444,7 @@ void Selector::all()
             if (i + kAhead < slots.size())
                 __builtin_prefetch(db.objectAt(slots[i + kAhead]));
             auto* entity = VcDbEntity::cast(db.objectAt(slots[i]));
-            if (!entity || entity->isErased())
+            if (!entity || entity->isErased() || isSheetItself(*entity))
                 continue;
             const VcDbObjectId layer = entity->layerId();
             if (!layers.isFrozen(layer) && !layers.isLocked(layer))
@@ -511,7 +512,7 @@ VcDbObjectId lastSeen(Editor& ed)
     const auto& slots = space->memberSlots();
     for (std::size_t i = slots.size(); i-- > 0;) {
         const auto* entity = VcDbEntity::cast(db.objectAt(slots[i]));
-        if (entity && !entity->isErased() && layers.shows(*entity))
+        if (entity && !entity->isErased() && !isSheetItself(*entity) && layers.shows(*entity))
             return entity->objectId();
     }
     return {};

@@ -6,12 +6,14 @@
 #include "host/db/coordinate_system.h"
 #include "host/db/database.h"
 #include "host/db/layouts.h"
+#include "host/db/scale_list.h"
 #include "host/edit/editor.h"
 #include "host/edit/sysvars_drawing.h"
 #include "host/edit/view.h"
 #include "host/edit/viewports.h"
 #include "sdk/vcdb_chains.h"
 #include "sdk/vcdb_layout.h"
+#include "sdk/vcdb_objects.h"
 #include "sdk/vcdb_tables.h"
 
 #include <chrono>
@@ -69,6 +71,26 @@ SysVarValue viewCenter(const Editor& ed)
     return worldToUcs(ed) * (worldToDisplay(view).inverse() * view.center);
 }
 
+constexpr const char* kFullSize = "1:1";
+
+// The name that the model works with. A viewport may have one of its own; a sheet is of full size.
+std::string currentAnnotationScale(const Editor& ed)
+{
+    if (isOnSheet(ed)) {
+        const VcDbViewport* viewport = activeViewport(ed);
+        const std::string named = viewport ? annotationScaleOf(*viewport) : std::string();
+        return named.empty() ? kFullSize : named;
+    }
+    const auto stored = drawingSysVar(ed.db(), *findSysVar("CANNOSCALE"));
+    return stored ? std::get<std::string>(*stored) : kFullSize;
+}
+
+double annotationScaleValue(const Editor& ed)
+{
+    const VcDbScale* scale = scaleNamed(ed.db(), currentAnnotationScale(ed));
+    return scale ? scale->scale() : 1.0;
+}
+
 struct Computed {
     std::string_view name;
     bool needsDrawing;
@@ -118,6 +140,8 @@ const Computed kComputed[] = {
          const VcDbLayout* layout = currentLayout(ed);
          return layout ? layout->nameUtf8() : std::string();
      }},
+    {"CANNOSCALE", true, [](const Editor& ed) -> SysVarValue { return currentAnnotationScale(ed); }},
+    {"CANNOSCALEVALUE", true, [](const Editor& ed) -> SysVarValue { return annotationScaleValue(ed); }},
     {"TEMPPREFIX", false, [](const Editor&) -> SysVarValue { return temporaryFolder(); }},
     {"LOGINNAME", false,
      [](const Editor&) -> SysVarValue {
@@ -159,6 +183,21 @@ SetVarResult setRecordName(Editor& ed, const SysVarDef& def, NameTable table, co
     return SetVarResult::Done;
 }
 
+// What stands already may always be set, by a script that puts all variables back for one.
+SetVarResult setAnnotationScale(Editor& ed, const SysVarDef& def, const std::string& name)
+{
+    if (equalNoCase(name, currentAnnotationScale(ed)))
+        return SetVarResult::Done;
+    const VcDbScale* scale = scaleNamed(ed.db(), name);
+    VcDbViewport* viewport = activeViewport(ed);
+    if (!scale || (isOnSheet(ed) && !viewport))
+        return SetVarResult::Refused;
+    if (viewport)
+        return assignAnnotationScale(*viewport, *scale) ? SetVarResult::Done : SetVarResult::Refused;
+    ed.vars().force(def.name, scale->nameUtf8());
+    return SetVarResult::Done;
+}
+
 SetVarResult setTileMode(Editor& ed, std::int32_t value)
 {
     const DatabaseCore& db = ed.db();
@@ -196,6 +235,8 @@ std::optional<SetVarResult> setSpecialSysVar(Editor& ed, const SysVarDef& def, c
         return setTileMode(ed, std::get<std::int32_t>(value));
     if (name == "CECOLOR" || name == "CPLOTSTYLE")
         return setDrawingSysVar(ed.db(), def, value) ? SetVarResult::Done : SetVarResult::OutOfRange;
+    if (name == "CANNOSCALE")
+        return setAnnotationScale(ed, def, std::get<std::string>(value));
     if (name == "CTAB")
         return setTab(ed, std::get<std::string>(value));
     if (name == "CVPORT")

@@ -4,6 +4,7 @@
 #include "host/db/degrees.h"
 #include "host/db/extras.h"
 #include "host/db/kept_object.h"
+#include "host/db/let_go.h"
 #include "host/geom/curve.h"
 #include "host/io/legacy_sink.h"
 #include "host/io/object_writer.h"
@@ -220,7 +221,7 @@ static bool isFurniture(std::string_view type)
     return std::find(std::begin(kTypes), std::end(kTypes), type) != std::end(kTypes);
 }
 
-std::map<std::string, std::size_t> objectsWithoutPlace(const DatabaseCore& db, DxfVersion version)
+std::map<std::string, std::size_t> objectsWithoutPlace(const DatabaseCore& db, DxfVersion version, const LetGo& letGo)
 {
     std::map<std::string, std::size_t> lost;
     if (version >= DxfVersion::R13)
@@ -228,7 +229,8 @@ std::map<std::string, std::size_t> objectsWithoutPlace(const DatabaseCore& db, D
     for (std::uint32_t slot = 1; slot < db.slotCount(); ++slot) {
         const VcDbObject* object = db.objectAt(slot);
         if (!object || object->isErased() || object->isKindOf(VcDbEntity::desc()) || object->isKindOf(VcDbSymbolTable::desc()) ||
-            object->isKindOf(VcDbSymbolTableRecord::desc()) || isFurniture(dxfNameOf(*object)))
+            object->isKindOf(VcDbSymbolTableRecord::desc()) || isFurniture(dxfNameOf(*object)) ||
+            letGo.contains(*object))
             continue;
         if (const auto* layout = VcDbLayout::cast(object)) {
             const auto* block = db.liveAs<VcDbBlockTableRecord>(layout->getBlockTableRecordId());

@@ -6,6 +6,7 @@
 #include <map>
 
 class GroupSink;
+class LetGo;
 class VcDbEntity;
 
 enum class Fate { Kept, Rewritten, Dropped };
@@ -23,4 +24,4 @@ bool isAbstractLinetype(const DatabaseCore& db, VcDbObjectId id);
 std::vector<ClassRecord> classesToWrite(const DatabaseCore& db, DxfVersion version);
 
 // Whether what the release has no place for, beyond entities, would be dropped: by kind, with how many.
-std::map<std::string, std::size_t> objectsWithoutPlace(const DatabaseCore& db, DxfVersion version);
+std::map<std::string, std::size_t> objectsWithoutPlace(const DatabaseCore& db, DxfVersion version, const LetGo& letGo);

@@ -2,12 +2,14 @@
 
 #include "host/base/code_page.h"
 #include "host/db/database.h"
+#include "host/db/let_go.h"
 #include "host/io/atomic_file.h"
 #include "host/io/downgrade.h"
 #include "host/io/dxf_reader.h"
 #include "host/io/dxf_writer.h"
 #include "host/io/julian_date.h"
 #include "host/io/legacy_sink.h"
+#include "host/io/let_go_sink.h"
 #include "host/io/mapped_file.h"
 
 #include <cctype>
@@ -56,14 +58,16 @@ void produce(DatabaseCore& db, const WriteOptions& options, WriteResult& result,
         groups = &legacy;
     else if (result.version < DxfVersion::R2018 && db.origin.version > result.version)
         groups = &older;
-    DxfWriter writer(db, result.version, *groups, options, result);
+    const LetGo letGo(db);
+    LetGoSink settled(*groups, handlesInPlace(db, letGo));
+    DxfWriter writer(db, result.version, letGo.isEmpty() ? *groups : settled, letGo, options, result);
     if (!writer.write()) {
         result.status = FileStatus::Cancelled;
         result.message = "saving was cancelled";
     }
     output->flush();
     result.bytes = output->bytes();
-    for (const auto& [type, count] : objectsWithoutPlace(db, result.version)) {
+    for (const auto& [type, count] : objectsWithoutPlace(db, result.version, letGo)) {
         result.droppedByType[type] += count;
         result.dropped += count;
     }

@@ -4,6 +4,7 @@
 #include "host/db/database.h"
 #include "host/db/dim_block_users.h"
 #include "host/db/kept_object.h"
+#include "host/db/let_go.h"
 #include "host/db/standard_header.h"
 #include "host/io/downgrade.h"
 #include "host/io/header_versions.h"
@@ -36,8 +37,9 @@ struct DxfWriter::TableRow {
     NameTable table;
 };
 
-DxfWriter::DxfWriter(DatabaseCore& db, DxfVersion version, GroupSink& sink, const WriteOptions& options, WriteResult& result)
-    : m_db(db), m_version(version), m_sink(sink), m_options(options), m_result(result), m_objects(db, version, sink),
+DxfWriter::DxfWriter(DatabaseCore& db, DxfVersion version, GroupSink& sink, const LetGo& letGo, const WriteOptions& options,
+                     WriteResult& result)
+    : m_db(db), m_version(version), m_sink(sink), m_letGo(letGo), m_options(options), m_result(result), m_objects(db, version, sink),
       m_abandoned(vk::dim::abandonedBlocks(db))
 {
     m_hasHandles = !isLegacy() || !db.origin.fromFile || db.origin.version >= DxfVersion::R13 || db.origin.hasHandles;
@@ -354,7 +356,7 @@ void DxfWriter::objects()
     for (std::uint32_t slot = 1; slot < m_db.slotCount(); ++slot) {
         VcDbObject* object = m_db.objectAt(slot);
         if (!isLive(object) || object->isKindOf(VcDbEntity::desc()) || object->isKindOf(VcDbSymbolTable::desc()) ||
-            object->isKindOf(VcDbSymbolTableRecord::desc()))
+            object->isKindOf(VcDbSymbolTableRecord::desc()) || m_letGo.contains(*object))
             continue;
         all.push_back(object);
     }

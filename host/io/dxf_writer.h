@@ -8,6 +8,7 @@
 #include <unordered_set>
 
 class DatabaseCore;
+class LetGo;
 class VcDbBlockTableRecord;
 class VcDbDatabase;
 class VcDbEntity;
@@ -15,7 +16,9 @@ struct KeptSection;
 
 class DxfWriter {
 public:
-    DxfWriter(DatabaseCore& db, DxfVersion version, GroupSink& sink, const WriteOptions& options, WriteResult& result);
+    // What has been let go is left out.
+    DxfWriter(DatabaseCore& db, DxfVersion version, GroupSink& sink, const LetGo& letGo, const WriteOptions& options,
+              WriteResult& result);
     // False when it was cancelled.
     bool write();
 
@@ -46,6 +49,7 @@ private:
     DatabaseCore& m_db;
     DxfVersion m_version;
     GroupSink& m_sink;
+    const LetGo& m_letGo;
     const WriteOptions& m_options;
     WriteResult& m_result;
     ObjectWriter m_objects;

@@ -9,6 +9,7 @@
 #include <cmath>
 #include <cstring>
 #include <functional>
+#include <utility>
 
 namespace vk::render {
 
@@ -164,7 +165,6 @@ private:
         return all;
     }
 
-    // Stops where values were missing.
     void figure(bool closed, const std::function<void()>& content)
     {
         const std::uint32_t first = m_b.figureCount();

@@ -436,4 +436,15 @@ TextStyleSpec fragmentStyle(const MTextLayout& layout, const MTextFragment& frag
     return style;
 }
 
+Box drawnBox(const MTextLayout& layout)
+{
+    Box box = layout.box;
+    for (const MTextFragment& fragment : layout.fragments) {
+        constexpr double kHighest = 2; // of what stands on a base line, in its heights
+        if (fragment.y + kHighest * fragment.height > layout.box.top)
+            box.top = std::max(box.top, fragment.y + measureLine(fragmentStyle(layout, fragment), fragment.height, fragmentText(fragment)).ink.top);
+    }
+    return box;
+}
+
 } // namespace vktext

@@ -74,4 +74,7 @@ VKHOST_API MTextLayout layoutMText(const MTextSpec& spec);
 VKHOST_API std::string fragmentText(const MTextFragment& fragment);
 VKHOST_API TextStyleSpec fragmentStyle(const MTextLayout& layout, const MTextFragment& fragment);
 
+// The box with what rises out of its top: accents, and the dots of some stroke fonts.
+VKHOST_API Box drawnBox(const MTextLayout& layout);
+
 } // namespace vktext

@@ -14,6 +14,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QPushButton>
+#include <algorithm>
 
 using vk::ui::fromUtf8;
 using vk::ui::fromWide;
@@ -122,14 +123,16 @@ std::optional<std::string> askForFile(const FileRequest& request)
     return inWindow ? askInWindow(request) : askAtCommandLine(request);
 }
 
-// "Text files(*.txt)|*.txt|All|*.*||" and the like.
+// "Text files(*.txt)|*.txt|All|*.*||" and the like. What *.* means are files without an ending as well.
 QString filtersFromPairs(const QString& pairs)
 {
     const QStringList parts = pairs.split('|');
     QStringList filters;
     for (int i = 0; i + 1 < parts.size() && !parts[i].isEmpty(); i += 2) {
         const QString name = parts[i].section('(', 0, 0).trimmed();
-        filters << name + " (" + parts[i + 1].split(';', Qt::SkipEmptyParts).join(' ') + ")";
+        QStringList patterns = parts[i + 1].split(';', Qt::SkipEmptyParts);
+        std::replace(patterns.begin(), patterns.end(), QString("*.*"), QString("*"));
+        filters << name + " (" + patterns.join(' ') + ")";
     }
     return filters.join(";;");
 }

@@ -111,6 +111,11 @@ class Render(Case):
         self.vekad("render", "b.dxf", "nowhere/b.png", expect=4)
         self.vekad("render", "nothing.dxf", "b.png", expect=3)
 
+    def test_sheets_of_a_drawing_with_an_empty_model_are_told(self):
+        self.vekad("run", "a.dxf", "-c", "TILEMODE", "-c", "0", "-c", "LINE", "-c", "0,0", "-c", "5,5", "-c", "", "-o", "sheet.dxf")
+        self.assertIn("--layout shows a sheet: Layout1", self.vekad("render", "sheet.dxf", "sheet.svg").stderr)
+        self.assertEqual(self.vekad("render", "sheet.dxf", "sheet.svg", "--layout", "Layout1").stderr, "")
+
     def test_what_is_not_drawn_is_told(self):
         self.put("c.dxf", BLANK.replace("ENTITIES\n", "ENTITIES\n0\nMYSTERY\n8\n0\n"))
         self.assertIn("MYSTERY (1)", self.vekad("render", "c.dxf", "c.svg").stderr)
@@ -148,6 +153,17 @@ class Run(Case):
         self.assertEqual(list(self.report("run", "b.dxf", "-c", grow)["modified"]), ["CIRCLE"])
         self.assertEqual(self.report("run", "b.dxf", "-c", same)["modified"], {})
         self.assertEqual(list(self.report("run", "b.dxf", "-c", gone)["erased"]), ["LINE"])
+
+    def test_what_leaves_its_dictionary_is_reported_as_erased(self):
+        add = """(defun keep (name) (dictadd (namedobjdict) name (entmakex '((0 . "XRECORD") (100 . "AcDbXrecord") (280 . 1)))))"""
+        drop = """(dictremove (namedobjdict) "OLD")"""
+        self.vekad("run", "a.dxf", "-c", add, "-c", """(keep "OLD")""", "-o", "b.dxf")
+        brief = ["-c", """(keep "BRIEF")""", "-c", """(dictremove (namedobjdict) "BRIEF")"""]
+        report = self.report("run", "b.dxf", "-c", drop, "-c", add, *brief, "-o", "c.dxf")
+        self.assertEqual(list(report["erased"]), ["XRECORD"])
+        self.assertEqual((report["added"], "XRECORD" in report["modified"]), ({}, False))
+        self.assertNotIn("XRECORD", (self.folder / "c.dxf").read_text())
+        self.vekad("audit", "c.dxf")
 
     def test_in_place_keeps_the_old_file(self):
         self.vekad("run", "a.dxf", "-c", LINE, "--in-place")

@@ -140,6 +140,15 @@ TEST_F(Answers, ANameWithoutAnEndingTakesTheFirstOneOffered)
     EXPECT_EQ(path.Right(12), L"unending.svf");
 }
 
+TEST_F(Answers, AllFilesAreAlsoThoseWithoutAnEnding)
+{
+    const FileDialogs shown;
+    answer("FileDialog", {"fileTypeCombo=All files (*)", "fileTypeCombo=Styles (*.dim *.sty)", "pBtnCancel"});
+    CFileDialog dialog(true, L"*.dim", L"", 0, L"Styles (*.dim)|*.dim;*.sty|All files (*.*)|*.*||", nullptr);
+    EXPECT_EQ(dialog.DoModal(), IDCANCEL);
+    EXPECT_FALSE(hasTrouble()) << said;
+}
+
 TEST_F(Answers, ACancelledFileDialogGivesNoPath)
 {
     const FileDialogs shown;

@@ -32,7 +32,8 @@ public:
 };
 
 // Labels that people know from elsewhere stay, though their keys go round both widgets.
-const char* const kAccepted[] = {"DialogTxt2MTxt: rBtnSortTopDown and rBtnSelection share Alt+S"};
+const char* const kAccepted[] = {"DialogTxt2MTxt: rBtnSortTopDown and rBtnSelection share Alt+S",
+                                 "ScaleListEditDialog: okBtn and moveDownBtn share Alt+O"};
 
 // Looks over each dialog when it has been shown and laid out.
 class Inspector : public QObject {

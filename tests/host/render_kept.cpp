@@ -1,0 +1,276 @@
+// What is drawn of things that drawings bring along for others: pictures of foreign objects, clips of references, blocks of
+// leaders, shapes of linetypes, gradients.
+#include "host/io/drawing_file.h"
+#include "render_support.h"
+
+#include <cstring>
+#include <fmt/format.h>
+
+using namespace rendertest;
+
+namespace {
+
+// Records as foreign programs write them: each its length, its kind, and little-endian values.
+class Records {
+public:
+    Records& begin(std::uint32_t kind)
+    {
+        end();
+        m_start = m_bytes.size();
+        number(0);
+        number(kind);
+        ++m_count;
+        return *this;
+    }
+    Records& number(std::uint32_t n) { return raw(&n, sizeof n); }
+    Records& reals(std::initializer_list<double> values)
+    {
+        for (const double v : values)
+            raw(&v, sizeof v);
+        return *this;
+    }
+    std::string all()
+    {
+        end();
+        std::string whole;
+        for (const std::uint32_t n : {std::uint32_t(m_bytes.size() + 8), m_count})
+            whole.append(reinterpret_cast<const char*>(&n), 4);
+        return whole + m_bytes;
+    }
+
+private:
+    Records& raw(const void* data, std::size_t size)
+    {
+        m_bytes.append(static_cast<const char*>(data), size);
+        return *this;
+    }
+    void end()
+    {
+        if (m_count == 0)
+            return;
+        const std::uint32_t length = std::uint32_t(m_bytes.size() - m_start);
+        std::memcpy(m_bytes.data() + m_start, &length, 4);
+    }
+    std::string m_bytes;
+    std::size_t m_start = 0;
+    std::uint32_t m_count = 0;
+};
+
+std::string foreignObject(const std::string& bytes)
+{
+    std::string hex;
+    for (const char c : bytes)
+        hex += fmt::format("{:02X}", std::uint8_t(c));
+    std::string groups = "0\nACAD_PROXY_ENTITY\n5\n50\n100\nAcDbEntity\n8\n0\n100\nAcDbProxyEntity\n90\n498\n91\n500\n";
+    for (std::size_t at = 0; at < hex.size(); at += 254)
+        groups += "310\n" + hex.substr(at, 254) + "\n";
+    return groups;
+}
+
+std::string drawing(const std::string& entities, const std::string& before = {}, const std::string& after = {})
+{
+    return before + "0\nSECTION\n2\nENTITIES\n" + entities + "0\nENDSEC\n" + after + "0\nEOF\n";
+}
+
+}
+
+class RenderKept : public Picture {
+protected:
+    void paintFile(const std::string& file, bool mayFail = false)
+    {
+        sheet = {};
+        omissions = {};
+        VcDbDatabase database(false);
+        const bool read = readDrawingBytes(database, file).ok();
+        ASSERT_TRUE(read || mayFail);
+        if (!read)
+            return;
+        vk::render::Scene scene(database.core(), *vk::render::findLayout(database.core(), ""), omissions);
+        scene.paint(sheet, {{0, 0}, {kSide, kSide}}, {kSide, kSide, kPage, true});
+    }
+};
+
+TEST_F(RenderKept, PicturesOfForeignObjects)
+{
+    Records r;
+    r.begin(14).number(1);                                                                     // red
+    r.begin(6).number(2).reals({100, 100, 0, 300, 100, 0});                                    // a line
+    r.begin(22).number(0xc200ff00);                                                            // a true colour
+    r.begin(2).reals({500, 500, 0, 100, 0, 0, 1});                                             // a circle
+    r.begin(4).reals({500, 500, 0, 200, 0, 0, 1, 1, 0, 0, 3.14159265358979}).number(0);        // a half circle above it
+    r.begin(3).reals({810, 500, 0, 800, 510, 0, 790, 500, 0});                                 // through three points
+    r.begin(20).number(1);                                                                     // filled from here on
+    r.begin(7).number(4).reals({100, 700, 0, 200, 700, 0, 200, 800, 0, 100, 800, 0});          // a square
+    r.begin(99).reals({1, 2, 3});                                                              // what nobody knows
+    r.begin(29).reals({1, 0, 0, 500, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1});                     // moved
+    r.begin(32).number(2).reals({100, 100, 0, 300, 100, 0, 0, 0, 1});
+    r.begin(31);
+    r.begin(9).number(3).reals({700, 700, 0, 900, 700, 0, 800, 900, 0}).number(4).number(3).number(0).number(1).number(2);
+    paintFile(drawing(foreignObject(r.all())));
+    EXPECT_EQ(at(200, 100), kRed);
+    EXPECT_EQ(at(600, 500), kGreen);
+    EXPECT_EQ(at(500, 700), kGreen);
+    EXPECT_FALSE(isInk(500, 300));
+    EXPECT_TRUE(isInk(800, 490));
+    EXPECT_EQ(at(150, 750), kGreen);
+    EXPECT_TRUE(isInk(700, 100));
+    EXPECT_TRUE(isInk(800, 700));
+    EXPECT_FALSE(isInk(800, 750)) << "shells are drawn by their edges";
+    EXPECT_TRUE(omissions.counts().empty());
+}
+
+TEST_F(RenderKept, BrokenPicturesOfForeignObjectsAreHarmless)
+{
+    Records r;
+    r.begin(8).number(2).number(2).reals({100, 100, 0, 300, 100, 0, 100, 300, 0, 300, 300, 0});
+    r.begin(6).number(0xffffffff).reals({100, 100, 0});
+    r.begin(8).number(0xffffffff).number(0xffffffff);
+    r.begin(9).number(1).reals({0, 0, 0}).number(0xffffffff).number(0x80000000).number(7);
+    r.begin(38).reals({0, 0, 0, 0, 0, 1, 1, 0, 0}).number(0x00410041);
+    const std::string whole = r.all();
+    for (std::size_t length = 0; length <= whole.size(); ++length)
+        paintFile(drawing(foreignObject(whole.substr(0, length))), true);
+    EXPECT_TRUE(isInk(200, 100)) << "what came before the nonsense";
+    EXPECT_TRUE(isInk(100, 200));
+    paintFile(drawing(foreignObject("")));
+    EXPECT_EQ(omissions.counts().size(), 1u) << "an object without a picture is told";
+}
+
+// The block is 1000 wide and high, all filled; the clip leaves out what is between 400 and 600.
+TEST_F(RenderKept, InvertedClips)
+{
+    const auto numbers = [](int code, std::initializer_list<double> values) {
+        std::string all;
+        for (const double v : values)
+            all += fmt::format("{}\n{}\n", code, v);
+        return all;
+    };
+    const auto points = [](std::initializer_list<std::pair<double, double>> list, bool inSpace) {
+        std::string all;
+        for (const auto& [x, y] : list)
+            all += fmt::format("10\n{}\n20\n{}\n{}", x, y, inSpace ? "30\n0.0\n" : "");
+        return all;
+    };
+    const std::initializer_list<std::pair<double, double>> around{{0, 0}, {1000, 0}, {1000, 1000}, {0, 1000}}, hole{{400, 400}, {600, 600}};
+    const std::string blocks =
+        "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1015\n0\nENDSEC\n0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n8\n0\n2\nALL\n10\n0\n20\n0\n0\nSOLID\n8\n0\n"
+        "10\n0\n20\n0\n11\n1000\n21\n0\n12\n0\n22\n1000\n13\n1000\n23\n1000\n0\nENDBLK\n0\nENDSEC\n";
+    const std::string reference = "0\nINSERT\n5\n60\n102\n{ACAD_XDICTIONARY\n360\n61\n102\n}\n100\nAcDbEntity\n8\n0\n100\nAcDbBlockReference\n2\nALL\n10\n0\n20\n0\n";
+    const std::string identity = numbers(40, {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0});
+    const auto file = [&](const std::string& compared) {
+        const std::string objects =
+            "0\nSECTION\n2\nOBJECTS\n0\nDICTIONARY\n5\nC\n100\nAcDbDictionary\n0\nDICTIONARY\n5\n61\n330\n60\n100\nAcDbDictionary\n280\n1\n3\nACAD_FILTER\n360\n62\n"
+            "0\nDICTIONARY\n5\n62\n330\n61\n100\nAcDbDictionary\n280\n1\n3\nSPATIAL\n360\n63\n"
+            "0\nSPATIAL_FILTER\n5\n63\n102\n{ACAD_XDICTIONARY\n360\n64\n102\n}\n330\n62\n100\nAcDbFilter\n100\nAcDbSpatialFilter\n70\n4\n" + points(around, false) +
+            "210\n0\n220\n0\n230\n1\n11\n0\n21\n0\n31\n0\n71\n1\n72\n0\n73\n0\n" + identity + identity +
+            "0\nDICTIONARY\n5\n64\n330\n63\n100\nAcDbDictionary\n280\n1\n3\nACAD_INVERTEDCLIP_ROUNDTRIP\n360\n65\n"
+            "0\nXRECORD\n5\n65\n330\n64\n100\nAcDbXrecord\n280\n1\n102\nACAD_INVERTEDCLIP_ROUNDTRIP\n" + points(hole, true) +
+            "102\nACAD_INVERTEDCLIP_ROUNDTRIP_COMPARE\n" + compared + "0\nENDSEC\n";
+        return drawing(reference, blocks, objects);
+    };
+    paintFile(file(points(around, true)));
+    EXPECT_TRUE(isInk(200, 200));
+    EXPECT_FALSE(isInk(500, 500));
+    paintFile(file(points(hole, true)));
+    EXPECT_TRUE(isInk(500, 500)) << "the filter has changed since, so it counts by itself";
+}
+
+TEST_F(RenderKept, BlocksOfLeadersHaveTheirAttributes)
+{
+    const std::string file = drawing(
+        "0\nMULTILEADER\n5\n70\n100\nAcDbEntity\n8\n0\n100\nAcDbMLeader\n300\nCONTEXT_DATA{\n296\n1\n341\n41\n14\n0\n24\n0\n34\n1\n15\n500\n25\n500\n35\n0\n"
+        "16\n2\n26\n2\n36\n2\n46\n0\n301\n}\n170\n1\n330\n44\n177\n1\n44\n0\n302\nHHHH\n",
+        "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1015\n0\nENDSEC\n0\nSECTION\n2\nTABLES\n0\nTABLE\n2\nBLOCK_RECORD\n5\n1\n70\n1\n0\nBLOCK_RECORD\n5\n41\n100\nAcDbSymbolTableRecord\n"
+        "100\nAcDbBlockTableRecord\n2\nMARK\n0\nENDTAB\n0\nENDSEC\n0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n5\n42\n330\n41\n100\nAcDbEntity\n8\n0\n100\nAcDbBlockBegin\n2\nMARK\n10\n0\n20\n0\n"
+        "0\nLINE\n5\n43\n330\n41\n100\nAcDbEntity\n8\n0\n100\nAcDbLine\n10\n0\n20\n0\n11\n100\n21\n0\n"
+        "0\nATTDEF\n5\n44\n330\n41\n100\nAcDbEntity\n8\n0\n100\nAcDbText\n10\n0\n20\n50\n40\n50\n1\nD\n100\nAcDbAttributeDefinition\n3\nP\n2\nTAG\n70\n0\n"
+        "0\nENDBLK\n5\n45\n330\n41\n100\nAcDbEntity\n8\n0\n100\nAcDbBlockEnd\n0\nENDSEC\n");
+    paintFile(file);
+    EXPECT_TRUE(isInk(650, 500)) << "the block, twice as large";
+    double right = 0;
+    for (const Sheet::Mark& mark : sheet.marks)
+        for (const Point2& p : mark.line)
+            if (p.y < kSide - 510)
+                right = std::max(right, p.x);
+    EXPECT_GT(right, 700) << "four letters, twice as large, over the block";
+}
+
+TEST_F(RenderKept, FiguresOfLinetypes)
+{
+    auto& style = *db().objectAs<VcDbTextStyleTableRecord>(db().recordFor(NameTable::TextStyle, "SHAPES"));
+    style.setFontFiles("ltypeshp.shx", "");
+    auto& linetype = *db().objectAs<VcDbLinetypeTableRecord>(db().recordFor(NameTable::Linetype, "FENCE"));
+    std::vector<VcDbLinetypeTableRecord::Dash> pattern(2);
+    pattern[0].length = 200;
+    pattern[1].length = -100;
+    pattern[1].flags = VcDbLinetypeTableRecord::kShape;
+    pattern[1].shapeNumber = 132;
+    pattern[1].style = style.objectId();
+    pattern[1].scale = 25;
+    linetype.setPattern("", pattern);
+    line(0, 500, 800, 500, {.linetype = "FENCE"});
+    paint();
+    EXPECT_TRUE(omissions.counts().empty());
+    std::size_t boxes = 0;
+    for (const Sheet::Mark& mark : sheet.marks)
+        boxes += mark.line.size() == 6;
+    EXPECT_EQ(boxes, 2u) << "one in each gap";
+    pattern[1].shapeNumber = 999;
+    linetype.setPattern("", pattern);
+    paint();
+    EXPECT_EQ(omissions.counts().count("shape of a linetype"), 1u);
+}
+
+// Programs that know true colours only write colour 7 of a layer as white.
+TEST_F(RenderKept, WhiteLayersAreSeenOnAWhitePage)
+{
+    VcCmColor white;
+    white.setTrueColor(0xffffff);
+    layer("WHITE").setColor(white);
+    line(0, 100, 1000, 100, {.layer = "WHITE"});
+    line(0, 200, 1000, 200, {.layer = "WHITE"}).setColor(white);
+    paint();
+    EXPECT_EQ(at(500, 100), kBlack);
+    EXPECT_EQ(at(500, 200), 0xffffffffu) << "its own colour is meant";
+    paint("", 0xff000000);
+    EXPECT_EQ(at(500, 100), 0xffffffffu);
+}
+
+TEST_F(RenderKept, Gradients)
+{
+    const auto file = [](const char* name, int isOneColour, double angle) {
+        return drawing(fmt::format("0\nHATCH\n5\n50\n100\nAcDbEntity\n8\n0\n100\nAcDbHatch\n10\n0\n20\n0\n30\n0\n210\n0\n220\n0\n230\n1\n2\nSOLID\n70\n1\n71\n0\n91\n1\n92\n7\n72\n0\n73\n1\n"
+                                   "93\n4\n10\n100\n20\n100\n10\n900\n20\n100\n10\n900\n20\n900\n10\n100\n20\n900\n97\n0\n75\n1\n76\n1\n98\n0\n450\n1\n451\n0\n460\n{}\n461\n0.0\n"
+                                   "452\n{}\n462\n0.5\n453\n2\n463\n0.0\n63\n5\n421\n255\n463\n1.0\n63\n1\n421\n16711680\n470\n{}\n",
+                                   angle, isOneColour, name),
+                       "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1024\n0\nENDSEC\n");
+    };
+    paintFile(file("LINEAR", 0, 0));
+    ASSERT_EQ(sheet.gradients.size(), 1u);
+    EXPECT_FALSE(sheet.gradients[0].radial);
+    EXPECT_NEAR(sheet.gradients[0].from.x, 100, 1e-6);
+    EXPECT_NEAR(sheet.gradients[0].to.x, 900, 1e-6);
+    EXPECT_EQ(sheet.gradients[0].stops.front().second, kBlue);
+    EXPECT_EQ(sheet.gradients[0].stops.back().second, kRed);
+    paintFile(file("INVLINEAR", 0, 0));
+    EXPECT_EQ(sheet.gradients.at(0).stops.front().second, kRed);
+    paintFile(file("CYLINDER", 0, 1.5707963267948966));
+    EXPECT_EQ(sheet.gradients.at(0).stops.size(), 3u);
+    EXPECT_NEAR(sheet.gradients.at(0).from.x, sheet.gradients.at(0).to.x, 1e-6);
+    paintFile(file("SPHERICAL", 0, 0));
+    EXPECT_TRUE(sheet.gradients.at(0).radial);
+    EXPECT_NEAR(sheet.gradients.at(0).from.x, 500, 1e-6);
+}
+
+// An image that is not at hand is a frame with its name.
+TEST_F(RenderKept, ImagesThatAreNotThere)
+{
+    paintFile(drawing("0\nIMAGE\n5\n50\n100\nAcDbEntity\n8\n0\n100\nAcDbRasterImage\n90\n0\n10\n200\n20\n200\n30\n0\n11\n2\n21\n0\n31\n0\n12\n0\n22\n2\n32\n0\n13\n300\n23\n200\n340\n51\n"
+                      "70\n1\n280\n0\n281\n50\n282\n50\n283\n0\n71\n1\n91\n2\n14\n-0.5\n24\n-0.5\n14\n299.5\n24\n199.5\n",
+                      "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1024\n0\nENDSEC\n",
+                      "0\nSECTION\n2\nOBJECTS\n0\nDICTIONARY\n5\nC\n100\nAcDbDictionary\n0\nIMAGEDEF\n5\n51\n100\nAcDbRasterImageDef\n90\n0\n1\nnowhere/photo.png\n10\n300\n20\n200\n11\n1\n21\n1\n280\n1\n281\n0\n0\nENDSEC\n"));
+    EXPECT_EQ(sheet.images.size(), 1u);
+    EXPECT_TRUE(isInk(500, 200));
+    EXPECT_TRUE(isInk(800, 400));
+    EXPECT_EQ(omissions.counts().count("image that cannot be loaded"), 1u);
+}
