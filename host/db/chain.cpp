@@ -289,7 +289,7 @@ ChainGroups::ChainGroups(const resbuf* chain)
 bool ChainGroups::hasDataIn5() const
 {
     const VcRxClass* cls = m_name ? m_name->objectClass() : nullptr;
-    const std::string_view type = cls && cls->dxfName() ? cls->dxfName() : m_type;
+    const std::string_view type = cls && cls->dxfName() ? std::string_view(cls->dxfName()) : m_type;
     return type == "DIMSTYLE" || type == "SORTENTSTABLE";
 }
 
