@@ -199,8 +199,8 @@ VCRX_DEFINE(VcEdCommandStack, VcRxObject)
 
 VcRxDictionary* vcrxSysRegistry()
 {
-    static VcRxDictionary registry;
-    return &registry;
+    static auto* registry = new VcRxDictionary;  // modules may look for a service while the process ends
+    return registry;
 }
 
 bool vcrxRegisterAppMDIAware(void* appHandle) { return appHandle != nullptr; }

@@ -138,7 +138,7 @@ resbuf textNode(int type, const wchar_t* text)
 {
     resbuf node = {};
     node.restype = std::int16_t(type);
-    vcutNewString(text, node.resval.rstring);
+    node.resval.rstring = const_cast<wchar_t*>(text);  // nobody releases it
     return node;
 }
 
