@@ -98,12 +98,13 @@ TEST_F(Walking, OneOrderOverAllSpaces)
     run("TILEMODE\n1\n");
     const vds_point at = {1, 1, 0};
     made(vcutBuildList(RTDXF0, L"POINT", 8, L"0", 10, at, RTNONE));
-    EXPECT_EQ(kinds(nullptr), "LINE CIRCLE POINT");
+    // A sheet that is entered for the first time gets its viewport.
+    EXPECT_EQ(kinds(nullptr), "LINE VIEWPORT CIRCLE POINT");
     ASSERT_EQ(vcdbEntDel(model), RTNORM);
-    EXPECT_EQ(kinds(nullptr), "CIRCLE POINT");
+    EXPECT_EQ(kinds(nullptr), "VIEWPORT CIRCLE POINT");
     ASSERT_EQ(vcdbEntDel(model), RTNORM);
-    EXPECT_EQ(kinds(nullptr), "LINE CIRCLE POINT");
-    EXPECT_EQ(kinds(model), "CIRCLE POINT");
+    EXPECT_EQ(kinds(nullptr), "LINE VIEWPORT CIRCLE POINT");
+    EXPECT_EQ(kinds(model), "VIEWPORT CIRCLE POINT");
 }
 
 TEST_F(Walking, TheOrderIsThatOfTheFileAfterLoading)
@@ -120,14 +121,14 @@ TEST_F(Walking, TheOrderIsThatOfTheFileAfterLoading)
     auto read = std::make_unique<VcDbDatabase>(false);
     ASSERT_EQ(read->readDwgFile(wide.c_str()), Vcad::eOk);
     editor().openDrawing(std::move(read));
-    // The file holds the blocks of sheets before the model's entities, or behind them: one order, whatever it is.
     const std::string after = kinds(nullptr);
-    EXPECT_EQ(after.size(), before.size());
-    EXPECT_NE(after.find("LINE CIRCLE CIRCLE"), std::string::npos) << after;
+    EXPECT_EQ(after, before);
     Name set;
     ASSERT_EQ(vcedSSGet(L"X", nullptr, nullptr, nullptr, set.value), RTNORM);
     std::string selected;
-    for (int i = 0; i < 4; ++i) {
+    int count = 0;
+    ASSERT_EQ(vcedSSLength(set, &count), RTNORM);
+    for (int i = 0; i < count; ++i) {
         Name member;
         ASSERT_EQ(vcedSSName(set, i, member.value), RTNORM);
         const std::wstring kind = textOf(member, 0);
@@ -189,7 +190,6 @@ TEST_F(Walking, ChainsThatMakeNothing)
         EXPECT_EQ(vcdbEntMakeX(chain.get(), out.value), RTERROR) << i;
         EXPECT_EQ(out.value[0], 5) << i;
     }
-    EXPECT_EQ(vcdbEntMakeX(nullptr, nullptr), RTERROR);
     EXPECT_EQ(kinds(nullptr), "");
 }
 
