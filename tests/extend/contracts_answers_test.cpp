@@ -1,6 +1,8 @@
 // What commands may lean on when they ask: picks, keywords, drags, and what is typed where a file is asked for.
 #include "tests/extend/sdk_support.h"
 
+#include <fstream>
+
 namespace {
 
 class Answers : public SdkTest
@@ -194,12 +196,14 @@ TEST_P(Paths, AreTakenAsTyped)
     line(0, 0, 10, 0);
     const std::string folder = testing::TempDir() + "paths/";
     std::filesystem::create_directories(folder + "in here");
+    std::ofstream(folder + "old.dxf") << "what stood there";
     std::string typed = GetParam().typed;
     for (std::size_t at; (at = typed.find('@')) != typed.npos;)
         typed.replace(at, 1, folder);
     setShort(L"FILEDIA", 0);
     run("WBLOCK\n" + typed + "\n\n0,0\n(entlast)\n\n");
     EXPECT_TRUE(std::filesystem::exists(folder + GetParam().file)) << printed;
+    EXPECT_GT(std::filesystem::file_size(folder + GetParam().file), 1000u) << "a drawing";
     EXPECT_EQ(countOfDrawing(), 0) << "the objects were taken out";
     std::filesystem::remove_all(folder);
 }
@@ -208,6 +212,8 @@ const PathCase kPaths[] = {
     {"Plain", "@plain.dxf", "plain.dxf"},
     {"Quoted", "\"@in here/q.dxf\"", "in here/q.dxf"},
     {"BlanksWithoutQuotes", "@in here/b.dxf", "in here/b.dxf"},
+    {"AnExistingOne", "@old.dxf", "old.dxf"},
+    {"WithoutAnEnding", "@bare", "bare.dxf"},
     {"OtherCharacters", "@\xC3\xA9\xE4\xB8\xAD.dxf", "\xC3\xA9\xE4\xB8\xAD.dxf"},
 };
 INSTANTIATE_TEST_SUITE_P(Typed, Paths, testing::ValuesIn(kPaths), [](const auto& info) { return info.param.why; });
