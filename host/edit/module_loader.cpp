@@ -80,10 +80,12 @@ ModuleLoader& ModuleLoader::instance()
 
 int ModuleLoader::send(Module& module, unsigned message, void* argument)
 {
-    void* const before = std::exchange(m_current, module.handle);
-    const int result = module.entry(message, argument);
-    m_current = before;
-    return result;
+    struct Restore { // modules throw
+        void*& current;
+        void* before;
+        ~Restore() { current = before; }
+    } const restore{m_current, std::exchange(m_current, module.handle)};
+    return module.entry(message, argument);
 }
 
 std::string ModuleLoader::load(const std::string& path)

@@ -34,19 +34,6 @@ protected:
         EXPECT_EQ(vcedGetVar(name, &node), RTNORM);
         return {node.resval.rpoint[0], node.resval.rpoint[1], node.resval.rpoint[2]};
     }
-    static std::wstring scaleOf(VcDbObjectId id)
-    {
-        auto* viewport = opened<VcDbViewport>(id);
-        VcDbAnnotationScale* scale = viewport ? viewport->annotationScale() : nullptr;
-        wchar_t* name = nullptr;
-        std::wstring copy = L"(none)";
-        if (scale && scale->getName(name) == Vcad::eOk)
-            copy = name;
-        vcutDelString(name);
-        if (viewport)
-            viewport->close();
-        return copy;
-    }
     const std::string m_folder = testing::TempDir() + "reopened/";
 };
 
@@ -76,29 +63,6 @@ TEST_F(Reopened, TheHeaderSpeaksWhereThereIsNoViewportRecord)
     EXPECT_EQ(vcdbEntDel(name), RTNORM);
     reopen();
     EXPECT_TRUE(point(L"UCSORG").isEqualTo({5, 6, 0}));
-}
-
-TEST_F(Reopened, AViewportsAnnotationScale)
-{
-    run("TILEMODE\n0\n");
-    run("MVIEW\n0,0\n200,100\n");
-    Name viewport;
-    ASSERT_EQ(vcdbEntLast(viewport.value), RTNORM);
-    ASSERT_EQ(textOf(viewport, 0), L"VIEWPORT");
-    const std::wstring handle = textOf(viewport, 5);
-    auto* object = opened<VcDbViewport>(idOf(viewport), VcDb::kForWrite);
-    VcDbAnnotationScale* scale = object->annotationScale();
-    if (scale) {
-        EXPECT_EQ(scale->setName(L"1:10"), Vcad::eOk);
-        EXPECT_NE(scale->setName(L"no such scale"), Vcad::eOk);
-        EXPECT_NE(scale->setName(nullptr), Vcad::eOk);
-    }
-    object->close();
-    ASSERT_TRUE(scale);
-    EXPECT_EQ(scaleOf(idOf(viewport)), L"1:10");
-    reopen();
-    ASSERT_EQ(vcdbHandEnt(handle.c_str(), viewport.value), RTNORM);
-    EXPECT_EQ(scaleOf(idOf(viewport)), L"1:10");
 }
 
 TEST_F(Reopened, WhatModulesPutIntoDictionaries)

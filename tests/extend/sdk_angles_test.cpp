@@ -7,7 +7,7 @@ namespace {
 
 constexpr double kPi = std::numbers::pi;
 
-class Angles : public SdkTest
+class AngleQuestions : public SdkTest
 {
 protected:
     static double turn(const std::string& typed, const double* base = nullptr)
@@ -54,7 +54,7 @@ const AngleCase kAngles[] = {
     {"shown beside the north", 90, 0, "0,0\n-5,5\n", 45, 135},
 };
 
-TEST_F(Angles, TurnsAndDirections)
+TEST_F(AngleQuestions, TurnsAndDirections)
 {
     for (const AngleCase& c : kAngles) {
         SCOPED_TRACE(c.why);
@@ -65,7 +65,7 @@ TEST_F(Angles, TurnsAndDirections)
     }
 }
 
-TEST_F(Angles, FromABasePoint)
+TEST_F(AngleQuestions, FromABasePoint)
 {
     const vds_point base = {10, 10, 0};
     setReal(L"ANGBASE", kPi / 2);
@@ -75,7 +75,7 @@ TEST_F(Angles, FromABasePoint)
     EXPECT_LT(direction("10,0\n", base), 2 * kPi);
 }
 
-TEST_F(Angles, CommandsTurnByWhatIsTyped)
+TEST_F(AngleQuestions, CommandsTurnByWhatIsTyped)
 {
     setReal(L"ANGBASE", kPi / 2);
     const Name name = line(0, 0, 10, 0);
@@ -89,7 +89,7 @@ TEST_F(Angles, CommandsTurnByWhatIsTyped)
     EXPECT_TRUE(same(realOf(last(), 50), kPi) || same(realOf(last(), 50), 0));
 }
 
-TEST_F(Angles, CommandsPointWhereItIsTyped)
+TEST_F(AngleQuestions, CommandsPointWhereItIsTyped)
 {
     setReal(L"ANGBASE", kPi / 2);
     run("TEXT\n0,0\n2.5\n0\nnorth\n\n");

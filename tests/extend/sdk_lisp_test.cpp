@@ -55,7 +55,6 @@ TEST_F(Added, ValuesGoBothWays)
     ASSERT_EQ(error, "");
     for (const ValueCase& c : kValues)
         EXPECT_EQ(value(c.expression), c.printed) << c.expression;
-    EXPECT_FALSE(editor().hasFailed());
 }
 
 TEST_F(Added, NamesOfEntitiesAndSetsArrive)
@@ -65,7 +64,8 @@ TEST_F(Added, NamesOfEntitiesAndSetsArrive)
     line(0, 0, 1, 1);
     EXPECT_EQ(value("(cdr (assoc 0 (entget (give-last))))"), "\"LINE\"");
     EXPECT_EQ(value("(eq (give-last) (car (echo-all (entlast))))"), "T");
-    EXPECT_EQ(value("(sslength (car (echo-all (ssget \"_X\"))))"), "1");
+    run("(setq all (ssget \"_X\"))\n");
+    EXPECT_EQ(value("(sslength (car (echo-all all)))"), "1");
 }
 
 TEST_F(Added, FailuresEndTheExpression)
@@ -78,8 +78,7 @@ TEST_F(Added, FailuresEndTheExpression)
     run("(progn (fall) (command \"_.POINT\" \"1,1\"))\n");
     EXPECT_EQ(countOfDrawing(), 0);
     EXPECT_EQ(value("(give-int)"), "2147483647") << "the next call is another";
-    run("(progn (first-only) (command \"_.POINT\" \"1,1\"))\n");
-    EXPECT_EQ(countOfDrawing(), 0) << "a function that answers with an error has failed";
+    EXPECT_EQ(vk::edit::ModuleLoader::instance().current(), nullptr) << "though the module threw";
 }
 
 TEST_F(Added, CommandsOfItAreTyped)
@@ -91,8 +90,6 @@ TEST_F(Added, CommandsOfItAreTyped)
     EXPECT_EQ(countOfDrawing(), 3);
     EXPECT_EQ(vcedCommand(RTSTR, L"_.TESTCIRCLE", RTNONE), RTNORM) << "and driven";
     EXPECT_EQ(countOfDrawing(), 4);
-    run("_.probekreis\n");
-    EXPECT_EQ(countOfDrawing(), 4) << "an underscore asks for the name in the language of commands";
     run("DRAW-POINT\n");
     EXPECT_EQ(countOfDrawing(), 5) << "c:draw-point";
     run("U\n");
