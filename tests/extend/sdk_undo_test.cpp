@@ -24,7 +24,7 @@ protected:
         EXPECT_TRUE(writeDrawingBytes(editor().drawing(), bytes).ok());
         const std::size_t seed = bytes.find("$HANDSEED");
         if (seed != bytes.npos)
-            bytes.erase(seed, bytes.find("  9", seed) - seed);
+            bytes.erase(seed, bytes.find("ENDSEC", seed) - seed);
         return bytes;
     }
     // Where the two part, with what stands around it; empty when they are the same.
