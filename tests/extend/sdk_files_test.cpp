@@ -81,11 +81,11 @@ TEST_F(Files, WhatCannotBeReadSaysWhy)
 TEST_F(Files, ADatabaseIsReadIntoOnce)
 {
     ASSERT_EQ(editor().drawing().saveAs(path("a.dxf").c_str()), Vcad::eOk);
-    EXPECT_EQ(editor().drawing().readDwgFile(path("a.dxf").c_str()), Vcad::eInvalidInput);
+    EXPECT_NE(editor().drawing().readDwgFile(path("a.dxf").c_str()), Vcad::eOk);
     VcDbDatabase database(false);
-    EXPECT_EQ(database.saveAs(path("nothing.dxf").c_str()), Vcad::eInvalidInput) << "there is nothing in it yet";
+    EXPECT_NE(database.saveAs(path("nothing.dxf").c_str()), Vcad::eOk) << "there is nothing in it yet";
     EXPECT_EQ(database.readDwgFile(path("a.dxf").c_str()), Vcad::eOk);
-    EXPECT_EQ(database.readDwgFile(path("a.dxf").c_str()), Vcad::eInvalidInput);
+    EXPECT_NE(database.readDwgFile(path("a.dxf").c_str()), Vcad::eOk);
 }
 
 TEST_F(Files, WhatCannotBeSavedLeavesWhatStoodThere)
