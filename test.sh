@@ -19,6 +19,7 @@ python3 tools/check_floors.py
 configure "$preset" "$folder"
 cmake --build "$folder" -j "$(jobs)"
 
+[[ $preset != sanitize ]] || export LSAN_OPTIONS="suppressions=$PWD/tests/leaks_of_libraries.txt:print_suppressions=0"
 results=$folder/test-results.log
 status=0
 ctest --test-dir "$folder" --output-on-failure --no-tests=error -j "$(jobs)" | tee "$results" || status=$?

@@ -251,7 +251,7 @@ std::optional<PickedLine> askLine(Editor& ed)
 
 void atAngle(Editor& ed)
 {
-    const Answer a = ed.askAngle("Enter angle of xline (0) or [Reference]", {.keywords = "Reference", .enterEnds = true});
+    const Answer a = askDirection(ed, "Enter angle of xline (0) or [Reference]", {.keywords = "Reference", .enterEnds = true});
     double angle = a.status == Answer::Status::Value ? a.real : 0;
     if (a.status == Answer::Status::Keyword) {
         const auto line = askLine(ed);

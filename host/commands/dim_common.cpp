@@ -101,7 +101,7 @@ bool takeTextChoice(Editor& ed, const std::string& keyword, DimChoices& choices,
     }
     if (keyword != "Angle")
         return false;
-    choices.angle = ed.askAngle("Specify angle of dimension text").real;
+    choices.angle = askDirection(ed, "Specify angle of dimension text").real;
     return true;
 }
 

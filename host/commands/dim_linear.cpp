@@ -131,7 +131,7 @@ void dimLinear(Editor& ed)
         else if (a.text == "Vertical")
             angle = M_PI / 2;
         else if (a.text == "Rotated")
-            angle = ed.askAngle("Specify angle of dimension line").real;
+            angle = askDirection(ed, "Specify angle of dimension line").real;
         else
             takeTextChoice(ed, a.text, choices, {lengthAt(ends, angle.value_or(0)), DimMeasure::Kind::Length});
     }

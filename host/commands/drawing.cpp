@@ -49,6 +49,19 @@ std::string pointText(const VcGePoint3d& p)
     return fmt::format("X = {}  Y = {}  Z = {}", lengthText(p.x), lengthText(p.y), lengthText(p.z));
 }
 
+edit::Answer askDirection(edit::Editor& ed, std::string_view prompt, const edit::AskOptions& options)
+{
+    edit::Question q;
+    q.kind = edit::Question::Kind::Orientation;
+    q.prompt = std::string(prompt) + ": ";
+    q.init.bits = options.bits | (options.enterEnds ? 0 : edit::InitGet::NoEnter);
+    q.init.keywords = edit::parseKeywords(options.keywords);
+    q.base = options.from;
+    q.hasDefault = options.enterEnds;
+    q.endsWithArguments = options.endsWithArguments;
+    return ed.ask(std::move(q));
+}
+
 std::string angleText(double radians)
 {
     wchar_t text[134];

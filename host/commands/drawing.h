@@ -17,6 +17,9 @@ VcGeVector3d ucsNormal(const edit::Editor& ed);
 // The angle of the UCS's X axis in the plane of its normal, against that plane's own X axis.
 double ucsTwist(const edit::Editor& ed);
 
+// An angle that is a direction: as typed it counts from the drawing's angle zero. Turns and spans ask with askAngle.
+edit::Answer askDirection(edit::Editor& ed, std::string_view prompt, const edit::AskOptions& options = {});
+
 // Texts of a length, a point (each coordinate) and an angle in the drawing's notation.
 std::string lengthText(double value);
 std::string pointText(const VcGePoint3d& p);

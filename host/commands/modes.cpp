@@ -42,7 +42,7 @@ void snapRotate(Editor& ed)
 {
     const VcGePoint3d base = ed.vars().point("SNAPBASE");
     const Answer p = ed.askPoint(fmt::format("Specify base point <{:.4f},{:.4f}>", base.x, base.y), {.enterEnds = true});
-    const Answer a = ed.askAngle(fmt::format("Specify rotation angle <{}>", angleText(ed.vars().real("SNAPANG"))), {.enterEnds = true});
+    const Answer a = askDirection(ed, fmt::format("Specify rotation angle <{}>", angleText(ed.vars().real("SNAPANG"))), {.enterEnds = true});
     if (p.status == Answer::Status::Value)
         ed.vars().set("SNAPBASE", VcGePoint2d(p.point.x, p.point.y));
     if (a.status == Answer::Status::Value)
@@ -183,7 +183,7 @@ void units(Editor& ed)
     const std::int32_t angularPlaces = choice(ed, "Enter number of fractional places for display of angles (0 to 8)", 0, 8, vars.integer("AUPREC"));
     const Answer base = ed.ask([&] {
         Question q;
-        q.kind = Question::Kind::Orientation;
+        q.kind = Question::Kind::Angle;
         q.prompt = fmt::format("Enter direction for angle 0 <{}>: ", angleText(vars.real("ANGBASE")));
         q.hasDefault = true;
         return q;

@@ -25,7 +25,7 @@ double askRotation(Editor& ed)
 {
     AskOptions options;
     options.enterEnds = options.endsWithArguments = true;
-    const Answer a = ed.askAngle(fmt::format("Specify rotation angle <{}>", angleText(0)), options);
+    const Answer a = askDirection(ed, fmt::format("Specify rotation angle <{}>", angleText(0)), options);
     return a.status == Answer::Status::Value ? a.real : 0;
 }
 
@@ -37,7 +37,7 @@ void preset(Editor& ed, const std::string& option, Preset& preset)
         if (option == "Scale")
             preset.x = preset.y = preset.z = s;
     } else if (option == "Rotate" || option == "PRotate") {
-        const Answer a = ed.askAngle(fmt::format("Specify rotation angle <{}>", angleText(0)), {.enterEnds = true});
+        const Answer a = askDirection(ed, fmt::format("Specify rotation angle <{}>", angleText(0)), {.enterEnds = true});
         if (option == "Rotate")
             preset.rotation = a.status == Answer::Status::Value ? a.real : 0;
     } else {

@@ -211,7 +211,7 @@ void viewPoint(Editor& ed)
         return;
     if (a.status == Answer::Status::Value)
         return lookFrom(ed, a.point.asVector());
-    const double around = ed.askAngle("Enter angle in XY plane from X axis").real;
+    const double around = askDirection(ed, "Enter angle in XY plane from X axis").real;
     const double above = ed.askAngle("Enter angle from XY plane").real;
     lookFrom(ed, {std::cos(around) * std::cos(above), std::sin(around) * std::cos(above), std::sin(above)});
 }

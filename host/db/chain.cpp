@@ -11,6 +11,7 @@
 #include "host/db/obj_tag_chain.h"
 #include "host/db/object_factory.h"
 #include "host/db/xdata.h"
+#include "sdk/vcdb_curves.h"
 #include "sdk/vcdb_entity.h"
 #include "sdk/vcdb_layout.h"
 #include "sdk/vcdb_objects.h"
@@ -289,7 +290,7 @@ ChainGroups::ChainGroups(const resbuf* chain)
 bool ChainGroups::hasDataIn5() const
 {
     const VcRxClass* cls = m_name ? m_name->objectClass() : nullptr;
-    const std::string_view type = cls && cls->dxfName() ? cls->dxfName() : m_type;
+    const std::string_view type = cls && cls->dxfName() ? std::string_view(cls->dxfName()) : m_type;
     return type == "DIMSTYLE" || type == "SORTENTSTABLE";
 }
 
@@ -313,9 +314,11 @@ void ChainGroups::addNode(const resbuf& node)
         return;
     switch (groupKind(code)) {
     case GroupKind::Point:
+        m_wellFormed &= std::all_of(node.resval.rpoint, node.resval.rpoint + 3, [](double c) { return std::isfinite(c); });
         m_tags.push_back(Tag::ofPoint(code, node.resval.rpoint[0], node.resval.rpoint[1], node.resval.rpoint[2]));
         return;
     case GroupKind::Real:
+        m_wellFormed &= std::isfinite(rbReal(node));
         m_tags.push_back(Tag::ofReal(code, rbReal(node)));
         return;
     case GroupKind::Int16:
@@ -424,6 +427,16 @@ Vcad::ErrorStatus readFields(VcDbObject& object, ChainGroups& groups, DatabaseCo
 
 }
 
+// What no command could make; files that hold it are read all the same.
+static bool isSound(const VcDbObject& object)
+{
+    if (const auto* circle = VcDbCircle::cast(&object))
+        return circle->radius() > 0;
+    if (const auto* arc = VcDbArc::cast(&object))
+        return arc->radius() > 0;
+    return true;
+}
+
 Vcad::ErrorStatus applyChain(VcDbObject& object, ChainGroups& groups)
 {
     DatabaseCore* db = DatabaseCore::of(object.objectId());
@@ -433,6 +446,8 @@ Vcad::ErrorStatus applyChain(VcDbObject& object, ChainGroups& groups)
     const std::unique_ptr<VcDbObject> before = object.copyOf();
     object.assertWriteEnabled();
     Vcad::ErrorStatus status = readFields(object, groups, *db);
+    if (!status && !isSound(object))
+        status = Vcad::eOutOfRange;
     if (!status && xdata)
         status = object.setXData(xdata.get());
     if (status) {
@@ -462,7 +477,7 @@ std::unique_ptr<VcDbObject> objectOfChain(DatabaseCore& db, ChainGroups& groups)
         props.linetype = db.findRecord(NameTable::Linetype, "ByLayer");
         entity->setProps(props);
     }
-    if (readFields(*object, groups, db))
+    if (readFields(*object, groups, db) || !isSound(*object))
         return nullptr;
     if (const RbPtr xdata = groups.takeXData()) {
         TagList merged;

@@ -14,6 +14,7 @@
 #include "sdk/vcdb_tables.h"
 
 #include <cstring>
+#include <cwctype>
 
 namespace {
 
@@ -64,6 +65,7 @@ Vcad::ErrorStatus replaceRecord(VcDbSymbolTableRecord& record, ChainGroups& grou
     if (const Vcad::ErrorStatus status = readChainInto(*fresh, groups))
         return status;
     auto& wanted = static_cast<VcDbSymbolTableRecord&>(*fresh);
+    completeRecord(wanted, *db);
     const VcDbObjectId namesake = db->objectAs<VcDbSymbolTable>(record.ownerId())->find(wanted.nameUtf8());
     if (!namesake.isNull() && namesake != record.objectId())
         return Vcad::eDuplicateKey;
@@ -129,12 +131,26 @@ int vcdbEntDel(const vds_name name)
     return (*object).erase(!(*object).isErased()) ? RTERROR : RTNORM;
 }
 
+// Digits alone: no sign, no blank, no prefix.
+static std::uint64_t handleOfText(const wchar_t* text)
+{
+    std::uint64_t value = 0;
+    const std::wstring_view digits = text ? text : L"";
+    if (digits.size() > 16)
+        return 0;
+    for (const wchar_t digit : digits) {
+        if (!std::iswxdigit(wint_t(digit)))
+            return 0;
+        value = value * 16 + std::uint64_t(digit <= L'9' ? digit - L'0' : (digit | 0x20) - L'a' + 10);
+    }
+    return value;
+}
+
 int vcdbHandEnt(const wchar_t* handle, vds_name nameOut)
 {
     const DatabaseCore* db = workingCore();
-    wchar_t* end = nullptr;
-    const std::uint64_t value = handle ? std::wcstoull(handle, &end, 16) : 0;
-    if (!db || value == 0 || *end != 0)
+    const std::uint64_t value = handleOfText(handle);
+    if (!db || !nameOut || value == 0)
         return RTERROR;
     const VcDbObjectId id = db->findHandle(value);
     if (!db->object(id))
@@ -150,7 +166,7 @@ Vcad::ErrorStatus vcdbGetObjectId(VcDbObjectId& idOut, const vds_name name)
 
 Vcad::ErrorStatus vcdbGetVdsName(vds_name nameOut, VcDbObjectId id)
 {
-    if (!id.isValid())
+    if (!id.isValid() || !nameOut)
         return Vcad::eInvalidInput;
     idToName(id, nameOut);
     return Vcad::eOk;

@@ -48,6 +48,19 @@ bool isWithin(const g::Curve& curve, double param)
     return g::isClosed(curve) ? std::isfinite(param) : param >= range.from - slack && param <= range.to + slack;
 }
 
+// Of the curve or, where its ends are taken to go on, of what they follow.
+std::optional<g::Closest> closestOf(const g::Curve& curve, const VcGePoint3d& to, bool extend)
+{
+    auto best = g::closestPoint(extend ? g::carrierOf(curve) : curve, to);
+    for (const bool atStart : {true, false}) {
+        const auto beyond = extend ? g::pathBeyond(curve, atStart) : std::nullopt;
+        const auto near = beyond ? g::closestPoint(*beyond, to) : std::nullopt;
+        if (near && (!best || near->distance < best->distance))
+            best = near;
+    }
+    return best;
+}
+
 Status handOver(const std::vector<g::Curve>& curves, const VcDbEntity& like, std::vector<VcDbEntity*>& out)
 {
     std::vector<std::unique_ptr<VcDbEntity>> made;
@@ -138,7 +151,7 @@ Status VcDbCurve::getSecondDeriv(double param, VcGeVector3d& derivative) const
 Status VcDbCurve::getClosestPointTo(const VcGePoint3d& given, VcGePoint3d& onCurve, bool extend) const
 {
     return ask(*this, [&](const g::Curve& c) {
-        const auto near = g::closestPoint(extend ? g::carrierOf(c) : c, given);
+        const auto near = closestOf(c, given, extend);
         return near ? give(onCurve, std::optional(near->point), Vcad::eOk) : Vcad::eNotApplicable;
     });
 }

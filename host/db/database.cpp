@@ -181,6 +181,7 @@ VcDbObjectId DatabaseCore::recordFor(NameTable which, std::string_view name)
     std::unique_ptr<VcDbSymbolTableRecord> record(t.newRecord());
     record->setNameUtf8(std::string(name));
     record->m_implicit = true;
+    completeRecord(*record, *this);
     VcDbSymbolTableRecord& added = *record;
     const VcDbObjectId id = add(std::move(record), t.objectId());
     t.recordAdded(added);

@@ -76,7 +76,10 @@ Vcad::ErrorStatus VcDbGroup::clear()
     return Vcad::eOk;
 }
 
-bool VcDbGroup::has(VcDbObjectId id) const { return std::find(m_members.begin(), m_members.end(), id) != m_members.end(); }
+bool VcDbGroup::has(VcDbObjectId id) const
+{
+    return !id.isErased() && std::find(m_members.begin(), m_members.end(), id) != m_members.end();
+}
 bool VcDbGroup::has(const VcDbEntity* entity) const { return entity && has(entity->objectId()); }
 
 std::uint32_t VcDbGroup::allEntityIds(VcDbObjectIdArray& ids) const

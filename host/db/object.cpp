@@ -4,6 +4,7 @@
 #include "host/base/unicode.h"
 #include "host/db/database.h"
 #include "host/db/extras.h"
+#include "host/db/reference_visitor.h"
 #include "host/db/xdata.h"
 #include "sdk/vcdb_entity.h"
 #include "sdk/vcdb_layout.h"
@@ -238,6 +239,22 @@ static void eraseExtension(const DatabaseCore& db, const VcDbObject& object, boo
         dictionary->eraseWithOwner(erasing);
 }
 
+namespace {
+
+// Layers, styles and definitions that went while nothing was there to need them.
+class ReviveRecords : public ReferenceVisitor {
+protected:
+    VcDbObjectId visit(VcDbObjectId id, RefKind kind) override
+    {
+        VcDbObject* needed = kind == RefKind::HardPointer && id.isErased() ? DatabaseCore::of(id)->object(id) : nullptr;
+        if (needed && VcDbSymbolTableRecord::cast(needed))
+            needed->erase(false);
+        return id;
+    }
+};
+
+}
+
 Vcad::ErrorStatus VcDbObject::erase(bool erasing)
 {
     if (m_erased == erasing)
@@ -256,6 +273,8 @@ Vcad::ErrorStatus VcDbObject::erase(bool erasing)
     erasedChanged();
     eraseOwned(erasing);
     eraseExtension(*db, *this, erasing);
+    if (!erasing)
+        ReviveRecords().visitAll(*this);
     return Vcad::eOk;
 }
 
@@ -278,6 +297,8 @@ void VcDbObject::eraseWithOwner(bool erasing)
     erasedChanged();
     eraseOwned(erasing);
     eraseExtension(*db, *this, erasing);
+    if (!erasing)
+        ReviveRecords().visitAll(*this);
 }
 
 bool VcDbObject::hasFields() const

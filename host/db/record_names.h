@@ -22,6 +22,9 @@ bool hasFixedName(const DatabaseCore& db, const VcDbSymbolTableRecord& record);
 // The header names what is current; it goes on naming the record under its new name.
 void renameInHeader(DatabaseCore& db, const VcDbSymbolTableRecord& record, std::string_view oldName, std::string_view newName);
 
+// Gives a layer that names no linetype the continuous one.
+void completeRecord(VcDbSymbolTableRecord& record, const DatabaseCore& db);
+
 // Whether erasing the record is refused: it is current, one of those every drawing has, or something refers to it.
 VKHOST_API bool recordIsNeeded(const DatabaseCore& db, const VcDbSymbolTableRecord& record);
 

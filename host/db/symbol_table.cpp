@@ -174,6 +174,12 @@ bool VcDbSymbolTable::has(VcDbObjectId id) const
 
 constexpr std::int16_t kAnonymous = 1;  // among the flags of a block
 
+void completeRecord(VcDbSymbolTableRecord& record, const DatabaseCore& db)
+{
+    if (auto* layer = VcDbLayerTableRecord::cast(&record); layer && layer->linetypeObjectId().isNull())
+        layer->setLinetypeObjectId(db.findRecord(NameTable::Linetype, "Continuous"));
+}
+
 Vcad::ErrorStatus VcDbSymbolTable::add(VcDbObjectId& id, VcDbSymbolTableRecord* record)
 {
     DatabaseCore* db = DatabaseCore::of(m_id);
@@ -194,6 +200,7 @@ Vcad::ErrorStatus VcDbSymbolTable::add(VcDbObjectId& id, VcDbSymbolTableRecord* 
     if (!find(record->nameUtf8()).isNull())
         return Vcad::eDuplicateKey;
     assertWriteEnabled();
+    completeRecord(*record, *db);
     id = db->add(std::unique_ptr<VcDbObject>(record), m_id);
     recordAdded(*record);
     record->openNew();

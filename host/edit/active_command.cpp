@@ -1,6 +1,7 @@
 #include "host/edit/active_command.h"
 
 #include "host/edit/editor.h"
+#include "host/edit/stack_bounds.h"
 
 #include <boost/context/fiber.hpp>
 #include <boost/context/protected_fixedsize_stack.hpp>
@@ -11,22 +12,29 @@ namespace ctx = boost::context;
 
 namespace {
 
-// Layout of long texts and deep blocks happens on these stacks.
-constexpr std::size_t kStackBytes = 1024 * 1024;
+// Layout of long texts and deep blocks happens on these stacks. The sanitizers' frames are far larger.
+constexpr std::size_t kStackBytes = (kStacksAreWatched ? 8 : 1) * 1024 * 1024;
 
 }
 
 struct ActiveCommand::Stack {
     ctx::fiber body;   // while the main stack runs
     ctx::fiber main;   // while the body runs
+    StackBounds bodyBounds, mainBounds;
 };
 
 ActiveCommand::ActiveCommand(Editor& editor, const CommandEntry& entry, bool driven, bool fromLisp, int level)
     : m_editor(editor), m_entry(entry), m_driven(driven), m_fromLisp(fromLisp), m_level(level), m_stack(std::make_unique<Stack>())
 {
-    m_stack->body = ctx::fiber(std::allocator_arg, ctx::protected_fixedsize_stack(kStackBytes), [this](ctx::fiber&& main) {
+    ctx::protected_fixedsize_stack allocator(kStackBytes);
+    const ctx::stack_context memory = allocator.allocate();
+    m_stack->bodyBounds = {static_cast<char*>(memory.sp) - memory.size, memory.size};
+    const ctx::preallocated place(memory.sp, memory.size, memory);
+    m_stack->body = ctx::fiber(std::allocator_arg, place, allocator, [this](ctx::fiber&& main) {
+        m_stack->mainBounds = enterStack(nullptr);
         m_stack->main = std::move(main);
         runBody();
+        leaveStack(nullptr, m_stack->mainBounds);
         return std::move(m_stack->main);
     });
 }
@@ -45,10 +53,19 @@ ActiveCommand::~ActiveCommand()
 
 void ActiveCommand::resume()
 {
+    void* kept = nullptr;
+    leaveStack(&kept, m_stack->bodyBounds);
     m_stack->body = std::move(m_stack->body).resume();
+    enterStack(kept);
 }
 
-void ActiveCommand::yield() { m_stack->main = std::move(m_stack->main).resume(); }
+void ActiveCommand::yield()
+{
+    void* kept = nullptr;
+    leaveStack(&kept, m_stack->mainBounds);
+    m_stack->main = std::move(m_stack->main).resume();
+    m_stack->mainBounds = enterStack(kept);
+}
 
 void ActiveCommand::runBody()
 {

@@ -39,7 +39,7 @@ int vcedRedraw(const vds_name name, int mode)
         Display::instance().redraw();
         return RTNORM;
     }
-    if (!nameToId(name, id) || mode == 0)
+    if (!nameToId(name, id) || mode == 0 || std::abs(mode) > 4)
         return RTERROR;
     if (std::abs(mode) == 3 || std::abs(mode) == 4)
         Display::instance().highlight(id, std::abs(mode) == 3);

@@ -24,7 +24,7 @@ std::optional<double> number(const Editor& ed, std::string_view text)
     return value && std::isfinite(*value) ? value : std::nullopt;
 }
 
-// An angle as typed is measured from ANGBASE in the direction of ANGDIR.
+// Angles run in the direction of ANGDIR; a direction as typed counts from ANGBASE.
 std::optional<double> typedAngle(const Editor& ed, std::string_view text, bool fromBase)
 {
     auto value = parseAngle(text, angularNotation(ed));
@@ -184,7 +184,10 @@ Interpretation fromShownPoint(Editor& ed, const Question& q, const VcGePoint3d& 
     const VcGeVector3d d = points->second - points->first;
     if (q.kind == Kind::Distance)
         return distanceOf(ed, q, q.init.has(InitGet::Only2d) ? std::hypot(d.x, d.y) : d.length());
-    const double angle = std::atan2(d.y, d.x);
+    double angle = std::atan2(d.y, d.x);
+    if (q.kind == Kind::Angle)
+        angle -= ed.vars().real("ANGBASE");
+    angle = std::remainder(angle, 2 * M_PI);
     return realAnswer(angle < 0 ? angle + 2 * M_PI : angle);
 }
 
@@ -244,7 +247,7 @@ Interpretation byKind(Editor& ed, const Question& q, const std::string& text)
         break;
     case Kind::Angle:
     case Kind::Orientation:
-        if (const auto value = typedAngle(ed, text, q.kind == Kind::Angle)) {
+        if (const auto value = typedAngle(ed, text, q.kind == Kind::Orientation)) {
             if (const auto why = refusal(q.init, *value))
                 return AskAgain{*why};
             ed.lastAngle = *value;

@@ -80,10 +80,12 @@ ModuleLoader& ModuleLoader::instance()
 
 int ModuleLoader::send(Module& module, unsigned message, void* argument)
 {
-    void* const before = std::exchange(m_current, module.handle);
-    const int result = module.entry(message, argument);
-    m_current = before;
-    return result;
+    struct Restore { // modules throw
+        void*& current;
+        void* before;
+        ~Restore() { current = before; }
+    } const restore{m_current, std::exchange(m_current, module.handle)};
+    return module.entry(message, argument);
 }
 
 std::string ModuleLoader::load(const std::string& path)
@@ -199,8 +201,8 @@ VCRX_DEFINE(VcEdCommandStack, VcRxObject)
 
 VcRxDictionary* vcrxSysRegistry()
 {
-    static VcRxDictionary registry;
-    return &registry;
+    static auto* registry = new VcRxDictionary;  // modules may look for a service while the process ends
+    return registry;
 }
 
 bool vcrxRegisterAppMDIAware(void* appHandle) { return appHandle != nullptr; }

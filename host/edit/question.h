@@ -53,8 +53,8 @@ struct Question {
         Point,
         Corner,
         Distance,
-        Angle,        // from ANGBASE as typed; the value is absolute radians in the UCS
-        Orientation,  // the same, without ANGBASE
+        Angle,        // a turn or a span: as typed, or between the drawing's angle zero and what is shown
+        Orientation,  // a direction in the UCS; as typed it counts from ANGBASE
         Real,
         Integer,
         Keyword,

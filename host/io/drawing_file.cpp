@@ -104,6 +104,16 @@ bool refusesLoss(DatabaseCore& db, const WriteOptions& options, WriteResult& res
     return true;
 }
 
+// A database that was made to be read into, and was not.
+bool hasNothing(const DatabaseCore& db, WriteResult& result)
+{
+    if (!db.tableId(NameTable::Layer).isNull())
+        return false;
+    result.status = FileStatus::NotSaved;
+    result.message = "there is no drawing to save: nothing has been read";
+    return true;
+}
+
 // $TDUPDATE and $TDUUPDATE say when the drawing was last saved.
 void touch(DatabaseCore& db)
 {
@@ -150,7 +160,7 @@ WriteResult writeDrawingBytes(VcDbDatabase& database, std::string& bytes, const 
     WriteResult result;
     DatabaseCore& db = database.core();
     result.version = versionToWrite(db, options);
-    if (refusesLoss(db, options, result))
+    if (hasNothing(db, result) || refusesLoss(db, options, result))
         return result;
     if (options.touchTimes)
         touch(db);
@@ -167,7 +177,7 @@ WriteResult writeDrawing(VcDbDatabase& database, const std::string& path, const 
     DatabaseCore& db = database.core();
     result.path = path;
     result.version = versionToWrite(db, options);
-    if (refusesLoss(db, options, result))
+    if (hasNothing(db, result) || refusesLoss(db, options, result))
         return result;
     if (options.touchTimes)
         touch(db);

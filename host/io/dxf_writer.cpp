@@ -261,8 +261,14 @@ std::vector<VcDbObjectId> DxfWriter::blockRecords() const
 void DxfWriter::blocks()
 {
     beginSection("BLOCKS");
+    std::vector<VcDbBlockTableRecord*> records;
     for (const VcDbObjectId id : blockRecords())
-        block(*m_db.objectAs<VcDbBlockTableRecord>(id));
+        records.push_back(m_db.objectAs<VcDbBlockTableRecord>(id));
+    // R12 has no table of blocks. A dimension style may name one ahead of this section, so its beginning says its place.
+    if (isLegacy())
+        std::stable_sort(records.begin(), records.end(), [](const auto* a, const auto* b) { return a->beginId() < b->beginId(); });
+    for (VcDbBlockTableRecord* record : records)
+        block(*record);
     endSection();
 }
 

@@ -33,8 +33,7 @@ protected:
     void took(const char* end) { m_used = static_cast<std::size_t>(end - m_buffer.data()); }
     void put(std::string_view bytes)
     {
-        std::memcpy(room(bytes.size()), bytes.data(), bytes.size());
-        m_used += bytes.size();
+        took(std::copy(bytes.begin(), bytes.end(), room(bytes.size())));
     }
     void putText(std::string_view utf8);
 

@@ -272,6 +272,9 @@ TEST_F(Questions, PromptsAreShownAsTheyAre)
     EXPECT_TRUE(said("Rate 5%s [Undo] <1>: "));
     vcedPrompt(L"\n100%d done");
     EXPECT_TRUE(said("100%d done"));
+    vcedAlert(L"Look: 50%s");
+    vcedAlert(nullptr);
+    EXPECT_EQ(boxes, (std::vector<std::string>{"Look: 50%s", ""}));
 }
 
 } // namespace

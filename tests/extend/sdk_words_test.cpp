@@ -104,6 +104,7 @@ TEST_F(Words, ExpressionsAreEvaluatedWithTextevalAndCancelAlwaysCancels)
     setShort(L"TEXTEVAL", 1);
     type("(strcat \"a\" \" b\")\n");
     EXPECT_EQ(text(true).text, L"a b");
+    setShort(L"TEXTEVAL", 0);
 }
 
 TEST_F(Words, LongOnesFitTheBuffer)

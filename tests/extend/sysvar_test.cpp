@@ -134,11 +134,21 @@ resbuf longNode(long value)
     return node;
 }
 
+// For what releases the text.
 resbuf textNode(int type, const wchar_t* text)
 {
     resbuf node = {};
     node.restype = std::int16_t(type);
     vcutNewString(text, node.resval.rstring);
+    return node;
+}
+
+// For what only reads it.
+resbuf literalNode(int type, const wchar_t* text)
+{
+    resbuf node = {};
+    node.restype = std::int16_t(type);
+    node.resval.rstring = const_cast<wchar_t*>(text);
     return node;
 }
 
@@ -172,14 +182,14 @@ TEST(SysvarValues, AsTheyAreShown)
         {L"Real", L"UcsAxisAng", realNode(RTREAL, 1.5), L"1.5000", L"Real"},
         {L"3D vector", L"X", pointNode(RTPOINT, 1, -2, 3), L"1.0000,-2.0000", L"2D point"},
         {L"2D point", L"X", pointNode(RT3DPOINT, 1, -2, 3), L"1.0000,-2.0000,3.0000", L"3D point"},
-        {L"Real", L"X", textNode(RTSTR, L"100 %d %s"), L"100 %d %s", L"String"},
+        {L"Real", L"X", literalNode(RTSTR, L"100 %d %s"), L"100 %d %s", L"String"},
         {L"switch", L"X", shortNode(kForeign, 0), L"OFF", L"switch"},
         {L"Switch", L"X", shortNode(kForeign, 7), L"ON", L"Switch"},
         {L"ENUM", L"X", shortNode(kForeign, 3), L"3", L"ENUM"},
         {L"real", L"X", realNode(kForeign, 2.5), L"2.5000", L"real"},
         {L"2D point", L"X", pointNode(kForeign, 1, 2, 3), L"1.0000,2.0000", L"2D point"},
         {L"3D vector", L"X", pointNode(kForeign, 1, 2, 3), L"1.0000,2.0000,3.0000", L"3D vector"},
-        {L"Single character", L"X", textNode(kForeign, L"."), L".", L"Single character"},
+        {L"Single character", L"X", literalNode(kForeign, L"."), L".", L"Single character"},
         {L"Mystery", L"X", shortNode(kForeign, 5), L"5", L"Mystery"},
     };
     for (const auto& c : cases) {
@@ -323,7 +333,7 @@ TEST(SysvarValues, AsScriptsWriteThem)
         {L"Real", realNode(RTREAL, 1e20), L"1e+20"},
         {L"2D point", pointNode(RTPOINT, 1, -2, 0), L"'(1.0000 -2.0000)"},
         {L"3D vector", pointNode(RT3DPOINT, 0, 0, 1), L"'(0.0000 0.0000 1.0000)"},
-        {L"String", textNode(RTSTR, L"C:\\plans \"new\""), L"\"C:\\\\plans \\\"new\\\"\""},
+        {L"String", literalNode(RTSTR, L"C:\\plans \"new\""), L"\"C:\\\\plans \\\"new\\\"\""},
         {L"Mystery", shortNode(kForeign, 5), L"5"},
     };
     for (const auto& c : cases) {

@@ -199,6 +199,24 @@ TEST(CurveCalls, ExtendGoesOnBeyondTheEnds)
     expectNear(line.startPoint(), {15, 0, 0});
 }
 
+TEST(CurveCalls, TheEndsOfAPolylineGoOnForItsClosestPoint)
+{
+    VcDbPolyline p;
+    p.addVertexAt(0, {0, 0});
+    p.addVertexAt(1, {10, 0});
+    p.addVertexAt(2, {10, 5});
+    VcGePoint3d near;
+    ASSERT_EQ(p.getClosestPointTo({-3, 2, 0}, near), Vcad::eOk);
+    expectNear(near, {0, 0, 0});
+    ASSERT_EQ(p.getClosestPointTo({-3, 2, 0}, near, true), Vcad::eOk);
+    expectNear(near, {-3, 0, 0});
+    ASSERT_EQ(p.getClosestPointTo({11, 9, 0}, near, true), Vcad::eOk);
+    expectNear(near, {10, 9, 0});
+    p.setClosed(true);
+    ASSERT_EQ(p.getClosestPointTo({-3, 2, 0}, near, true), Vcad::eOk);
+    expectNear(near, {0, 0, 0});
+}
+
 TEST(CurveCalls, OffsetsGrowToTheRight)
 {
     const VcDbCircle circle({0, 0, 0}, kZ, 5);
