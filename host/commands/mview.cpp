@@ -5,6 +5,7 @@
 #include "host/commands/families.h"
 #include "host/db/database.h"
 #include "host/db/layouts.h"
+#include "host/db/scale_list.h"
 #include "host/edit/sysvars.h"
 #include "host/edit/view.h"
 #include "host/edit/viewports.h"
@@ -69,6 +70,8 @@ VcDbViewport& addViewport(Editor& ed, const VcDbExtents& on)
     made->freezeLayersInViewport(frozen);
     VcDbViewport& added = *made;
     addToSpace(ed, std::move(made));
+    if (const VcDbScale* one = scaleNamed(ed.db(), "1:1"))
+        assignAnnotationScale(added, *one);
     // MSPACE goes to the newest one first.
     preferViewport(ed, added);
     return added;

@@ -20,12 +20,14 @@
     (if (and (null found) (= (scale-field entry 300) name)) (setq found (units-of entry))))
   found)
 
-; A viewport on the sheet that names the scale, which makes it one in use.
+; A viewport on the sheet that names the scale, which makes it one in use, or none.
 (defun viewport (scale / made)
   (setvar "TILEMODE" 0)
   (command "_.MVIEW" "0,0" "100,50")
   (setq made (entlast))
-  (if scale (progn (command "_.MSPACE") (setvar "CANNOSCALE" scale) (command "_.PSPACE")))
+  (if scale
+    (progn (command "_.MSPACE") (setvar "CANNOSCALE" scale) (command "_.PSPACE"))
+    (dictremove (cdr (assoc 360 (entget made))) "ASDK_XREC_ANNOTATION_SCALE_INFO"))
   made)
 
 ; The name of the scale that a viewport says it has.
