@@ -124,12 +124,11 @@ bool isSheetItself(const VcDbEntity& entity)
     return viewport && viewport->number() == 1;
 }
 
-std::optional<SpaceIndex::Candidate> SpaceIndex::candidate(std::uint64_t slot) const
+void SpaceIndex::addCandidate(std::vector<Candidate>& found, std::uint64_t slot, const Box3d& box) const
 {
-    const auto* entity = VcDbEntity::cast(m_db.objectAt(std::uint32_t(slot)));
-    if (!entity || entity->isErased() || isSheetItself(*entity))
-        return std::nullopt;
-    return Candidate{entity, extentsOf(m_boxes.boxOf(slot).value_or(kEverywhere))};
+    const auto* entity = static_cast<const VcDbEntity*>(m_db.objectAt(std::uint32_t(slot)));
+    if (entity && !entity->isErased() && !isSheetItself(*entity))
+        found.push_back({entity, extentsOf(box)});
 }
 
 static void inDrawingOrder(std::vector<SpaceIndex::Candidate>& found)
@@ -140,18 +139,32 @@ static void inDrawingOrder(std::vector<SpaceIndex::Candidate>& found)
 std::vector<SpaceIndex::Candidate> SpaceIndex::candidates(const std::optional<PlanArea>& area) const
 {
     std::vector<Candidate> found;
-    const auto add = [&](std::uint64_t slot) {
-        if (auto c = candidate(slot))
-            found.push_back(*c);
-        return true;
-    };
     if (!area) {
         for (const std::uint32_t slot : members())
-            add(slot);
+            if (const auto box = m_boxes.boxOf(slot))
+                addCandidate(found, slot, *box);
         return found;
     }
-    m_boxes.visit({{area->min.x, area->min.y, -Box3d::kInfinite}, {area->max.x, area->max.y, Box3d::kInfinite}}, add);
+    m_boxes.visit({{area->min.x, area->min.y, -Box3d::kInfinite}, {area->max.x, area->max.y, Box3d::kInfinite}},
+                  [&](std::uint64_t slot, const Box3d& box) {
+                      addCandidate(found, slot, box);
+                      return true;
+                  });
     inDrawingOrder(found);
+    return found;
+}
+
+std::vector<SpaceIndex::Candidate> SpaceIndex::below(const std::vector<VcGePoint3d>& chain) const
+{
+    std::vector<Candidate> found;
+    for (std::size_t i = 0; i + 1 < chain.size(); ++i)
+        m_boxes.visitBelow(chain[i], chain[i + 1], [&](std::uint64_t slot, const Box3d& box) {
+            addCandidate(found, slot, box);
+            return true;
+        });
+    inDrawingOrder(found);
+    const auto same = [](const Candidate& a, const Candidate& b) { return a.entity == b.entity; };
+    found.erase(std::unique(found.begin(), found.end(), same), found.end());
     return found;
 }
 
@@ -178,9 +191,9 @@ std::vector<SpaceIndex::Candidate> SpaceIndex::along(const VcGePoint3d& base, co
     const auto [left, right] = half(base.x, direction.x);
     const auto [bottom, top] = half(base.y, direction.y);
     std::vector<Candidate> found;
-    m_boxes.visit({{left, bottom, -Box3d::kInfinite}, {right, top, Box3d::kInfinite}}, [&](std::uint64_t slot) {
-        if (auto c = candidate(slot); c && (c->extents.isEmpty() || passesOver(base, direction, c->extents)))
-            found.push_back(*c);
+    m_boxes.visit({{left, bottom, -Box3d::kInfinite}, {right, top, Box3d::kInfinite}}, [&](std::uint64_t slot, const Box3d& box) {
+        if (!box.isFinite() || passesOver(base, direction, extentsOf(box)))
+            addCandidate(found, slot, box);
         return true;
     });
     inDrawingOrder(found);
