@@ -31,6 +31,8 @@ Vcad::ErrorStatus setNormalOf(VcDbObject& object, VcDbExtrusion& extrusion, cons
 
 double turnOf(double angle)
 {
+    if (angle >= 0 && angle < kTwoPi)
+        return angle;
     const double turn = std::fmod(angle, kTwoPi);
     return turn < 0 ? turn + kTwoPi : turn;
 }

@@ -1,7 +1,7 @@
 #include "host/edit/select_index.h"
 
 #include "host/db/database.h"
-#include "sdk/vcdb_records.h"
+#include "host/db/kept_extents.h"
 #include "sdk/vcdb_tables.h"
 #include "sdk/vcdb_viewport.h"
 
@@ -27,20 +27,6 @@ Box3d boxOf(const VcDbEntity& entity)
 }
 
 VcDbExtents extentsOf(const Box3d& box) { return box.isFinite() ? VcDbExtents(box.min, box.max) : VcDbExtents(); }
-
-// Of a dimension, which is in the log itself when it has been drawn anew.
-bool isPicture(const VcDbBlockTableRecord* block) { return block && block->nameUtf8().starts_with("*D"); }
-
-// Records that nothing which is drawn depends on for its place.
-bool isHarmless(const VcDbObject& record)
-{
-    for (VcRxClass* (*desc)() : {&VcDbLayerTableRecord::desc, &VcDbRegAppTableRecord::desc, &VcDbLinetypeTableRecord::desc,
-                                 &VcDbViewTableRecord::desc, &VcDbViewportTableRecord::desc, &VcDbUCSTableRecord::desc})
-        if (record.isKindOf(desc()))
-            return true;
-    const auto* block = VcDbBlockTableRecord::cast(&record);
-    return block && (block->isLayout() || isPicture(block));
-}
 
 }
 
@@ -98,16 +84,11 @@ bool SpaceIndex::follow(std::span<const std::uint32_t> changed)
 bool SpaceIndex::follow(const VcDbObject& changed)
 {
     const auto* entity = VcDbEntity::cast(&changed);
-    if (!entity)
-        return !changed.isKindOf(VcDbSymbolTableRecord::desc()) || isHarmless(changed);
-    while (const auto* owner = m_db.objectAs<VcDbEntity>(entity->ownerId()))
+    while (const auto* owner = entity ? m_db.objectAs<VcDbEntity>(entity->ownerId()) : nullptr)
         entity = owner;
-    if (entity->ownerId() == m_space)
+    if (entity && entity->ownerId() == m_space)
         update(*entity);
-    if (isPicture(m_db.objectAs<VcDbBlockTableRecord>(entity->ownerId())))
-        return true;
-    // References to a block lie elsewhere when its members do.
-    return entity->isInLayout();
+    return !othersHangOn(m_db, changed);
 }
 
 void SpaceIndex::update(const VcDbEntity& entity)
