@@ -169,7 +169,7 @@ void EngineBench::picks()
 {
     bench::type("ZOOM\nC\n2500,2500\n50\n");
     std::vector<VcGePoint3d> places;
-    for (std::size_t i = 0; i < m_ids.size(); i += m_ids.size() / 2000 + 1) {
+    for (std::size_t i = 0; i < m_ids.size(); i += m_ids.size() / 20000 + 1) {
         VcDbEntity* entity = opened(m_ids[i]);
         VcGePoint3d at;
         if (const auto* curve = VcDbCurve::cast(entity); curve && curve->getStartPoint(at) == Vcad::eOk)

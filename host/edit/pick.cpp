@@ -4,6 +4,7 @@
 #include "host/edit/editor.h"
 #include "host/edit/pick_service.h"
 #include "sdk/vcdb_chains.h"
+#include "sdk/vcdb_curves.h"
 #include "sdk/vcdb_insert.h"
 
 namespace vk::edit {
@@ -19,6 +20,16 @@ SelectArea Picker::boxAbout(const VcGePoint3d& at) const
 {
     const VcGeVector3d reach = (m_view.x + m_view.y) * m_view.reach;
     return SelectArea::rectangle(m_view, at - reach, at + reach, SelectArea::Kind::Crossing);
+}
+
+// Most picks in a round thing come nowhere near its line, and that is quickly told.
+bool Picker::isInsideRing(const VcDbEntity& entity, const VcGePoint3d& at) const
+{
+    const auto* circle = VcDbCircle::cast(&entity);
+    if (!circle || !m_view.isPlan() || circle->normal() != VcGeVector3d::zAxis())
+        return false;
+    const VcGePoint3d center = circle->center();
+    return std::hypot(at.x - center.x, at.y - center.y) < circle->radius() - m_view.reach;
 }
 
 // What of the entity lies nearest to the point, within reach.
@@ -57,7 +68,7 @@ std::optional<Picker::Hit> Picker::nearest(const VcGePoint3d& at) const
 {
     std::optional<Hit> best;
     for (const SpaceIndex::Candidate& candidate : candidates(boxAbout(at)))
-        if (auto found = hit(*candidate.entity, at); found && (!best || found->distance <= best->distance))
+        if (auto found = isInsideRing(*candidate.entity, at) ? std::nullopt : hit(*candidate.entity, at); found && (!best || found->distance <= best->distance))
             best = std::move(found);
     return best;
 }
