@@ -46,6 +46,7 @@ protected:
     void turn()
     {
         run("UCS\nW\n");
+        m_ucs = VcGeMatrix3d();
         if (number(0, 1) < 0.2)
             return;
         const VcGePoint3d origin = point(), x(number(0.2, 1), number(-1, 1), number(-0.8, 0.8)), y(number(-0.3, 0.3), number(1, 2), number(-0.8, 0.8));
