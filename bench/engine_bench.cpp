@@ -1,15 +1,14 @@
-// The drafting engine: what selecting, crossing, copying, exploding and painting cost, beside a plain scan.
+// The drafting engine: what selecting, crossing, copying and exploding cost, beside a plain scan.
 //
 // The scan is a loop over the entities of the model that opens each one, asks for its layer and closes it: the least that a
 // tool does which looks at everything. What selects says its time for each object that it hits in scans of one object.
 //
-// usage: engine_bench [extents|areas|picks|crossings|copies|explosions|picture] DRAWING.dxf...
+// usage: engine_bench [extents|areas|picks|crossings|copies|explosions] DRAWING.dxf...
 
 #include "bench/support.h"
 #include "host/app/session.h"
 #include "host/db/database.h"
 #include "host/edit/editor.h"
-#include "host/render/picture.h"
 #include "sdk/vcdb_chains.h"
 #include "sdk/vcdb_insert.h"
 #include "sdk/vcdb_curves.h"
@@ -26,8 +25,7 @@ namespace {
 using bench::check;
 using vk::edit::Editor;
 
-constexpr double kSide = 5000;         // of the drawings
-constexpr std::size_t kPainted = 200000;  // entities that a picture is made of at most
+constexpr double kSide = 5000;  // of the drawings
 
 std::vector<VcDbObjectId> modelEntities()
 {
@@ -103,7 +101,6 @@ private:
     void crossings();
     void copies();
     void explosions();
-    void picture();
 
     bench::Table& m_table;
     const bench::Drawing& m_drawing;
@@ -251,24 +248,11 @@ void EngineBench::explosions()
     shareOfLoad("take it back", std::size_t(references.count), undoing);
 }
 
-void EngineBench::picture()
-{
-    if (m_ids.size() > kPainted)
-        return;
-    vk::render::PictureRequest request;
-    request.layout = *vk::render::findLayout(Editor::instance().db(), "");
-    vk::render::PictureResult picture;
-    const double seconds = bench::secondsOf([&] { picture = vk::render::paintPicture(Editor::instance().db(), request); });
-    check(picture.error.empty(), picture.error);
-    shareOfLoad("paint a picture", m_ids.size(), seconds);
-}
-
 void EngineBench::run(std::string_view only)
 {
     static constexpr std::pair<std::string_view, void (EngineBench::*)()> kParts[] = {
-        {"extents", &EngineBench::extents}, {"areas", &EngineBench::areas},           {"picks", &EngineBench::picks},
+        {"extents", &EngineBench::extents},     {"areas", &EngineBench::areas},   {"picks", &EngineBench::picks},
         {"crossings", &EngineBench::crossings}, {"copies", &EngineBench::copies}, {"explosions", &EngineBench::explosions},
-        {"picture", &EngineBench::picture},
     };
     for (const auto& [name, part] : kParts)
         if (only.empty() || only == name)
