@@ -12,7 +12,7 @@ sizes=("$@")
 
 install_missing
 configure bench build-bench
-cmake --build build-bench -j "$(jobs)" --target files_bench editor_bench text_command_bench \
+cmake --build build-bench -j "$(jobs)" --target files_bench editor_bench text_command_bench engine_bench \
   text_tools_bench dimension_styles_bench system_variables_bench render_bench vekadpaint
 
 folder=build-bench/drawings
@@ -23,7 +23,7 @@ for size in "${sizes[@]}"; do
   drawings+=("$folder/$size.dxf")
 done
 
-for program in files_bench editor_bench text_command_bench render_bench; do
+for program in files_bench editor_bench text_command_bench engine_bench render_bench; do
   "build-bench/vekad/$program" "${drawings[@]}"
   echo
 done

@@ -3,6 +3,8 @@
 #include "host/base/group_code.h"
 #include "host/base/numbers.h"
 #include "host/db/database.h"
+#include "host/edit/editor.h"
+#include "host/edit/input.h"
 #include "host/io/drawing_file.h"
 #include "sdk/vcdb_entity.h"
 
@@ -76,6 +78,19 @@ std::unique_ptr<VcDbDatabase> load(const Drawing& drawing)
     if (const ReadResult read = readDrawingBytes(*database, drawing.bytes); !read.ok())
         giveUp(fmt::format("{}: {}", drawing.name, read.message));
     return database;
+}
+
+void type(const std::string& text)
+{
+    vk::edit::Editor& editor = vk::edit::Editor::instance();
+    editor.pushSource(std::make_unique<vk::edit::ScriptSource>("bench", text));
+    editor.run();
+}
+
+void check(bool holds, const std::string& why)
+{
+    if (!holds)
+        giveUp(why);
 }
 
 std::size_t countEntities(const VcDbDatabase& database)

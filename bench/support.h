@@ -45,6 +45,10 @@ std::string bytesOf(const std::string& path);
 Drawing drawingAt(const std::string& path);
 // A database with the drawing in it; ends the program when it is no drawing.
 std::unique_ptr<VcDbDatabase> load(const Drawing& drawing);
+// What a person types, into the editor's drawing.
+void type(const std::string& text);
+// Ends the program with the reason where something does not hold.
+void check(bool holds, const std::string& why);
 // Entities of the layouts, and the attributes and vertices that belong to them.
 std::size_t countEntities(const VcDbDatabase& database);
 // What the allocator has handed out and not got back.

@@ -7,10 +7,8 @@
 #include "host/app/session.h"
 #include "host/db/database.h"
 #include "host/edit/editor.h"
-#include "host/edit/input.h"
 #include "sdk/vcdb_text.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <fmt/format.h>
 
@@ -19,13 +17,6 @@ namespace {
 constexpr double kHeight = 4.75;  // what no text of the drawings has
 
 using vk::edit::Editor;
-
-void type(const std::string& text)
-{
-    Editor& editor = Editor::instance();
-    editor.pushSource(std::make_unique<vk::edit::ScriptSource>("bench", text));
-    editor.run();
-}
 
 std::size_t textsOfNewHeight()
 {
@@ -39,29 +30,21 @@ std::size_t textsOfNewHeight()
     return count;
 }
 
-void check(bool holds, const char* what)
-{
-    if (holds)
-        return;
-    fmt::print(stderr, "{}\n", what);
-    std::exit(1);
-}
-
 void measure(bench::Table& table, const bench::Drawing& drawing)
 {
     std::unique_ptr<VcDbDatabase> database;
     const double loading = bench::secondsOf([&] { database = bench::load(drawing); });
     vk::app::Session session((std::filesystem::temp_directory_path() / "text_command_bench_profile").string());
     for (const std::string& fault : session.open(std::move(database)))
-        check(false, fault.c_str());
+        bench::check(false, fault);
     std::string said;
     Editor::instance().setTranscriptSink([&](std::string_view text) { said += text; });
 
-    const double changing = bench::secondsOf([] { type(fmt::format("CHGTHEI\nALL\n\n{}\n", kHeight)); });
+    const double changing = bench::secondsOf([] { bench::type(fmt::format("CHGTHEI\nALL\n\n{}\n", kHeight)); });
     const std::size_t texts = textsOfNewHeight();
-    check(texts > 0, said.c_str());
-    const double undoing = bench::secondsOf([] { type("U\n"); });
-    check(textsOfNewHeight() == 0, "U left texts changed");
+    bench::check(texts > 0, said);
+    const double undoing = bench::secondsOf([] { bench::type("U\n"); });
+    bench::check(textsOfNewHeight() == 0, "U left texts changed");
 
     const auto shareOfLoad = [&](double seconds) { return fmt::format("{:.3f} of the load", seconds / loading); };
     table.row("change text heights", drawing, texts, changing, shareOfLoad(changing));

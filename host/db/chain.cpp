@@ -87,6 +87,9 @@ public:
         m_points.stop();
         if (m_isEntity && m_common && ((code == 6 && equalNoCase(utf8, "ByLayer")) || (code == 430 && utf8.empty())))
             return;
+        // A damaged file may have put a text where its code calls for something else: a chain has no place for that.
+        if (!isStringKind(groupKind(code)))
+            return;
         m_chain.addUtf8(code, utf8);
         if (code == 100)
             enterSubclass(utf8);

@@ -20,11 +20,12 @@ public:
     void translateAll();
 
 private:
-    VcDbObjectId copy(VcDbObject& original, VcDbObjectId owner);
+    // Primary is what was asked for, as against what comes along with it.
+    VcDbObjectId copy(VcDbObject& original, VcDbObjectId owner, bool primary = false);
     void copyOwned(VcDbObject& original, VcDbObject& clone);
     VcDbObjectId copyRecord(VcDbSymbolTableRecord& record);
-    VcDbObjectId copyAnonymous(VcDbBlockTableRecord& block);
     void markPrimary(VcDbObjectId original, VcDbObjectId clone);
+    VcDbObjectId copyAnonymous(VcDbBlockTableRecord& block);
     void place(VcDbObject& clone, VcDbObjectId owner);
     bool isElsewhere() const { return &m_from != &m_to; }
     VcDbObjectId mapped(VcDbObjectId id) const;
@@ -63,14 +64,16 @@ Vcad::ErrorStatus Cloner::cloneTo(const VcDbObjectIdArray& ids, VcDbObjectId own
         if (!original || original->isErased() || !mapped(id).isNull())
             continue;
         auto* record = VcDbSymbolTableRecord::cast(original);
-        const VcDbObjectId clone = record && isElsewhere() ? copyRecord(*record) : copy(*original, owner);
-        markPrimary(id, clone);
+        if (record && isElsewhere())
+            markPrimary(id, copyRecord(*record));
+        else
+            copy(*original, owner, true);
     }
     translateAll();
     return Vcad::eOk;
 }
 
-// What was asked for, as against what came along with it.
+// Of a record, which may have been there.
 void Cloner::markPrimary(VcDbObjectId original, VcDbObjectId clone)
 {
     VcDbIdPair pair(original, clone);
@@ -80,7 +83,7 @@ void Cloner::markPrimary(VcDbObjectId original, VcDbObjectId clone)
     m_mapping.assign(pair);
 }
 
-VcDbObjectId Cloner::copy(VcDbObject& original, VcDbObjectId owner)
+VcDbObjectId Cloner::copy(VcDbObject& original, VcDbObjectId owner, bool primary)
 {
     std::unique_ptr<VcDbObject> made = original.copyOf();
     VcDbObject& clone = *made;
@@ -88,7 +91,9 @@ VcDbObjectId Cloner::copy(VcDbObject& original, VcDbObjectId owner)
         entity->carryProps(static_cast<VcDbEntity&>(original).props());
     clone.detach();
     const VcDbObjectId id = m_to.add(std::move(made), owner);
-    m_mapping.assign(VcDbIdPair(original.objectId(), id, true));
+    VcDbIdPair pair(original.objectId(), id, true);
+    pair.setPrimary(primary);
+    m_mapping.assign(pair);
     place(clone, owner);
     copyOwned(original, clone);
     m_toTranslate.push_back(id);

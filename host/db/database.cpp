@@ -1,5 +1,7 @@
 #include "host/db/database.h"
 
+#include "host/db/kept_extents.h"
+
 #include "host/base/unicode.h"
 #include "host/db/record_names.h"
 #include "sdk/vcdb_entity.h"
@@ -35,6 +37,7 @@ DatabaseCore::DatabaseCore(VcDbDatabase& face)
 DatabaseCore::~DatabaseCore()
 {
     m_undo.clear();
+    KeptExtents::forget(m_serial);
     for (std::uint32_t slot = 1; slot < m_slotCount; ++slot)
         delete stub(slot).object;
     std::erase(openDatabases(), this);
@@ -146,6 +149,8 @@ VcDbObjectId DatabaseCore::fill(VcDbObjectId reserved, std::unique_ptr<VcDbObjec
 void DatabaseCore::noteChange(std::uint32_t slot)
 {
     constexpr std::size_t kLongest = 1 << 17;
+    if (KeptExtents* kept = KeptExtents::existing(m_serial))
+        kept->changing(*this, slot);
     if (loading) {
         m_logStart = changeCount() + 1;
         m_changeLog.clear();

@@ -120,9 +120,26 @@ VcDbObjectIdArray VcDbDatabase::getViewportArray(bool includeOverall) const
 
 // Mappings
 
+// Pairs in order, found by their place in an open table: copying a drawing asks it several times for each object.
 struct VcDbIdMapping::Index {
     std::vector<VcDbIdPair> pairs;
-    std::unordered_map<VcDbObjectId, std::size_t> byKey;
+    std::vector<std::uint32_t> places = std::vector<std::uint32_t>(16);  // from 1; a power of two of them
+
+    // Where the key's place is, or the free one where it would be.
+    std::uint32_t& placeOf(VcDbObjectId key)
+    {
+        const std::size_t mask = places.size() - 1;
+        const std::uint64_t mixed = std::hash<VcDbObjectId>()(key) * 0x9e3779b97f4a7c15u;
+        for (std::size_t at = std::size_t(mixed >> 32) & mask;; at = (at + 1) & mask)
+            if (!places[at] || pairs[places[at] - 1].key() == key)
+                return places[at];
+    }
+    void grow()
+    {
+        places.assign(places.size() * 2, 0);
+        for (std::size_t i = 0; i < pairs.size(); ++i)
+            placeOf(pairs[i].key()) = std::uint32_t(i + 1);
+    }
 };
 
 VcDbIdMapping::VcDbIdMapping() : m_index(std::make_unique<Index>()) {}
@@ -130,21 +147,24 @@ VcDbIdMapping::~VcDbIdMapping() = default;
 
 bool VcDbIdMapping::assign(const VcDbIdPair& pair)
 {
-    const auto [at, isNew] = m_index->byKey.emplace(pair.key(), m_index->pairs.size());
-    if (isNew)
-        m_index->pairs.push_back(pair);
-    else
-        m_index->pairs[at->second] = pair;
-    return isNew;
+    if (m_index->pairs.size() * 2 >= m_index->places.size())
+        m_index->grow();
+    std::uint32_t& place = m_index->placeOf(pair.key());
+    if (place) {
+        m_index->pairs[place - 1] = pair;
+        return false;
+    }
+    m_index->pairs.push_back(pair);
+    place = std::uint32_t(m_index->pairs.size());
+    return true;
 }
 
 bool VcDbIdMapping::compute(VcDbIdPair& pair) const
 {
-    const auto found = m_index->byKey.find(pair.key());
-    if (found == m_index->byKey.end())
-        return false;
-    pair = m_index->pairs[found->second];
-    return true;
+    const std::uint32_t place = m_index->placeOf(pair.key());
+    if (place)
+        pair = m_index->pairs[place - 1];
+    return place != 0;
 }
 
 const std::vector<VcDbIdPair>& VcDbIdMapping::pairs() const { return m_index->pairs; }

@@ -11,12 +11,29 @@ using vk::geom::toWorld;
 
 namespace {
 
+// In the plan the furthest points stand at quarter turns.
+void addFlatArc(VcDbExtents& extents, const VcGePoint3d& center, double radius, double start, double end)
+{
+    static const VcGeVector3d kQuarters[] = {{1, 0, 0}, {0, 1, 0}, {-1, 0, 0}, {0, -1, 0}};
+    const double sweep = end - start;
+    for (int i = 0; i < 4; ++i)
+        if (sweep >= kTwoPi || turnOf(i * kPi / 2 - start) <= sweep)
+            extents.addPoint(center + kQuarters[i] * radius);
+    if (sweep >= kTwoPi)
+        return;
+    for (const double t : {start, end})
+        extents.addPoint(center + VcGeVector3d(std::cos(t), std::sin(t), 0) * radius);
+}
+
 // The part of a circle from start to end, with its thickness.
 void addArc(VcDbExtents& extents, const VcGePoint3d& ownCenter, double radius, double start, double end, const VcDbExtrusion& extrusion)
 {
     const vk::geom::Frame frame = vk::geom::arbitraryFrame(extrusion.normal());
     VcDbExtents flat;
-    addEllipse(flat, frame.toWorld(ownCenter), frame.x * radius, frame.y * radius, start, end);
+    if (frame.z == VcGeVector3d::zAxis())
+        addFlatArc(flat, ownCenter, radius, start, end);
+    else
+        addEllipse(flat, frame.toWorld(ownCenter), frame.x * radius, frame.y * radius, start, end);
     extents = flat;
     addExtruded(extents, flat.minPoint(), extrusion);
     addExtruded(extents, flat.maxPoint(), extrusion);

@@ -3,6 +3,7 @@
 #include "host/db/ent_factories.h"
 #include "host/db/ent_insert.h"
 #include "host/db/ent_util.h"
+#include "host/db/kept_extents.h"
 #include "host/geom/arbitrary_axis.h"
 #include "sdk/vcdb_insert.h"
 #include "sdk/vcdb_text.h"
@@ -126,12 +127,19 @@ Vcad::ErrorStatus VcDbBlockReference::transformBy(const VcGeMatrix3d& m)
 
 Vcad::ErrorStatus VcDbBlockReference::getGeomExtents(VcDbExtents& extents) const
 {
-    extents = VcDbExtents();
-    BlockExtents blocks;
-    blocks.addReference(extents, *this, VcGeMatrix3d());
-    for (const VcDbEntity* attribute : attributes())
-        if (VcDbExtents one; attribute->getGeomExtents(one) == Vcad::eOk)
-            extents.addExt(one);
+    const auto find = [this] {
+        VcDbExtents drawn;
+        BlockExtents blocks;
+        blocks.addReference(drawn, *this, VcGeMatrix3d());
+        for (const VcDbEntity* attribute : attributes())
+            if (VcDbExtents one; attribute->getGeomExtents(one) == Vcad::eOk)
+                drawn.addExt(one);
+        return drawn;
+    };
+    if (!BlockExtents::isAtWork())
+        return keptExtents(m_id, extents, find);
+    // Asked on the way through a block that may hold itself: what is found now may not be all.
+    extents = find();
     return extentsStatus(extents);
 }
 

@@ -19,6 +19,8 @@ public:
     // references by the box of their block, which is exact unless the nested one is turned.
     void addReference(VcDbExtents& extents, const VcDbBlockReference& reference, const VcGeMatrix3d& outer);
 
+    static bool isAtWork();
+
 private:
     const VcDbExtents& ofBlock(VcDbObjectId block);
     void addBlock(VcDbExtents& extents, VcDbObjectId block, const VcGeMatrix3d& m);

@@ -3,6 +3,7 @@
 #include "host/db/database.h"
 #include "host/db/ent_util.h"
 #include "host/db/extras.h"
+#include "host/db/kept_extents.h"
 #include "sdk/vcdb_curves.h"
 #include "sdk/vcdb_text.h"
 
@@ -83,8 +84,17 @@ void BlockExtents::addReference(VcDbExtents& extents, const VcDbBlockReference& 
     if (s_atWork)
         return s_atWork->addBlock(extents, reference.blockTableRecord(), m);
     const AtWork atWork(this);
-    addMembers(extents, reference.blockTableRecord(), m);
+    const VcDbObjectId block = reference.blockTableRecord();
+    if (!keepsBoxes(m))
+        return addMembers(extents, block, m);
+    VcDbExtents box;
+    keptExtents(block, box, [&] { return ofBlock(block); });
+    if (!box.isEmpty())
+        box.transformBy(m);
+    extents.addExt(box);
 }
+
+bool BlockExtents::isAtWork() { return s_atWork != nullptr; }
 
 void BlockExtents::addBlock(VcDbExtents& extents, VcDbObjectId block, const VcGeMatrix3d& m)
 {

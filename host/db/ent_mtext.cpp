@@ -4,6 +4,7 @@
 #include "host/base/unicode.h"
 #include "host/db/database.h"
 #include "host/db/ent_util.h"
+#include "host/db/kept_extents.h"
 #include "host/db/text_geometry.h"
 #include "host/geom/arbitrary_axis.h"
 #include "sdk/vcdb_curves.h"
@@ -267,13 +268,15 @@ Vcad::ErrorStatus VcDbMText::transformBy(const VcGeMatrix3d& m)
 
 Vcad::ErrorStatus VcDbMText::getGeomExtents(VcDbExtents& extents) const
 {
-    extents = VcDbExtents();
-    const vktext::Box box = vktext::drawnBox(layoutOf(*this));
-    const VcGeVector3d along = direction(), up = m_normal.crossProduct(along);
-    for (const double x : {box.left, box.right})
-        for (const double y : {box.bottom, box.top})
-            extents.addPoint(m_location + along * x + up * y);
-    return Vcad::eOk;
+    return keptExtents(m_id, extents, [this] {
+        VcDbExtents drawn;
+        const vktext::Box box = vktext::drawnBox(layoutOf(*this));
+        const VcGeVector3d along = direction(), up = m_normal.crossProduct(along);
+        for (const double x : {box.left, box.right})
+            for (const double y : {box.bottom, box.top})
+                drawn.addPoint(m_location + along * x + up * y);
+        return drawn;
+    });
 }
 
 Vcad::ErrorStatus VcDbMText::explode(std::vector<VcDbEntity*>& pieces) const

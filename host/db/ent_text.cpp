@@ -3,6 +3,7 @@
 #include "host/base/unicode.h"
 #include "host/db/database.h"
 #include "host/db/ent_util.h"
+#include "host/db/kept_extents.h"
 #include "host/db/text_geometry.h"
 #include "host/geom/arbitrary_axis.h"
 #include "sdk/vcdb_records.h"
@@ -221,16 +222,18 @@ Vcad::ErrorStatus VcDbText::transformBy(const VcGeMatrix3d& m)
 
 Vcad::ErrorStatus VcDbText::getGeomExtents(VcDbExtents& extents) const
 {
-    extents = VcDbExtents();
-    const vktext::Box box = vktext::lineBox(textStyleSpec(*this), m_height, drawnText());
-    if (box.width() <= 0 && box.height() <= 0)
-        return Vcad::eNotApplicable;
-    const VcGePoint3d base = fromWorld(drawnPosition(*this, drawnText()), normal());
-    const double c = std::cos(m_rotation), s = std::sin(m_rotation);
-    for (const double x : {box.left, box.right})
-        for (const double y : {box.bottom, box.top})
-            addExtruded(extents, toWorld(base + VcGeVector3d(x * c - y * s, x * s + y * c, 0), normal()), m_extrusion);
-    return Vcad::eOk;
+    return keptExtents(m_id, extents, [this] {
+        VcDbExtents drawn;
+        const vktext::Box box = vktext::lineBox(textStyleSpec(*this), m_height, drawnText());
+        if (box.width() <= 0 && box.height() <= 0)
+            return drawn;
+        const VcGePoint3d base = fromWorld(drawnPosition(*this, drawnText()), normal());
+        const double c = std::cos(m_rotation), s = std::sin(m_rotation);
+        for (const double x : {box.left, box.right})
+            for (const double y : {box.bottom, box.top})
+                addExtruded(drawn, toWorld(base + VcGeVector3d(x * c - y * s, x * s + y * c, 0), normal()), m_extrusion);
+        return drawn;
+    });
 }
 
 // Groups

@@ -31,6 +31,8 @@ Vcad::ErrorStatus setNormalOf(VcDbObject& object, VcDbExtrusion& extrusion, cons
 
 double turnOf(double angle)
 {
+    if (angle >= 0 && angle < kTwoPi)
+        return angle;
     const double turn = std::fmod(angle, kTwoPi);
     return turn < 0 ? turn + kTwoPi : turn;
 }
@@ -58,7 +60,8 @@ std::optional<PlaneMove> planeMove(const VcGeMatrix3d& m, const VcGeVector3d& no
     move.mirrored = volume < 0;
     const VcGeVector3d exact = (move.mirrored ? -across : across).normal();
     move.normal = settled(exact, normal);
-    move.own = VcGeMatrix3d::worldToPlane(move.normal) * m * VcGeMatrix3d::planeToWorld(old.z);
+    const bool isFlat = old.z == VcGeVector3d::zAxis() && move.normal == old.z;
+    move.own = isFlat ? m : VcGeMatrix3d::worldToPlane(move.normal) * m * VcGeMatrix3d::planeToWorld(old.z);
     const double length = std::sqrt(u.length() * v.length());
     move.scale = length;
     move.even = std::fabs(u.length() - v.length()) <= 1e-9 * length && std::fabs(u.dotProduct(v)) <= 1e-9 * length * length;

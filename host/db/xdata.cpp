@@ -84,7 +84,7 @@ resbuf* xdataToChain(const TagList& xdata, const std::optional<std::string>& app
                 chain.addUtf8(tag.code, hex);
             } else if (tag.form == Tag::Form::Integer) {
                 chain.addInteger(tag.code, tag.integer);
-            } else {
+            } else if (isStringKind(groupKind(tag.code))) {  // a damaged file may have a text in place of a number
                 chain.addUtf8(tag.code, tag.view());
             }
         }

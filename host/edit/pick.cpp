@@ -4,6 +4,7 @@
 #include "host/edit/editor.h"
 #include "host/edit/pick_service.h"
 #include "sdk/vcdb_chains.h"
+#include "sdk/vcdb_curves.h"
 #include "sdk/vcdb_insert.h"
 
 namespace vk::edit {
@@ -15,19 +16,33 @@ Picker::Picker(DatabaseCore& db, VcDbObjectId space, PickView view, SeenLayers l
 
 Picker Picker::of(Editor& ed) { return {ed.db(), ed.db().currentSpace(), PickView::of(ed), SeenLayers::of(ed)}; }
 
+SelectArea Picker::boxAbout(const VcGePoint3d& at) const
+{
+    const VcGeVector3d reach = (m_view.x + m_view.y) * m_view.reach;
+    return SelectArea::rectangle(m_view, at - reach, at + reach, SelectArea::Kind::Crossing);
+}
+
+// Most picks in a round thing come nowhere near its line, and that is quickly told.
+bool Picker::isInsideRing(const VcDbEntity& entity, const VcGePoint3d& at) const
+{
+    const auto* circle = VcDbCircle::cast(&entity);
+    if (!circle || !m_view.isPlan() || circle->normal() != VcGeVector3d::zAxis())
+        return false;
+    const VcGePoint3d center = circle->center();
+    return std::hypot(at.x - center.x, at.y - center.y) < circle->radius() - m_view.reach;
+}
+
 // What of the entity lies nearest to the point, within reach.
 std::optional<Picker::Hit> Picker::hit(const VcDbEntity& entity, const VcGePoint3d& at) const
 {
     const VcGePoint2d p = m_view.project(at);
     ShapeWalk::Options options;
     options.tolerance = m_view.reach / 64;
-    options.area = SelectArea::rectangle(m_view, at - (m_view.x + m_view.y) * m_view.reach, at + (m_view.x + m_view.y) * m_view.reach,
-                                         SelectArea::Kind::Crossing)
-                       .plan();
+    options.area = boxAbout(at).plan();
     ShapeWalk shape(m_db, m_layers, options);
     std::optional<Hit> best;
     shape.walk(entity, [&](const Outline& outline) {
-        const double distance = distanceTo(p, outline, m_view);
+        const double distance = distanceTo(p, outline, m_view, options.tolerance);
         if (distance > m_view.reach || (best && distance > best->distance))
             return true;
         const auto& outside = shape.containers();
@@ -39,7 +54,8 @@ std::optional<Picker::Hit> Picker::hit(const VcDbEntity& entity, const VcGePoint
 
 std::vector<SpaceIndex::Candidate> Picker::candidates(const SelectArea& area) const
 {
-    std::vector<SpaceIndex::Candidate> found = SpaceIndex::of(m_db, m_space).candidates(area.plan());
+    const SpaceIndex& index = SpaceIndex::of(m_db, m_space);
+    std::vector<SpaceIndex::Candidate> found = area.isFence() && m_view.isPlan() ? index.below(area.corners()) : index.candidates(area.plan());
     std::erase_if(found, [&](const SpaceIndex::Candidate& c) {
         const bool hidden = c.entity->visibility() != VcDb::kVisible || m_layers.isFrozen(c.entity->layerId());
         // A reference on a layer that is off still shows those of its members that lie on others.
@@ -50,11 +66,9 @@ std::vector<SpaceIndex::Candidate> Picker::candidates(const SelectArea& area) co
 
 std::optional<Picker::Hit> Picker::nearest(const VcGePoint3d& at) const
 {
-    const VcGeVector3d reach = (m_view.x + m_view.y) * m_view.reach;
-    const SelectArea box = SelectArea::rectangle(m_view, at - reach, at + reach, SelectArea::Kind::Crossing);
     std::optional<Hit> best;
-    for (const SpaceIndex::Candidate& candidate : candidates(box))
-        if (auto found = hit(*candidate.entity, at); found && (!best || found->distance <= best->distance))
+    for (const SpaceIndex::Candidate& candidate : candidates(boxAbout(at)))
+        if (auto found = isInsideRing(*candidate.entity, at) ? std::nullopt : hit(*candidate.entity, at); found && (!best || found->distance <= best->distance))
             best = std::move(found);
     return best;
 }
@@ -86,8 +100,7 @@ std::optional<NestedPick> Picker::nestedIn(VcDbObjectId id, const VcGePoint3d& a
 
 std::vector<VcDbObjectId> Picker::allAt(const VcGePoint3d& at) const
 {
-    const VcGeVector3d reach = (m_view.x + m_view.y) * m_view.reach;
-    return takenBy(SelectArea::rectangle(m_view, at - reach, at + reach, SelectArea::Kind::Crossing));
+    return takenBy(boxAbout(at));
 }
 
 std::vector<VcDbObjectId> Picker::takenBy(const SelectArea& area) const
@@ -95,7 +108,8 @@ std::vector<VcDbObjectId> Picker::takenBy(const SelectArea& area) const
     std::vector<VcDbObjectId> taken;
     for (const auto& [entity, extents] : candidates(area)) {
         const bool known = m_layers.isSeen(entity->layerId()) && !extents.isEmpty();
-        const auto quick = known ? area.takesExtents(extents) : std::nullopt;
+        const bool tight = VcDbCurve::cast(entity) != nullptr;
+        const auto quick = known ? area.takesExtents(extents, tight) : std::nullopt;
         if (quick ? *quick : area.takes(m_db, m_layers, *entity))
             taken.push_back(entity->objectId());
     }

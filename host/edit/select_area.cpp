@@ -68,10 +68,11 @@ double distanceToPiece(const Point& p, const Point& a, const Point& b)
 
 }
 
-double distanceTo(const Point& p, const Outline& outline, const PickView& view)
+double distanceTo(const Point& p, const Outline& outline, const PickView& view, double chordError)
 {
-    if (!outline.curve)
-        return distanceTo(p, projected(view, outline.points), outline.filled);
+    const double toChords = distanceTo(p, projected(view, outline.points), outline.filled);
+    if (!outline.curve || toChords > view.reach + chordError)
+        return toChords;
     const auto near = geom::closestPoint(geom::flattened(*outline.curve, view.fromWorld()), {p.x, p.y, 0});
     return near ? near->distance : HUGE_VAL;
 }
@@ -144,20 +145,75 @@ std::optional<PlanArea> SelectArea::plan() const
     return area;
 }
 
-std::optional<bool> SelectArea::takesExtents(const VcDbExtents& extents) const
-{
-    Point min(HUGE_VAL, HUGE_VAL), max(-HUGE_VAL, -HUGE_VAL);
-    const VcGePoint3d &a = extents.minPoint(), &b = extents.maxPoint();
-    for (int corner = 0; corner < 8; ++corner) {
-        const Point p = m_view.project({corner & 1 ? b.x : a.x, corner & 2 ? b.y : a.y, corner & 4 ? b.z : a.z});
+namespace {
+
+struct Rectangle {
+    Point min{HUGE_VAL, HUGE_VAL}, max{-HUGE_VAL, -HUGE_VAL};
+    void add(const Point& p)
+    {
         min = {std::min(min.x, p.x), std::min(min.y, p.y)};
         max = {std::max(max.x, p.x), std::max(max.y, p.y)};
     }
+};
+
+// Seen from above with north up: a box on the picture is the box in the drawing.
+bool isLevel(const PickView& view) { return view.x == VcGeVector3d::xAxis() && view.y == VcGeVector3d::yAxis(); }
+
+Rectangle seenBox(const PickView& view, const VcDbExtents& extents)
+{
+    const VcGePoint3d &a = extents.minPoint(), &b = extents.maxPoint();
+    if (isLevel(view))
+        return {{a.x, a.y}, {b.x, b.y}};
+    Rectangle seen;
+    for (int corner = 0; corner < 8; ++corner)
+        seen.add(view.project({corner & 1 ? b.x : a.x, corner & 2 ? b.y : a.y, corner & 4 ? b.z : a.z}));
+    return seen;
+}
+
+// What rounding may take from or add to coordinates like these.
+double slackOf(const Point& a, const Point& b)
+{
+    return 1e-9 * (std::fabs(a.x) + std::fabs(a.y) + std::fabs(b.x) + std::fabs(b.y));
+}
+
+bool passes(const Point& a, const Point& b, const Point& low, const Point& high)
+{
+    if (std::max(a.x, b.x) < low.x || high.x < std::min(a.x, b.x) || std::max(a.y, b.y) < low.y || high.y < std::min(a.y, b.y))
+        return false;
+    // The four corners lie on one side of the line.
+    const double first = turn(a, b, low);
+    for (const Point& corner : {Point(high.x, low.y), high, Point(low.x, high.y)})
+        if (first * turn(a, b, corner) <= 0)
+            return true;
+    return false;
+}
+
+}
+
+// Whether an edge may come to the rectangle.
+bool SelectArea::isNearEdge(const Point& low, const Point& high) const
+{
+    for (std::size_t e = 0; e < edgeCount(); ++e)
+        if (passes(m_points[e], m_points[(e + 1) % m_points.size()], low, high))
+            return true;
+    return false;
+}
+
+std::optional<bool> SelectArea::takesExtents(const VcDbExtents& extents, bool tight) const
+{
+    const auto [min, max] = seenBox(m_view, extents);
     if (min.x > m_max.x || m_min.x > max.x || min.y > m_max.y || m_min.y > max.y)
         return false;
     if (m_isRectangle && m_min.x <= min.x && max.x <= m_max.x && m_min.y <= min.y && max.y <= m_max.y)
         return true;
-    return std::nullopt;
+    const double slack = slackOf(min, max) + slackOf(m_min, m_max);
+    const bool sticksOut = min.x < m_min.x - slack || m_max.x + slack < max.x || min.y < m_min.y - slack || m_max.y + slack < max.y;
+    if (m_kind == Kind::Window && tight && sticksOut && isLevel(m_view))
+        return false;
+    if (m_isRectangle || isNearEdge({min.x - slack, min.y - slack}, {max.x + slack, max.y + slack}))
+        return std::nullopt;
+    // Without an edge in it all of the box lies on one side.
+    return m_kind != Kind::Fence && isWithin(min, m_points);
 }
 
 bool SelectArea::contains(const Point& p) const
@@ -208,6 +264,47 @@ bool SelectArea::takesCurve(const geom::Curve& curve) const
     return m_kind == Kind::Window ? region.contains(curve) : region.touches(curve);
 }
 
+// A chain of chords and its curve are never further apart than the error. What that leaves open is nothing.
+std::optional<bool> SelectArea::takesChords(const Chain& chain, double chordError) const
+{
+    return m_kind == Kind::Window ? holdsChords(chain) : meetsChords(chain, chordError);
+}
+
+std::optional<bool> SelectArea::holdsChords(const Chain& chain) const
+{
+    const double slack = slackOf(m_min, m_max);
+    for (const Point& p : chain)
+        if (p.x < m_min.x - slack || m_max.x + slack < p.x || p.y < m_min.y - slack || m_max.y + slack < p.y)
+            return false;
+    return std::nullopt;
+}
+
+std::optional<bool> SelectArea::meetsChords(const Chain& chain, double chordError) const
+{
+    const double slack = slackOf(m_min, m_max) + 2 * chordError;
+    if (m_kind != Kind::Fence)
+        for (const Point& p : chain)
+            if (contains(p))
+                return true;
+    for (std::size_t i = 0; i + 1 < chain.size(); ++i) {
+        Rectangle chord;
+        chord.add(chain[i]);
+        chord.add(chain[i + 1]);
+        if (isNearEdge({chord.min.x - slack, chord.min.y - slack}, {chord.max.x + slack, chord.max.y + slack}))
+            return std::nullopt;
+    }
+    return false;
+}
+
+bool SelectArea::takesOutline(const Outline& outline, double chordError) const
+{
+    const Chain chain = projected(m_view, outline.points);
+    if (!outline.curve)
+        return m_kind == Kind::Window ? holds(chain) : meets(chain, outline.filled);
+    const auto quick = takesChords(chain, chordError);
+    return quick ? *quick : takesCurve(*outline.curve);
+}
+
 bool SelectArea::takes(const DatabaseCore& db, const SeenLayers& layers, const VcDbEntity& entity) const
 {
     ShapeWalk::Options options;
@@ -218,12 +315,7 @@ bool SelectArea::takes(const DatabaseCore& db, const SeenLayers& layers, const V
     ShapeWalk shape(db, layers, options);
     shape.walk(entity, [&](const Outline& outline) {
         seen = true;
-        if (outline.curve) {
-            taken = takesCurve(*outline.curve);
-        } else {
-            const Chain chain = projected(m_view, outline.points);
-            taken = m_kind == Kind::Window ? holds(chain) : meets(chain, outline.filled);
-        }
+        taken = takesOutline(outline, options.tolerance);
         return m_kind == Kind::Window ? taken : !taken;
     });
     return seen && taken;

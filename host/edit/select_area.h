@@ -21,10 +21,11 @@ public:
 
     // Whether the outlines that are seen of the entity are taken.
     bool takes(const DatabaseCore& db, const SeenLayers& layers, const VcDbEntity& entity) const;
-    // What extents alone say: yes, no, or that the outlines must be looked at.
-    std::optional<bool> takesExtents(const VcDbExtents& extents) const;
+    // What extents alone say: yes, no, or that the outlines must be looked at. Tight ones are touched on every side.
+    std::optional<bool> takesExtents(const VcDbExtents& extents, bool tight) const;
     // In the world, on the plane of the picture.
     std::vector<VcGePoint3d> corners() const;
+    bool isFence() const { return m_kind == Kind::Fence; }
     // Around all of it, where the view looks straight down.
     std::optional<PlanArea> plan() const;
 
@@ -34,6 +35,11 @@ private:
     bool meets(const std::vector<VcGePoint2d>& chain, bool filled) const;
     bool holds(const std::vector<VcGePoint2d>& chain) const;
     bool takesCurve(const geom::Curve& curve) const;
+    bool takesOutline(const Outline& outline, double chordError) const;
+    std::optional<bool> takesChords(const std::vector<VcGePoint2d>& chain, double chordError) const;
+    std::optional<bool> meetsChords(const std::vector<VcGePoint2d>& chain, double chordError) const;
+    std::optional<bool> holdsChords(const std::vector<VcGePoint2d>& chain) const;
+    bool isNearEdge(const VcGePoint2d& low, const VcGePoint2d& high) const;
     std::size_t edgeCount() const { return m_kind == Kind::Fence ? m_points.size() - 1 : m_points.size(); }
 
     PickView m_view;
@@ -43,8 +49,9 @@ private:
     VcGePoint2d m_min, m_max;
 };
 
-// Distance of a point of the picture to an outline as it is seen.
-double distanceTo(const VcGePoint2d& p, const Outline& outline, const PickView& view);
+// Distance of a point of the picture to an outline as it is seen, whose chords keep that near to its curve. What lies
+// beyond the reach of the view may be told less exactly.
+double distanceTo(const VcGePoint2d& p, const Outline& outline, const PickView& view, double chordError);
 // Distance of a point to a chain on the picture, 0 within a filled one.
 double distanceTo(const VcGePoint2d& p, const std::vector<VcGePoint2d>& chain, bool filled);
 std::vector<VcGePoint2d> projected(const PickView& view, const std::vector<VcGePoint3d>& points);

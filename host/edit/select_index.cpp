@@ -1,7 +1,7 @@
 #include "host/edit/select_index.h"
 
 #include "host/db/database.h"
-#include "sdk/vcdb_records.h"
+#include "host/db/kept_extents.h"
 #include "sdk/vcdb_tables.h"
 #include "sdk/vcdb_viewport.h"
 
@@ -27,20 +27,6 @@ Box3d boxOf(const VcDbEntity& entity)
 }
 
 VcDbExtents extentsOf(const Box3d& box) { return box.isFinite() ? VcDbExtents(box.min, box.max) : VcDbExtents(); }
-
-// Of a dimension, which is in the log itself when it has been drawn anew.
-bool isPicture(const VcDbBlockTableRecord* block) { return block && block->nameUtf8().starts_with("*D"); }
-
-// Records that nothing which is drawn depends on for its place.
-bool isHarmless(const VcDbObject& record)
-{
-    for (VcRxClass* (*desc)() : {&VcDbLayerTableRecord::desc, &VcDbRegAppTableRecord::desc, &VcDbLinetypeTableRecord::desc,
-                                 &VcDbViewTableRecord::desc, &VcDbViewportTableRecord::desc, &VcDbUCSTableRecord::desc})
-        if (record.isKindOf(desc()))
-            return true;
-    const auto* block = VcDbBlockTableRecord::cast(&record);
-    return block && (block->isLayout() || isPicture(block));
-}
 
 }
 
@@ -98,16 +84,11 @@ bool SpaceIndex::follow(std::span<const std::uint32_t> changed)
 bool SpaceIndex::follow(const VcDbObject& changed)
 {
     const auto* entity = VcDbEntity::cast(&changed);
-    if (!entity)
-        return !changed.isKindOf(VcDbSymbolTableRecord::desc()) || isHarmless(changed);
-    while (const auto* owner = m_db.objectAs<VcDbEntity>(entity->ownerId()))
+    while (const auto* owner = entity ? m_db.objectAs<VcDbEntity>(entity->ownerId()) : nullptr)
         entity = owner;
-    if (entity->ownerId() == m_space)
+    if (entity && entity->ownerId() == m_space)
         update(*entity);
-    if (isPicture(m_db.objectAs<VcDbBlockTableRecord>(entity->ownerId())))
-        return true;
-    // References to a block lie elsewhere when its members do.
-    return entity->isInLayout();
+    return !othersHangOn(m_db, changed);
 }
 
 void SpaceIndex::update(const VcDbEntity& entity)
@@ -124,12 +105,11 @@ bool isSheetItself(const VcDbEntity& entity)
     return viewport && viewport->number() == 1;
 }
 
-std::optional<SpaceIndex::Candidate> SpaceIndex::candidate(std::uint64_t slot) const
+void SpaceIndex::addCandidate(std::vector<Candidate>& found, std::uint64_t slot, const Box3d& box) const
 {
-    const auto* entity = VcDbEntity::cast(m_db.objectAt(std::uint32_t(slot)));
-    if (!entity || entity->isErased() || isSheetItself(*entity))
-        return std::nullopt;
-    return Candidate{entity, extentsOf(m_boxes.boxOf(slot).value_or(kEverywhere))};
+    const auto* entity = static_cast<const VcDbEntity*>(m_db.objectAt(std::uint32_t(slot)));
+    if (entity && !entity->isErased() && !isSheetItself(*entity))
+        found.push_back({entity, extentsOf(box)});
 }
 
 static void inDrawingOrder(std::vector<SpaceIndex::Candidate>& found)
@@ -140,18 +120,32 @@ static void inDrawingOrder(std::vector<SpaceIndex::Candidate>& found)
 std::vector<SpaceIndex::Candidate> SpaceIndex::candidates(const std::optional<PlanArea>& area) const
 {
     std::vector<Candidate> found;
-    const auto add = [&](std::uint64_t slot) {
-        if (auto c = candidate(slot))
-            found.push_back(*c);
-        return true;
-    };
     if (!area) {
         for (const std::uint32_t slot : members())
-            add(slot);
+            if (const auto box = m_boxes.boxOf(slot))
+                addCandidate(found, slot, *box);
         return found;
     }
-    m_boxes.visit({{area->min.x, area->min.y, -Box3d::kInfinite}, {area->max.x, area->max.y, Box3d::kInfinite}}, add);
+    m_boxes.visit({{area->min.x, area->min.y, -Box3d::kInfinite}, {area->max.x, area->max.y, Box3d::kInfinite}},
+                  [&](std::uint64_t slot, const Box3d& box) {
+                      addCandidate(found, slot, box);
+                      return true;
+                  });
     inDrawingOrder(found);
+    return found;
+}
+
+std::vector<SpaceIndex::Candidate> SpaceIndex::below(const std::vector<VcGePoint3d>& chain) const
+{
+    std::vector<Candidate> found;
+    for (std::size_t i = 0; i + 1 < chain.size(); ++i)
+        m_boxes.visitBelow(chain[i], chain[i + 1], [&](std::uint64_t slot, const Box3d& box) {
+            addCandidate(found, slot, box);
+            return true;
+        });
+    inDrawingOrder(found);
+    const auto same = [](const Candidate& a, const Candidate& b) { return a.entity == b.entity; };
+    found.erase(std::unique(found.begin(), found.end(), same), found.end());
     return found;
 }
 
@@ -178,9 +172,9 @@ std::vector<SpaceIndex::Candidate> SpaceIndex::along(const VcGePoint3d& base, co
     const auto [left, right] = half(base.x, direction.x);
     const auto [bottom, top] = half(base.y, direction.y);
     std::vector<Candidate> found;
-    m_boxes.visit({{left, bottom, -Box3d::kInfinite}, {right, top, Box3d::kInfinite}}, [&](std::uint64_t slot) {
-        if (auto c = candidate(slot); c && (c->extents.isEmpty() || passesOver(base, direction, c->extents)))
-            found.push_back(*c);
+    m_boxes.visit({{left, bottom, -Box3d::kInfinite}, {right, top, Box3d::kInfinite}}, [&](std::uint64_t slot, const Box3d& box) {
+        if (!box.isFinite() || passesOver(base, direction, extentsOf(box)))
+            addCandidate(found, slot, box);
         return true;
     });
     inDrawingOrder(found);

@@ -26,6 +26,8 @@ public:
     };
     // What is not erased and may touch the area, in the order of drawing; everything without one.
     std::vector<Candidate> candidates(const std::optional<PlanArea>& area) const;
+    // What a chain of straight lines may pass over or under.
+    std::vector<Candidate> below(const std::vector<VcGePoint3d>& chain) const;
     // What a ray may pass over or under.
     std::vector<Candidate> along(const VcGePoint3d& base, const VcGeVector3d& direction) const;
 
@@ -33,7 +35,7 @@ private:
     SpaceIndex(const DatabaseCore& db, VcDbObjectId space) : m_db(db), m_space(space) {}
     void refresh();
     void rebuild();
-    std::optional<Candidate> candidate(std::uint64_t slot) const;
+    void addCandidate(std::vector<Candidate>& found, std::uint64_t slot, const geom::Box3d& box) const;
     bool follow(std::span<const std::uint32_t> changed);
     // False when more than the one object may lie elsewhere now.
     bool follow(const VcDbObject& changed);

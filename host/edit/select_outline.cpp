@@ -39,9 +39,20 @@ void OutlineBuilder::arc(Points& points, const VcGePoint3d& center, const VcGeVe
     const double half = std::acos(std::clamp(1 - m_tolerance / std::max(radius, 1e-300), 0.5, 1.0));
     const double wanted = half > 0 ? std::fabs(sweep) / (2 * half) : kMostChords;
     const int chords = int(std::clamp(std::ceil(wanted), 2.0, kMostChords));
+    // Most points come from the one before by a turn, so that rounding adds up over a few only.
+    constexpr int kTurns = 16;
+    const double step = sweep / chords, cosStep = std::cos(step), sinStep = std::sin(step);
+    double c = 1, s = 0;
+    points.reserve(points.size() + std::size_t(chords) + 1);
     for (int i = 0; i <= chords; ++i) {
-        const double t = from + sweep * i / chords;
-        points.push_back(center + u * std::cos(t) + v * std::sin(t));
+        if (i % kTurns == 0 || i == chords) {
+            c = std::cos(from + sweep * i / chords);
+            s = std::sin(from + sweep * i / chords);
+        }
+        points.push_back(center + u * c + v * s);
+        const double turned = c * cosStep - s * sinStep;
+        s = s * cosStep + c * sinStep;
+        c = turned;
     }
 }
 

@@ -47,7 +47,7 @@ struct SelectResult {
 
 SelectResult selectByPrompt(Editor& editor, const SelectRequest& request);
 
-// What a selection can take from objects that were found in another way; told unless quiet.
+// What a selection can take from different objects that were found in another way; told unless quiet.
 std::shared_ptr<SelectionSet> admitted(Editor& editor, const SelectRequest& request, const std::vector<VcDbObjectId>& from,
                                        bool quiet = false);
 // The set that was picked before the command, and is used up by that: null where there is none that serves.

@@ -8,6 +8,8 @@
 #include "sdk/vcdb_viewport.h"
 #include "sdk/vced.h"
 
+#include <tuple>
+
 namespace vk::edit {
 
 PickView PickView::of(Editor& ed)
@@ -33,19 +35,34 @@ VcGeMatrix3d PickView::fromWorld() const
     return m;
 }
 
-SeenLayers::SeenLayers(const DatabaseCore& db, VcDbObjectId viewport)
+SeenLayers::States SeenLayers::statesOf(const DatabaseCore& db, VcDbObjectId viewport)
 {
-    m_zero = db.findRecord(NameTable::Layer, "0");
+    States states;
     for (const VcDbObjectId id : db.table(NameTable::Layer).records()) {
         const auto* layer = db.objectAs<VcDbLayerTableRecord>(id);
-        if (m_states.size() <= id.slot())
-            m_states.resize(id.slot() + 1);
-        m_states[id.slot()] = (layer->isOff() ? kOff : 0) | (layer->isFrozen() ? kFrozen : 0) | (layer->isLocked() ? kLocked : 0);
+        if (states.size() <= id.slot())
+            states.resize(id.slot() + 1);
+        states[id.slot()] = (layer->isOff() ? kOff : 0) | (layer->isFrozen() ? kFrozen : 0) | (layer->isLocked() ? kLocked : 0);
     }
     if (const auto* window = db.liveAs<VcDbViewport>(viewport))
         for (const VcDbObjectId id : window->frozenLayers())
-            if (id.slot() < m_states.size())
-                m_states[id.slot()] |= kFrozen;
+            if (id.slot() < states.size())
+                states[id.slot()] |= kFrozen;
+    return states;
+}
+
+// Picks ask one after the other: what was found last holds as long as nothing changes.
+SeenLayers::SeenLayers(const DatabaseCore& db, VcDbObjectId viewport) : m_zero(db.findRecord(NameTable::Layer, "0"))
+{
+    using Key = std::tuple<VcDbObjectId, VcDbObjectId, std::uint64_t>;
+    static Key lastKey;
+    static std::shared_ptr<const States> last;
+    const Key key(m_zero, viewport, db.changeCount());
+    if (!last || key != lastKey) {
+        last = std::make_shared<const States>(statesOf(db, viewport));
+        lastKey = key;
+    }
+    m_states = last;
 }
 
 SeenLayers SeenLayers::of(const Editor& ed)

@@ -6,6 +6,7 @@
 #include "sdk/vcdb_object.h"
 #include "sdk/vcge.h"
 
+#include <memory>
 #include <vector>
 
 class VcDbEntity;
@@ -45,12 +46,14 @@ public:
 
 private:
     enum State : std::uint8_t { kOff = 1, kFrozen = 2, kLocked = 4 };
+    using States = std::vector<std::uint8_t>;  // by slot
+    static States statesOf(const DatabaseCore& db, VcDbObjectId viewport);
     bool has(VcDbObjectId layer, int states) const
     {
-        return layer.slot() < m_states.size() && (m_states[layer.slot()] & states) != 0;
+        return layer.slot() < m_states->size() && ((*m_states)[layer.slot()] & states) != 0;
     }
-    std::vector<std::uint8_t> m_states;  // by slot
     VcDbObjectId m_zero;
+    std::shared_ptr<const States> m_states;
 };
 
 }  // namespace vk::edit

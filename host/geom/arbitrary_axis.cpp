@@ -14,6 +14,8 @@ static VcGeVector3d unitNormal(const VcGeVector3d& normal)
 VcGeVector3d arbitraryXAxis(const VcGeVector3d& normal)
 {
     constexpr double kNearZ = 1.0 / 64;
+    if (normal == VcGeVector3d::zAxis())
+        return VcGeVector3d::xAxis();
     const VcGeVector3d n = unitNormal(normal);
     const bool nearZ = std::fabs(n.x) < kNearZ && std::fabs(n.y) < kNearZ;
     return (nearZ ? VcGeVector3d::yAxis() : VcGeVector3d::zAxis()).crossProduct(n).normal();
@@ -21,6 +23,8 @@ VcGeVector3d arbitraryXAxis(const VcGeVector3d& normal)
 
 Frame arbitraryFrame(const VcGeVector3d& normal, const VcGePoint3d& origin)
 {
+    if (normal == VcGeVector3d::zAxis())
+        return {origin};
     const VcGeVector3d z = unitNormal(normal);
     const VcGeVector3d x = arbitraryXAxis(z);
     return {origin, x, z.crossProduct(x).normal(), z};
@@ -28,12 +32,12 @@ Frame arbitraryFrame(const VcGeVector3d& normal, const VcGePoint3d& origin)
 
 VcGePoint3d toWorld(const VcGePoint3d& p, const VcGeVector3d& normal)
 {
-    return arbitraryFrame(normal).toWorld(p);
+    return normal == VcGeVector3d::zAxis() ? p : arbitraryFrame(normal).toWorld(p);
 }
 
 VcGePoint3d fromWorld(const VcGePoint3d& p, const VcGeVector3d& normal)
 {
-    return arbitraryFrame(normal).fromWorld(p);
+    return normal == VcGeVector3d::zAxis() ? p : arbitraryFrame(normal).fromWorld(p);
 }
 
 double angleInPlane(const VcGeVector3d& direction, const VcGeVector3d& normal)

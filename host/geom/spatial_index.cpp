@@ -5,6 +5,7 @@
 #include <boost/geometry/geometries/point.hpp>
 #include <boost/geometry/geometries/segment.hpp>
 #include <boost/geometry/index/rtree.hpp>
+#include <boost/iterator/function_output_iterator.hpp>
 
 #include <unordered_map>
 #include <unordered_set>
@@ -19,8 +20,29 @@ namespace {
 using FlatPoint = bg::model::point<double, 2, bg::cs::cartesian>;
 using FlatBox = bg::model::box<FlatPoint>;
 using FlatSegment = bg::model::segment<FlatPoint>;
-using Value = std::pair<FlatBox, SpatialIndex::Id>;
-using RTree = bgi::rtree<Value, bgi::quadratic<16>>;
+
+// What the tree holds: a whole box, of which it looks at X and Y.
+struct Value
+{
+    FlatBox flat;
+    double low, high;
+    SpatialIndex::Id id;
+    bool operator==(const Value& o) const { return id == o.id; }
+
+    Box3d box() const
+    {
+        return {{flat.min_corner().get<0>(), flat.min_corner().get<1>(), low},
+                {flat.max_corner().get<0>(), flat.max_corner().get<1>(), high}};
+    }
+};
+
+struct FlatOf
+{
+    using result_type = const FlatBox&;
+    result_type operator()(const Value& v) const { return v.flat; }
+};
+
+using RTree = bgi::rtree<Value, bgi::quadratic<16>, FlatOf, std::equal_to<Value>>;
 
 FlatPoint flat(const VcGePoint3d& p)
 {
@@ -31,6 +53,23 @@ FlatBox flat(const Box3d& b)
 {
     return {flat(b.min), flat(b.max)};
 }
+
+Value valueOf(SpatialIndex::Id id, const Box3d& b)
+{
+    return {flat(b), b.min.z, b.max.z, id};
+}
+
+// Takes what a query finds until the visitor has had enough.
+class Visiting
+{
+public:
+    explicit Visiting(const SpatialIndex::Visitor& visitor) : m_visitor(visitor) {}
+    bool operator()(SpatialIndex::Id id, const Box3d& box) { return m_goesOn = m_goesOn && m_visitor(id, box); }
+
+private:
+    const SpatialIndex::Visitor& m_visitor;
+    bool m_goesOn = true;
+};
 
 double distanceToBox(const Box3d& b, const VcGePoint3d& p)
 {
@@ -81,7 +120,7 @@ struct SpatialIndex::Tree
     void place(Id id, const Box3d& box)
     {
         if (isIndexed(box))
-            flatTree.insert({flat(box), id});
+            flatTree.insert(valueOf(id, box));
         else if (!box.isEmpty())
             unbounded.insert(id);
     }
@@ -89,7 +128,7 @@ struct SpatialIndex::Tree
     void displace(Id id, const Box3d& box)
     {
         if (isIndexed(box))
-            flatTree.remove({flat(box), id});
+            flatTree.remove(valueOf(id, box));
         else
             unbounded.erase(id);
     }
@@ -98,28 +137,25 @@ struct SpatialIndex::Tree
     std::vector<Id> along(const VcGePoint3d& base, const VcGeVector3d& direction, double to) const
     {
         std::vector<Id> found;
-        const auto add = [&](Id id) {
-            if (!within(boxes.at(id), base, direction, to).empty())
+        const auto add = [&](Id id, const Box3d& box) {
+            if (!within(box, base, direction, to).empty())
                 found.push_back(id);
         };
         for (Id id : unbounded)
-            add(id);
+            add(id, boxes.at(id));
         Box3d bounds = extents();
         bounds.min.z = -Box3d::kInfinite;
         bounds.max.z = Box3d::kInfinite;
         const Stretch inside = within(bounds, base, direction, to);
         if (bounds.isEmpty() || inside.empty())
             return found;
-        const auto addValue = [&](const Value& v) { add(v.second); };
+        const auto addValue = [&](const Value& v) { add(v.id, v.box()); };
         const FlatPoint from = flat(base + direction * inside.from);
-        if (direction.x == 0 && direction.y == 0) {
-            for (auto it = flatTree.qbegin(bgi::intersects(from)); it != flatTree.qend(); ++it)
-                addValue(*it);
-            return found;
-        }
-        const FlatSegment segment(from, flat(base + direction * inside.to));
-        for (auto it = flatTree.qbegin(bgi::intersects(segment)); it != flatTree.qend(); ++it)
-            addValue(*it);
+        const auto out = boost::make_function_output_iterator(addValue);
+        if (direction.x == 0 && direction.y == 0)
+            flatTree.query(bgi::intersects(from), out);
+        else
+            flatTree.query(bgi::intersects(FlatSegment(from, flat(base + direction * inside.to))), out);
         return found;
     }
 
@@ -140,13 +176,14 @@ SpatialIndex& SpatialIndex::operator=(SpatialIndex&&) noexcept = default;
 
 SpatialIndex::SpatialIndex(const std::vector<Entry>& entries) : SpatialIndex()
 {
+    m_tree->boxes.reserve(entries.size());
     for (const auto& [id, box] : entries)
         m_tree->boxes[id] = box;
     std::vector<Value> values;
     values.reserve(m_tree->boxes.size());
     for (const auto& [id, box] : m_tree->boxes) {
         if (m_tree->isIndexed(box))
-            values.push_back({flat(box), id});
+            values.push_back(valueOf(id, box));
         else if (!box.isEmpty())
             m_tree->unbounded.insert(id);
     }
@@ -199,24 +236,40 @@ Box3d SpatialIndex::extents() const
 std::vector<SpatialIndex::Id> SpatialIndex::touching(const Box3d& box) const
 {
     std::vector<Id> found;
-    visit(box, [&](Id id) {
+    visit(box, [&](Id id, const Box3d&) {
         found.push_back(id);
         return true;
     });
     return found;
 }
 
-void SpatialIndex::visit(const Box3d& box, const std::function<bool(Id)>& visitor) const
+void SpatialIndex::visit(const Box3d& box, const Visitor& visitor) const
 {
     if (box.isEmpty())
         return;
     const Tree& tree = *m_tree;
+    Visiting visiting(visitor);
     for (Id id : tree.unbounded)
-        if (tree.boxes.at(id).touches(box) && !visitor(id))
+        if (const Box3d& known = tree.boxes.at(id); known.touches(box) && !visiting(id, known))
             return;
-    for (auto it = tree.flatTree.qbegin(bgi::intersects(flat(box))); it != tree.flatTree.qend(); ++it)
-        if (tree.boxes.at(it->second).touches(box) && !visitor(it->second))
+    tree.flatTree.query(bgi::intersects(flat(box)), boost::make_function_output_iterator([&](const Value& v) {
+                            if (v.low <= box.max.z && box.min.z <= v.high)
+                                visiting(v.id, v.box());
+                        }));
+}
+
+void SpatialIndex::visitBelow(const VcGePoint3d& from, const VcGePoint3d& to, const Visitor& visitor) const
+{
+    const Tree& tree = *m_tree;
+    Visiting visiting(visitor);
+    for (Id id : tree.unbounded)
+        if (!visiting(id, tree.boxes.at(id)))
             return;
+    const auto out = boost::make_function_output_iterator([&](const Value& v) { visiting(v.id, v.box()); });
+    if (from.x == to.x && from.y == to.y)
+        tree.flatTree.query(bgi::intersects(flat(from)), out);
+    else
+        tree.flatTree.query(bgi::intersects(FlatSegment(flat(from), flat(to))), out);
 }
 
 std::vector<SpatialIndex::Id> SpatialIndex::alongSegment(const VcGePoint3d& from, const VcGePoint3d& to) const
@@ -254,9 +307,9 @@ std::vector<SpatialIndex::Neighbour> SpatialIndex::nearest(const VcGePoint3d& to
         return best;
     for (auto it = tree.flatTree.qbegin(bgi::nearest(target, unsigned(tree.flatTree.size())));
          it != tree.flatTree.qend(); ++it) {
-        if (best.size() == count && bg::distance(target, it->first) > best.back().distance)
+        if (best.size() == count && bg::distance(target, it->flat) > best.back().distance)
             break;
-        offer(it->second);
+        offer(it->id);
     }
     return best;
 }

@@ -42,7 +42,10 @@ public:
     std::vector<Id> alongRay(const VcGePoint3d& base, const VcGeVector3d& direction) const;
 
     // Until the visitor returns false.
-    void visit(const Box3d& box, const std::function<bool(Id)>& visitor) const;
+    using Visitor = std::function<bool(Id, const Box3d&)>;
+    void visit(const Box3d& box, const Visitor& visitor) const;
+    // What the way from one point to another passes in X and Y, at whatever height.
+    void visitBelow(const VcGePoint3d& from, const VcGePoint3d& to, const Visitor& visitor) const;
 
     struct Neighbour
     {

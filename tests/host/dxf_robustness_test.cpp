@@ -73,3 +73,28 @@ TEST(DxfRobustness, CountsAreNotBelieved)
     exerciseDrawing("0\nSECTION\n2\nENTITIES\n0\nHATCH\n100\nAcDbHatch\n91\n2000000000\n92\n2\n93\n2000000000\n10\n1\n0\nENDSEC\n0\nEOF\n");
     exerciseDrawing("0\nSECTION\n2\nENTITIES\n0\nINSERT\n2\nX\n70\n32767\n71\n32767\n0\nENDSEC\n0\nEOF\n");
 }
+
+// What a chain says of a group follows from its code, so a text in place of a number has none. It stays in the drawing.
+TEST(DxfRobustness, TextsInPlaceOfNumbersAreNotInChains)
+{
+    VcDbDatabase database(false);
+    const ReadResult read = readDrawingBytes(database, preliminary("0\nLINE\n8\n0\n10\n0\n20\n0\n11\n5\n21\n5\n94\nmany\n"
+                                                                   "1001\nACAD\n1000\nkept\n1040\nwide\n1070\n7\n"));
+    ASSERT_TRUE(read.ok()) << read.message;
+    const DatabaseCore& db = database.core();
+    VcDbObject* line = db.objectAt(db.mainOrder().at(0));
+    const RbPtr all(newRb(RTSTR));
+    setRbUtf8(*all, "*");
+    std::vector<int> codes;
+    const RbPtr chain = chainOf(*line, all.get());
+    for (const resbuf* node = chain.get(); node; node = node->rbnext)
+        codes.push_back(node->restype);
+    const auto has = [&](int code) { return std::count(codes.begin(), codes.end(), code) > 0; };
+    EXPECT_TRUE(has(1000));
+    EXPECT_TRUE(has(1070));
+    EXPECT_FALSE(has(1040));
+    EXPECT_FALSE(has(94));
+    const std::string copy = saved(database);
+    EXPECT_NE(copy.find("\nmany\n"), copy.npos);
+    EXPECT_NE(copy.find("\nwide\n"), copy.npos);
+}

@@ -146,7 +146,7 @@ TEST_F(GeomSpatialIndex, VisitsUntilTold)
     for (Id id = 0; id < 50; ++id)
         index.set(id, {{0, 0, 0}, {1, 1, 1}});
     int visits = 0;
-    index.visit({{0, 0, 0}, {1, 1, 1}}, [&](Id) { return ++visits < 10; });
+    index.visit({{0, 0, 0}, {1, 1, 1}}, [&](Id, const Box3d&) { return ++visits < 10; });
     EXPECT_EQ(visits, 10);
 }
 
