@@ -59,9 +59,9 @@ function(vekad_sources target)
   endif()
 endfunction()
 
-# The standard headers that nearly every source uses. They are precompiled where that was asked for; otherwise they are
-# included as they are, which lets one compiler cache serve several checkouts.
-option(VEKAD_PCH "precompile the standard headers" OFF)
+# The standard headers that nearly every source uses. With VEKAD_PCH off they are included as they are, which lets one
+# compiler cache serve several checkouts.
+option(VEKAD_PCH "precompile the standard headers" ON)
 function(vekad_precompile target)
   if(VEKAD_PCH)
     target_precompile_headers(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${CMAKE_SOURCE_DIR}/cmake/prelude.h>)

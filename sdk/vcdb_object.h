@@ -96,8 +96,8 @@ public:
     Vcad::ErrorStatus erase(bool erasing = true);
     Vcad::ErrorStatus upgradeOpen();
     Vcad::ErrorStatus downgradeOpen();
-    // Every member that changes the object calls this first: it keeps the state for undo. An object that is not
-    // in a database may always be changed. Aborts the call chain with a host error when open for read only.
+    // Every member that changes the object calls this first: it keeps the state for undo. How the object is open does
+    // not matter to it; vcdbOpenObject and upgradeOpen are where opening for write is refused.
     void assertWriteEnabled(bool autoUndo = true, bool recordModified = true);
     bool isErased() const { return m_erased; }
     bool isReadEnabled() const { return m_readers > 0 || m_writing; }

@@ -31,7 +31,7 @@ DatabaseCore::DatabaseCore(VcDbDatabase& face)
       m_referenceMarks(std::make_unique<ReferenceMarks>())
 {
     openDatabases().push_back(this);
-    m_chunks.push_back(std::make_unique<Stub[]>(kChunk));
+    m_chunks.push_back(std::make_unique<Place[]>(kChunk));
 }
 
 DatabaseCore::~DatabaseCore()
@@ -39,7 +39,7 @@ DatabaseCore::~DatabaseCore()
     m_undo.clear();
     KeptExtents::forget(m_serial);
     for (std::uint32_t slot = 1; slot < m_slotCount; ++slot)
-        delete stub(slot).object;
+        delete place(slot).object;
     std::erase(openDatabases(), this);
 }
 
@@ -55,7 +55,7 @@ std::uint32_t DatabaseCore::newSlot(std::uint64_t handle)
 {
     const std::uint32_t slot = m_slotCount++;
     if (slot / kChunk >= m_chunks.size())
-        m_chunks.push_back(std::make_unique<Stub[]>(kChunk));
+        m_chunks.push_back(std::make_unique<Place[]>(kChunk));
     if (handle)
         bindHandle(handle, slot);
     return slot;
@@ -64,7 +64,7 @@ std::uint32_t DatabaseCore::newSlot(std::uint64_t handle)
 // The pages may reach to a small multiple of what the drawing holds; a handle far beyond goes to the hash.
 void DatabaseCore::bindHandle(std::uint64_t handle, std::uint32_t slot)
 {
-    stub(slot).handle = handle;
+    place(slot).handle = handle;
     const std::uint64_t page = handle / kHandlePage;
     const std::uint64_t bound = std::max<std::uint64_t>(65536, std::uint64_t(m_slotCount) * 4);
     if (handle < bound && page >= m_handlePages.size())
@@ -113,7 +113,7 @@ std::uint64_t DatabaseCore::nextHandle()
 
 std::uint64_t DatabaseCore::handleOf(VcDbObjectId id) const
 {
-    return id.databaseSerial() == m_serial && id.slot() < m_slotCount ? stub(id.slot()).handle : 0;
+    return id.databaseSerial() == m_serial && id.slot() < m_slotCount ? place(id.slot()).handle : 0;
 }
 
 VcDbObjectId DatabaseCore::add(std::unique_ptr<VcDbObject> object, VcDbObjectId owner, std::uint64_t handle)
@@ -136,7 +136,7 @@ VcDbObjectId DatabaseCore::fill(VcDbObjectId reserved, std::unique_ptr<VcDbObjec
     VcDbObject& added = *object;
     added.m_id = reserved;
     added.m_owner = owner.slot();
-    stub(reserved.slot()).object = object.release();
+    place(reserved.slot()).object = object.release();
     if (VcDbEntity* entity = VcDbEntity::cast(&added); entity && entity->m_ownProps) {
         added.m_props = m_props.intern(*entity->m_ownProps);
         entity->m_ownProps.reset();

@@ -74,7 +74,7 @@ public:
     {
         return id.databaseSerial() == m_serial ? objectAt(id.slot()) : nullptr;
     }
-    VcDbObject* objectAt(std::uint32_t slot) const { return slot < m_slotCount ? stub(slot).object : nullptr; }
+    VcDbObject* objectAt(std::uint32_t slot) const { return slot < m_slotCount ? place(slot).object : nullptr; }
     template <class T>
     T* objectAs(VcDbObjectId id) const
     {
@@ -161,20 +161,20 @@ public:
     bool inModelViewport = false;
 
 private:
-    struct Stub {
+    struct Place {
         VcDbObject* object = nullptr;
         std::uint64_t handle = 0;
     };
     static constexpr std::uint32_t kChunk = 4096;
     static constexpr std::uint32_t kHandlePage = 1024;
 
-    Stub& stub(std::uint32_t slot) const { return m_chunks[slot / kChunk][slot % kChunk]; }
+    Place& place(std::uint32_t slot) const { return m_chunks[slot / kChunk][slot % kChunk]; }
     std::uint32_t newSlot(std::uint64_t handle);
     void bindHandle(std::uint64_t handle, std::uint32_t slot);
 
     VcDbDatabase& m_face;
     std::uint32_t m_serial;
-    std::vector<std::unique_ptr<Stub[]>> m_chunks;
+    std::vector<std::unique_ptr<Place[]>> m_chunks;
     std::uint32_t m_slotCount = 1;
     // Handles are dense in most drawings: pages of slots up to a bound that grows with the number of objects, a hash beyond.
     std::vector<std::unique_ptr<std::uint32_t[]>> m_handlePages;
