@@ -7,6 +7,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <fmt/format.h>
 
 namespace vk::render {
 
@@ -73,7 +74,7 @@ std::unique_ptr<Page> makePage(const PageSpec& spec, std::string& error)
     const auto make = reinterpret_cast<MakePage>(moduleFunction(library, kMakePage));
     if (make)
         return std::unique_ptr<Page>(make(spec));
-    error = std::string(kPaintLibrary) + " is of another version";
+    error = fmt::format("{} is of another version", kPaintLibrary);
     return nullptr;
 }
 
