@@ -1,5 +1,8 @@
 #include "host/edit/selection_set.h"
 
+#include <algorithm>
+#include <bit>
+
 namespace vk::edit {
 
 // Objects made one after the other are mostly selected so: few of them at a time share what is fetched.
@@ -18,22 +21,32 @@ std::size_t SelectionSet::placeOf(VcDbObjectId id) const
     return place;
 }
 
-void SelectionSet::grow()
+void SelectionSet::makeTable()
 {
     ids();
-    m_places.assign(std::max<std::size_t>(16, m_places.size() * 2), 0);
+    m_places.assign(std::bit_ceil(std::max<std::size_t>(16, (m_size + 1) * 2)), 0);
     for (std::size_t i = 0; i < m_ids.size(); ++i)
         m_places[placeOf(m_ids[i])] = std::uint32_t(i + 1);
+}
+
+bool SelectionSet::has(VcDbObjectId id) const
+{
+    return hasTable() ? m_places[placeOf(id)] != 0 : std::binary_search(m_ids.begin(), m_ids.end(), id);
 }
 
 bool SelectionSet::add(VcDbObjectId id)
 {
     if (id.isNull())
         return false;
+    if (!hasTable() && (m_ids.empty() || m_ids.back() < id)) {
+        m_ids.push_back(id);
+        ++m_size;
+        return true;
+    }
     if (m_ids.size() > 2 * m_size + 64)
         compact();
     if ((m_size + 1) * 2 > m_places.size())
-        grow();
+        makeTable();
     std::uint32_t& index = m_places[placeOf(id)];
     if (index)
         return false;
@@ -47,6 +60,8 @@ bool SelectionSet::remove(VcDbObjectId id)
 {
     if (!has(id))
         return false;
+    if (!hasTable())
+        makeTable();
     const std::size_t place = placeOf(id), index = m_places[place] - 1;
     freePlace(place);
     if (index + 1 == m_ids.size())

@@ -1,4 +1,5 @@
-// Selection sets: members in the order they came, membership in constant time.
+// Selection sets: members in the order they came, membership in constant time. As long as members come in the order of
+// the database, which is how most are selected, none is looked up in a table; it is made when one comes that does not.
 #pragma once
 
 #include "host/base/api.h"
@@ -13,7 +14,7 @@ class VKHOST_API SelectionSet {
 public:
     bool add(VcDbObjectId id);  // false when it is a member already
     bool remove(VcDbObjectId id);
-    bool has(VcDbObjectId id) const { return m_size && m_places[placeOf(id)]; }
+    bool has(VcDbObjectId id) const;
     std::size_t size() const { return m_size; }
     bool empty() const { return m_size == 0; }
     // Members in order.
@@ -21,15 +22,16 @@ public:
     void clear();
 
 private:
+    bool hasTable() const { return !m_places.empty(); }
     std::size_t home(VcDbObjectId id) const;
     // Of the member, or the free place where it would come.
     std::size_t placeOf(VcDbObjectId id) const;
-    void grow();
+    void makeTable();  // with room for one more
     void freePlace(std::size_t place);
     void compact() const;
 
     mutable std::vector<VcDbObjectId> m_ids;  // a removed member leaves a null until the next look
-    // A hash table with open addressing: indices into m_ids from 1, 0 where nothing is. A power of two, at most half full.
+    // Empty while m_ids ascend and have no nulls. A hash table with open addressing: indices into m_ids from 1, 0 where nothing is. A power of two, at most half full.
     mutable std::vector<std::uint32_t> m_places;
     std::size_t m_size = 0;
 };
