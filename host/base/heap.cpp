@@ -2,13 +2,16 @@
 
 #include "host/base/unicode.h"
 
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
 // The allocator's list of small blocks that were freed last serves malloc only, and chains are made of small blocks.
 void* heapAllocate(std::size_t bytes)
 {
-    constexpr std::size_t kSmall = 1024;
+    constexpr std::size_t kSmall = 1024, kLargest = PTRDIFF_MAX;  // what no allocator gives; some end the program when asked
+    if (bytes > kLargest)
+        return nullptr;
     if (bytes > kSmall)
         return std::calloc(bytes, 1);
     void* memory = std::malloc(bytes ? bytes : 1);

@@ -249,7 +249,7 @@ private:
         const Points all = points(data, data.number());
         std::uint32_t entries = data.number();
         while (entries > 0 && data.left() >= 4) {
-            const auto corners = std::uint32_t(std::abs(data.take<std::int32_t>()));
+            const auto corners = std::uint32_t(std::abs(std::int64_t(data.take<std::int32_t>())));
             --entries;
             Points face;
             for (std::uint32_t i = 0; i < corners && entries > 0 && data.left() >= 4; ++i, --entries)

@@ -1,4 +1,5 @@
 // What commands may lean on when they ask: picks, keywords, drags, and what is typed where a file is asked for.
+#include "host/base/unicode.h"
 #include "tests/extend/sdk_support.h"
 
 #include <fstream>
@@ -79,7 +80,7 @@ TEST_F(Answers, AnErasedObjectIsNoAnswer)
     const Name gone = line(0, 0, 10, 0);
     const Name left = line(0, 30, 10, 30);
     const RbPtr chain(vcdbEntGet(gone));
-    const std::string handle(textOf(chain.get(), 5).begin(), textOf(chain.get(), 5).end());
+    const std::string handle = wideToUtf8(textOf(chain.get(), 5));
     ASSERT_EQ(vcdbEntDel(gone), RTNORM);
     const Picked p = pick("(handent \"" + handle + "\")\n(entlast)\n");
     EXPECT_EQ(p.result, RTNORM);
