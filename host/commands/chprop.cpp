@@ -3,6 +3,7 @@
 #include "host/commands/colours.h"
 #include "host/commands/drawing.h"
 #include "host/commands/families.h"
+#include "host/commands/option_loop.h"
 #include "host/db/database.h"
 #include "host/db/entity_props.h"
 #include "host/edit/sysvars.h"
@@ -175,19 +176,10 @@ constexpr Option kOptions[] = {
 
 void askProperties(Editor& ed, const std::vector<VcDbEntity*>& entities, bool withElevation)
 {
-    Question question;
-    question.kind = Question::Kind::Keyword;
-    question.prompt = withElevation ? "Enter property to change\n[Color/Elev/LAyer/LType/ltScale/LWeight/Thickness]: " : "Enter property to change\n[Color/LAyer/LType/ltScale/LWeight/Thickness]: ";
-    question.init.keywords = parseKeywords(withElevation ? "Color Elev LAyer LType ltScale LWeight Thickness" : "Color LAyer LType ltScale LWeight Thickness");
-    question.hasDefault = true;
-    for (;;) {
-        const Answer a = ed.ask(question);
-        if (a.status == Answer::Status::Enter)
-            return;
-        for (const Option& option : kOptions)
-            if (a.text == option.keyword)
-                option.run(ed, entities);
-    }
+    runOptions(ed,
+               withElevation ? "Enter property to change\n[Color/Elev/LAyer/LType/ltScale/LWeight/Thickness]: "
+                             : "Enter property to change\n[Color/LAyer/LType/ltScale/LWeight/Thickness]: ",
+               kOptions, entities);
 }
 
 void changeProperties(Editor& ed)

@@ -6,6 +6,7 @@
 #include "host/commands/families.h"
 #include "host/commands/layer_marks.h"
 #include "host/commands/layer_state_option.h"
+#include "host/commands/option_loop.h"
 #include "host/db/database.h"
 #include "host/db/record_names.h"
 #include "host/edit/sysvars.h"
@@ -282,19 +283,10 @@ constexpr Option kOptions[] = {
 void layer(Editor& ed)
 {
     ed.printLine(fmt::format("Current layer:  \"{}\"", currentLayer(ed)->nameUtf8()));
-    Question question;
-    question.kind = Question::Kind::Keyword;
-    question.prompt = "Enter an option [?/Make/Set/New/Rename/ON/OFF/Color/Ltype/LWeight/TRansparency/MATerial/Plot/Freeze/Thaw/LOck/Unlock/stAte/Description/rEconcile]: ";
-    question.init.keywords = parseKeywords("? Make Set New Rename ON OFF Color Ltype LWeight TRansparency MATerial Plot Freeze Thaw LOck Unlock stAte Description rEconcile");
-    question.hasDefault = true;
-    for (;;) {
-        const Answer a = ed.ask(question);
-        if (a.status == Answer::Status::Enter)
-            return;
-        for (const Option& option : kOptions)
-            if (a.text == option.keyword)
-                option.run(ed);
-    }
+    runOptions(ed,
+               "Enter an option [?/Make/Set/New/Rename/ON/OFF/Color/Ltype/LWeight/TRansparency/MATerial/Plot/Freeze/Thaw/LOck/Unlock/stAte/"
+               "Description/rEconcile]: ",
+               kOptions);
 }
 
 const HostCommand kCommands[] = {

@@ -2,6 +2,7 @@
 
 #include "host/base/files.h"
 #include "host/commands/layer_states.h"
+#include "host/commands/option_loop.h"
 #include "host/db/database.h"
 #include "host/db/record_names.h"
 #include "host/edit/editor.h"
@@ -198,19 +199,7 @@ constexpr Option kOptions[] = {
 
 void layerStateOption(Editor& ed)
 {
-    Question question;
-    question.kind = Question::Kind::Keyword;
-    question.prompt = "Enter an option [?/Save/Restore/Edit/Name/Delete/Import/EXport]: ";
-    question.init.keywords = parseKeywords("? Save Restore Edit Name Delete Import EXport");
-    question.hasDefault = true;
-    for (;;) {
-        const Answer a = ed.ask(question);
-        if (a.status == Answer::Status::Enter)
-            return;
-        for (const Option& option : kOptions)
-            if (a.text == option.keyword)
-                option.run(ed);
-    }
+    runOptions(ed, "Enter an option [?/Save/Restore/Edit/Name/Delete/Import/EXport]: ", kOptions);
 }
 
 }  // namespace vk::commands

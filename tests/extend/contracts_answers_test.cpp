@@ -26,12 +26,6 @@ protected:
         p.at = {at[0], at[1], at[2]};
         return p;
     }
-    static std::wstring input()
-    {
-        wchar_t buffer[512] = L"";
-        EXPECT_EQ(vcedGetInput(buffer), RTNORM);
-        return buffer;
-    }
 };
 
 struct PickCase

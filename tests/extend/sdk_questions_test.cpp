@@ -68,12 +68,6 @@ protected:
         asked.point = {at[0], at[1], at[2]};
         return asked;
     }
-    static std::wstring input()
-    {
-        wchar_t buffer[512] = L"";
-        EXPECT_EQ(vcedGetInput(buffer), RTNORM);
-        return buffer;
-    }
 };
 
 struct PointCase

@@ -40,6 +40,14 @@ protected:
     }
     bool said(std::string_view text) const { return printed.find(text) != std::string::npos; }
 
+    // What was typed in place of the answer asked for, such as a keyword.
+    static std::wstring input()
+    {
+        wchar_t buffer[512] = L"";
+        EXPECT_EQ(vcedGetInput(buffer), RTNORM);
+        return buffer;
+    }
+
     static Name made(resbuf* chain)
     {
         const RbPtr owned(chain);
