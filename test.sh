@@ -22,6 +22,9 @@ cmake --build "$folder" -j "$(jobs)"
 [[ $preset != sanitize ]] || export LSAN_OPTIONS="suppressions=$PWD/tests/leaks_of_libraries.txt:print_suppressions=0"
 results=$folder/test-results.log
 status=0
+# The folder of each run's temporary files outlives the run; those of the tests go with them.
+export TMPDIR=$(mktemp -d)
+trap 'rm -rf "$TMPDIR"' EXIT
 ctest --test-dir "$folder" --output-on-failure --no-tests=error -j "$(jobs)" | tee "$results" || status=$?
 grep -E 'tests passed|No tests' "$results" | tail -n 1
 exit "$status"
