@@ -115,6 +115,7 @@ public:
 
     // Host side.
     const std::vector<Loop>& loops() const { return m_loops; }
+    void setLoops(std::vector<Loop> loops);
     const std::vector<PatternLine>& patternLines() const { return m_lines; }
     const std::string& patternNameUtf8() const { return m_name; }
 

@@ -20,7 +20,7 @@ public:
     VcDbObjectId style() const { return m_style; }
     VcGeVector3d normal() const { return m_normal; }
 
-    // Only moves, turns and even scales; a multiline cannot be mirrored.
+    // Moves, turns, mirrors and even scales.
     Vcad::ErrorStatus transformBy(const VcGeMatrix3d& m) override;
     // Of the line that the vertices make, not of the elements beside it.
     Vcad::ErrorStatus getGeomExtents(VcDbExtents& extents) const override;

@@ -7,6 +7,8 @@
 #include "host/geom/tangent_circle.h"
 #include "sdk/vcdb_polylines.h"
 
+#include <algorithm>
+
 namespace vk::commands {
 
 using geom::Curve;
@@ -66,18 +68,115 @@ std::optional<Curve> restOf(const CornerPick& side)
     return *side.segment == 0 ? geom::subCurve(*p, 1, last) : geom::subCurve(*p, 0, last - 1);
 }
 
+// A width that a polyline has all along is that of what becomes of it.
+void keepWidth(geom::Polyline& changed, const geom::Polyline& before)
+{
+    const double width = before.vertices.front().startWidth;
+    const bool even = std::all_of(before.vertices.begin(), before.vertices.end(), [&](const auto& v) { return v.startWidth == width && v.endWidth == width; });
+    for (auto& v : changed.vertices)
+        if (even)
+            v.startWidth = v.endWidth = width;
+}
+
+// The parts as one polyline, the order in which they meet.
+std::optional<geom::Polyline> onePolylineOf(const std::vector<Curve>& parts, const geom::Polyline& like)
+{
+    const double tolerance = 1e3 * geom::meetingTolerance(like, like);
+    const auto whole = geom::joinedToFirst(parts, tolerance);
+    if (!whole || whole->used.size() != parts.size() || !std::holds_alternative<geom::Polyline>(whole->curve))
+        return std::nullopt;
+    geom::Polyline result = std::get<geom::Polyline>(whole->curve);
+    keepWidth(result, like);
+    return result;
+}
+
+bool areParallel(const Curve& a, const Curve& b)
+{
+    const auto *s = std::get_if<geom::Segment>(&a), *t = std::get_if<geom::Segment>(&b);
+    return s && t && (s->end - s->start).normal().crossProduct((t->end - t->start).normal()).length() <= 1e-10;
+}
+
+// Parallel sides are joined at the end that the pick is near; of a segment of a polyline that is the one which does not stay.
+void faceParallel(geom::CornerSide& side, const Curve& other)
+{
+    if (areParallel(side.curve, other))
+        side.picked = side.picked > 0.5 ? 0 : 1;
+}
+
+geom::CornerSide keptTowards(const CornerPick& pick, const VcGePoint3d& end)
+{
+    const auto near = geom::closestPoint(pick.side.curve, end);
+    return {pick.side.curve, near ? near->param : pick.side.picked};
+}
+
+// What a polyline keeps beside two of its segments when the corner takes the place of all that lies between them; of the
+// first and the last segment of an open one, when the corner closes it.
+struct Remainder {
+    VcGePoint3d firstKept, secondKept;  // towards these ends the two segments stay
+    std::vector<Curve> parts;
+};
+
+Remainder remainderOf(const geom::Polyline& p, std::size_t first, std::size_t second, bool closes)
+{
+    const std::size_t n = p.vertices.size(), last = p.closed ? n : n - 1;
+    const auto at = [&](std::size_t vertex) { return geom::pointAt(p, double(vertex % n)); };
+    Remainder rest{at(closes ? first + 1 : first), at(closes ? second : second + 1), {}};
+    const auto keep = [&](double from, double to) {
+        if (auto part = from < to ? geom::subCurve(p, from, to) : std::nullopt)
+            rest.parts.push_back(std::move(*part));
+    };
+    if (closes) {
+        keep(double(first + 1), double(second));
+    } else if (p.closed) {
+        const std::size_t from = (second + 1) % n;
+        keep(double(from), double(first >= from ? first : first + n));
+    } else {
+        keep(0, double(first));
+        keep(double(second + 1), double(last));
+    }
+    return rest;
+}
+
+bool farCorner(edit::Editor& ed, CurveEdits& edits, const CornerPick& a, const CornerPick& b, const CornerMaker& maker, bool firstLeads, bool closes)
+{
+    const geom::Polyline& p = *polylineOf(a.pick);
+    const CornerPick &lead = firstLeads ? a : b, &follow = firstLeads ? b : a;
+    Remainder rest = remainderOf(p, *lead.segment, *follow.segment, closes);
+    geom::CornerSide leadSide = keptTowards(lead, rest.firstKept), followSide = keptTowards(follow, rest.secondKept);
+    faceParallel(leadSide, followSide.curve);
+    faceParallel(followSide, leadSide.curve);
+    const geom::CornerResult result = firstLeads ? maker.corner(leadSide, followSide) : maker.corner(followSide, leadSide);
+    if (result.failure != CornerFailure::None)
+        return refuse(ed, reason(result.failure));
+    for (const auto& part : {result.corner.first, result.corner.between, result.corner.second})
+        if (part)
+            rest.parts.push_back(*part);
+    const auto whole = onePolylineOf(rest.parts, p);
+    if (!whole)
+        return refuse(ed, "The corner does not fit there.");
+    return edits.replace(*a.pick.entity, {Curve(*whole)});
+}
+
 bool onePolyline(edit::Editor& ed, CurveEdits& edits, const CornerPick& a, const CornerPick& b, const CornerMaker& maker)
 {
     const geom::Polyline& p = *polylineOf(a.pick);
     const std::size_t n = p.vertices.size(), s = *a.segment, t = *b.segment;
     const bool firstLeads = t == s + 1 || (p.closed && t == (s + 1) % n), secondLeads = s == t + 1 || (p.closed && s == (t + 1) % n);
-    if (!firstLeads && !secondLeads)
-        return refuse(ed, "Those segments of the polyline do not follow each other.");
+    if (!firstLeads && !secondLeads) {
+        const std::size_t segments = n - (p.closed ? 0 : 1), ahead = t > s ? t - s : s - t;
+        const bool overOne = ahead == 2 || (p.closed && ahead + 2 == segments), closes = !overOne && isEndSegment(p, s) && isEndSegment(p, t);
+        if (!overOne && !closes)
+            return refuse(ed, "Those segments of the polyline neither follow each other nor have just one between them.");
+        return farCorner(ed, edits, a, b, maker, p.closed ? (s + 2) % n == t : s < t, closes);
+    }
     const auto changed = maker.atVertex(p, firstLeads ? t : s, !firstLeads);
     if (!changed)
         return refuse(ed, "The corner does not fit there: its sides are too short, run in one line, or are arcs.");
     return edits.replace(*a.pick.entity, {Curve(*changed)});
 }
+
+// Whether it is an end segment of a polyline that has more.
+bool hangsOn(const CornerPick& side) { return side.segment && polylineOf(side.pick)->vertices.size() > 2; }
 
 // Where a polyline takes part, everything becomes one polyline, which is the first one.
 bool joinAll(edit::Editor& ed, CurveEdits& edits, const CornerPick& a, const CornerPick& b, const geom::Corner& corner)
@@ -94,20 +193,28 @@ bool joinAll(edit::Editor& ed, CurveEdits& edits, const CornerPick& a, const Cor
     add(a.segment ? corner.second : corner.first);
     add(restOf(owner));
     add(restOf(other));
-    const double tolerance = 1e3 * geom::meetingTolerance(owner.pick.curve, other.pick.curve);
-    const auto whole = geom::joinedToFirst(parts, tolerance);
-    if (!whole || whole->used.size() != parts.size() || !std::holds_alternative<geom::Polyline>(whole->curve))
+    const auto whole = onePolylineOf(parts, *polylineOf(owner.pick));
+    if (!whole)
         return refuse(ed, "Those objects cannot become one polyline.");
-    if (!edits.replace(*owner.pick.entity, {whole->curve}))
+    if (!edits.replace(*owner.pick.entity, {Curve(*whole)}))
         return false;
     edits.erase(*other.pick.entity);
     return true;
 }
 
-bool apart(CurveEdits& edits, const CornerPick& a, const CornerPick& b, const geom::Corner& corner)
+// The arc or the bevel goes on the layer of both objects, or the current one where they differ.
+bool addBetween(edit::Editor& ed, CurveEdits& edits, const CornerPick& a, const CornerPick& b, const Curve& between)
+{
+    VcDbEntity* added = edits.add(between, *a.pick.entity);
+    if (added && a.pick.entity->layerId() != b.pick.entity->layerId())
+        added->setDatabaseDefaults(&ed.drawing());
+    return added != nullptr;
+}
+
+bool apart(edit::Editor& ed, CurveEdits& edits, const CornerPick& a, const CornerPick& b, const geom::Corner& corner)
 {
     if (corner.between)
-        edits.add(*corner.between, *a.pick.entity);
+        addBetween(ed, edits, a, b, *corner.between);
     if (corner.first)
         edits.replace(*a.pick.entity, {*corner.first});
     if (corner.second)
@@ -150,14 +257,19 @@ bool makeCorner(edit::Editor& ed, CurveEdits& edits, const CornerPick& a, const 
     for (const CornerPick* side : {&a, &b})
         if (side->segment && maker.trims && !isEndSegment(*polylineOf(side->pick), *side->segment))
             return refuse(ed, "Of a polyline only the first and last segment can be joined to another object.");
-    const geom::CornerResult result = maker.corner(a.side, b.side);
+    geom::CornerSide first = a.side, second = b.side;
+    if (hangsOn(a))
+        faceParallel(first, b.side.curve);
+    if (hangsOn(b))
+        faceParallel(second, a.side.curve);
+    const geom::CornerResult result = maker.corner(first, second);
     if (result.failure != CornerFailure::None)
         return refuse(ed, reason(result.failure));
     if (!maker.trims)
-        return !result.corner.between || edits.add(*result.corner.between, *a.pick.entity) != nullptr;
+        return !result.corner.between || addBetween(ed, edits, a, b, *result.corner.between);
     if (a.segment || b.segment)
         return joinAll(ed, edits, a, b, result.corner);
-    return apart(edits, a, b, result.corner);
+    return apart(ed, edits, a, b, result.corner);
 }
 
 }

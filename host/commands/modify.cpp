@@ -21,7 +21,8 @@ std::vector<VcDbObjectId>& lastErased()
 void erase(Editor& ed)
 {
     const auto objects = ed.select();
-    lastErased().clear();
+    if (!objects->empty())
+        lastErased().clear();
     for (const VcDbObjectId id : objects->ids())
         if (VcDbObject* object = ed.db().object(id); object && object->erase() == Vcad::eOk)
             lastErased().push_back(id);
@@ -33,7 +34,10 @@ void oops(Editor& ed)
     for (const VcDbObjectId id : std::exchange(lastErased(), {}))
         if (VcDbObject* object = ed.db().object(id); object && object->isErased() && object->erase(false) == Vcad::eOk)
             ++restored;
-    ed.report("{} restored.", restored);
+    if (restored == 0)
+        ed.printLine("There is nothing to bring back.");
+    else
+        ed.report("{} restored.", restored);
 }
 
 void explode(Editor& ed)

@@ -1,5 +1,6 @@
 // MOVE, COPY, ROTATE, SCALE, MIRROR.
 #include "host/commands/copies.h"
+#include "host/commands/displacement.h"
 #include "host/commands/families.h"
 #include "host/db/curve_of.h"
 #include "host/db/database.h"
@@ -15,44 +16,12 @@ using namespace edit;
 
 using Status = Answer::Status;
 
-// Kept for the next time, as long as the program runs.
-VcGeVector3d& lastDisplacement()
-{
-    static VcGeVector3d kept;
-    return kept;
-}
-
-// A base and a second point, or a displacement: Enter at the second point takes the first as one.
-struct BaseAndDisplacement {
-    VcGePoint3d base;
-    VcGeVector3d displacement;
-    bool once = false;
-};
-
-VcGeVector3d askWholeDisplacement(Editor& ed)
-{
-    const VcGeVector3d kept = lastDisplacement();
-    const Answer a = ed.askPoint(fmt::format("Specify displacement <{}, {}, {}>", lengthText(kept.x), lengthText(kept.y), lengthText(kept.z)), {.enterEnds = true});
-    return lastDisplacement() = a.status == Status::Enter ? kept : a.point.asVector();
-}
-
-BaseAndDisplacement askDisplacement(Editor& ed)
-{
-    const Answer base = ed.askPoint("Specify base point or [Displacement] <Displacement>", {.keywords = "Displacement", .enterEnds = true});
-    if (base.status != Status::Value)
-        return {{}, askWholeDisplacement(ed), true};
-    const Answer second = ed.askPoint("Specify second point or <use first point as displacement>", {.from = base.point, .enterEnds = true});
-    if (second.status == Status::Enter)
-        return {{}, base.point.asVector(), true};
-    return {base.point, second.point - base.point};
-}
-
 void move(Editor& ed)
 {
     const auto objects = ed.select();
     if (objects->empty())
         return;
-    transformObjects(ed, *objects, inWorld(ed, VcGeMatrix3d::translation(askDisplacement(ed).displacement)));
+    transformObjects(ed, *objects, inWorld(ed, VcGeMatrix3d::translation(askDisplacement(ed))));
 }
 
 // Copies from one base point, as often as the person likes.
@@ -208,7 +177,8 @@ void rotate(Editor& ed)
 double askReferenceFactor(Editor& ed, const VcGePoint3d& base)
 {
     constexpr int kPositive = InitGet::NoZero | InitGet::NoNegative;
-    const double reference = ed.distance("Specify reference length", 1.0, {.bits = kPositive});
+    static double known = 1;
+    const double reference = known = ed.distance("Specify reference length", known, {.bits = kPositive});
     const Answer a = ed.askDistance("Specify new length or [Points]", {.keywords = "Points", .from = base, .bits = kPositive});
     if (a.status == Status::Value)
         return a.real / reference;
@@ -225,18 +195,20 @@ void scale(Editor& ed)
     if (objects->empty())
         return;
     const VcGePoint3d base = ed.point("Specify base point");
+    static double known = 1;
     bool copies = false;
     for (;;) {
-        const Answer a = ed.askDistance("Specify scale factor or [Copy/Reference]",
-                                        {.keywords = "Copy Reference", .from = base, .bits = InitGet::NoZero | InitGet::NoNegative});
+        const Answer a = ed.askDistance(fmt::format("Specify scale factor or [Copy/Reference] <{}>", lengthText(known)),
+                                        {.keywords = "Copy Reference", .from = base, .bits = InitGet::NoZero | InitGet::NoNegative, .enterEnds = true});
         if (a.status == Status::Keyword && a.text == "Copy") {
             ed.printLine("Scaling a copy of the selected objects.");
             copies = true;
             continue;
         }
-        const double factor = a.status == Status::Keyword ? askReferenceFactor(ed, base) : a.real;
+        if (a.status != Status::Enter)
+            known = a.status == Status::Keyword ? askReferenceFactor(ed, base) : a.real;
         const auto targets = copies ? copied(ed, *objects) : objects;
-        return transformObjects(ed, *targets, inWorld(ed, VcGeMatrix3d::scaling(factor, base)));
+        return transformObjects(ed, *targets, inWorld(ed, VcGeMatrix3d::scaling(known, base)));
     }
 }
 

@@ -33,6 +33,8 @@ void takeBack(Editor& ed, int count)
             ed.printLine("Nothing to undo");
         return;
     }
+    if (ed.undo().mode() == UndoControl::Mode::None)
+        throw CommandError{"Undoing is switched off. Control of UNDO switches it on."};
     const auto names = ed.undo().undo(count);
     tell(ed, kGroupOpen, ed.undo().inGroup());
     ed.printLine(names.empty() ? "Everything has been undone" : joined(names));

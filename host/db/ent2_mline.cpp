@@ -22,11 +22,12 @@ Vcad::ErrorStatus VcDbMline::transformBy(const VcGeMatrix3d& m)
     const auto move = planeMove(m, m_normal);
     if (!move)
         return Vcad::eInvalidInput;
-    if (!move->even || !move->upright || move->mirrored)
+    if (!move->even || !move->upright)
         return Vcad::eCannotScaleNonUniformly;
     assertWriteEnabled();
     m_start = m * m_start;
-    m_normal = move->normal;
+    // The elements lie to the left of the line as the normal sees it: a mirror turns the normal over.
+    m_normal = move->mirrored ? -move->normal : move->normal;
     m_scale *= move->scale;
     for (Vertex& vertex : m_vertices) {
         vertex.point = m * vertex.point;

@@ -33,8 +33,9 @@ double turnOf(double angle)
 {
     if (angle >= 0 && angle < kTwoPi)
         return angle;
-    const double turn = std::fmod(angle, kTwoPi);
-    return turn < 0 ? turn + kTwoPi : turn;
+    const double rest = std::fmod(angle, kTwoPi), turn = rest < 0 ? rest + kTwoPi : rest;
+    // What rounding leaves of a whole turn is none.
+    return kTwoPi - turn < 1e-13 ? 0 : turn;
 }
 
 // Rounding must not tilt a plane that only moved, or came back to an axis: its own axes could jump.

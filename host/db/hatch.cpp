@@ -123,6 +123,12 @@ Vcad::ErrorStatus VcDbHatch::appendLoop(int type, const std::vector<VcGePoint2d>
     return Vcad::eOk;
 }
 
+void VcDbHatch::setLoops(std::vector<Loop> loops)
+{
+    assertWriteEnabled();
+    m_loops = std::move(loops);
+}
+
 Vcad::ErrorStatus VcDbHatch::removeLoopAt(int index)
 {
     if (index < 0 || index >= numLoops())

@@ -25,6 +25,9 @@ VKHOST_API Curve transformed(const Curve& curve, const VcGeMatrix3d& m);
 // The same shape; the parameter is another. Nothing for infinite curves.
 VKHOST_API std::optional<Nurbs> toNurbs(const Curve& curve);
 
+// The same points at a higher degree; what has the degree already comes back as it is.
+VKHOST_API Nurbs withDegree(const Nurbs& nurbs, int degree);
+
 // Ends where the other begins and goes on as it does; degrees must agree.
 VKHOST_API Nurbs joined(const Nurbs& first, const Nurbs& second);
 

@@ -221,14 +221,19 @@ std::optional<Curve> asSpacePolyline(const std::deque<Link>& chain)
 
 std::optional<Curve> asSpline(const std::deque<Link>& chain)
 {
-    std::optional<Nurbs> whole;
+    std::vector<Nurbs> splines;
+    int degree = 1;
     for (const Link& link : chain) {
         auto next = toNurbs(link.curve);
-        if (!next || (whole && whole->degree != next->degree))
+        if (!next)
             return std::nullopt;
-        whole = whole ? joined(*whole, *next) : *next;
+        degree = std::max(degree, next->degree);
+        splines.push_back(std::move(*next));
     }
-    return whole ? std::optional<Curve>(*whole) : std::nullopt;
+    Nurbs whole = withDegree(splines.front(), degree);
+    for (size_t i = 1; i < splines.size(); ++i)
+        whole = joined(whole, withDegree(splines[i], degree));
+    return whole;
 }
 
 } // namespace

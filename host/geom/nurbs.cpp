@@ -66,6 +66,17 @@ void saturate(Spline& s, double u)
     }
 }
 
+// One degree more, through the same points.
+Bezier raised(const Bezier& bezier)
+{
+    const size_t degree = bezier.size();
+    Bezier result{bezier.front()};
+    for (size_t i = 1; i < degree; ++i)
+        result.push_back(mix(bezier[i], bezier[i - 1], double(i) / double(degree)));
+    result.push_back(bezier.back());
+    return result;
+}
+
 Bezier straight(const Point3& from, const Point3& to, int degree)
 {
     if (degree == 1)
@@ -105,6 +116,20 @@ Nurbs reversed(const Nurbs& nurbs)
     for (double& knot : r.knots)
         knot = sum - knot;
     return r;
+}
+
+Nurbs withDegree(const Nurbs& nurbs, int degree)
+{
+    if (nurbs.degree >= degree)
+        return nurbs;
+    std::vector<Bezier> beziers;
+    for (int span = nurbs.degree; span < int(nurbs.poles.size()); ++span)
+        if (nurbs.knots[span] < nurbs.knots[span + 1])
+            beziers.push_back(bezierSpan(nurbs, span));
+    for (Bezier& bezier : beziers)
+        while (int(bezier.size()) <= degree)
+            bezier = raised(bezier);
+    return composed(beziers);
 }
 
 Nurbs joined(const Nurbs& first, const Nurbs& second)
