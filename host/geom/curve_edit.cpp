@@ -50,8 +50,8 @@ std::optional<Curve> part(const Ellipse& e, double from, double to)
 std::optional<Curve> part(const Nurbs& n, double from, double to)
 {
     const double start = n.knots[n.degree], end = n.knots[n.poles.size()];
-    if (to <= end)
-        return nurbsBetween(n, from, to);
+    if (to <= end + 1e-14 * (end - start))
+        return nurbsBetween(n, from, std::min(to, end));
     if (from >= end)
         return nurbsBetween(n, from - (end - start), to - (end - start));
     return joined(nurbsBetween(n, from, end), nurbsBetween(n, start, to - (end - start)));
@@ -243,6 +243,13 @@ Curve image(const Polyline& p, const VcGeMatrix3d& m)
     return r;
 }
 
+// The end counted from the first round after the start. What is a whole round but for rounding is one.
+double endOfRound(double from, double to, double turn)
+{
+    const double rounds = (to - from) / turn, slack = rounds > 0.5 ? 1e-14 : 0;
+    return std::min(to - std::ceil(rounds - 1 - slack) * turn, from + turn);
+}
+
 } // namespace
 
 std::optional<Curve> subCurve(const Curve& curve, double from, double to)
@@ -253,7 +260,7 @@ std::optional<Curve> subCurve(const Curve& curve, double from, double to)
     if (isClosed(curve)) {
         const double turn = range.to - range.from;
         from -= std::floor((from - range.from) / turn) * turn;
-        to -= std::ceil((to - from) / turn - 1) * turn;
+        to = endOfRound(from, to, turn);
     } else {
         from = std::clamp(from, range.from, range.to);
         to = std::clamp(to, range.from, range.to);

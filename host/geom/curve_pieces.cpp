@@ -160,12 +160,24 @@ std::vector<Piece> pieces(const Nurbs& n)
     return result;
 }
 
-PieceShape bulged(const Frame& frame, const Point2& from, const Point2& to, double bulge)
+// Below this bulge the center stands so far off that its rounding shows in the arc; such an arc is held by its poles.
+constexpr double kFlatBulge = 1e-5;
+
+BezierPiece flatArc(const Point3& from, const Point3& to, const Vector3& right, double bulge)
+{
+    const double squared = bulge * bulge;
+    const Point3 corner = from + (to - from) * 0.5 + right * (bulge / (1 - squared));
+    return {{Pole::of(from), Pole::of(corner, (1 - squared) / (1 + squared)), Pole::of(to)}};
+}
+
+PieceShape bulged(const Frame& frame, const Point2& from, const Point2& to, double bulge, FlatArcs flat)
 {
     const auto world = [&](const Point2& p) { return frame.toWorld(Point3(p.x, p.y, 0)); };
     const Vector2 chord = to - from;
     if (std::fabs(bulge) < 1e-12 || chord.lengthSqrd() == 0)
         return LinePiece{world(from), world(to) - world(from)};
+    if (std::fabs(bulge) < kFlatBulge && flat == FlatArcs::ByPoles)
+        return flatArc(world(from), world(to), frame.toWorld(Vector3(chord.y, -chord.x, 0)), bulge);
     // The center lies left of the chord's middle by this part of the chord, negative for clockwise arcs above half.
     const double aside = (1 - bulge * bulge) / (4 * bulge);
     const Point2 center = from + chord * 0.5 + chord.perpVector() * aside;
@@ -193,10 +205,10 @@ size_t segmentCount(const AnyPolyline& p)
     return count == 1 || p.closed ? count : count - 1;
 }
 
-Piece segmentPiece(const Polyline& p, const Frame& frame, size_t i)
+Piece segmentPiece(const Polyline& p, const Frame& frame, size_t i, FlatArcs flat)
 {
     const PolyVertex &a = p.vertices[i], &b = p.vertices[(i + 1) % p.vertices.size()];
-    return {bulged(frame, a.point, b.point, a.bulge), {double(i), i + 1.0}};
+    return {bulged(frame, a.point, b.point, a.bulge, flat), {double(i), i + 1.0}};
 }
 
 Piece segmentPiece(const Polyline3& p, size_t i)
@@ -205,13 +217,18 @@ Piece segmentPiece(const Polyline3& p, size_t i)
     return {LinePiece{a, b - a}, {double(i), i + 1.0}};
 }
 
-std::vector<Piece> pieces(const Polyline& p)
+std::vector<Piece> pieces(const Polyline& p, FlatArcs flat)
 {
     const Frame frame = frameOf(p);
     std::vector<Piece> result(segmentCount(p));
     for (size_t i = 0; i < result.size(); ++i)
-        result[i] = segmentPiece(p, frame, i);
+        result[i] = segmentPiece(p, frame, i, flat);
     return result;
+}
+
+std::vector<Piece> pieces(const Polyline& p)
+{
+    return pieces(p, FlatArcs::ByPoles);
 }
 
 std::vector<Piece> pieces(const Polyline3& p)
@@ -266,7 +283,8 @@ Piece pieceAt(const Nurbs& n, double param)
 
 Piece pieceAt(const Polyline& p, double param)
 {
-    return segmentPiece(p, frameOf(p), segmentAt(p, param));
+    const bool within = param >= 0 && param <= double(segmentCount(p));
+    return segmentPiece(p, frameOf(p), segmentAt(p, param), within ? FlatArcs::ByPoles : FlatArcs::AsCircles);
 }
 Piece pieceAt(const Polyline3& p, double param)
 {
@@ -291,10 +309,12 @@ bool isValid(const Curve& curve)
     return std::visit([](const auto& c) { return valid(c); }, curve);
 }
 
-std::vector<Piece> piecesOf(const Curve& curve)
+std::vector<Piece> piecesOf(const Curve& curve, FlatArcs flat)
 {
     if (!isValid(curve))
         return {};
+    if (const auto* polyline = std::get_if<Polyline>(&curve))
+        return pieces(*polyline, flat);
     return std::visit([](const auto& c) { return pieces(c); }, curve);
 }
 

@@ -13,6 +13,7 @@ namespace {
 constexpr double kSizeShare = 1e-10;
 constexpr double kRounding = 4e-15;
 constexpr double kTangentSine = 1e-7;
+constexpr double kEven = 1e-9; // what lies as far from either end of an arc is left where it was found
 
 // The box without what is infinite: of a ray, its base.
 Box3d finiteBox(const Curve& curve)
@@ -31,6 +32,7 @@ struct Operand
 {
     std::vector<Piece> pieces;      // about the common origin
     std::vector<PieceShape> shapes; // the same with their ranges widened where the curve goes on
+    std::vector<Interval> reaches;  // the rounds on either side of its own range that a widened arc is counted in
     std::vector<Box3d> boxes;
     Interval range;
     bool closed = false;
@@ -44,26 +46,23 @@ struct Operand
             piece.shape = translated(std::move(piece.shape), shift);
             shapes.push_back(piece.shape);
         }
+        reaches.resize(pieces.size());
         if (extend && !closed && !shapes.empty()) {
-            widen(shapes.front(), true, shapes.size() == 1);
-            widen(shapes.back(), shapes.size() == 1, true);
+            const size_t last = shapes.size() - 1;
+            widen(0, true, last == 0);
+            if (last > 0)
+                widen(last, false, true);
+            addFlatArcsBeyond(curve, shift);
         }
         for (const PieceShape& shape : shapes)
             boxes.push_back(boxOf(shape).grown(tolerance));
     }
 
-    double toCurve(size_t i, double t) const
+    double toCurve(size_t i, double t) const { return pieces[i].toCurve(t + wholeTurns(i, t)); }
+    Interval toCurve(size_t i, Interval stretch) const
     {
-        const Piece& piece = pieces[i];
-        const Interval r = piece.range();
-        if (std::holds_alternative<ConicPiece>(piece.shape)) {
-            // Beyond the ends of an arc, the nearer end counts.
-            while (t > r.to && t - r.to > r.from - (t - kTwoPi))
-                t -= kTwoPi;
-            while (t < r.from && r.from - t > (t + kTwoPi) - r.to)
-                t += kTwoPi;
-        }
-        return piece.toCurve(t);
+        const double turns = wholeTurns(i, (stretch.from + stretch.to) / 2);
+        return {pieces[i].toCurve(stretch.from + turns), pieces[i].toCurve(stretch.to + turns)};
     }
 
     // Whether two parameters mean places that follow each other, so that one point found at both is one.
@@ -75,15 +74,50 @@ struct Operand
     }
 
 private:
-    static void widen(PieceShape& shape, bool atStart, bool atEnd)
+    void widen(size_t i, bool atStart, bool atEnd)
     {
+        PieceShape& shape = shapes[i];
         if (auto* line = std::get_if<LinePiece>(&shape); line && line->vector.lengthSqrd() > 0)
             line->range = {atStart ? -Box3d::kInfinite : line->range.from, atEnd ? Box3d::kInfinite : line->range.to};
         auto* conic = std::get_if<ConicPiece>(&shape);
-        if (conic && atStart && !atEnd)
-            conic->range.from = conic->range.to - kTwoPi;
-        else if (conic && (atStart || atEnd))
-            conic->range.to = conic->range.from + kTwoPi;
+        if (!conic)
+            return;
+        const Interval own = conic->range;
+        const double rest = kTwoPi - (own.to - own.from), share = atStart && atEnd ? rest / 2 : rest;
+        reaches[i] = {atStart ? own.from - share : own.from, atEnd ? own.to + share : own.to};
+        conic->range = atEnd ? Interval{own.from, own.from + kTwoPi} : Interval{own.to - kTwoPi, own.to};
+    }
+
+    // An arc held by its poles ends where they end; beyond goes its circle.
+    void addFlatArcsBeyond(const Curve& curve, const Vector3& shift)
+    {
+        const auto* polyline = std::get_if<Polyline>(&curve);
+        const size_t count = pieces.size();
+        if (!polyline)
+            return;
+        const auto round = piecesOf(curve, FlatArcs::AsCircles);
+        for (bool atStart : {true, false}) {
+            const size_t i = atStart ? 0 : count - 1;
+            if (!std::holds_alternative<BezierPiece>(shapes[i]))
+                continue;
+            Piece piece = round[i];
+            piece.shape = translated(std::move(piece.shape), shift);
+            const Interval own = piece.range();
+            PieceShape beyond = piece.shape;
+            setRange(beyond, atStart ? Interval{own.from - kTwoPi / 2, own.from} : Interval{own.to, own.to + kTwoPi / 2});
+            pieces.push_back(std::move(piece));
+            reaches.push_back(rangeOf(beyond));
+            shapes.push_back(std::move(beyond));
+        }
+    }
+
+    // Beyond the ends of an arc, the nearer end counts; an arc at the end of a polyline has only that one.
+    double wholeTurns(size_t i, double t) const
+    {
+        const Interval r = reaches[i];
+        if (r.from == r.to || !std::holds_alternative<ConicPiece>(shapes[i]))
+            return 0;
+        return t < r.from - kEven ? kTwoPi : t > r.to + kEven ? -kTwoPi : 0;
     }
 };
 
@@ -104,15 +138,18 @@ void joinOverlaps(std::vector<Overlap>& overlaps)
 {
     std::sort(overlaps.begin(), overlaps.end(),
               [](const Overlap& p, const Overlap& q) { return p.first.from < q.first.from; });
+    // Where curves run over a place more than once, the one that goes on is among the last few.
     std::vector<Overlap> joined;
     for (const Overlap& o : overlaps) {
-        if (!joined.empty() && joins(joined.back(), o)) {
-            joined.back().first.to = o.first.to;
-            joined.back().second.to = o.second.to;
-            joined.back().end = o.end;
-        } else {
+        const auto recent = joined.rbegin() + std::min<long>(8, long(joined.size()));
+        const auto before = std::find_if(joined.rbegin(), recent, [&](const Overlap& j) { return joins(j, o); });
+        if (before == recent) {
             joined.push_back(o);
+            continue;
         }
+        before->first.to = o.first.to;
+        before->second.to = o.second.to;
+        before->end = o.end;
     }
     overlaps = std::move(joined);
 }
@@ -158,10 +195,7 @@ void addMeetings(const Operand& a, size_t i, const Operand& b, size_t j, const V
     }
     const auto at = [&](double t) { return std::isfinite(t) ? place(a.shapes[i], t) + back : Point3(t, t, t); };
     for (const SharedStretch& s : found.shared)
-        meeting.overlaps.push_back({{a.toCurve(i, s.a.from), a.toCurve(i, s.a.to)},
-                                    {b.toCurve(j, s.b.from), b.toCurve(j, s.b.to)},
-                                    at(s.a.from),
-                                    at(s.a.to)});
+        meeting.overlaps.push_back({a.toCurve(i, s.a), b.toCurve(j, s.b), at(s.a.from), at(s.a.to)});
 }
 
 auto orderOf(const Curve& curve)

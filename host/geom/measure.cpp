@@ -90,7 +90,8 @@ Box3d wideBox(const Polyline& polyline)
             addWideArc(box, *arc, v, 1);
             addWideArc(box, *arc, v, -1);
         } else {
-            addWideLine(box, std::get<LinePiece>(pieces[i].shape), v, normal);
+            const Point3 start = place(pieces[i].shape, 0);
+            addWideLine(box, {start, place(pieces[i].shape, 1) - start}, v, normal);
         }
     }
     return box;

@@ -111,11 +111,14 @@ bool belongsTo(const SharedStretch& stretch, const Touch& touch, const PieceShap
 }
 
 // On a whole circle the seam is both ends; the way the stretch runs tells which is meant. It never runs over the seam.
-void unwrap(const PieceShape& b, double quarter, double middle, Interval& stretch)
+void unwrap(const PieceShape& b, double quarter, double middle, double tolerance, Interval& stretch)
 {
     const Interval r = rangeOf(b);
     const bool up = middle > quarter;
-    const auto atSeam = [&](double t) { return std::fabs(t - r.from) < 1e-6 || std::fabs(t - r.to) < 1e-6; };
+    const Point3 seam = place(b, r.from);
+    const auto atSeam = [&](double t) {
+        return std::min(t - r.from, r.to - t) < 1e-3 && place(b, t).distanceTo(seam) <= 2 * tolerance;
+    };
     if (atSeam(stretch.from))
         stretch.from = up ? r.from : r.to;
     if (atSeam(stretch.to))
@@ -182,16 +185,6 @@ PieceMeeting meetPoint(const PieceShape& a, const PieceShape& b, double toleranc
 
 } // namespace
 
-Interval rangeOf(const PieceShape& shape)
-{
-    return std::visit([](const auto& s) { return s.range; }, shape);
-}
-
-void setRange(PieceShape& shape, Interval range)
-{
-    std::visit([&](auto& s) { s.range = range; }, shape);
-}
-
 bool runsAlong(const PieceShape& a, double from, double to, const PieceShape& b, double tolerance, int samples)
 {
     for (int i = 1; i <= samples; ++i)
@@ -216,7 +209,7 @@ std::vector<SharedStretch> sharedStretches(const PieceShape& a, const PieceShape
             continue;
         Interval onB{nearest(b, place(a, from)).t, nearest(b, place(a, to)).t};
         if (isWholeConic(b))
-            unwrap(b, nearest(b, place(a, (from + mid) / 2)).t, nearest(b, place(a, mid)).t, onB);
+            unwrap(b, nearest(b, place(a, (from + mid) / 2)).t, nearest(b, place(a, mid)).t, tolerance, onB);
         shared.push_back({{from, to}, onB});
     }
     return shared;

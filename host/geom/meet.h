@@ -36,7 +36,4 @@ std::vector<SharedStretch> sharedStretches(const PieceShape& a, const PieceShape
 // Whether the part of a between two parameters stays within the tolerance of b, as far as samples tell.
 bool runsAlong(const PieceShape& a, double from, double to, const PieceShape& b, double tolerance, int samples);
 
-Interval rangeOf(const PieceShape& shape);
-void setRange(PieceShape& shape, Interval range);
-
 } // namespace vk::geom

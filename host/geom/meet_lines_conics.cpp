@@ -40,19 +40,32 @@ double otherParam(const LinePiece& a, const LinePiece& b, double t)
     return std::isfinite(t) ? paramOn(b, a.base + a.vector * t) : t * way;
 }
 
-PieceMeeting meetParallel(const LinePiece& a, const LinePiece& b, double tolerance)
+bool isNearLine(const LinePiece& line, const Point3& p, double tolerance)
+{
+    return distanceFromLine(line, p) <= tolerance;
+}
+
+// The points that both lines were given by lie on the other: the only sign that endless lines are one.
+bool runTogether(const LinePiece& a, const LinePiece& b, double tolerance)
+{
+    return isNearLine(b, a.base, tolerance) && isNearLine(b, a.base + a.vector, tolerance) &&
+           isNearLine(a, b.base, tolerance) && isNearLine(a, b.base + b.vector, tolerance);
+}
+
+// What two lines share that are nearly parallel.
+std::optional<SharedStretch> commonStretch(const LinePiece& a, const LinePiece& b, double tolerance)
 {
     const Interval other = projectedRange(a, b);
     const Interval common{std::max(a.range.from, other.from), std::min(a.range.to, other.to)};
     const double commonLength = (common.to - common.from) * a.vector.length();
     if (commonLength <= tolerance)
-        return {}; // at most their ends meet
+        return std::nullopt; // at most their ends meet
     for (double t : {common.from, common.to})
-        if (std::isfinite(t) && distanceFromLine(b, a.base + a.vector * t) > tolerance)
-            return {};
-    if (distanceFromLine(b, a.base) > tolerance && !std::isfinite(commonLength))
-        return {};
-    return {{}, {{common, {otherParam(a, b, common.from), otherParam(a, b, common.to)}}}};
+        if (std::isfinite(t) && !isNearLine(b, a.base + a.vector * t, tolerance))
+            return std::nullopt;
+    if (!std::isfinite(commonLength) && !runTogether(a, b, tolerance))
+        return std::nullopt;
+    return SharedStretch{common, {otherParam(a, b, common.from), otherParam(a, b, common.to)}};
 }
 
 struct ConicFrame
@@ -139,10 +152,14 @@ std::vector<Touch> meetConicsInPlane(const ConicPiece& a, const ConicPiece& b, d
 
 PieceMeeting meetLines(const LinePiece& a, const LinePiece& b, double tolerance)
 {
+    constexpr double kSlight = 1e-3, kParallel = 1e-13;
     const Vector3 da = a.vector.normal(), db = b.vector.normal(), cross = da.crossProduct(db);
     const double sine = cross.length(), shorter = std::min(spanLength(a), spanLength(b));
-    if (sine <= 1e-13 || (std::isfinite(shorter) && sine * shorter <= tolerance))
-        return meetParallel(a, b, tolerance);
+    const bool alongside = std::isfinite(shorter) ? sine * shorter <= tolerance : sine <= kSlight && runTogether(a, b, tolerance);
+    if (sine <= kParallel || alongside) {
+        const auto shared = commonStretch(a, b, tolerance);
+        return shared ? PieceMeeting{{}, {*shared}} : PieceMeeting{};
+    }
     const Vector3 arm = b.base - a.base, axis = cross / sine;
     if (std::fabs(arm.dotProduct(axis)) > tolerance)
         return {};

@@ -247,12 +247,11 @@ std::vector<Touch> meetBySubdivision(const PieceShape& givenA, const PieceShape&
         open.pop_front();
         if (apart(p, q, tolerance))
             continue;
+        // Newton may run off to somewhere else; that it finds nothing here says nothing.
         if (crossOnceAtMost(p, q)) {
             Solve found{a, b, p.middle(), q.middle()};
-            if (found.crossing()) {
-                keep(found, p, q, 0.01, tolerance, false, touches);
+            if (found.crossing() && keep(found, p, q, 0.01, tolerance, false, touches))
                 continue;
-            }
         }
         if ((p.size <= smallest && q.size <= smallest) || ++pairs > kMostPairs) {
             touchTinyParts(p, q, tolerance, touches);

@@ -186,7 +186,7 @@ std::optional<Nurbs> toNurbs(const Curve& curve)
         return std::nullopt;
     int degree = 1;
     for (const Piece& piece : pieces)
-        if (std::holds_alternative<ConicPiece>(piece.shape))
+        if (!std::holds_alternative<LinePiece>(piece.shape))
             degree = 2;
     std::vector<Bezier> beziers;
     for (const Piece& piece : pieces)

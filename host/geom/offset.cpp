@@ -112,7 +112,7 @@ OffsetSource sourceOf(const Curve& curve, const Local& local, double distance, G
     source.distance = distance;
     source.gap = gap;
     source.tolerance = meetingTolerance(curve, curve) + 1e-12 * std::fabs(distance);
-    const auto pieces = piecesOf(curve);
+    const auto pieces = piecesOf(curve, FlatArcs::AsCircles);
     for (size_t i = 0; i < pieces.size(); ++i) {
         PieceShape shape = local.inPlane(pieces[i].shape);
         if (boxOf(shape).diagonal() <= source.tolerance)

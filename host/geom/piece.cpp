@@ -40,13 +40,13 @@ Derivatives derivativesOf(const BezierPiece& bezier, double t)
     return derivatives(bezier.poles, t);
 }
 
+constexpr std::array<double, 4> kNodes{0.1834346424956498, 0.5255324099163290, 0.7966664774136267, 0.9602898564975363};
+constexpr std::array<double, 4> kWeights{0.3626837833783620, 0.3137066458778873, 0.2223810344533745,
+                                         0.1012285362903763};
+
 // Eight-point Gauss-Legendre, halved until halving changes nothing that counts.
 double speedIntegral(const PieceShape& shape, double from, double to)
 {
-    constexpr std::array<double, 4> kNodes{0.1834346424956498, 0.5255324099163290, 0.7966664774136267,
-                                           0.9602898564975363};
-    constexpr std::array<double, 4> kWeights{0.3626837833783620, 0.3137066458778873, 0.2223810344533745,
-                                             0.1012285362903763};
     const double mid = (from + to) / 2, half = (to - from) / 2;
     double sum = 0;
     for (int i = 0; i < 4; ++i)
@@ -83,32 +83,50 @@ double excess(const Box3d& hull, const Box3d& box)
                      hull.max.y - box.max.y, hull.max.z - box.max.z});
 }
 
-Vector3 sweptBy(const Bezier& bezier, const Point3& origin, int depth)
+// Twice the area that a piece sweeps about the origin, by eight-point Gauss-Legendre: exact for polynomials up to degree
+// seven.
+Vector3 sweptOnce(const Bezier& bezier)
 {
-    // Exact for polynomial pieces up to degree eight; rational ones are halved to be as good.
-    constexpr std::array<double, 4> kNodes{0.1834346424956498, 0.5255324099163290, 0.7966664774136267,
-                                           0.9602898564975363};
-    constexpr std::array<double, 4> kWeights{0.3626837833783620, 0.3137066458778873, 0.2223810344533745,
-                                             0.1012285362903763};
-    if (depth > 0) {
-        const auto [left, right] = splitAt(bezier, 0.5);
-        return sweptBy(left, origin, depth - 1) + sweptBy(right, origin, depth - 1);
-    }
     Vector3 sum;
     for (int i = 0; i < 8; ++i) {
         const double node = i < 4 ? -kNodes[i] : kNodes[i - 4];
         const Derivatives d = derivatives(bezier, (1 + node) / 2);
-        sum += (d.point - origin).crossProduct(d.first) * (kWeights[i % 4] / 4);
+        sum += d.point.asVector().crossProduct(d.first) * (kWeights[i % 4] / 2);
     }
     return sum;
 }
 
-bool isPolynomial(const Bezier& bezier)
+Vector3 refinedSweep(const Bezier& bezier, const Vector3& whole, double allowed, int depth)
 {
-    for (const Pole& pole : bezier)
-        if (pole.w != bezier[0].w)
-            return false;
-    return true;
+    const auto [left, right] = splitAt(bezier, 0.5);
+    const Vector3 first = sweptOnce(left), second = sweptOnce(right);
+    if (depth == 0 || !((first + second - whole).length() > allowed))
+        return first + second;
+    return refinedSweep(left, first, allowed, depth - 1) + refinedSweep(right, second, allowed, depth - 1);
+}
+
+// Twice the area between a piece and its chord.
+Vector3 sweptBeyondChord(const Bezier& bezier)
+{
+    const Vector3 start = bezier.front().point().asVector();
+    Bezier home = bezier;
+    for (Pole& pole : home)
+        pole = Pole::of(pole.point() - start, pole.w);
+    const double size = hullBox(home).diagonal();
+    return refinedSweep(home, sweptOnce(home), 1e-13 * size * size, 10);
+}
+
+// t - sin t without the digits that a small angle loses.
+double angleLessSine(double t)
+{
+    if (std::fabs(t) > 0.5)
+        return t - std::sin(t);
+    double term = t * t * t / 6, sum = term;
+    for (int n = 5; n < 19; n += 2) {
+        term *= -t * t / ((n - 1) * n);
+        sum += term;
+    }
+    return sum;
 }
 
 Nearest nearestOnLine(const LinePiece& line, const Point3& to)
@@ -186,9 +204,19 @@ Overloaded(Fs...) -> Overloaded<Fs...>;
 
 } // namespace
 
-Interval Piece::range() const
+Interval rangeOf(const PieceShape& shape)
 {
     return std::visit([](const auto& s) { return s.range; }, shape);
+}
+
+void setRange(PieceShape& shape, Interval range)
+{
+    std::visit([&](auto& s) { s.range = range; }, shape);
+}
+
+Interval Piece::range() const
+{
+    return rangeOf(shape);
 }
 
 double Piece::toCurve(double t) const
@@ -291,21 +319,13 @@ double lengthOf(const PieceShape& shape, double from, double to)
 
 Vector3 sweptArea(const PieceShape& shape, const Point3& origin)
 {
-    const Overloaded area{[&](const LinePiece& l) {
-                              const Vector3 start = place(l, l.range.from) - origin;
-                              return start.crossProduct(l.vector * (l.range.to - l.range.from)) * 0.5;
-                          },
-                          [&](const ConicPiece& c) {
-                              const Vector3 chord = place(c, c.range.to) - place(c, c.range.from);
-                              return ((c.center - origin).crossProduct(chord) +
-                                      c.u.crossProduct(c.v) * (c.range.to - c.range.from)) *
-                                     0.5;
-                          },
-                          [&](const BezierPiece& b) {
-                              const Bezier part = between(b.poles, b.range.from, b.range.to);
-                              return sweptBy(part, origin, isPolynomial(part) && part.size() < 9 ? 0 : 3);
-                          }};
-    return std::visit(area, shape);
+    const Interval r = rangeOf(shape);
+    const Point3 start = place(shape, r.from);
+    const Vector3 belowChord = (start - origin).crossProduct(place(shape, r.to) - start);
+    const Overloaded beyond{[&](const LinePiece&) { return Vector3(); },
+                            [&](const ConicPiece& c) { return c.u.crossProduct(c.v) * angleLessSine(r.to - r.from); },
+                            [&](const BezierPiece& b) { return sweptBeyondChord(between(b.poles, r.from, r.to)); }};
+    return (belowChord + std::visit(beyond, shape)) * 0.5;
 }
 
 Nearest nearest(const ConicPiece& conic, const Point3& to)
@@ -338,7 +358,7 @@ Nearest nearest(const PieceShape& shape, const Point3& to)
 
 std::optional<double> admitted(const PieceShape& shape, double t, double tolerance)
 {
-    const Interval r = std::visit([](const auto& s) { return s.range; }, shape);
+    const Interval r = rangeOf(shape);
     if (std::holds_alternative<ConicPiece>(shape))
         t += std::ceil((r.from - t) / kTwoPi) * kTwoPi;
     if (r.from <= t && t <= r.to)

@@ -46,11 +46,21 @@ struct Piece
     double fromCurve(double param) const;
 };
 
+// A polyline's arc that is all but straight is exact along its run when its poles hold it, and goes on beyond its ends as
+// a circle does when its center holds it.
+enum class FlatArcs
+{
+    ByPoles,
+    AsCircles
+};
+
 // Pieces follow each other; of a curve that is not valid there are none. Zero-length segments stay in place so that the
 // parameters hold.
-std::vector<Piece> piecesOf(const Curve& curve);
+std::vector<Piece> piecesOf(const Curve& curve, FlatArcs flat = FlatArcs::ByPoles);
 Piece arcPiece(const Point3& center, const Vector3& x, const Vector3& y, double from, double to);
 
+Interval rangeOf(const PieceShape& shape);
+void setRange(PieceShape& shape, Interval range);
 Derivatives derivatives(const PieceShape& shape, double t);
 Point3 place(const PieceShape& shape, double t);
 Box3d boxOf(const PieceShape& shape);
