@@ -24,6 +24,7 @@ public:
 private:
     const VcDbExtents& ofBlock(VcDbObjectId block);
     void addBlock(VcDbExtents& extents, VcDbObjectId block, const VcGeMatrix3d& m);
+    void addNested(VcDbExtents& extents, const VcDbBlockReference& nested, const VcGeMatrix3d& m);
     void addMembers(VcDbExtents& extents, VcDbObjectId block, const VcGeMatrix3d& m);
     std::unordered_map<VcDbObjectId, VcDbExtents> m_boxes;  // an empty box while its block is being measured
 };

@@ -114,6 +114,16 @@ const VcDbExtents& BlockExtents::ofBlock(VcDbObjectId block)
     return m_boxes[block] = box;
 }
 
+void BlockExtents::addNested(VcDbExtents& extents, const VcDbBlockReference& nested, const VcGeMatrix3d& m)
+{
+    addBlock(extents, nested.blockTableRecord(), m * nested.blockTransform());
+    for (const VcDbEntity* attribute : nested.attributes())
+        if (VcDbExtents one; attribute->getGeomExtents(one) == Vcad::eOk) {
+            one.transformBy(m);
+            extents.addExt(one);
+        }
+}
+
 void BlockExtents::addMembers(VcDbExtents& extents, VcDbObjectId block, const VcGeMatrix3d& m)
 {
     const bool boxStays = keepsBoxes(m);
@@ -122,7 +132,7 @@ void BlockExtents::addMembers(VcDbExtents& extents, VcDbObjectId block, const Vc
             return;
         VcDbExtents one;
         if (const auto* nested = VcDbBlockReference::cast(&member))
-            return addBlock(extents, nested->blockTableRecord(), m * nested->blockTransform());
+            return addNested(extents, *nested, m);
         if (!boxStays)
             if (const auto copy = looseCopy(member); copy->transformBy(m) == Vcad::eOk && copy->getGeomExtents(one) == Vcad::eOk) {
                 extents.addExt(one);

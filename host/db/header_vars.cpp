@@ -26,7 +26,9 @@ const Tag* firstOf(const TagList* tags, Tag& storage)
 
 const TagList* HeaderVars::find(std::string_view name) const
 {
-    const auto found = m_index.find(std::string(name));
+    static thread_local std::string key;  // whose memory serves every call
+    key.assign(name);
+    const auto found = m_index.find(key);
     return found == m_index.end() || !m_entries[found->second].live ? nullptr : &m_entries[found->second].tags;
 }
 

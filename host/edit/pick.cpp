@@ -1,7 +1,9 @@
 #include "host/edit/pick.h"
 
 #include "host/db/database.h"
+#include "host/db/entity_props.h"
 #include "host/edit/editor.h"
+#include "host/edit/pick_distance.h"
 #include "host/edit/pick_service.h"
 #include "sdk/vcdb_chains.h"
 #include "sdk/vcdb_curves.h"
@@ -20,16 +22,6 @@ SelectArea Picker::boxAbout(const VcGePoint3d& at) const
 {
     const VcGeVector3d reach = (m_view.x + m_view.y) * m_view.reach;
     return SelectArea::rectangle(m_view, at - reach, at + reach, SelectArea::Kind::Crossing);
-}
-
-// Most picks in a round thing come nowhere near its line, and that is quickly told.
-bool Picker::isInsideRing(const VcDbEntity& entity, const VcGePoint3d& at) const
-{
-    const auto* circle = VcDbCircle::cast(&entity);
-    if (!circle || !m_view.isPlan() || circle->normal() != VcGeVector3d::zAxis())
-        return false;
-    const VcGePoint3d center = circle->center();
-    return std::hypot(at.x - center.x, at.y - center.y) < circle->radius() - m_view.reach;
 }
 
 // What of the entity lies nearest to the point, within reach.
@@ -57,19 +49,29 @@ std::vector<SpaceIndex::Candidate> Picker::candidates(const SelectArea& area) co
     const SpaceIndex& index = SpaceIndex::of(m_db, m_space);
     std::vector<SpaceIndex::Candidate> found = area.isFence() && m_view.isPlan() ? index.below(area.corners()) : index.candidates(area.plan());
     std::erase_if(found, [&](const SpaceIndex::Candidate& c) {
-        const bool hidden = c.entity->visibility() != VcDb::kVisible || m_layers.isFrozen(c.entity->layerId());
+        const EntityProps& props = c.entity->props();
+        const bool hidden = (props.invisible & 1) != 0 || m_layers.isFrozen(props.layer);
         // A reference on a layer that is off still shows those of its members that lie on others.
-        return hidden || (!m_layers.isSeen(c.entity->layerId()) && !VcDbBlockReference::cast(c.entity));
+        return hidden || (!m_layers.isSeen(props.layer) && !VcDbBlockReference::cast(c.entity));
     });
     return found;
 }
 
+// From the topmost down: what lies under another that is as near is not meant, and nothing is nearer than on the spot.
 std::optional<Picker::Hit> Picker::nearest(const VcGePoint3d& at) const
 {
     std::optional<Hit> best;
-    for (const SpaceIndex::Candidate& candidate : candidates(boxAbout(at)))
-        if (auto found = isInsideRing(*candidate.entity, at) ? std::nullopt : hit(*candidate.entity, at); found && (!best || found->distance <= best->distance))
-            best = std::move(found);
+    const std::vector<SpaceIndex::Candidate> found = candidates(boxAbout(at));
+    const auto isNearer = [&](double distance) { return best ? distance < best->distance : distance <= m_view.reach; };
+    for (auto candidate = found.rbegin(); candidate != found.rend() && isNearer(0); ++candidate) {
+        const auto& [entity, extents] = *candidate;
+        if (const auto plain = plainDistance(*entity, extents, at, m_view)) {
+            if (isNearer(*plain))
+                best = Hit{*plain, {entity->objectId(), {}, {}}};
+        } else if (auto walked = hit(*entity, at); walked && isNearer(walked->distance)) {
+            best = std::move(walked);
+        }
+    }
     return best;
 }
 

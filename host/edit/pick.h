@@ -46,7 +46,6 @@ private:
         NestedPick pick;
     };
     SelectArea boxAbout(const VcGePoint3d& at) const;
-    bool isInsideRing(const VcDbEntity& entity, const VcGePoint3d& at) const;
     std::optional<Hit> hit(const VcDbEntity& entity, const VcGePoint3d& at) const;
     std::optional<Hit> nearest(const VcGePoint3d& at) const;
     std::vector<SpaceIndex::Candidate> candidates(const SelectArea& area) const;

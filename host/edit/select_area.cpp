@@ -156,13 +156,10 @@ struct Rectangle {
     }
 };
 
-// Seen from above with north up: a box on the picture is the box in the drawing.
-bool isLevel(const PickView& view) { return view.x == VcGeVector3d::xAxis() && view.y == VcGeVector3d::yAxis(); }
-
 Rectangle seenBox(const PickView& view, const VcDbExtents& extents)
 {
     const VcGePoint3d &a = extents.minPoint(), &b = extents.maxPoint();
-    if (isLevel(view))
+    if (view.isLevel())
         return {{a.x, a.y}, {b.x, b.y}};
     Rectangle seen;
     for (int corner = 0; corner < 8; ++corner)
@@ -208,7 +205,7 @@ std::optional<bool> SelectArea::takesExtents(const VcDbExtents& extents, bool ti
         return true;
     const double slack = slackOf(min, max) + slackOf(m_min, m_max);
     const bool sticksOut = min.x < m_min.x - slack || m_max.x + slack < max.x || min.y < m_min.y - slack || m_max.y + slack < max.y;
-    if (m_kind == Kind::Window && tight && sticksOut && isLevel(m_view))
+    if (m_kind == Kind::Window && tight && sticksOut && m_view.isLevel())
         return false;
     if (m_isRectangle || isNearEdge({min.x - slack, min.y - slack}, {max.x + slack, max.y + slack}))
         return std::nullopt;

@@ -30,6 +30,14 @@ VcDbExtents extentsOf(const Box3d& box) { return box.isFinite() ? VcDbExtents(bo
 
 }
 
+bool isSheetItself(const VcDbEntity& entity)
+{
+    const auto* viewport = VcDbViewport::cast(&entity);
+    return viewport && viewport->number() == 1;
+}
+
+static bool isFound(const VcDbEntity& entity) { return !entity.isErased() && !isSheetItself(entity); }
+
 SpaceIndex& SpaceIndex::of(const DatabaseCore& db, VcDbObjectId space)
 {
     static std::vector<std::unique_ptr<SpaceIndex>> indexes;
@@ -66,8 +74,10 @@ std::vector<std::uint32_t> SpaceIndex::members() const
 void SpaceIndex::rebuild()
 {
     std::vector<geom::SpatialIndex::Entry> entries;
-    for (const std::uint32_t slot : members())
-        if (const auto* entity = VcDbEntity::cast(m_db.objectAt(slot)); entity && !entity->isErased())
+    const std::vector<std::uint32_t> slots = members();
+    entries.reserve(slots.size());
+    for (const std::uint32_t slot : slots)
+        if (const auto* entity = VcDbEntity::cast(m_db.objectAt(slot)); entity && isFound(*entity))
             entries.emplace_back(slot, boxOf(*entity));
     m_boxes = geom::SpatialIndex(entries);
 }
@@ -86,64 +96,60 @@ bool SpaceIndex::follow(const VcDbObject& changed)
     const auto* entity = VcDbEntity::cast(&changed);
     while (const auto* owner = entity ? m_db.objectAs<VcDbEntity>(entity->ownerId()) : nullptr)
         entity = owner;
-    if (entity && entity->ownerId() == m_space)
+    if (entity && (entity->ownerId() == m_space || m_boxes.has(entity->objectId().slot())))
         update(*entity);
     return !othersHangOn(m_db, changed);
 }
 
 void SpaceIndex::update(const VcDbEntity& entity)
 {
-    if (entity.isErased())
-        m_boxes.erase(entity.objectId().slot());
-    else
+    if (isFound(entity) && entity.ownerId() == m_space)
         m_boxes.set(entity.objectId().slot(), boxOf(entity));
+    else
+        m_boxes.erase(entity.objectId().slot());
 }
 
-bool isSheetItself(const VcDbEntity& entity)
+// What is found lies all over the memory: asked for ahead, it is waited for together.
+std::vector<SpaceIndex::Candidate> SpaceIndex::inDrawingOrder(const std::vector<Found>& found) const
 {
-    const auto* viewport = VcDbViewport::cast(&entity);
-    return viewport && viewport->number() == 1;
-}
-
-void SpaceIndex::addCandidate(std::vector<Candidate>& found, std::uint64_t slot, const Box3d& box) const
-{
-    const auto* entity = static_cast<const VcDbEntity*>(m_db.objectAt(std::uint32_t(slot)));
-    if (entity && !entity->isErased() && !isSheetItself(*entity))
-        found.push_back({entity, extentsOf(box)});
-}
-
-static void inDrawingOrder(std::vector<SpaceIndex::Candidate>& found)
-{
-    std::sort(found.begin(), found.end(), [](const auto& a, const auto& b) { return a.entity->order() < b.entity->order(); });
+    constexpr std::size_t kAhead = 12, kCacheLine = 64;
+    std::vector<Candidate> candidates;
+    candidates.reserve(found.size());
+    for (std::size_t i = 0; i < found.size() + kAhead; ++i) {
+        if (i < found.size()) {
+            const auto* start = reinterpret_cast<const char*>(m_db.objectAt(found[i].id));
+            __builtin_prefetch(start);
+            __builtin_prefetch(start + kCacheLine);
+        }
+        if (i < kAhead)
+            continue;
+        const Found& one = found[i - kAhead];
+        candidates.push_back({static_cast<const VcDbEntity*>(m_db.objectAt(one.id)), extentsOf(*one.box)});
+    }
+    std::sort(candidates.begin(), candidates.end(), [](const auto& a, const auto& b) { return a.entity->order() < b.entity->order(); });
+    return candidates;
 }
 
 std::vector<SpaceIndex::Candidate> SpaceIndex::candidates(const std::optional<PlanArea>& area) const
 {
-    std::vector<Candidate> found;
-    if (!area) {
-        for (const std::uint32_t slot : members())
-            if (const auto box = m_boxes.boxOf(slot))
-                addCandidate(found, slot, *box);
-        return found;
+    if (area) {
+        m_found.clear();
+        m_boxes.addTouching({{area->min.x, area->min.y, -Box3d::kInfinite}, {area->max.x, area->max.y, Box3d::kInfinite}}, m_found);
+        return inDrawingOrder(m_found);
     }
-    m_boxes.visit({{area->min.x, area->min.y, -Box3d::kInfinite}, {area->max.x, area->max.y, Box3d::kInfinite}},
-                  [&](std::uint64_t slot, const Box3d& box) {
-                      addCandidate(found, slot, box);
-                      return true;
-                  });
-    inDrawingOrder(found);
+    std::vector<Candidate> found;
+    for (const std::uint32_t slot : members())
+        if (const auto box = m_boxes.boxOf(slot))
+            found.push_back({static_cast<const VcDbEntity*>(m_db.objectAt(slot)), extentsOf(*box)});
     return found;
 }
 
 std::vector<SpaceIndex::Candidate> SpaceIndex::below(const std::vector<VcGePoint3d>& chain) const
 {
-    std::vector<Candidate> found;
+    m_found.clear();
     for (std::size_t i = 0; i + 1 < chain.size(); ++i)
-        m_boxes.visitBelow(chain[i], chain[i + 1], [&](std::uint64_t slot, const Box3d& box) {
-            addCandidate(found, slot, box);
-            return true;
-        });
-    inDrawingOrder(found);
+        m_boxes.addBelow(chain[i], chain[i + 1], m_found);
+    std::vector<Candidate> found = inDrawingOrder(m_found);
     const auto same = [](const Candidate& a, const Candidate& b) { return a.entity == b.entity; };
     found.erase(std::unique(found.begin(), found.end(), same), found.end());
     return found;
@@ -171,14 +177,10 @@ std::vector<SpaceIndex::Candidate> SpaceIndex::along(const VcGePoint3d& base, co
     };
     const auto [left, right] = half(base.x, direction.x);
     const auto [bottom, top] = half(base.y, direction.y);
-    std::vector<Candidate> found;
-    m_boxes.visit({{left, bottom, -Box3d::kInfinite}, {right, top, Box3d::kInfinite}}, [&](std::uint64_t slot, const Box3d& box) {
-        if (!box.isFinite() || passesOver(base, direction, extentsOf(box)))
-            addCandidate(found, slot, box);
-        return true;
-    });
-    inDrawingOrder(found);
-    return found;
+    m_found.clear();
+    m_boxes.addTouching({{left, bottom, -Box3d::kInfinite}, {right, top, Box3d::kInfinite}}, m_found);
+    std::erase_if(m_found, [&](const Found& f) { return f.box->isFinite() && !passesOver(base, direction, extentsOf(*f.box)); });
+    return inDrawingOrder(m_found);
 }
 
 }  // namespace vk::edit

@@ -35,7 +35,8 @@ private:
     SpaceIndex(const DatabaseCore& db, VcDbObjectId space) : m_db(db), m_space(space) {}
     void refresh();
     void rebuild();
-    void addCandidate(std::vector<Candidate>& found, std::uint64_t slot, const geom::Box3d& box) const;
+    using Found = geom::SpatialIndex::Found;
+    std::vector<Candidate> inDrawingOrder(const std::vector<Found>& found) const;
     bool follow(std::span<const std::uint32_t> changed);
     // False when more than the one object may lie elsewhere now.
     bool follow(const VcDbObject& changed);
@@ -46,6 +47,7 @@ private:
     VcDbObjectId m_space;
     std::optional<std::uint64_t> m_changes;  // up to which it is right
     geom::SpatialIndex m_boxes;              // by slot
+    mutable std::vector<Found> m_found;      // of the search under way, kept for its memory
 };
 
 }  // namespace vk::edit

@@ -2,6 +2,7 @@
 
 #include "host/db/curve_of.h"
 #include "host/db/database.h"
+#include "host/db/kept_extents.h"
 #include "host/edit/select_outline.h"
 #include "host/edit/select_view.h"
 #include "host/geom/arbitrary_axis.h"
@@ -79,8 +80,26 @@ bool ShapeWalk::isPassedOver(const VcDbEntity& member) const
     VcDbExtents extents;
     if (member.getGeomExtents(extents) != Vcad::eOk || extents.isEmpty())
         return false;
-    extents.transformBy(m_toWorld);
+    return liesElsewhere(extents);
+}
+
+// Of a box in the coordinates that are being walked.
+bool ShapeWalk::liesElsewhere(VcDbExtents extents) const
+{
+    if (!m_blocks.empty())
+        extents.transformBy(m_toWorld);
     return !m_options.area->touches(extents);
+}
+
+// By the box that the extents of its references have left known.
+bool ShapeWalk::isPassedOver(const VcDbBlockTableRecord& block) const
+{
+    if (!m_options.area || m_options.wholeEntity)
+        return false;
+    const VcDbObjectId id = block.objectId();
+    const KeptExtents* kept = KeptExtents::existing(id.databaseSerial());
+    const VcDbExtents* known = kept ? kept->find(id.slot()) : nullptr;
+    return known && !known->isEmpty() && liesElsewhere(*known);
 }
 
 bool ShapeWalk::walkReference(const VcDbBlockReference& reference, const Visit& visit)
@@ -111,7 +130,7 @@ bool ShapeWalk::walkCell(const VcDbBlockReference& reference, const VcGeMatrix3d
     m_layerOfZero.push_back(effectiveLayer(reference));
     m_containers.push_back(reference.objectId());
     m_blocks.push_back(block->objectId());
-    const bool goOn = walkBlock(*block, visit);
+    const bool goOn = isPassedOver(*block) || walkBlock(*block, visit);
     m_blocks.pop_back();
     m_containers.pop_back();
     m_layerOfZero.pop_back();
@@ -142,7 +161,7 @@ bool ShapeWalk::walkAttributes(const VcDbBlockReference& reference, const Visit&
     bool goOn = true;
     for (const VcDbEntity* entity : reference.attributes()) {
         const auto* attribute = VcDbAttribute::cast(entity);
-        if (!goOn || !attribute || attribute->isInvisible() || !isSeenMember(*attribute))
+        if (!goOn || !attribute || attribute->isInvisible() || !isSeenMember(*attribute) || isPassedOver(*attribute))
             continue;
         goOn = walk(*attribute, visit);
     }

@@ -64,6 +64,8 @@ private:
     bool walkPieces(const VcDbEntity& entity, const Visit& visit);
     bool walkOwn(const VcDbEntity& entity, const Visit& visit);
     bool isPassedOver(const VcDbEntity& member) const;
+    bool isPassedOver(const VcDbBlockTableRecord& block) const;
+    bool liesElsewhere(VcDbExtents extents) const;
     bool isSeenMember(const VcDbEntity& member) const;
     VcDbObjectId effectiveLayer(const VcDbEntity& entity) const;
 

@@ -2,6 +2,7 @@
 
 #include "host/db/database.h"
 #include "host/edit/editor.h"
+#include "host/edit/sysvars.h"
 #include "host/edit/view.h"
 #include "sdk/vcdb_entity.h"
 #include "sdk/vcdb_tables.h"
@@ -14,12 +15,13 @@ namespace vk::edit {
 
 PickView PickView::of(Editor& ed)
 {
-    const VcGeMatrix3d m = worldToDisplay(ed);
+    const View shown = currentView(ed);
+    const VcGeMatrix3d m = worldToDisplay(shown);
     PickView view;
     view.x = {m.entry[0][0], m.entry[0][1], m.entry[0][2]};
     view.y = {m.entry[1][0], m.entry[1][1], m.entry[1][2]};
     // A pick box of no size still is the pixel under the cursor.
-    view.reach = std::max(pickAperture(ed), pixelSize(ed) / 2);
+    view.reach = std::max(double(ed.vars().integer("PICKBOX")), 0.5) * shown.height / viewportPixels(ed).y;
     return view;
 }
 

@@ -29,6 +29,8 @@ struct VKHOST_API PickView {
     VcGeMatrix3d fromWorld() const;
     // Seen along the world's Z axis: a box on the picture is then a box in the drawing.
     bool isPlan() const { return x.z == 0 && y.z == 0; }
+    // As above, with north up: the picture has the drawing's own coordinates.
+    bool isLevel() const { return x == VcGeVector3d::xAxis() && y == VcGeVector3d::yAxis(); }
 };
 
 // Which layers are seen, asked often. A member of a block that lies on layer 0 goes with the layer of its reference.

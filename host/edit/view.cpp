@@ -242,6 +242,8 @@ double pickAperture(Editor& editor) { return double(editor.vars().integer("PICKB
 
 VcGeMatrix3d worldToDisplay(const View& view)
 {
+    if (isPlanView(view))
+        return VcGeMatrix3d::translation(-view.target.asVector());
     const VcGeMatrix3d plane = VcGeMatrix3d::worldToPlane(view.direction.normal());
     return VcGeMatrix3d::rotation(view.twist, VcGeVector3d::zAxis()) * plane * VcGeMatrix3d::translation(-view.target.asVector());
 }

@@ -1,75 +1,11 @@
 #include "host/geom/spatial_index.h"
 
-#include <boost/geometry.hpp>
-#include <boost/geometry/geometries/box.hpp>
-#include <boost/geometry/geometries/point.hpp>
-#include <boost/geometry/geometries/segment.hpp>
-#include <boost/geometry/index/rtree.hpp>
-#include <boost/iterator/function_output_iterator.hpp>
-
-#include <unordered_map>
-#include <unordered_set>
+#include <cmath>
+#include <queue>
 
 namespace vk::geom {
 
-namespace bg = boost::geometry;
-namespace bgi = boost::geometry::index;
-
 namespace {
-
-using FlatPoint = bg::model::point<double, 2, bg::cs::cartesian>;
-using FlatBox = bg::model::box<FlatPoint>;
-using FlatSegment = bg::model::segment<FlatPoint>;
-
-// What the tree holds: a whole box, of which it looks at X and Y.
-struct Value
-{
-    FlatBox flat;
-    double low, high;
-    SpatialIndex::Id id;
-    bool operator==(const Value& o) const { return id == o.id; }
-
-    Box3d box() const
-    {
-        return {{flat.min_corner().get<0>(), flat.min_corner().get<1>(), low},
-                {flat.max_corner().get<0>(), flat.max_corner().get<1>(), high}};
-    }
-};
-
-struct FlatOf
-{
-    using result_type = const FlatBox&;
-    result_type operator()(const Value& v) const { return v.flat; }
-};
-
-using RTree = bgi::rtree<Value, bgi::quadratic<16>, FlatOf, std::equal_to<Value>>;
-
-FlatPoint flat(const VcGePoint3d& p)
-{
-    return {p.x, p.y};
-}
-
-FlatBox flat(const Box3d& b)
-{
-    return {flat(b.min), flat(b.max)};
-}
-
-Value valueOf(SpatialIndex::Id id, const Box3d& b)
-{
-    return {flat(b), b.min.z, b.max.z, id};
-}
-
-// Takes what a query finds until the visitor has had enough.
-class Visiting
-{
-public:
-    explicit Visiting(const SpatialIndex::Visitor& visitor) : m_visitor(visitor) {}
-    bool operator()(SpatialIndex::Id id, const Box3d& box) { return m_goesOn = m_goesOn && m_visitor(id, box); }
-
-private:
-    const SpatialIndex::Visitor& m_visitor;
-    bool m_goesOn = true;
-};
 
 double distanceToBox(const Box3d& b, const VcGePoint3d& p)
 {
@@ -98,6 +34,15 @@ struct Stretch
     }
 };
 
+template <class Plan>
+Stretch withinPlan(const Plan& r, const VcGePoint3d& base, const VcGeVector3d& direction, double to)
+{
+    Stretch s{0, to};
+    s.clip(base.x, direction.x, r.left, r.right);
+    s.clip(base.y, direction.y, r.bottom, r.top);
+    return s;
+}
+
 Stretch within(const Box3d& box, const VcGePoint3d& base, const VcGeVector3d& direction, double to)
 {
     Stretch s{0, to};
@@ -107,189 +52,171 @@ Stretch within(const Box3d& box, const VcGePoint3d& base, const VcGeVector3d& di
     return s;
 }
 
-} // namespace
-
-struct SpatialIndex::Tree
+// Children that a line passes. A larger rectangle never gives a shorter stretch, rounding included, so that no child is
+// missed whose members are met.
+class PassedBy
 {
-    RTree flatTree;
-    std::unordered_map<Id, Box3d> boxes;
-    std::unordered_set<Id> unbounded;
-
-    bool isIndexed(const Box3d& box) const { return box.isFinite(); }
-
-    void place(Id id, const Box3d& box)
+public:
+    PassedBy(const VcGePoint3d& base, const VcGeVector3d& direction, double to, double slack)
+        : m_base(base), m_direction(direction), m_to(to), m_slack(slack)
     {
-        if (isIndexed(box))
-            flatTree.insert(valueOf(id, box));
-        else if (!box.isEmpty())
-            unbounded.insert(id);
+        Box3d around;
+        for (const double t : {-slack, to + slack})
+            around.add(VcGePoint3d(reached(base.x, direction.x, t), reached(base.y, direction.y, t), 0));
+        m_around = BoxTree::outward(around);
+    }
+    unsigned operator()(const BoxTree::Node& node) const
+    {
+        unsigned passed = 0;
+        for (unsigned rest = node.touching(m_around); rest; rest &= rest - 1) {
+            const unsigned place = unsigned(std::countr_zero(rest));
+            const Stretch s = withinPlan(node.rectangle(place), m_base, m_direction, m_to);
+            passed |= unsigned(s.from <= s.to + m_slack) << place;
+        }
+        return passed;
     }
 
-    void displace(Id id, const Box3d& box)
-    {
-        if (isIndexed(box))
-            flatTree.remove(valueOf(id, box));
-        else
-            unbounded.erase(id);
-    }
-
-    // The boxes met by the stretch, each asked itself, so that rounding in the tree's own test adds none.
-    std::vector<Id> along(const VcGePoint3d& base, const VcGeVector3d& direction, double to) const
-    {
-        std::vector<Id> found;
-        const auto add = [&](Id id, const Box3d& box) {
-            if (!within(box, base, direction, to).empty())
-                found.push_back(id);
-        };
-        for (Id id : unbounded)
-            add(id, boxes.at(id));
-        Box3d bounds = extents();
-        bounds.min.z = -Box3d::kInfinite;
-        bounds.max.z = Box3d::kInfinite;
-        const Stretch inside = within(bounds, base, direction, to);
-        if (bounds.isEmpty() || inside.empty())
-            return found;
-        const auto addValue = [&](const Value& v) { add(v.id, v.box()); };
-        const FlatPoint from = flat(base + direction * inside.from);
-        const auto out = boost::make_function_output_iterator(addValue);
-        if (direction.x == 0 && direction.y == 0)
-            flatTree.query(bgi::intersects(from), out);
-        else
-            flatTree.query(bgi::intersects(FlatSegment(from, flat(base + direction * inside.to))), out);
-        return found;
-    }
-
-    Box3d extents() const
-    {
-        if (flatTree.empty())
-            return {};
-        const FlatBox b = flatTree.bounds();
-        return {{b.min_corner().get<0>(), b.min_corner().get<1>(), 0},
-                {b.max_corner().get<0>(), b.max_corner().get<1>(), 0}};
-    }
+private:
+    static double reached(double base, double step, double t) { return step == 0 ? base : base + step * t; }
+    VcGePoint3d m_base;
+    VcGeVector3d m_direction;
+    double m_to, m_slack;
+    BoxTree::Rectangle m_around;
 };
 
-SpatialIndex::SpatialIndex() : m_tree(std::make_unique<Tree>()) {}
-SpatialIndex::~SpatialIndex() = default;
-SpatialIndex::SpatialIndex(SpatialIndex&&) noexcept = default;
-SpatialIndex& SpatialIndex::operator=(SpatialIndex&&) noexcept = default;
-
-SpatialIndex::SpatialIndex(const std::vector<Entry>& entries) : SpatialIndex()
+double flatDistance(const BoxTree::Rectangle& r, const VcGePoint3d& p)
 {
-    m_tree->boxes.reserve(entries.size());
-    for (const auto& [id, box] : entries)
-        m_tree->boxes[id] = box;
-    std::vector<Value> values;
-    values.reserve(m_tree->boxes.size());
-    for (const auto& [id, box] : m_tree->boxes) {
-        if (m_tree->isIndexed(box))
-            values.push_back(valueOf(id, box));
-        else if (!box.isEmpty())
-            m_tree->unbounded.insert(id);
+    return std::hypot(std::max({r.left - p.x, 0.0, p.x - r.right}), std::max({r.bottom - p.y, 0.0, p.y - r.top}));
+}
+
+} // namespace
+
+SpatialIndex::SpatialIndex(const std::vector<Entry>& entries) : m_size(entries.size())
+{
+    const auto isFinite = [](const Entry& e) { return e.second.isFinite(); };
+    if (std::all_of(entries.begin(), entries.end(), isFinite)) {
+        m_tree = BoxTree(entries);
+        return;
     }
-    m_tree->flatTree = RTree(values);
+    std::vector<Entry> finite;
+    for (const Entry& entry : entries)
+        isFinite(entry) ? finite.push_back(entry) : void(m_aside.insert(entry));
+    m_tree = BoxTree(finite);
+}
+
+void SpatialIndex::place(Id id, const Box3d& box)
+{
+    if (box.isFinite())
+        m_tree.insert(id, box);
+    else
+        m_aside.emplace(id, box);
 }
 
 void SpatialIndex::set(Id id, const Box3d& box)
 {
-    const auto [known, isNew] = m_tree->boxes.try_emplace(id, box);
-    if (!isNew) {
-        if (known->second == box)
+    if (const auto known = boxOf(id)) {
+        if (*known == box)
             return;
-        m_tree->displace(id, known->second);
-        known->second = box;
+        erase(id);
     }
-    m_tree->place(id, box);
+    place(id, box);
+    ++m_size;
 }
 
 bool SpatialIndex::erase(Id id)
 {
-    const auto known = m_tree->boxes.find(id);
-    if (known == m_tree->boxes.end())
+    const bool inTree = m_tree.has(id);
+    if (inTree)
+        m_tree.erase(id);
+    if (!inTree && m_aside.erase(id) == 0)
         return false;
-    m_tree->displace(id, known->second);
-    m_tree->boxes.erase(known);
+    --m_size;
     return true;
-}
-
-void SpatialIndex::clear()
-{
-    m_tree = std::make_unique<Tree>();
-}
-
-size_t SpatialIndex::size() const
-{
-    return m_tree->boxes.size();
 }
 
 std::optional<Box3d> SpatialIndex::boxOf(Id id) const
 {
-    const auto known = m_tree->boxes.find(id);
-    return known == m_tree->boxes.end() ? std::nullopt : std::optional(known->second);
+    if (m_tree.has(id))
+        return m_tree.boxOf(id);
+    const auto aside = m_aside.find(id);
+    return aside == m_aside.end() ? std::nullopt : std::optional(aside->second);
 }
 
 Box3d SpatialIndex::extents() const
 {
-    return m_tree->extents();
+    if (m_tree.empty())
+        return {};
+    const BoxTree::Rectangle r = m_tree.around();
+    return {{r.left, r.bottom, 0}, {r.right, r.top, 0}};
 }
 
 std::vector<SpatialIndex::Id> SpatialIndex::touching(const Box3d& box) const
 {
-    std::vector<Id> found;
-    visit(box, [&](Id id, const Box3d&) {
-        found.push_back(id);
-        return true;
-    });
-    return found;
+    std::vector<Found> found;
+    addTouching(box, found);
+    std::vector<Id> ids;
+    ids.reserve(found.size());
+    for (const Found& one : found)
+        ids.push_back(one.id);
+    return ids;
 }
 
-void SpatialIndex::visit(const Box3d& box, const Visitor& visitor) const
+void SpatialIndex::addTouching(const Box3d& box, std::vector<Found>& found) const
 {
     if (box.isEmpty())
         return;
-    const Tree& tree = *m_tree;
-    Visiting visiting(visitor);
-    for (Id id : tree.unbounded)
-        if (const Box3d& known = tree.boxes.at(id); known.touches(box) && !visiting(id, known))
-            return;
-    tree.flatTree.query(bgi::intersects(flat(box)), boost::make_function_output_iterator([&](const Value& v) {
-                            if (v.low <= box.max.z && box.min.z <= v.high)
-                                visiting(v.id, v.box());
-                        }));
+    const auto take = [&](Id id, const Box3d& known) {
+        if (known.touches(box))
+            found.push_back({id, &known});
+    };
+    for (const auto& [id, known] : m_aside)
+        if (!known.isEmpty())
+            take(id, known);
+    const BoxTree::Rectangle r = BoxTree::outward(box);
+    m_tree.search([&r](const BoxTree::Node& node) { return node.touching(r); }, take);
 }
 
-void SpatialIndex::visitBelow(const VcGePoint3d& from, const VcGePoint3d& to, const Visitor& visitor) const
+void SpatialIndex::addBelow(const VcGePoint3d& from, const VcGePoint3d& to, std::vector<Found>& found) const
 {
-    const Tree& tree = *m_tree;
-    Visiting visiting(visitor);
-    for (Id id : tree.unbounded)
-        if (!visiting(id, tree.boxes.at(id)))
-            return;
-    const auto out = boost::make_function_output_iterator([&](const Value& v) { visiting(v.id, v.box()); });
-    if (from.x == to.x && from.y == to.y)
-        tree.flatTree.query(bgi::intersects(flat(from)), out);
-    else
-        tree.flatTree.query(bgi::intersects(FlatSegment(flat(from), flat(to))), out);
+    constexpr double kSlack = 1e-12; // of the way
+    const auto take = [&](Id id, const Box3d& known) { found.push_back({id, &known}); };
+    for (const auto& [id, known] : m_aside)
+        if (!known.isEmpty())
+            take(id, known);
+    m_tree.search(PassedBy(from, to - from, 1, kSlack), take);
+}
+
+// The boxes met by the stretch, each asked itself, so that rounding in the tree's own test adds none.
+std::vector<SpatialIndex::Id> SpatialIndex::along(const VcGePoint3d& base, const VcGeVector3d& direction, double to) const
+{
+    std::vector<Id> found;
+    const auto take = [&](Id id, const Box3d& box) {
+        if (!box.isEmpty() && !within(box, base, direction, to).empty())
+            found.push_back(id);
+    };
+    for (const auto& [id, box] : m_aside)
+        take(id, box);
+    m_tree.search(PassedBy(base, direction, to, 0), take);
+    return found;
 }
 
 std::vector<SpatialIndex::Id> SpatialIndex::alongSegment(const VcGePoint3d& from, const VcGePoint3d& to) const
 {
-    return m_tree->along(from, to - from, 1);
+    return along(from, to - from, 1);
 }
 
 std::vector<SpatialIndex::Id> SpatialIndex::alongRay(const VcGePoint3d& base, const VcGeVector3d& direction) const
 {
-    return m_tree->along(base, direction, Box3d::kInfinite);
+    return along(base, direction, Box3d::kInfinite);
 }
 
 std::vector<SpatialIndex::Neighbour> SpatialIndex::nearest(const VcGePoint3d& to, size_t count,
                                                            const std::function<double(Id)>& measure) const
 {
-    const Tree& tree = *m_tree;
     std::vector<Neighbour> best;
     const auto closer = [](const Neighbour& a, const Neighbour& b) { return a.distance < b.distance; };
-    const auto offer = [&](Id id) {
-        const double distance = measure ? measure(id) : distanceToBox(tree.boxes.at(id), to);
+    const auto offer = [&](Id id, const Box3d& box) {
+        const double distance = measure ? measure(id) : distanceToBox(box, to);
         if (!std::isfinite(distance) || (best.size() == count && distance >= best.back().distance))
             return;
         const Neighbour n{id, distance};
@@ -299,17 +226,30 @@ std::vector<SpatialIndex::Neighbour> SpatialIndex::nearest(const VcGePoint3d& to
     };
     if (count == 0)
         return best;
-    for (Id id : tree.unbounded)
-        offer(id);
-    // Comes in the order of flat distances, which true ones never fall below.
-    const FlatPoint target = flat(to);
-    if (tree.flatTree.empty())
+    for (const auto& [id, box] : m_aside)
+        offer(id, box);
+    if (m_tree.empty())
         return best;
-    for (auto it = tree.flatTree.qbegin(bgi::nearest(target, unsigned(tree.flatTree.size())));
-         it != tree.flatTree.qend(); ++it) {
-        if (best.size() == count && bg::distance(target, it->flat) > best.back().distance)
-            break;
-        offer(it->id);
+    // Nodes come in the order of flat distances, which true ones never fall below.
+    struct Open
+    {
+        double distance;
+        std::uint32_t node;
+        unsigned height;
+        bool operator<(const Open& o) const { return distance > o.distance; }
+    };
+    std::priority_queue<Open> open;
+    open.push({0, m_tree.root(), m_tree.height()});
+    while (!open.empty() && !(best.size() == count && open.top().distance > best.back().distance)) {
+        const Open next = open.top();
+        open.pop();
+        const BoxTree::Node& node = m_tree.node(next.node);
+        for (unsigned i = 0; i < m_tree.childCount(next.node); ++i) {
+            if (next.height > 0)
+                open.push({flatDistance(node.rectangle(i), to), node.child[i], next.height - 1});
+            else
+                offer(node.child[i], m_tree.boxOf(node.child[i]));
+        }
     }
     return best;
 }

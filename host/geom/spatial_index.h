@@ -4,48 +4,46 @@
 // empty are never found; infinite ones (construction lines) are kept aside and looked at one by one.
 #pragma once
 
-#include "host/base/api.h"
-#include "host/geom/box.h"
+#include "host/geom/box_tree.h"
 
-#include <cstdint>
 #include <functional>
-#include <memory>
 #include <optional>
-#include <utility>
-#include <vector>
+#include <unordered_map>
 
 namespace vk::geom {
 
 class VKHOST_API SpatialIndex
 {
 public:
-    using Id = std::uint64_t;
-    using Entry = std::pair<Id, Box3d>;
+    using Id = BoxTree::Id; // memory goes with the largest
+    using Entry = BoxTree::Entry;
 
-    SpatialIndex();
-    explicit SpatialIndex(const std::vector<Entry>& entries); // much faster than one by one
-    ~SpatialIndex();
-    SpatialIndex(SpatialIndex&&) noexcept;
-    SpatialIndex& operator=(SpatialIndex&&) noexcept;
+    SpatialIndex() = default;
+    explicit SpatialIndex(const std::vector<Entry>& entries); // much faster than one by one; each id once
 
     void set(Id id, const Box3d& box); // a new id, or a new box for a known one
     bool erase(Id id);                 // false when there was none
-    void clear();
+    void clear() { *this = {}; }
 
-    size_t size() const;
+    size_t size() const { return m_size; }
+    bool has(Id id) const { return m_tree.has(id) || m_aside.contains(id); }
     std::optional<Box3d> boxOf(Id id) const;
-    Box3d extents() const; // of all finite boxes, as they stand in X and Y
+    Box3d extents() const; // around all finite boxes in X and Y, wider by rounding
 
     // In no particular order. Touching counts.
     std::vector<Id> touching(const Box3d& box) const;
     std::vector<Id> alongSegment(const VcGePoint3d& from, const VcGePoint3d& to) const;
     std::vector<Id> alongRay(const VcGePoint3d& base, const VcGeVector3d& direction) const;
 
-    // Until the visitor returns false.
-    using Visitor = std::function<bool(Id, const Box3d&)>;
-    void visit(const Box3d& box, const Visitor& visitor) const;
-    // What the way from one point to another passes in X and Y, at whatever height.
-    void visitBelow(const VcGePoint3d& from, const VcGePoint3d& to, const Visitor& visitor) const;
+    // With their boxes, which stay where they are until the next change. They are added to the list.
+    struct Found
+    {
+        Id id;
+        const Box3d* box;
+    };
+    void addTouching(const Box3d& box, std::vector<Found>& found) const;
+    // What the way from one point to another passes in X and Y, at whatever height, or comes near by rounding.
+    void addBelow(const VcGePoint3d& from, const VcGePoint3d& to, std::vector<Found>& found) const;
 
     struct Neighbour
     {
@@ -56,9 +54,15 @@ public:
     std::vector<Neighbour> nearest(const VcGePoint3d& to, size_t count,
                                    const std::function<double(Id)>& measure = {}) const;
 
+    const char* fault() const { return m_tree.fault(); } // of the tree; null where it is sound
+
 private:
-    struct Tree;
-    std::unique_ptr<Tree> m_tree;
+    std::vector<Id> along(const VcGePoint3d& base, const VcGeVector3d& direction, double to) const;
+    void place(Id id, const Box3d& box);
+
+    BoxTree m_tree;
+    std::unordered_map<Id, Box3d> m_aside; // infinite and empty ones
+    size_t m_size = 0;
 };
 
 } // namespace vk::geom

@@ -2,6 +2,7 @@
 #include "host/geom/spatial_index.h"
 
 #include <algorithm>
+#include <cmath>
 #include <gtest/gtest.h>
 #include <map>
 #include <random>
@@ -140,14 +141,60 @@ TEST_F(GeomSpatialIndex, EmptyAndInfiniteBoxes)
     EXPECT_FALSE(index.boxOf(1));
 }
 
-TEST_F(GeomSpatialIndex, VisitsUntilTold)
+// Whatever the way there, the tree holds what it says of itself. Boxes of all sizes, many alike, some far from the origin.
+TEST_F(GeomSpatialIndex, StaysSoundUnderAnyChanges)
 {
-    SpatialIndex index;
-    for (Id id = 0; id < 50; ++id)
-        index.set(id, {{0, 0, 0}, {1, 1, 1}});
-    int visits = 0;
-    index.visit({{0, 0, 0}, {1, 1, 1}}, [&](Id, const Box3d&) { return ++visits < 10; });
-    EXPECT_EQ(visits, 10);
+    for (const double far : {0.0, 1e7, 1e300}) {
+        boxes.clear();
+        std::vector<SpatialIndex::Entry> entries;
+        const auto anyBox = [&] {
+            const double size = std::pow(10.0, number(-4, 2));
+            const VcGePoint3d at(far + std::floor(number(-50, 50)), std::floor(number(-50, 50)), 0);
+            return Box3d{at, at + VcGeVector3d(size, number(0, 1) < 0.5 ? 0 : size, 0)};
+        };
+        for (Id id = 0; id < 300; ++id)
+            entries.emplace_back(id, boxes[id] = anyBox());
+        SpatialIndex index(entries);
+        for (int change = 0; change < 4000; ++change) {
+            const Id id = Id(number(0, 600));
+            // Whole regions come and go, so that nodes fill, split and empty.
+            if (number(0, 1) < (change / 1000 % 2 ? 0.8 : 0.2)) {
+                EXPECT_EQ(index.erase(id), boxes.erase(id) == 1);
+            } else {
+                index.set(id, boxes[id] = anyBox());
+            }
+            if (change % 100 == 0) {
+                ASSERT_EQ(index.fault(), nullptr) << "after change " << change;
+            }
+        }
+        ASSERT_EQ(index.size(), boxes.size());
+        const Box3d window{{far - 10, -10, -1}, {far + 10, 10, 1}};
+        EXPECT_EQ(sorted(index.touching(window)), plain([&](const Box3d& b) { return b.touches(window); }));
+    }
+}
+
+// What a chain passes is found at whatever height it stands; a box that it only touches as well.
+TEST_F(GeomSpatialIndex, FindsWhatLiesBelow)
+{
+    for (Id id = 0; id < 500; ++id)
+        boxes[id] = box();
+    SpatialIndex index(std::vector<SpatialIndex::Entry>(boxes.begin(), boxes.end()));
+    for (int i = 0; i < 60; ++i) {
+        const VcGePoint3d p = point(), q = i % 3 == 0 ? p : i % 3 == 1 ? VcGePoint3d(p.x, point().y, 0) : point();
+        std::vector<SpatialIndex::Found> found;
+        index.addBelow(p, q, found);
+        std::vector<Id> ids;
+        for (const auto& [id, at] : found)
+            ids.push_back(id);
+        const auto isPassed = [&](Box3d b) {
+            if (p.x == q.x)
+                return b.min.x <= p.x && p.x <= b.max.x && b.min.y <= std::max(p.y, q.y) && std::min(p.y, q.y) <= b.max.y;
+            b.min.z = p.z - 1;
+            b.max.z = p.z + 1;
+            return meets(b, p, VcGeVector3d(q.x - p.x, q.y - p.y, 0), 1);
+        };
+        EXPECT_EQ(sorted(ids), plain(isPassed));
+    }
 }
 
 TEST_F(GeomSpatialIndex, NearestByTheCallersMeasure)
