@@ -1,8 +1,11 @@
 #include "host/commands/layer_marks.h"
 
 #include "host/base/rb.h"
+#include "host/db/chain.h"
+#include "host/db/database.h"
 #include "host/db/extras.h"
 #include "sdk/vcdb_chains.h"
+#include "sdk/vcdb_objects.h"
 #include "sdk/vcdb_tables.h"
 
 #include <cmath>
@@ -50,6 +53,46 @@ std::int64_t transparencyOf(const VcDbLayerTableRecord& layer)
         else if (own && tag.code == kLong && tag.form == Tag::Form::Integer)
             return tag.integer;
     return 0;
+}
+
+namespace {
+
+constexpr int kPlotStyle = 390;
+
+const VcDbDictionary* plotStyles(const DatabaseCore& db)
+{
+    const auto* root = db.objectAs<VcDbDictionary>(db.rootDictionary());
+    return root ? db.liveAs<VcDbDictionary>(root->find("ACAD_PLOTSTYLENAME")) : nullptr;
+}
+
+}  // namespace
+
+std::string plotStyleOf(const DatabaseCore& db, const VcDbLayerTableRecord& layer)
+{
+    const VcDbDictionary* styles = plotStyles(db);
+    const RbPtr chain = chainOf(const_cast<VcDbLayerTableRecord&>(layer));
+    for (const resbuf* rb = chain.get(); styles && rb; rb = rb->rbnext)
+        if (VcDbObjectId id; rb->restype == kPlotStyle && nameToId(rb->resval.rlname, id))
+            return styles->nameOf(id);
+    return {};
+}
+
+bool setPlotStyleOf(const DatabaseCore& db, VcDbLayerTableRecord& layer, const std::string& name)
+{
+    const VcDbDictionary* styles = plotStyles(db);
+    const VcDbObjectId id = styles ? styles->find(name) : VcDbObjectId();
+    if (id.isNull())
+        return false;
+    if (plotStyleOf(db, layer) == styles->nameOf(id))
+        return true;
+    vds_name style;
+    idToName(id, style);
+    RbBuilder chain;
+    chain.addString(0, L"LAYER");
+    chain.addName(kPlotStyle, style);
+    const RbPtr groups = chain.take();
+    ChainGroups cut(groups.get());
+    return applyChain(layer, cut) == Vcad::eOk;
 }
 
 void setDescription(VcDbLayerTableRecord& layer, const std::string& description)

@@ -7,6 +7,7 @@
 #include "host/db/record_names.h"
 #include "host/edit/editor.h"
 #include "host/edit/sysvars.h"
+#include "host/edit/viewports.h"
 
 #include <fmt/format.h>
 
@@ -59,7 +60,7 @@ void save(Editor& ed)
     const std::string name = ed.text("Enter new layer state name");
     if (name.empty() || !isFree(ed, name))
         return;
-    putLayerState(ed.db(), layerStateNow(ed.db(), name, ed.vars().text("CLAYER")));
+    putLayerState(ed.db(), layerStateNow(ed.db(), activeViewport(ed), name, ed.vars().text("CLAYER")));
     ed.printLine(fmt::format("Layer state \"{}\" saved.", name));
 }
 
@@ -72,9 +73,9 @@ void restore(Editor& ed)
         return;
     if (!state->current.empty())
         ed.vars().set("CLAYER", state->current);
-    const auto missing = applyLayerState(ed.db(), *state);
+    const auto missing = applyLayerState(ed.db(), activeViewport(ed), *state);
     if (!state->current.empty() && ed.vars().text("CLAYER") != state->current && ed.vars().set("CLAYER", state->current) == SetVarResult::Done)
-        applyLayerState(ed.db(), *state);
+        applyLayerState(ed.db(), activeViewport(ed), *state);
     for (const std::string& name : missing)
         ed.printLine(fmt::format("\"{}\" is in the layer state and not in the drawing.", name));
     ed.printLine(fmt::format("Layer state \"{}\" restored.", state->name));
@@ -87,7 +88,7 @@ struct PartName {
 constexpr PartName kParts[] = {
     {"On", kStateOn},         {"Frozen", kStateFrozen},     {"Lock", kStateLocked},           {"Plot", kStatePlot},
     {"Newvpfreeze", kStateNewViewports}, {"Color", kStateColour}, {"lineType", kStateLinetype}, {"lineWeight", kStateLineweight},
-    {"trAnsparency", kStateTransparency},
+    {"trAnsparency", kStateTransparency}, {"plotStyle", kStatePlotStyle}, {"Vpfreeze", kStateViewport},
 };
 
 std::string partsOf(const LayerState& state)
@@ -107,8 +108,8 @@ void edit(Editor& ed)
         return;
     Question question;
     question.kind = Question::Kind::Keyword;
-    question.prompt = "Enter states to change [On/Frozen/Lock/Plot/Newvpfreeze/Color/lineType/lineWeight/trAnsparency]: ";
-    question.init.keywords = parseKeywords("On Frozen Lock Plot Newvpfreeze Color lineType lineWeight trAnsparency");
+    question.prompt = "Enter states to change [On/Frozen/Lock/Plot/Newvpfreeze/Color/lineType/lineWeight/trAnsparency/plotStyle/Vpfreeze]: ";
+    question.init.keywords = parseKeywords("On Frozen Lock Plot Newvpfreeze Color lineType lineWeight trAnsparency plotStyle Vpfreeze");
     question.hasDefault = true;
     for (;;) {
         ed.printLine("Restored: " + partsOf(*state));

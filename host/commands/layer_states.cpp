@@ -5,6 +5,7 @@
 #include "host/db/database.h"
 #include "sdk/vcdb_objects.h"
 #include "sdk/vcdb_records.h"
+#include "sdk/vcdb_viewport.h"
 
 namespace vk::commands {
 
@@ -112,15 +113,17 @@ void LayerState::Layer::take(const Tag& tag)
         transparency = tag.integer;
 }
 
-LayerState layerStateNow(const DatabaseCore& db, std::string name, std::string current)
+LayerState layerStateNow(const DatabaseCore& db, const VcDbViewport* viewport, std::string name, std::string current)
 {
     LayerState state;
+    state.ofSheet = viewport != nullptr;
     state.name = std::move(name);
     state.current = std::move(current);
     for (const VcDbObjectId id : db.table(NameTable::Layer).records()) {
         const auto& layer = *db.objectAs<Record>(id);
-        state.layers.push_back({layer.nameUtf8(), flagsOf(layer), layer.color(), layer.lineWeight(),
-                                linetypeName(db, layer.linetypeObjectId()), {}, transparencyOf(layer)});
+        const int inViewport = viewport && viewport->isLayerFrozenInViewport(id) ? kStateViewport : 0;
+        state.layers.push_back({layer.nameUtf8(), flagsOf(layer) | inViewport, layer.color(), layer.lineWeight(),
+                                linetypeName(db, layer.linetypeObjectId()), plotStyleOf(db, layer), transparencyOf(layer)});
     }
     return state;
 }
@@ -198,6 +201,10 @@ void apply(DatabaseCore& db, const LayerState::Layer& from, int parts, Record& l
         layer.setColor(from.colour);
     if (parts & kStateLineweight)
         layer.setLineWeight(VcDb::LineWeight(from.lineweight));
+    // Where plot styles go by colour, layers have none of their own.
+    const bool hasPlotStyles = db.header().integer("$PSTYLEMODE", 1) == 0;
+    if (parts & kStatePlotStyle && hasPlotStyles && !from.plotStyle.empty() && !setPlotStyleOf(db, layer, from.plotStyle))
+        missing.push_back(from.plotStyle);
     if (parts & kStateTransparency && from.transparency != transparencyOf(layer))
         setTransparencyValue(layer, from.transparency);
     if (!(parts & kStateLinetype))
@@ -210,14 +217,24 @@ void apply(DatabaseCore& db, const LayerState::Layer& from, int parts, Record& l
 
 }
 
-std::vector<std::string> applyLayerState(DatabaseCore& db, const LayerState& state)
+std::vector<std::string> applyLayerState(DatabaseCore& db, VcDbViewport* viewport, const LayerState& state)
 {
     std::vector<std::string> missing;
-    for (const LayerState::Layer& layer : state.layers)
-        if (auto* record = db.liveAs<Record>(db.findRecord(NameTable::Layer, layer.name)))
-            apply(db, layer, state.parts, *record, missing);
-        else
+    VcDbObjectIdArray frozen, thawed;
+    for (const LayerState::Layer& layer : state.layers) {
+        const VcDbObjectId id = db.findRecord(NameTable::Layer, layer.name);
+        auto* record = db.liveAs<Record>(id);
+        if (!record) {
             missing.push_back(layer.name);
+            continue;
+        }
+        apply(db, layer, state.parts, *record, missing);
+        (layer.flags & kStateViewport ? frozen : thawed).push_back(id);
+    }
+    if (viewport && state.ofSheet && (state.parts & kStateViewport)) {
+        viewport->freezeLayersInViewport(frozen);
+        viewport->thawLayersInViewport(thawed);
+    }
     return missing;
 }
 
