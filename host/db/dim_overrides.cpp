@@ -112,8 +112,29 @@ std::optional<Tag> find(const Cut& cut, int code)
     return std::nullopt;
 }
 
+// The list goes when its last variable does, and with it an application that has nothing else.
+TagList withoutList(Cut cut)
+{
+    TagList all;
+    if (cut.hasList) {
+        cut.before.resize(cut.before.size() - 2);  // DSTYLE and its brace
+        if (!cut.after.empty() && cut.after.front().code == 1002)
+            cut.after.erase(cut.after.begin());
+    }
+    const bool applicationEnds = cut.after.empty() || cut.after.front().code == 1001;
+    if (applicationEnds && !cut.before.empty() && cut.before.back().code == 1001)
+        cut.before.pop_back();
+    for (const std::vector<Tag>* part : {&cut.before, &cut.after})
+        for (const Tag& tag : *part)
+            all.add(tag);
+    all.shrink();
+    return all;
+}
+
 TagList joined(const Cut& cut)
 {
+    if (cut.overrides.empty())
+        return withoutList(cut);
     TagList all;
     for (const Tag& tag : cut.before)
         all.add(tag);

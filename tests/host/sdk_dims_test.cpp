@@ -144,6 +144,50 @@ TEST(DimensionOverrides, NameBlocksAndStylesByReference)
     EXPECT_EQ(Writing<VcDbTextStyleTableRecord>(style)->erase(), Vcad::eCannotBeErased) << "the override names it";
 }
 
+// Extended data of a dimension whose list of variables loses its last one: what else there is stays, and nothing empty.
+struct LastOverride {
+    const char* name;
+    std::vector<std::pair<int, const wchar_t*>> before, after;  // around the list
+    int left;                                                   // groups
+};
+void PrintTo(const LastOverride& o, std::ostream* out) { *out << o.name; }
+const LastOverride kLastOverrides[] = {
+    {"Alone", {{1001, L"ACAD"}}, {}, 0},
+    {"BesideOtherDataOfItsApplication", {{1001, L"ACAD"}, {1000, L"first"}}, {{1000, L"last"}}, 3},
+    {"BetweenOtherApplications", {{1001, L"ONE"}, {1000, L"a"}, {1001, L"ACAD"}}, {{1001, L"TWO"}, {1000, L"b"}}, 4},
+};
+struct LastOverrides : testing::TestWithParam<LastOverride> {};
+
+TEST_P(LastOverrides, LeaveNoEmptyList)
+{
+    SdkDrawing drawing;
+    const VcDbObjectId id = addSample(drawing, "AlignedDimension");
+    drawing.application(L"ONE");
+    drawing.application(L"TWO");
+    RbBuilder data;
+    for (const auto& [code, text] : GetParam().before)
+        data.addString(code, text);
+    data.append(RbPtr(vcutBuildList(1000, L"DSTYLE", 1002, L"{", 1070, 41, 1040, 3.0, 1002, L"}", RTNONE)));
+    for (const auto& [code, text] : GetParam().after)
+        data.addString(code, text);
+    ASSERT_EQ(Writing<VcDbDimension>(id)->setXData(data.take().get()), Vcad::eOk);
+    ASSERT_EQ(Opened<VcDbDimension>(id)->dimVars().dimasz, 3);
+    drawing.undoAndRedo(id, [&] {
+        Writing<VcDbDimension> d(id);
+        EXPECT_EQ(VcDbDimOverrides(*d).remove(41), Vcad::eOk);
+    });
+    const RbPtr rest(Opened<VcDbDimension>(id)->xData());
+    int left = 0;
+    for (const resbuf* rb = rest.get(); rb; rb = rb->rbnext)
+        ++left;
+    EXPECT_EQ(left, GetParam().left);
+    Writing<VcDbDimension> d(id);
+    EXPECT_EQ(VcDbDimOverrides(*d).setReal(41, 4), Vcad::eOk) << "the list comes back";
+    EXPECT_EQ(d->dimVars().dimasz, 4);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, LastOverrides, testing::ValuesIn(kLastOverrides), [](const auto& info) { return std::string(info.param.name); });
+
 TEST(OrdinateDimensions, MeasureAlongOneAxisOrTheOther)
 {
     SdkDrawing drawing;
