@@ -18,7 +18,7 @@ void registerHostCommands()
                                modeCommands(), blockCommands(), insertCommands(), wblockCommands(), xrefCommands(), purgeCommands(),
                                groupCommands(), wipeoutCommands(), rectangleCommands(), curveCommands(), propertyCommands(), linetypeCommands(),
                                mtextCommands(), areaCommands(),
-                               linearDimensionCommands(), roundDimensionCommands(), leaderCommands(), dimensionEditCommands(),
+                               linearDimensionCommands(), roundDimensionCommands(), dimensionRowCommands(), dimensionSpacingCommands(), leaderCommands(), dimensionEditCommands(),
                                dimensionStyleCommands()})
         edit::CommandTable::instance().addHostCommands(family);
 }

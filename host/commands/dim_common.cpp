@@ -1,8 +1,11 @@
 #include "host/commands/dim_common.h"
 
 #include "host/base/unicode.h"
+#include "host/commands/explode.h"
+#include "host/db/dim_picture.h"
 #include "host/db/rec_arrow_blocks.h"
 #include "host/db/rec_dim_variables.h"
+#include "host/edit/sysvars.h"
 #include "sdk/vcdb_records.h"
 
 namespace vk::commands {
@@ -64,7 +67,95 @@ int overrideDimVars(VcDbObject& entity, const VcDbDimVars& style, const VcDbDimV
     return count;
 }
 
-VcDbDimension& addDimension(Editor& ed, std::unique_ptr<VcDbDimension> made, const DimChoices& choices)
+double currentDimScale(Editor& ed, const VcDbDimVars& vars)
+{
+    return dim::overallScale(vars, ed.db(), ed.db().currentSpace() != ed.db().modelSpace());
+}
+
+namespace {
+
+// The digit behind "$" in the name of a child; null where a class has no family.
+const char* familyOf(const VcDbEntity& entity)
+{
+    const auto is = [&](const VcRxClass* c) { return entity.isKindOf(c); };
+    if (is(VcDbRotatedDimension::desc()) || is(VcDbAlignedDimension::desc()))
+        return "$0";
+    if (is(VcDb2LineAngularDimension::desc()) || is(VcDb3PointAngularDimension::desc()))
+        return "$2";
+    if (is(VcDbDiametricDimension::desc()))
+        return "$3";
+    if (is(VcDbRadialDimension::desc()) || is(VcDbRadialDimensionLarge::desc()))
+        return "$4";
+    if (is(VcDbOrdinateDimension::desc()))
+        return "$6";
+    return is(VcDbLeader::desc()) || is(VcDbFcf::desc()) ? "$7" : nullptr;
+}
+
+// A style without a text style means Standard, which the header names.
+VcDbDimVars varsOf(const DatabaseCore& db, const VcDbDimStyleTableRecord& style)
+{
+    VcDbDimVars vars = style.dimVars();
+    if (vars.dimtxsty.isNull())
+        vars.dimtxsty = db.findRecord(NameTable::TextStyle, "Standard");
+    return vars;
+}
+
+}
+
+DimStyleChoice dimStyleFor(Editor& ed, const VcDbEntity& entity)
+{
+    const VcDbObjectId current = currentDimStyle(ed);
+    const auto* parent = ed.db().liveAs<VcDbDimStyleTableRecord>(current);
+    const VcDbDimVars now = currentDimVars(ed);
+    if (!parent)
+        return {current, now, now};
+    const char* family = familyOf(entity);
+    const VcDbObjectId childId = family ? ed.db().findRecord(NameTable::DimStyle, parent->nameUtf8() + family) : VcDbObjectId();
+    const auto* child = ed.db().liveAs<VcDbDimStyleTableRecord>(childId);
+    if (!child)
+        return {current, varsOf(ed.db(), *parent), now};
+    const VcDbDimVars of = varsOf(ed.db(), *parent), own = varsOf(ed.db(), *child);
+    DimStyleChoice choice{childId, own, own};
+    for (const DimVariable& v : dimVariables())
+        if (v.isIn(DxfVersion::Newest) && differs(v, of, now))
+            std::visit([&](auto member) { choice.wanted.*member = now.*member; }, v.member);
+    return choice;
+}
+
+void takeDimStyle(VcDbEntity& entity, const DimStyleChoice& choice)
+{
+    if (auto* dimension = VcDbDimension::cast(&entity))
+        dimension->setDimensionStyle(choice.style);
+    else if (auto* leader = VcDbLeader::cast(&entity))
+        leader->setDimensionStyle(choice.style);
+    else if (auto* frame = VcDbFcf::cast(&entity))
+        frame->setDimensionStyle(choice.style);
+    overrideDimVars(entity, choice.own, choice.wanted);
+}
+
+VcDbObjectId parentDimStyle(const DatabaseCore& db, VcDbObjectId style)
+{
+    const auto* record = db.liveAs<VcDbDimStyleTableRecord>(style);
+    const std::string name = record ? record->nameUtf8() : std::string();
+    if (name.size() < 3 || name[name.size() - 2] != '$')
+        return style;
+    const VcDbObjectId parent = db.findRecord(NameTable::DimStyle, name.substr(0, name.size() - 2));
+    return parent.isNull() ? style : parent;
+}
+
+VcDbObjectId& lastDimension()
+{
+    static VcDbObjectId id;
+    return id;
+}
+
+void placeText(Editor& ed, VcDbDimension& dimension, const VcGePoint3d& at)
+{
+    if (currentDimVars(ed).dimupt)
+        dimension.setTextPosition(toWorld(ed, at));
+}
+
+NewDimension addDimension(Editor& ed, std::unique_ptr<VcDbDimension> made, const DimChoices& choices)
 {
     made->setNormal(ucsNormal(ed));
     made->setHorizontalRotation(-ucsTwist(ed));
@@ -74,13 +165,15 @@ VcDbDimension& addDimension(Editor& ed, std::unique_ptr<VcDbDimension> made, con
         made->setTextRotation(*choices.angle);
     const VcDbObjectId id = addToSpace(ed, std::move(made));
     auto& dimension = *ed.db().liveAs<VcDbDimension>(id);
-    const VcDbObjectId style = currentDimStyle(ed);
-    dimension.setDimensionStyle(style);
-    if (const auto* record = ed.db().liveAs<VcDbDimStyleTableRecord>(style))
-        overrideDimVars(dimension, record->dimVars(), currentDimVars(ed));
+    takeDimStyle(dimension, dimStyleFor(ed, dimension));
     dimension.recomputeDimBlock();
-    return dimension;
+    const double measurement = dimension.measurement();
+    if (ed.vars().integer("DIMASSOC") == 0 && explodeInPlace(ed.db(), dimension))
+        return {{}, measurement};
+    return {id, measurement};
 }
+
+void reportMeasure(Editor& ed, const DimMeasure& measure) { ed.report("Dimension text = {}", measureText(ed, measure)); }
 
 std::string measureText(Editor& ed, const DimMeasure& measure)
 {

@@ -1,4 +1,4 @@
-// What the dimension commands share: the current style with its overrides, texts, and the plane of the UCS.
+// What the dimension commands share: the current style with its overrides and its families, texts, and the plane of the UCS.
 #pragma once
 
 #include "host/commands/drawing.h"
@@ -19,6 +19,20 @@ struct DimChoices {
 // The variables in force: the current style with what has been set over it.
 VcDbDimVars currentDimVars(edit::Editor& ed);
 VcDbObjectId currentDimStyle(edit::Editor& ed);
+// DIMSCALE or what stands in for it where that is 0.
+double currentDimScale(edit::Editor& ed, const VcDbDimVars& vars);
+
+// The style that the entity takes when it is made: the current one, or its child for the entity's family, such as
+// "Name$3" for the diameters of "Name".
+struct DimStyleChoice {
+    VcDbObjectId style;
+    VcDbDimVars own, wanted;  // as the style has them; with what has been set over the current style
+};
+DimStyleChoice dimStyleFor(edit::Editor& ed, const VcDbEntity& entity);
+// Sets what is wanted and not so in the style as the entity's own.
+void takeDimStyle(VcDbEntity& entity, const DimStyleChoice& choice);
+// The style itself, or the one that a child belongs to.
+VcDbObjectId parentDimStyle(const DatabaseCore& db, VcDbObjectId style);
 
 // Sets one variable as the entity's own.
 Vcad::ErrorStatus overrideDimVar(VcDbObject& entity, const DimVariable& variable, const VcDbDimVars& wanted);
@@ -27,11 +41,22 @@ std::string dimVarText(const DatabaseCore& db, const DimVariable& variable, cons
 // Sets every variable that is not as in the entity's style as the entity's own; gives back how many.
 int overrideDimVars(VcDbObject& entity, const VcDbDimVars& style, const VcDbDimVars& wanted);
 
-// Puts a new dimension into the space with the current style, in the plane of the UCS; reports what it measures.
-VcDbDimension& addDimension(edit::Editor& ed, std::unique_ptr<VcDbDimension> dimension, const DimChoices& choices);
+struct NewDimension {
+    VcDbObjectId id;  // null where DIMASSOC 0 has left loose lines and texts
+    double measurement = 0;
+};
+// Puts a new dimension into the space with the current style, in the plane of the UCS.
+NewDimension addDimension(edit::Editor& ed, std::unique_ptr<VcDbDimension> dimension, const DimChoices& choices);
+// DIMUPT puts the text of a new dimension where its line is placed.
+void placeText(edit::Editor& ed, VcDbDimension& dimension, const VcGePoint3d& at);
+// The one that rows go on from: the linear, angular or ordinate dimension that was made last.
+VcDbObjectId& lastDimension();
 
 // Handles the keywords Mtext, Text and Angle; false for another one.
 bool takeTextChoice(edit::Editor& ed, const std::string& keyword, DimChoices& choices, const DimMeasure& measure);
+
+// "Dimension text = ", and the text as measureText has it.
+void reportMeasure(edit::Editor& ed, const DimMeasure& measure);
 
 // The text of a measure in the current style, as prompts show it.
 std::string measureText(edit::Editor& ed, const DimMeasure& measure);

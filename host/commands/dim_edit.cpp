@@ -5,6 +5,7 @@
 #include "host/db/dim_picture.h"
 #include "host/db/rec_arrow_blocks.h"
 #include "host/db/rec_dim_variables.h"
+#include "host/edit/sysvar_table.h"
 #include "sdk/vcdb_records.h"
 
 namespace vk::commands {
@@ -114,7 +115,7 @@ void dimEdit(Editor& ed)
     std::string text;
     double angle = 0;
     if (kind == "New")
-        text = ed.text("Enter dimension text <<>>", std::string("<>"));
+        text = ed.text("Enter dimension text", std::string("<>"));
     else if (kind == "Rotate")
         angle = ed.askAngle("Specify angle for dimension text").real;
     const auto dimensions = selectDimensions(ed, false);
@@ -171,16 +172,47 @@ VcDbObjectId recordNamed(Editor& ed, const DimVariable& v, const std::string& na
     return id;
 }
 
+// The number as the system variable takes it: a separator is a character.
+std::optional<double> numberFor(const DimVariable& v, const SysVarDef& def, const std::string& typed)
+{
+    const auto value = parseSysVar(def, typed);
+    if (!value || !inRange(def, *value))
+        return std::nullopt;
+    if (const auto* whole = std::get_if<std::int32_t>(&*value))
+        return *whole;
+    if (const auto* real = std::get_if<double>(&*value))
+        return *real;
+    std::string_view rest = typed;
+    return v.kind == DimVariable::Kind::Number && !typed.empty() ? std::optional(double(takeCharacter(rest))) : std::nullopt;
+}
+
+double askNumber(Editor& ed, const DimVariable& v, double now)
+{
+    const SysVarDef* def = findSysVar(v.name);
+    for (;;) {
+        const std::string shown = def && def->type == SysVarType::String ? wideToUtf8(std::wstring(1, wchar_t(now))) : lengthText(now);
+        const std::string typed = ed.word(fmt::format("Enter new value for dimension variable <{}>", shown), std::string());
+        if (typed.empty())
+            return now;
+        if (equalNoCase(typed, "ON") || equalNoCase(typed, "OFF"))
+            if (def && inRange(*def, std::int32_t(equalNoCase(typed, "ON"))))
+                return equalNoCase(typed, "ON");
+        if (const auto number = def ? numberFor(v, *def, typed) : std::nullopt)
+            return *number;
+        ed.printLine(fmt::format("Requires {}.", def ? describeRange(*def) : "a number"));
+    }
+}
+
 NewValue askValue(Editor& ed, const DimVariable& v)
 {
     NewValue value{&v, currentDimVars(ed)};
+    if (v.isNumber()) {
+        setDimNumber(value.holder, v, askNumber(ed, v, dimNumber(value.holder, v)));
+        return value;
+    }
     const std::string now = dimVarText(ed.db(), v, value.holder);
-    const std::string prompt = fmt::format("Enter new value for dimension variable <{}>", now);
-    if (v.kind == DimVariable::Kind::Number)
-        setDimNumber(value.holder, v, double(ed.integer("Enter new value for dimension variable", std::int64_t(dimNumber(value.holder, v)))));
-    else if (v.isNumber())
-        setDimNumber(value.holder, v, ed.real("Enter new value for dimension variable", dimNumber(value.holder, v)));
-    else if (const auto* text = std::get_if<std::string VcDbDimVars::*>(&v.member))
+    const std::string prompt = "Enter new value for dimension variable";
+    if (const auto* text = std::get_if<std::string VcDbDimVars::*>(&v.member))
         value.holder.**text = ed.text(prompt, now);
     else
         value.holder.*std::get<VcDbObjectId VcDbDimVars::*>(v.member) = recordNamed(ed, v, ed.word(prompt, now));

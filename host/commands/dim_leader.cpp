@@ -20,15 +20,10 @@ struct Format {
     bool splined = false, arrow = true;
 };
 
-double scaleNow(const VcDbDimVars& v) { return v.dimscale > 0 ? v.dimscale : 1; }
-
 template <class T>
 T& withCurrentStyle(Editor& ed, T& entity)
 {
-    const VcDbObjectId style = currentDimStyle(ed);
-    entity.setDimensionStyle(style);
-    if (const auto* record = ed.db().liveAs<VcDbDimStyleTableRecord>(style))
-        overrideDimVars(entity, record->dimVars(), currentDimVars(ed));
+    takeDimStyle(entity, dimStyleFor(ed, entity));
     return entity;
 }
 
@@ -57,14 +52,14 @@ VcDbLeader& addLeader(Editor& ed, const Points& points, const Format& format)
 double textHeight(Editor& ed, const VcDbDimVars& v)
 {
     const auto* style = ed.db().liveAs<VcDbTextStyleTableRecord>(v.dimtxsty);
-    return style && style->textSize() > 0 ? style->textSize() : v.dimtxt * scaleNow(v);
+    return style && style->textSize() > 0 ? style->textSize() : v.dimtxt * currentDimScale(ed, v);
 }
 
 // Beside the end of the leader, in the middle of its height; over the line where DIMTAD puts texts there.
 VcDbObjectId addNote(Editor& ed, const VcGePoint3d& end, bool right, const std::string& contents, double width)
 {
     const VcDbDimVars v = currentDimVars(ed);
-    const double gap = std::abs(v.dimgap) * scaleNow(v);
+    const double gap = std::abs(v.dimgap) * currentDimScale(ed, v);
     auto text = std::make_unique<VcDbMText>();
     text->setNormal(ucsNormal(ed));
     text->setDirection((ucsToWorld(ed) * VcGeVector3d::xAxis()).normal());
@@ -108,7 +103,7 @@ void finishWithText(Editor& ed, Points points, const Format& format, const std::
 {
     const VcDbDimVars v = currentDimVars(ed);
     if (!format.splined)
-        addHook(points, v.dimasz * scaleNow(v));
+        addHook(points, v.dimasz * currentDimScale(ed, v));
     const bool right = goesRight(points);
     VcDbLeader& leader = addLeader(ed, points, format);
     const VcDbObjectId note = addNote(ed, points.back(), right, contents, width);

@@ -1,5 +1,6 @@
-// DIMLINEAR, DIMALIGNED, DIMBASELINE, DIMCONTINUE.
+// DIMLINEAR, DIMALIGNED.
 #include "host/commands/dim_common.h"
+#include "host/commands/dim_pick.h"
 #include "host/commands/families.h"
 #include "sdk/vcdb_curves.h"
 #include "sdk/vcdb_insert.h"
@@ -32,13 +33,8 @@ Ends endsOf(Editor& ed, const VcDbEntity& object, const VcGePoint3d& pick)
 
 Ends askObject(Editor& ed)
 {
-    for (;;) {
-        const Answer a = ed.askEntity("Select object to dimension");
-        const auto* object = ed.db().liveAs<VcDbEntity>(a.entity);
-        if (object && (VcDbLine::cast(object) || VcDbArc::cast(object) || VcDbCircle::cast(object)))
-            return endsOf(ed, *object, a.hasPoint ? a.point : VcGePoint3d());
-        ed.printLine("A line, an arc or a circle is wanted.");
-    }
+    const auto object = askMeasured<VcDbLine, VcDbArc, VcDbCircle>(ed, "Select object to dimension", "A line, an arc or a circle is wanted.");
+    return endsOf(ed, *object.get(), object.pick());
 }
 
 Ends askEnds(Editor& ed)
@@ -92,24 +88,11 @@ std::unique_ptr<VcDbAlignedDimension> alignedDimension(Editor& ed, const Ends& e
     return made;
 }
 
-VcDbObjectId& lastLinear()
-{
-    static VcDbObjectId id;
-    return id;
-}
-
-// DIMUPT puts the text where the line is placed.
-void placeText(Editor& ed, VcDbDimension& dimension, const VcGePoint3d& at)
-{
-    if (currentDimVars(ed).dimupt)
-        dimension.setTextPosition(toWorld(ed, at));
-}
-
 void finish(Editor& ed, std::unique_ptr<VcDbDimension> made, const DimChoices& choices)
 {
-    const VcDbDimension& added = addDimension(ed, std::move(made), choices);
-    lastLinear() = added.objectId();
-    ed.report("Dimension text = {}", measureText(ed, {added.measurement(), DimMeasure::Kind::Length}));
+    const NewDimension added = addDimension(ed, std::move(made), choices);
+    lastDimension() = added.id;
+    reportMeasure(ed, {added.measurement, DimMeasure::Kind::Length});
 }
 
 void dimLinear(Editor& ed)
@@ -152,94 +135,9 @@ void dimAligned(Editor& ed)
     }
 }
 
-// What the next dimension of a row starts from, in the UCS.
-struct Base {
-    VcGePoint3d first, second, line;
-    double angle = 0;
-};
-
-Base baseOf(Editor& ed, const VcDbDimension& dimension)
-{
-    Base b;
-    if (const auto* rotated = VcDbRotatedDimension::cast(&dimension)) {
-        b = {rotated->xLine1Point(), rotated->xLine2Point(), rotated->dimLinePoint(), rotated->rotation() - ucsTwist(ed)};
-    } else {
-        const auto& aligned = static_cast<const VcDbAlignedDimension&>(dimension);
-        b = {aligned.xLine1Point(), aligned.xLine2Point(), aligned.dimLinePoint(), 0};
-    }
-    for (VcGePoint3d* p : {&b.first, &b.second, &b.line})
-        *p = fromWorld(ed, *p);
-    if (dimension.isKindOf(VcDbAlignedDimension::desc())) {
-        const VcGeVector3d v = b.second - b.first;
-        b.angle = std::atan2(v.y, v.x);
-    }
-    return b;
-}
-
-VcDbDimension* selectBase(Editor& ed, const char* prompt)
-{
-    return static_cast<VcDbDimension*>(
-        pickOf<VcDbRotatedDimension, VcDbAlignedDimension>(ed, prompt, "A linear or an aligned dimension is wanted.", true));
-}
-
-VcDbDimension* startBase(Editor& ed, const char* prompt)
-{
-    if (auto* last = ed.db().liveAs<VcDbDimension>(lastLinear()))
-        return last;
-    return selectBase(ed, prompt);
-}
-
-// From one baseline to the next: DIMDLI, away from what is measured.
-VcGePoint3d steppedLine(Editor& ed, const Base& b)
-{
-    const VcDbDimVars vars = currentDimVars(ed);
-    const VcGeVector3d up(-std::sin(b.angle), std::cos(b.angle), 0);
-    const double side = (b.line - b.first).dotProduct(up) < 0 ? -1 : 1;
-    return b.line + up * (side * vars.dimdli * (vars.dimscale > 0 ? vars.dimscale : 1));
-}
-
-// Dimensions that follow one another: from the same first line, or from the end of the one before.
-void dimRow(Editor& ed, bool fromBase)
-{
-    const char* const select = fromBase ? "Select base dimension" : "Select continued dimension";
-    VcDbDimension* from = startBase(ed, select);
-    std::vector<VcDbObjectId> made;
-    std::vector<VcDbObjectId> before;
-    while (from) {
-        const Base b = baseOf(ed, *from);
-        const VcGePoint3d origin = fromBase ? b.first : b.second;
-        const Answer a = ed.askPoint("Specify second extension line origin or [Select/Undo] <Select>",
-                                     {.keywords = "Select Undo", .from = origin, .enterEnds = true});
-        if (a.status == Answer::Status::Value) {
-            const VcGePoint3d through = fromBase ? steppedLine(ed, b) : b.line;
-            before.push_back(from->objectId());
-            finish(ed, rotatedDimension(ed, {origin, a.point}, b.angle, through), {});
-            made.push_back(lastLinear());
-            from = ed.db().liveAs<VcDbDimension>(lastLinear());
-        } else if (a.status == Answer::Status::Keyword && a.text == "Undo") {
-            if (made.empty()) {
-                ed.printLine("There is nothing to take back.");
-                continue;
-            }
-            ed.db().object(made.back())->erase();
-            made.pop_back();
-            lastLinear() = before.back();
-            before.pop_back();
-            from = ed.db().liveAs<VcDbDimension>(lastLinear());
-        } else {
-            from = selectBase(ed, select);
-        }
-    }
-}
-
-void dimBaseline(Editor& ed) { dimRow(ed, true); }
-void dimContinue(Editor& ed) { dimRow(ed, false); }
-
 const HostCommand kCommands[] = {
     {"DIMLINEAR", "DLI", kPlain, "Dimensions a horizontal, vertical or turned distance.", dimLinear},
     {"DIMALIGNED", "DAL", kPlain, "Dimensions the distance between two points.", dimAligned},
-    {"DIMBASELINE", "DBA", kPlain, "Goes on from the first line of a dimension.", dimBaseline},
-    {"DIMCONTINUE", "DCO", kPlain, "Goes on from the second line of a dimension.", dimContinue},
 };
 
 }

@@ -1,5 +1,6 @@
-// DIMRADIUS, DIMDIAMETER, DIMJOGGED, DIMANGULAR, DIMARC, DIMORDINATE.
+// DIMRADIUS, DIMDIAMETER, DIMJOGGED, DIMANGULAR, DIMARC, DIMORDINATE, DIMCENTER.
 #include "host/commands/dim_common.h"
+#include "host/commands/dim_pick.h"
 #include "host/commands/families.h"
 #include "sdk/vcdb_curves.h"
 
@@ -9,7 +10,7 @@ namespace {
 
 using namespace edit;
 
-// A circle or an arc, in the UCS.
+// A circle or an arc, in the UCS; an arc runs anticlockwise there.
 struct Round {
     VcGePoint3d center;
     double radius = 0;
@@ -18,15 +19,19 @@ struct Round {
 
 Round roundOf(Editor& ed, const VcDbEntity& object)
 {
-    if (const auto* arc = VcDbArc::cast(&object))
-        return {fromWorld(ed, arc->center()), arc->radius(), fromWorld(ed, arc->startPoint()), fromWorld(ed, arc->endPoint())};
+    if (const auto* arc = VcDbArc::cast(&object)) {
+        Round r{fromWorld(ed, arc->center()), arc->radius(), fromWorld(ed, arc->startPoint()), fromWorld(ed, arc->endPoint())};
+        if (arc->normal().dotProduct(ucsNormal(ed)) < 0)
+            std::swap(r.start, r.end);
+        return r;
+    }
     const auto& circle = static_cast<const VcDbCircle&>(object);
     return {fromWorld(ed, circle.center()), circle.radius(), {}, {}};
 }
 
 Round askRound(Editor& ed)
 {
-    return roundOf(ed, *pickOf<VcDbArc, VcDbCircle>(ed, "Select arc or circle", "A circle or an arc is wanted."));
+    return roundOf(ed, *askMeasured<VcDbArc, VcDbCircle>(ed, "Select arc or circle", "A circle or an arc is wanted.").get());
 }
 
 VcGePoint3d onRound(const Round& r, const VcGePoint3d& towards, double sign = 1)
@@ -34,11 +39,6 @@ VcGePoint3d onRound(const Round& r, const VcGePoint3d& towards, double sign = 1)
     VcGeVector3d v = towards - r.center;
     v.z = 0;
     return r.center + (v.length() > 0 ? v.normal() : VcGeVector3d::xAxis()) * (sign * r.radius);
-}
-
-void reportLength(Editor& ed, const VcDbDimension& d, DimMeasure::Kind kind)
-{
-    ed.report("Dimension text = {}", measureText(ed, {d.measurement(), kind}));
 }
 
 // The point that a person gives is where the text goes.
@@ -55,7 +55,7 @@ VcGePoint3d askLocation(Editor& ed, const Round& r, DimChoices& choices, const D
 void dimRadius(Editor& ed)
 {
     const Round r = askRound(ed);
-    ed.report("Dimension text = {}", measureText(ed, {r.radius, DimMeasure::Kind::Length}));
+    reportMeasure(ed, {r.radius, DimMeasure::Kind::Length});
     DimChoices choices;
     const VcGePoint3d at = askLocation(ed, r, choices, {r.radius, DimMeasure::Kind::Length});
     auto made = std::make_unique<VcDbRadialDimension>();
@@ -69,7 +69,7 @@ void dimRadius(Editor& ed)
 void dimDiameter(Editor& ed)
 {
     const Round r = askRound(ed);
-    ed.report("Dimension text = {}", measureText(ed, {2 * r.radius, DimMeasure::Kind::Length}));
+    reportMeasure(ed, {2 * r.radius, DimMeasure::Kind::Length});
     DimChoices choices;
     const VcGePoint3d at = askLocation(ed, r, choices, {2 * r.radius, DimMeasure::Kind::Length});
     auto made = std::make_unique<VcDbDiametricDimension>();
@@ -84,7 +84,7 @@ void dimJogged(Editor& ed)
 {
     const Round r = askRound(ed);
     const VcGePoint3d center = ed.point("Specify center location override", {.from = r.center});
-    ed.report("Dimension text = {}", measureText(ed, {r.radius, DimMeasure::Kind::Length}));
+    reportMeasure(ed, {r.radius, DimMeasure::Kind::Length});
     DimChoices choices;
     const VcGePoint3d at = askLocation(ed, r, choices, {r.radius, DimMeasure::Kind::Length});
     const VcGePoint3d jog = ed.point("Specify jog location", {.from = at});
@@ -145,9 +145,19 @@ VcGePoint3d askArcLocation(Editor& ed, DimChoices& choices, const VcGePoint3d& f
     }
 }
 
-void finishAngle(Editor& ed, std::unique_ptr<VcDbDimension> made, const DimChoices& choices)
+NewDimension finishLength(Editor& ed, std::unique_ptr<VcDbDimension> made, const DimChoices& choices)
 {
-    reportLength(ed, addDimension(ed, std::move(made), choices), DimMeasure::Kind::Angle);
+    const NewDimension added = addDimension(ed, std::move(made), choices);
+    reportMeasure(ed, {added.measurement, DimMeasure::Kind::Length});
+    return added;
+}
+
+void finishAngle(Editor& ed, std::unique_ptr<VcDbDimension> made, const DimChoices& choices, const VcGePoint3d& at)
+{
+    placeText(ed, *made, at);
+    const NewDimension added = addDimension(ed, std::move(made), choices);
+    lastDimension() = added.id;
+    reportMeasure(ed, {added.measurement, DimMeasure::Kind::Angle});
 }
 
 double angleAt(const VcGePoint3d& center, const VcGePoint3d& first, const VcGePoint3d& second)
@@ -161,19 +171,20 @@ void angleOfThreePoints(Editor& ed, const VcGePoint3d& center, const VcGePoint3d
         throw CommandError{"The angle's ends must not lie on its vertex."};
     DimChoices choices;
     const VcGePoint3d at = askArcLocation(ed, choices, center, angleAt(center, first, second));
-    finishAngle(ed, aboutPoint(ed, center, first, second, at), choices);
+    finishAngle(ed, aboutPoint(ed, center, first, second, at), choices, at);
 }
 
 void angleOfLines(Editor& ed, const VcDbLine& first)
 {
-    const auto& second = static_cast<const VcDbLine&>(*pickOf<VcDbLine>(ed, "Select second line", "A line is wanted."));
+    const auto picked = askMeasured<VcDbLine>(ed, "Select second line", "A line is wanted.");
+    const VcDbLine& second = *picked.as<VcDbLine>();
     const Lines l{fromWorld(ed, first.startPoint()), fromWorld(ed, first.endPoint()), fromWorld(ed, second.startPoint()), fromWorld(ed, second.endPoint())};
     const auto vertex = crossing(l);
     if (!vertex)
         throw CommandError{"The lines are parallel and have no angle."};
     DimChoices choices;
     const VcGePoint3d at = askArcLocation(ed, choices, *vertex, (l.b - l.a).angleTo(l.d - l.c));
-    finishAngle(ed, betweenLines(ed, l, at), choices);
+    finishAngle(ed, betweenLines(ed, l, at), choices, at);
 }
 
 void dimAngular(Editor& ed)
@@ -185,15 +196,15 @@ void dimAngular(Editor& ed)
             const VcGePoint3d first = ed.point("Specify first angle endpoint", {.from = center});
             return angleOfThreePoints(ed, center, first, ed.point("Specify second angle endpoint", {.from = center}));
         }
-        const auto* object = ed.db().liveAs<VcDbEntity>(a.entity);
-        if (const auto* line = VcDbLine::cast(object))
+        const MeasuredObject object(ed, a);
+        if (const auto* line = object.as<VcDbLine>())
             return angleOfLines(ed, *line);
-        if (object && VcDbArc::cast(object)) {
-            const Round r = roundOf(ed, *object);
+        if (object.as<VcDbArc>()) {
+            const Round r = roundOf(ed, *object.get());
             return angleOfThreePoints(ed, r.center, *r.start, *r.end);
         }
-        if (object && VcDbCircle::cast(object)) {
-            const Round r = roundOf(ed, *object);
+        if (object.as<VcDbCircle>()) {
+            const Round r = roundOf(ed, *object.get());
             const VcGePoint3d first = onRound(r, a.hasPoint ? a.point : r.center);
             return angleOfThreePoints(ed, r.center, first, ed.point("Specify second angle endpoint", {.from = r.center}));
         }
@@ -203,7 +214,7 @@ void dimAngular(Editor& ed)
 
 void dimArc(Editor& ed)
 {
-    const Round r = roundOf(ed, *pickOf<VcDbArc>(ed, "Select arc", "An arc is wanted."));
+    const Round r = roundOf(ed, *askMeasured<VcDbArc>(ed, "Select arc", "An arc is wanted.").get());
     DimChoices choices;
     const VcGeVector3d a = *r.start - r.center, b = *r.end - r.center;
     const double sweep = std::fmod(std::atan2(b.y, b.x) - std::atan2(a.y, a.x) + 4 * M_PI, 2 * M_PI);
@@ -221,7 +232,9 @@ void dimArc(Editor& ed)
         made->setXLine1Point(toWorld(ed, *r.start));
         made->setXLine2Point(toWorld(ed, *r.end));
         made->setArcPoint(toWorld(ed, through));
-        return reportLength(ed, addDimension(ed, std::move(made), choices), DimMeasure::Kind::Length);
+        placeText(ed, *made, at.point);
+        finishLength(ed, std::move(made), choices);
+        return;
     }
 }
 
@@ -241,7 +254,8 @@ void dimOrdinate(Editor& ed)
             made->setDefiningPoint(toWorld(ed, feature));
             made->setLeaderEndPoint(toWorld(ed, a.point));
             x ? made->useXAxis() : made->useYAxis();
-            return reportLength(ed, addDimension(ed, std::move(made), choices), DimMeasure::Kind::Length);
+            lastDimension() = finishLength(ed, std::move(made), choices).id;
+            return;
         }
         if (a.text == "Xdatum" || a.text == "Ydatum")
             useX = a.text == "Xdatum";
@@ -250,7 +264,30 @@ void dimOrdinate(Editor& ed)
     }
 }
 
+// DIMCEN: a cross or, below zero, with the axes as well, as loose lines.
+void addCenterLine(Editor& ed, const VcGePoint3d& a, const VcGePoint3d& b)
+{
+    addToSpace(ed, std::make_unique<VcDbLine>(toWorld(ed, a), toWorld(ed, b)));
+}
+
+void dimCenter(Editor& ed)
+{
+    const VcDbDimVars vars = currentDimVars(ed);
+    const double size = std::abs(vars.dimcen) * currentDimScale(ed, vars);
+    if (size == 0)
+        throw CommandError{"DIMCEN is 0: there is no mark to draw."};
+    const Round r = askRound(ed);
+    for (const VcGeVector3d& axis : {VcGeVector3d::xAxis(), VcGeVector3d::yAxis()}) {
+        addCenterLine(ed, r.center - axis * size, r.center + axis * size);
+        if (vars.dimcen > 0 || r.radius <= 2 * size)
+            continue;
+        for (const double side : {-1.0, 1.0})
+            addCenterLine(ed, r.center + axis * (side * 2 * size), r.center + axis * (side * (r.radius + size)));
+    }
+}
+
 const HostCommand kCommands[] = {
+    {"DIMCENTER", "DCE", kPlain, "Marks the centre of a circle or an arc.", dimCenter},
     {"DIMRADIUS", "DRA", kPlain, "Dimensions the radius of a circle or an arc.", dimRadius},
     {"DIMDIAMETER", "DDI", kPlain, "Dimensions the diameter of a circle or an arc.", dimDiameter},
     {"DIMJOGGED", "DJO", kPlain, "Dimensions a radius whose centre is far away.", dimJogged},

@@ -41,7 +41,7 @@ Style* styleOfPicked(Editor& ed)
         id = leader->dimensionStyle();
     else
         id = static_cast<const VcDbFcf*>(entity)->dimensionStyle();
-    return ed.db().liveAs<Style>(id);
+    return ed.db().liveAs<Style>(parentDimStyle(ed.db(), id));
 }
 
 // By name, by "?" after a list, or by Enter from an object. Null when a person gives up.
@@ -149,20 +149,15 @@ void variables(Editor& ed)
         listVariables(ed, style->dimVars(), nullptr);
 }
 
-bool give(VcDbEntity& entity, VcDbObjectId style, const VcDbDimVars& styleVars, const VcDbDimVars& wanted)
+bool give(Editor& ed, VcDbEntity& entity)
 {
     auto* dimension = VcDbDimension::cast(&entity);
     auto* leader = VcDbLeader::cast(&entity);
-    auto* frame = VcDbFcf::cast(&entity);
-    if (!dimension && !leader && !frame)
+    if (!dimension && !leader && !VcDbFcf::cast(&entity))
         return false;
     for (const DimVariable& v : dimVariables())
         VcDbDimOverrides(entity).remove(v.code);
-    if (dimension)
-        dimension->setDimensionStyle(style);
-    else
-        leader ? leader->setDimensionStyle(style) : frame->setDimensionStyle(style);
-    overrideDimVars(entity, styleVars, wanted);
+    takeDimStyle(entity, dimStyleFor(ed, entity));
     if (dimension)
         dimension->recomputeDimBlock();
     else if (leader)
@@ -172,15 +167,12 @@ bool give(VcDbEntity& entity, VcDbObjectId style, const VcDbDimVars& styleVars, 
 
 void apply(Editor& ed)
 {
-    const VcDbObjectId id = currentDimStyle(ed);
-    const auto* style = ed.db().liveAs<Style>(id);
-    if (!style)
+    if (!ed.db().liveAs<Style>(currentDimStyle(ed)))
         throw CommandError{"The drawing has no current dimension style."};
     std::size_t left = 0;
-    const VcDbDimVars wanted = currentDimVars(ed);
     const auto objects = ed.select();
     for (const VcDbObjectId object : objects->ids())
-        if (auto* entity = ed.db().liveAs<VcDbEntity>(object); !entity || !give(*entity, id, style->dimVars(), wanted))
+        if (auto* entity = ed.db().liveAs<VcDbEntity>(object); !entity || !give(ed, *entity))
             ++left;
     if (left > 0)
         ed.report("{} {} no dimension and stayed as it was.", left, left == 1 ? "was" : "were");
