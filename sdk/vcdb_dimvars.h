@@ -8,13 +8,13 @@
 // Initial values are those of a file that leaves a group out. Lengths are in drawing units before DIMSCALE, angles in
 // radians, colours are palette indexes (0 by block, 256 by layer), lineweights hundredths of a millimetre.
 struct VK_SDK VcDbDimVars {
-    std::string dimpost, dimapost;
+    std::string dimpost, dimapost, dimmzs, dimaltmzs;
     VcDbObjectId dimblk, dimblk1, dimblk2, dimldrblk;     // arrows; null is the closed filled one
     VcDbObjectId dimtxsty, dimltype, dimltex1, dimltex2;  // a null style is Standard, a null linetype by block
     double dimscale = 1, dimasz = 0.18, dimexo = 0.0625, dimdli = 0.38, dimexe = 0.18, dimrnd = 0, dimdle = 0;
     double dimtp = 0, dimtm = 0, dimfxl = 1, dimjogang = 0.78539816339744830962;
     double dimtxt = 0.18, dimcen = 0.09, dimtsz = 0, dimaltf = 25.4, dimlfac = 1, dimtvp = 0, dimtfac = 1, dimgap = 0.09;
-    double dimaltrnd = 0;
+    double dimaltrnd = 0, dimmzf = 100, dimaltmzf = 100;
     std::int16_t dimtfill = 0, dimtfillclr = 0, dimtol = 0, dimlim = 0, dimtih = 1, dimtoh = 1, dimse1 = 0, dimse2 = 0;
     std::int16_t dimtad = 0, dimzin = 0, dimazin = 0, dimarcsym = 0;
     std::int16_t dimalt = 0, dimaltd = 2, dimtofl = 0, dimsah = 0, dimtix = 0, dimsoxd = 0;

@@ -112,8 +112,12 @@ public:
     // Arrows that a chain has named: finds their blocks and makes those of the built-in arrows that are missing. Done by
     // fieldsChanged() once the record is in a drawing; eKeyNotFound when a block that is no built-in arrow is missing.
     Vcad::ErrorStatus resolveArrowNames();
+    // Takes over the variables that stand in the record's extended data, for want of groups: DIMMZF, DIMMZS and those of
+    // the alternate units.
+    void takeExtendedData();
 
 private:
+    void putExtendedData();
     struct ArrowNames {
         std::string both, first, second;
         bool operator==(const ArrowNames&) const = default;

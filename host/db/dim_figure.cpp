@@ -16,6 +16,14 @@ double readable(double angle, double horizontal)
     return a > kPi / 2 + kSlack && a <= 3 * kPi / 2 + kSlack ? angle + kPi : angle;
 }
 
+double textAngleFor(const Drawing& d, double lineAngle, bool inside)
+{
+    if (d.userAngle)
+        return d.horizontal + *d.userAngle;
+    const double angle = (inside ? d.vars.dimtih : d.vars.dimtoh) ? d.horizontal : readable(lineAngle, d.horizontal);
+    return d.vars.dimtxtdirection ? angle + kPi : angle;
+}
+
 Label measuredLabel(const Drawing& d, std::string contents)
 {
     Label label;
@@ -120,11 +128,16 @@ bool liesIn(const Label& label, const Bow& bow)
     return std::abs(label.middle.distanceTo(bow.center) - bow.radius) < label.height / 2;
 }
 
-void cutStrokes(std::vector<Stroke>& strokes, const Label& label, const Box& box)
+bool isBroken(const Figure& figure, Part part)
+{
+    return part == Part::DimLine || (figure.textBreaksExtensions && (part == Part::Extension1 || part == Part::Extension2));
+}
+
+void cutStrokes(Figure& figure, const Label& label, const Box& box)
 {
     std::vector<Stroke> kept;
-    for (const Stroke& s : strokes) {
-        const auto gap = s.part == Part::DimLine && liesIn(label, s) ? hidden(s, box) : std::nullopt;
+    for (const Stroke& s : figure.strokes) {
+        const auto gap = isBroken(figure, s.part) && liesIn(label, s) ? hidden(s, box) : std::nullopt;
         if (!gap) {
             kept.push_back(s);
             continue;
@@ -135,7 +148,7 @@ void cutStrokes(std::vector<Stroke>& strokes, const Label& label, const Box& box
         if (gap->to < 1 - 1e-9)
             kept.push_back({s.from + way * gap->to, s.to, s.part});
     }
-    strokes = std::move(kept);
+    figure.strokes = std::move(kept);
 }
 
 // Where along the arc it goes behind the box or comes out, between two parameters that differ in that.
@@ -184,7 +197,7 @@ void clearBehindText(const Drawing& d, Figure& figure)
 {
     for (const Label& label : figure.labels) {
         const Box box(label, d.gap);
-        cutStrokes(figure.strokes, label, box);
+        cutStrokes(figure, label, box);
         std::vector<Bow> kept;
         for (const Bow& bow : figure.bows)
             if (liesIn(label, bow))

@@ -12,7 +12,8 @@
 
 namespace vk::dim {
 
-enum class Part : std::uint8_t { DimLine, Extension1, Extension2, Frame };
+// Marks of centres look like extension lines, frames like the dimension line.
+enum class Part : std::uint8_t { DimLine, Extension1, Extension2, CenterMark, Frame };
 
 struct Stroke {
     VcGePoint2d from, to;
@@ -49,6 +50,7 @@ struct Figure {
     std::vector<VcGePoint3d> marks;  // definition points, in the world
     VcGePoint2d textMiddle;
     double measurement = 0;  // drawing units or radians
+    bool textBreaksExtensions = false;
 };
 
 // How an arrow is drawn: a block, the filled triangle (null block), or a stroke of DIMTSZ.
@@ -94,6 +96,9 @@ inline VcGeVector2d unit(double angle) { return {std::cos(angle), std::sin(angle
 inline VcGeVector2d left(const VcGeVector2d& v) { return {-v.y, v.x}; }
 // The angle or its opposite, so that text is read from below or from the right of the horizontal.
 double readable(double angle, double horizontal);
+// Of text beside or in a line of that angle: a person's, level where the style wants that, else along the line. With
+// DIMTXTDIRECTION it is read from the other side.
+double textAngleFor(const Drawing& drawing, double lineAngle, bool inside);
 double turned(double angle);  // 0 to below a whole turn
 
 // Measures the texts for the value and keeps them as upper and lower.

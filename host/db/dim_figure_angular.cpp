@@ -38,6 +38,8 @@ void addArrow(const Drawing& d, Figure& figure, const Sector& s, bool atEnd, boo
     const bool inside = d.isInside(which, fitsInside);
     if (which ? d.vars.dimsd2 : d.vars.dimsd1)
         return;
+    if (!inside && d.vars.dimtix && d.vars.dimsoxd)
+        return;
     const double at = atEnd ? s.end() : s.start, reach = arrowSweep(s, d.arrowLength(which));
     // Inside arrows have their tails within the sector.
     const double tail = atEnd == inside ? at - reach : at + reach;
@@ -72,11 +74,7 @@ struct Place {
 
 double angleOfText(const Drawing& d, double at, bool inside)
 {
-    if (d.userAngle)
-        return d.horizontal + *d.userAngle;
-    if (inside ? d.vars.dimtih : d.vars.dimtoh)
-        return d.horizontal;
-    return readable(at + kPi / 2, d.horizontal);
+    return textAngleFor(d, at + kPi / 2, inside);
 }
 
 Place placeAt(const Drawing& d, const Sector& s, double at, bool inside)
@@ -123,12 +121,23 @@ Place defaultPlace(const Drawing& d, Figure& figure, const Sector& s, const Fit&
     return place;
 }
 
-// The radius at which the text stands is a person's choice, the sector is not.
-Place userPlace(const Drawing& d, const Sector& s, const VcGePoint2d& middle)
+// The radius at which the text stands is a person's choice, the sector is not. The arc runs on to text that stands beside
+// the sector.
+Place userPlace(const Drawing& d, Figure& figure, const Sector& s, const VcGePoint2d& middle, bool arrowsInside)
 {
-    const double at = (middle - s.center).angle();
-    const bool inside = turned(at - s.start) <= s.sweep;
-    return {at, middle, angleOfText(d, at, inside)};
+    const double at = (middle - s.center).angle(), past = turned(at - s.start) - s.sweep;
+    const bool inside = past <= 0;
+    const Place place{at, middle, angleOfText(d, at, inside)};
+    if (inside || d.vars.dimtmove == 2)
+        return place;
+    const bool beyondEnd = past <= kPi - s.sweep / 2;
+    const bool second = beyondEnd != s.swapped;
+    const double half = d.vars.dimtad != 0 ? halfAlong(d, at, place.angle) / s.radius : 0;
+    const double reach = (beyondEnd ? past : 2 * kPi - s.sweep - past) + half;
+    const double from = d.isInside(second, arrowsInside) || d.arrows[second].reachesTip ? 0 : 2 * arrowSweep(s, d.arrow);
+    if (reach > from)
+        figure.bows.push_back({s.center, s.radius, beyondEnd ? s.end() + from : s.start - reach, reach - from});
+    return place;
 }
 
 void drawSector(Drawing& d, Figure& figure, const Sector& s)
@@ -139,7 +148,7 @@ void drawSector(Drawing& d, Figure& figure, const Sector& s)
         addArrow(d, figure, s, atEnd, fit.arrowsInside);
     if (fit.arrowsInside || d.vars.dimtofl || fit.textInside || d.arrows[0].reachesTip)
         addArc(d, figure, s, fit.arrowsInside);
-    const Place place = d.userText ? userPlace(d, s, *d.userText) : defaultPlace(d, figure, s, fit);
+    const Place place = d.userText ? userPlace(d, figure, s, *d.userText, fit.arrowsInside) : defaultPlace(d, figure, s, fit);
     placeLabels(d, figure, place.middle, place.angle);
 }
 

@@ -95,15 +95,16 @@ struct TextPlace {
 
 bool isInline(const Drawing& d) { return d.vars.dimjust != 3 && d.vars.dimjust != 4; }
 
-// DIMJUST 3 and 4: over an extension line, along it.
+// DIMJUST 3 and 4: over an extension line that runs on beside it or, for text in the line, at the end of it.
 TextPlace overExtension(const Drawing& d, Figure& figure, const Line& line)
 {
     const bool second = d.vars.dimjust == 4;
     TextPlace place;
-    place.angle = readable(line.extension.angle(), d.horizontal);
+    place.angle = readable(line.extension.angle(), d.horizontal) + (d.vars.dimtxtdirection ? kPi : 0);
     const double length = d.upper.width + 2 * d.gap;
     const VcGePoint2d foot = line.feet[second], end = foot + line.extension * (d.scaled(d.vars.dimexe) + length);
-    figure.strokes.push_back({foot + line.extension * d.scaled(d.vars.dimexe), end, second ? Part::Extension2 : Part::Extension1});
+    if (d.vars.dimtad != 0 && !(second ? d.vars.dimse2 : d.vars.dimse1))
+        figure.strokes.push_back({foot + line.extension * d.scaled(d.vars.dimexe), end, second ? Part::Extension2 : Part::Extension1});
     const double off = d.vars.dimtad == 0 ? 0 : d.gap + d.upper.height / 2;
     place.middle = foot + line.extension * (d.scaled(d.vars.dimexe) + length / 2) + left(unit(place.angle)) * off;
     return place;
@@ -174,14 +175,7 @@ void reachUserText(const Drawing& d, Figure& figure, const Line& line, const Tex
         figure.strokes.push_back({line.feet[first ? 0 : 1] + out * from, line.feet[first ? 0 : 1] + out * reach});
 }
 
-double textAngle(const Drawing& d, const Line& line, bool inside)
-{
-    if (d.userAngle)
-        return d.horizontal + *d.userAngle;
-    if (inside ? d.vars.dimtih : d.vars.dimtoh)
-        return d.horizontal;
-    return readable(lineAngle(line), d.horizontal);
-}
+double textAngle(const Drawing& d, const Line& line, bool inside) { return textAngleFor(d, lineAngle(line), inside); }
 
 double halfAlong(const Drawing& d, const Line& line, double angle)
 {

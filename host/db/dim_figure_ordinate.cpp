@@ -6,7 +6,7 @@ namespace vk::dim {
 
 namespace {
 
-// From the feature along the axis of the leader, over to the end's own line, and on: the crossing takes two arrow lengths
+// The leader is an extension line, so it looks like one. From the feature along the axis of the leader, over to the end's own line, and on: the crossing takes two arrow lengths
 // and ends two before the end; where there is too little room the first and the last leg keep two.
 void addLeader(const Drawing& d, Figure& figure, const VcGePoint2d& feature, const VcGePoint2d& end, const VcGeVector2d& axis, double past)
 {
@@ -16,16 +16,16 @@ void addLeader(const Drawing& d, Figure& figure, const VcGePoint2d& feature, con
     const bool starts = run > d.scaled(d.vars.dimexo);
     if (std::abs(shift) <= 1e-9 * (1 + std::abs(run))) {
         if (starts)
-            figure.strokes.push_back({start, last});
+            figure.strokes.push_back({start, last, Part::Extension1});
         return;
     }
     const double second = run >= 2 * leg ? run - leg : run / 2;
     const double first = run >= 3 * leg ? run - 2 * leg : std::min(leg, second);
     const VcGePoint2d a = feature + axis * first, b = feature + axis * second + across * shift;
     if (first > d.scaled(d.vars.dimexo))
-        figure.strokes.push_back({start, a});
-    figure.strokes.push_back({a, b});
-    figure.strokes.push_back({b, last});
+        figure.strokes.push_back({start, a, Part::Extension1});
+    figure.strokes.push_back({a, b, Part::Extension1});
+    figure.strokes.push_back({b, last, Part::Extension1});
 }
 
 }
@@ -33,6 +33,7 @@ void addLeader(const Drawing& d, Figure& figure, const VcGePoint2d& feature, con
 Figure ordinateFigure(Drawing& d, const VcDbOrdinateDimension& dimension, bool inPaperSpace)
 {
     Figure figure;
+    figure.textBreaksExtensions = true;
     figure.marks = {dimension.definingPoint(), dimension.leaderEndPoint(), dimension.origin()};
     const VcGePoint2d feature = d.flat(dimension.definingPoint()), end = d.flat(dimension.leaderEndPoint()), origin = d.flat(dimension.origin());
     const VcGeVector2d x = unit(d.horizontal), y = left(x);
@@ -41,7 +42,8 @@ Figure ordinateFigure(Drawing& d, const VcDbOrdinateDimension& dimension, bool i
     measureText(d, {figure.measurement, DimMeasure::Kind::Length}, dimension.dimensionTextUtf8(), inPaperSpace);
 
     const VcGeVector2d axis = (end - feature).dotProduct(other) < 0 ? -other : other;
-    const double angle = d.userAngle ? d.horizontal + *d.userAngle : readable(axis.angle(), d.horizontal);
+    const double along = readable(axis.angle(), d.horizontal) + (d.vars.dimtxtdirection ? kPi : 0);
+    const double angle = d.userAngle ? d.horizontal + *d.userAngle : along;
     const double width = std::max(d.upper.width, d.lower.width);
     const double off = d.vars.dimtad == 0 ? 0 : d.gap + d.upper.height / 2;
     const VcGePoint2d beside = end + axis * (d.gap + width / 2) + left(unit(angle)) * (d.vars.dimtad == 4 ? -off : off);

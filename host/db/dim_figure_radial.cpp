@@ -14,14 +14,7 @@ struct Round {
     double leader = 0;  // how far out the text stands by itself
 };
 
-double textAngle(const Drawing& d, const VcGeVector2d& along, bool inside)
-{
-    if (d.userAngle)
-        return d.horizontal + *d.userAngle;
-    if (inside ? d.vars.dimtih : d.vars.dimtoh)
-        return d.horizontal;
-    return readable(along.angle(), d.horizontal);
-}
+double textAngle(const Drawing& d, const VcGeVector2d& along, bool inside) { return textAngleFor(d, along.angle(), inside); }
 
 double half(const Drawing& d, double angle, const VcGeVector2d& direction)
 {
@@ -42,11 +35,11 @@ void addCenterMark(const Drawing& d, Figure& figure, const Round& r)
     if (size == 0 || r.radius <= size)
         return;
     for (const VcGeVector2d& axis : {VcGeVector2d(1, 0), VcGeVector2d(0, 1)}) {
-        figure.strokes.push_back({r.center - axis * size, r.center + axis * size, Part::Frame});
+        figure.strokes.push_back({r.center - axis * size, r.center + axis * size, Part::CenterMark});
         if (d.vars.dimcen > 0 || r.radius <= 2 * size)
             continue;
         for (const double side : {-1.0, 1.0})
-            figure.strokes.push_back({r.center + axis * (side * 2 * size), r.center + axis * (side * (r.radius + size)), Part::Frame});
+            figure.strokes.push_back({r.center + axis * (side * 2 * size), r.center + axis * (side * (r.radius + size)), Part::CenterMark});
     }
 }
 
@@ -204,6 +197,14 @@ void addArcExtension(const Drawing& d, Figure& figure, const Round& r, double st
         figure.bows.push_back({r.center, r.radius, start, sweep, Part::Extension1});
 }
 
+// The dimension's own angle, over which a variable of its own goes; one that has neither follows its style.
+double jogAngleOf(const Drawing& d, const VcDbRadialDimensionLarge& dimension)
+{
+    constexpr int kDimjogang = 50;
+    const bool hasVariable = VcDbDimOverrides(const_cast<VcDbRadialDimensionLarge&>(dimension)).has(kDimjogang);
+    return hasVariable || dimension.jogAngle() == 0 ? d.vars.dimjogang : dimension.jogAngle();
+}
+
 }
 
 Figure radialFigure(Drawing& d, const VcDbDimension& dimension, bool inPaperSpace)
@@ -255,7 +256,7 @@ Figure joggedFigure(Drawing& d, const VcDbRadialDimensionLarge& dimension, bool 
     figure.measurement = radius;
     measureText(d, {radius, DimMeasure::Kind::Radius}, dimension.dimensionTextUtf8(), inPaperSpace);
     const VcGeVector2d out = (chord - center) / radius, side = left(out);
-    double angle = dimension.jogAngle();
+    double angle = jogAngleOf(d, dimension);
     if (std::abs(std::sin(angle)) < 1e-3)
         angle = kPi / 4;
     // From the jog's point to each of the two lines, along the jog's direction.

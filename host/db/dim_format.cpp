@@ -50,13 +50,18 @@ std::string utf8Of(std::int16_t character)
     return {char(0xE0 | (c >> 12)), char(0x80 | ((c >> 6) & 63)), char(0x80 | (c & 63))};
 }
 
+bool isDecimal(int unit) { return unit == 2 || unit == 6; }
+
+// Fractions and tolerances against the rest of the text.
+double smallerBy(const VcDbDimVars& vars) { return vars.dimtfac > 0 ? vars.dimtfac : 1; }
+
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
-// "1 3/8" becomes 1 with a stack of 3 over 8: level for DIMFRAC 0, slanted for 1.
-std::string withStackedFraction(const std::string& text, int dimfrac)
+// "1 3/8" becomes 1 with a stack of 3 over 8, in the height of DIMTFAC: level for DIMFRAC 0, slanted for 1.
+std::string withStackedFraction(const std::string& text, const VcDbDimVars& vars)
 {
     const std::size_t slash = text.find('/');
-    if (slash == std::string::npos || dimfrac == 2)
+    if (slash == std::string::npos || vars.dimfrac == 2)
         return text;
     std::size_t from = slash, to = slash + 1;
     while (from > 0 && isDigit(text[from - 1]))
@@ -64,15 +69,15 @@ std::string withStackedFraction(const std::string& text, int dimfrac)
     while (to < text.size() && isDigit(text[to]))
         ++to;
     const std::size_t gap = from > 0 && text[from - 1] == ' ' ? from - 1 : from;
-    return fmt::format("{}{{\\H1.0x;\\S{}{}{};}}{}", text.substr(0, gap), text.substr(from, slash - from), dimfrac == 1 ? '#' : '/',
-                       text.substr(slash + 1, to - slash - 1), text.substr(to));
+    return fmt::format("{}{{\\H{:g}x;\\S{}{}{};}}{}", text.substr(0, gap), smallerBy(vars), text.substr(from, slash - from),
+                       vars.dimfrac == 1 ? '#' : '/', text.substr(slash + 1, to - slash - 1), text.substr(to));
 }
 
 // Without a fraction's stack.
 std::string plainLength(double value, const LengthStyle& style, const VcDbDimVars& vars)
 {
-    std::string text = distanceText(rounded(value, style.round), {notationOf(style.unit), style.places, style.zeros});
-    if (vars.dimdsep != 0 && vars.dimdsep != '.' && (style.unit == 2 || style.unit == 6))
+    std::string text = distanceText(value, {notationOf(style.unit), style.places, style.zeros});
+    if (vars.dimdsep != 0 && vars.dimdsep != '.' && isDecimal(style.unit))
         replaceAll(text, ".", utf8Of(vars.dimdsep));
     return text;
 }
@@ -80,21 +85,27 @@ std::string plainLength(double value, const LengthStyle& style, const VcDbDimVar
 std::string lengthText(double value, const LengthStyle& style, const VcDbDimVars& vars, bool stacks)
 {
     const std::string text = plainLength(value, style, vars);
-    return stacks && (style.unit == 4 || style.unit == 5) ? withStackedFraction(text, vars.dimfrac) : text;
+    return stacks && (style.unit == 4 || style.unit == 5) ? withStackedFraction(text, vars) : text;
 }
 
-std::string angleValueText(double radians, const VcDbDimVars& vars, int places)
+int anglePlaces(const VcDbDimVars& vars) { return vars.dimadec >= 0 ? vars.dimadec : vars.dimdec; }
+
+// The zeros in the bits of DIMZIN.
+std::string angleValueText(double radians, const VcDbDimVars& vars, int places, int zeros)
 {
-    const int unit = vars.dimaunit >= 0 && vars.dimaunit <= 3 ? vars.dimaunit : 0;
-    std::string text = angleText(radians, {AngularNotation(unit), places, (vars.dimazin & 3) << 2});
+    const int unit = vars.dimaunit >= 0 && vars.dimaunit <= 4 ? vars.dimaunit : 0;
+    std::string text = angleText(radians, {AngularNotation(unit), places, zeros & 12});
     if (unit == 0)
         text += "%%d";
-    else if (unit == 1)
+    else if (unit == 1 || unit == 4)
         replaceAll(text, "d", "%%d");
     return text;
 }
 
-int anglePlaces(const VcDbDimVars& vars) { return vars.dimadec >= 0 ? vars.dimadec : vars.dimdec; }
+std::string angleValueText(double radians, const VcDbDimVars& vars)
+{
+    return angleValueText(radians, vars, anglePlaces(vars), vars.dimazin << 2);
+}
 
 // DIMPOST and DIMAPOST: what stands before and behind the mark or, without one, a suffix.
 struct Affixes {
@@ -111,32 +122,31 @@ Affixes affixesOf(const std::string& post, std::string_view mark)
     return {post.substr(0, at), post.substr(at + mark.size())};
 }
 
-// The part behind \X belongs below the line and is no part of the suffix.
-std::string takeBelow(std::string& text)
-{
-    const std::size_t at = text.find("\\X");
-    if (at == std::string::npos)
-        return {};
-    std::string below = text.substr(at + 2);
-    text.erase(at);
-    return below;
-}
-
 const char* symbolOf(Kind kind) { return kind == Kind::Radius ? "R" : kind == Kind::Diameter ? "%%c" : ""; }
 
-// One column of values: primary or alternate. Tolerances are in the column's unit.
+// One column: primary or alternate. A length below one unit is counted in sub-units where the style names them; then
+// tolerances are too, and the sub-units' suffix stands in place of the unit's.
 class Column {
 public:
-    Column(const VcDbDimVars& vars, Kind kind, bool alternate) : m_vars(vars), m_kind(kind), m_alternate(alternate) {}
-
-    std::string text(double value) const
+    Column(const VcDbDimVars& vars, Kind kind, bool alternate, double value) : m_vars(vars), m_kind(kind), m_alternate(alternate)
     {
-        if (m_vars.dimlim)
-            return limits(value);
-        std::string all = number(value);
-        if (m_vars.dimtol)
-            all += tolerance();
-        return all;
+        m_value = kind == Kind::Angle ? value : rounded(value, style().round);
+        const std::string& suffix = alternate ? vars.dimaltmzs : vars.dimmzs;
+        const double factor = alternate ? vars.dimaltmzf : vars.dimmzf;
+        const bool isBelowOne = m_value != 0 && std::abs(m_value) < 1;
+        if (kind != Kind::Angle && isDecimal(style().unit) && isBelowOne && factor > 0 && !suffix.empty() && suffix != ".") {
+            m_subUnit = factor;
+            m_subSuffix = suffix;
+        }
+    }
+
+    // A prefix of the style's own takes the place of R and the diameter sign.
+    std::string text(const Affixes& affixes) const
+    {
+        const std::string before = affixes.before.empty() ? symbolOf(m_kind) : affixes.before;
+        const std::size_t below = std::min(affixes.after.find("\\X"), affixes.after.size());
+        const std::string after = m_subSuffix.empty() ? affixes.after : m_subSuffix + affixes.after.substr(below);
+        return before + values() + after;
     }
 
 private:
@@ -144,20 +154,26 @@ private:
     bool stacks() const { return m_alternate ? alternateStacks(m_vars) : m_vars.dimfrac != 2; }
     double factor() const { return m_alternate ? m_vars.dimaltf : 1.0; }
 
-    std::string number(double value) const
+    std::string values() const
     {
-        return m_kind == Kind::Angle ? angleValueText(value, m_vars, anglePlaces(m_vars)) : lengthText(value, style(), m_vars, stacks());
+        if (m_vars.dimlim)
+            return stack(toleranceNumber(m_value + upper()), toleranceNumber(m_value - lower()));
+        return m_vars.dimtol ? number() + tolerance() : number();
+    }
+
+    std::string number() const
+    {
+        return m_kind == Kind::Angle ? angleValueText(m_value, m_vars) : lengthText(m_value * m_subUnit, style(), m_vars, stacks());
     }
 
     std::string toleranceNumber(double value) const
     {
         if (m_kind == Kind::Angle)
-            return angleValueText(value, m_vars, m_vars.dimtdec);
+            return angleValueText(value, m_vars, m_vars.dimtdec, m_vars.dimtzin);
         LengthStyle s = style();
         s.places = m_alternate ? m_vars.dimalttd : m_vars.dimtdec;
         s.zeros = m_alternate ? m_vars.dimalttz : m_vars.dimtzin;
-        s.round = 0;
-        return plainLength(value, s, m_vars);
+        return plainLength(value * m_subUnit, s, m_vars);
     }
 
     // In the unit of the value: an angle's tolerances are degrees.
@@ -171,50 +187,78 @@ private:
         return sign + toleranceNumber(std::abs(value));
     }
 
-    // The stroke of a fraction would part the stack before the sign that is to.
+    // The stroke of a fraction would part the stack before the sign that is to. Behind that sign one blank is no part of
+    // the text; without it some letters would stand for control characters.
     std::string stack(std::string over, std::string under) const
     {
         replaceAll(over, "/", "\\/");
         replaceAll(under, "/", "\\/");
-        return fmt::format("{{\\H{:g}x;\\S{}^{};}}", m_vars.dimtfac > 0 ? m_vars.dimtfac : 1.0, over, under);
+        return fmt::format("{{\\H{:g}x;\\S{}^ {};}}", smallerBy(m_vars), over, under);
     }
 
     std::string tolerance() const
     {
-        if (upper() == lower())
-            return "%%p" + (m_vars.dimtfac > 0 && m_vars.dimtfac != 1 ? fmt::format("{{\\H{:g}x;{}}}", m_vars.dimtfac, toleranceNumber(std::abs(upper())))
-                                                                      : toleranceNumber(std::abs(upper())));
-        return stack(deviation(upper()), deviation(-lower()));
+        if (upper() != lower())
+            return stack(deviation(upper()), deviation(-lower()));
+        const std::string same = "%%p" + toleranceNumber(std::abs(upper()));
+        return smallerBy(m_vars) == 1 ? same : fmt::format("{{\\H{:g}x;{}}}", smallerBy(m_vars), same);
     }
-
-    std::string limits(double value) const { return stack(toleranceNumber(value + upper()), toleranceNumber(value - lower())); }
 
     const VcDbDimVars& m_vars;
     Kind m_kind;
     bool m_alternate;
+    double m_value = 0, m_subUnit = 1;
+    std::string m_subSuffix;
 };
 
-struct Parts {
-    std::string primary, primaryBelow, alternate, alternateBelow;
-};
+constexpr std::string_view kBelow = "\\X";
 
-// A prefix of the style's own takes the place of R and the diameter sign.
-Parts partsOf(const DimMeasure& measure, const VcDbDimVars& vars, bool inPaperSpace)
+// In square brackets, which a \X at either end of DIMAPOST stands outside of.
+std::string alternateText(const VcDbDimVars& vars, Kind kind, double value)
 {
-    Parts parts;
+    Affixes affixes = affixesOf(vars.dimapost, "[]");
+    const bool goesBelow = affixes.before.starts_with(kBelow) || affixes.after == kBelow;
+    if (affixes.before.starts_with(kBelow))
+        affixes.before.erase(0, kBelow.size());
+    std::string behind;
+    if (const std::size_t at = affixes.after.find(kBelow); at != std::string::npos) {
+        behind = goesBelow ? std::string() : affixes.after.substr(at);
+        affixes.after.erase(at);
+    }
+    return std::string(goesBelow ? kBelow : "") + "[" + Column(vars, kind, true, value).text(affixes) + "]" + behind;
+}
+
+struct Texts {
+    std::string all, alternate;  // alternate is part of all
+};
+
+// With the \X of DIMPOST and DIMAPOST where they stand: behind the one of DIMPOST come the alternate units too.
+Texts textsOf(const DimMeasure& measure, const VcDbDimVars& vars, bool inPaperSpace)
+{
+    Texts texts;
     const bool isAngle = measure.kind == Kind::Angle;
-    const double value = isAngle ? measure.value : rounded(measure.value * linearFactor(vars, inPaperSpace), vars.dimrnd);
-    Affixes post = affixesOf(vars.dimpost, "<>");
-    parts.primaryBelow = takeBelow(post.after);
-    const std::string before = post.before.empty() ? symbolOf(measure.kind) : post.before;
-    parts.primary = before + Column(vars, measure.kind, false).text(value) + post.after;
+    const double value = isAngle ? measure.value : measure.value * linearFactor(vars, inPaperSpace);
+    texts.all = Column(vars, measure.kind, false, value).text(affixesOf(vars.dimpost, "<>"));
     if (!vars.dimalt || isAngle)
-        return parts;
-    Affixes alternate = affixesOf(vars.dimapost, "[]");
-    parts.alternateBelow = takeBelow(alternate.after);
-    const std::string sign = alternate.before.empty() ? symbolOf(measure.kind) : alternate.before;
-    parts.alternate = "[" + sign + Column(vars, measure.kind, true).text(value * vars.dimaltf) + alternate.after + "]";
-    return parts;
+        return texts;
+    texts.alternate = alternateText(vars, measure.kind, rounded(value, vars.dimrnd) * vars.dimaltf);
+    if (texts.all.ends_with(kBelow) && texts.alternate.starts_with(kBelow))
+        texts.alternate.erase(0, kBelow.size());
+    else if (!texts.all.ends_with(kBelow) && !texts.alternate.starts_with(kBelow))
+        texts.all += " ";
+    texts.all += texts.alternate;
+    return texts;
+}
+
+// The first \X parts the halves; further ones are line breaks of the second.
+DimText halvesOf(const std::string& text)
+{
+    const std::size_t at = text.find(kBelow);
+    if (at == std::string::npos)
+        return {text, {}};
+    std::string below = text.substr(at + kBelow.size());
+    replaceAll(below, kBelow, "\\P");
+    return {text.substr(0, at), below};
 }
 
 }
@@ -228,26 +272,26 @@ double linearFactor(const VcDbDimVars& vars, bool inPaperSpace)
 
 std::string dimNumberText(double value, Kind kind, const VcDbDimVars& vars)
 {
-    return kind == Kind::Angle ? angleValueText(value, vars, anglePlaces(vars))
-                               : lengthText(value, primaryStyle(vars), vars, vars.dimfrac != 2);
+    if (kind == Kind::Angle)
+        return angleValueText(value, vars);
+    return lengthText(rounded(value, vars.dimrnd), primaryStyle(vars), vars, vars.dimfrac != 2);
 }
 
 DimText dimText(const DimMeasure& measure, const VcDbDimVars& vars, std::string_view override, bool inPaperSpace)
 {
     if (override == " " || override == ".")
         return {};
-    const Parts parts = partsOf(measure, vars, inPaperSpace);
+    const bool placesAlternate = override.find("[]") != std::string_view::npos;
+    VcDbDimVars own = vars;
+    own.dimalt = placesAlternate ? 0 : vars.dimalt;
     std::string text(override.empty() ? std::string_view("<>") : override);
-    const bool placesAlternate = text.find("[]") != std::string::npos;
-    std::string below = takeBelow(text);
-    const std::string measured = placesAlternate || parts.alternate.empty() ? parts.primary : parts.primary + " " + parts.alternate;
-    for (std::string* half : {&text, &below}) {
-        replaceAll(*half, "<>", measured);
-        if (placesAlternate)
-            replaceAll(*half, "[]", parts.alternate);
+    replaceAll(text, "<>", textsOf(measure, own, inPaperSpace).all);
+    if (placesAlternate) {
+        own.dimalt = 1;
+        const std::string alternate = textsOf(measure, own, inPaperSpace).alternate;  // an angle has none
+        replaceAll(text, "[]", std::string_view(alternate).substr(alternate.starts_with(kBelow) ? kBelow.size() : 0));
     }
-    if (override.find("<>") != std::string_view::npos || override.empty())
-        below += parts.primaryBelow + parts.alternateBelow;
+    const DimText halves = halvesOf(text);
     const std::string align = vars.dimtolj == 1 || vars.dimtolj == 2 ? fmt::format("\\A{};", vars.dimtolj) : std::string();
-    return {text.empty() ? text : align + text, below.empty() ? below : align + below};
+    return {halves.above.empty() ? halves.above : align + halves.above, halves.below.empty() ? halves.below : align + halves.below};
 }

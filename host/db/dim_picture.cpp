@@ -208,12 +208,12 @@ private:
     void add(std::unique_ptr<VcDbEntity> entity, Part part)
     {
         const VcDbDimVars& v = m_d.vars;
-        const bool extension = part == Part::Extension1 || part == Part::Extension2;
+        const bool extension = part == Part::Extension1 || part == Part::Extension2 || part == Part::CenterMark;
         EntityProps props = m_props;
         props.color = VcCmColor::fromIndex(extension ? v.dimclre : v.dimclrd);
         props.lineWeight = extension ? v.dimlwe : v.dimlwd;
         const VcDbObjectId type = part == Part::Extension1 ? v.dimltex1 : part == Part::Extension2 ? v.dimltex2 : v.dimltype;
-        props.linetype = type.isNull() || part == Part::Frame ? m_byBlock : type;
+        props.linetype = type.isNull() || part == Part::Frame || part == Part::CenterMark ? m_byBlock : type;
         put(std::move(entity), props);
     }
 

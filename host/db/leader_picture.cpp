@@ -8,6 +8,7 @@
 #include "sdk/vcdb_faces.h"
 #include "sdk/vcdb_polylines.h"
 #include "sdk/vcdb_tables.h"
+#include "sdk/vcdb_text.h"
 
 namespace vk::dim {
 
@@ -68,6 +69,7 @@ public:
         const VcGeVector3d start = m_leader.isSplined() ? tangentAt(points, 0) : points[1] - points[0];
         if (m_leader.hasArrowHead() && m_size > 0 && start.length() >= 2 * m_size)
             addArrow(points, start.normal());
+        addBox();
         if (m_leader.isSplined()) {
             add(curveThrough(points));
             return std::move(m_pieces);
@@ -92,6 +94,22 @@ private:
         add(std::move(arrow));
         if (!arrowHasNoBody(m_db, m_vars.dimldrblk))
             points[0] = points[0] + away * m_size;
+    }
+
+    // A negative DIMGAP frames the text at that distance.
+    void addBox()
+    {
+        const auto* text = m_vars.dimgap < 0 ? m_db.liveAs<VcDbMText>(m_leader.annotationObjId()) : nullptr;
+        if (!text || text->actualWidth() <= 0)
+            return;
+        const double gap = -m_vars.dimgap * m_scale, width = text->actualWidth(), height = text->actualHeight();
+        const int column = (text->attachment() - 1) % 3, row = (text->attachment() - 1) / 3;
+        const VcGeVector3d x = text->direction().normal(), y = text->normal().crossProduct(x);
+        const VcGePoint3d low = text->location() - x * (width * column / 2 + gap) - y * (height * (2 - row) / 2 + gap);
+        const VcGeVector3d wide = x * (width + 2 * gap), high = y * (height + 2 * gap);
+        const VcGePoint3d corners[] = {low, low + wide, low + wide + high, low + high};
+        for (int i = 0; i < 4; ++i)
+            add(std::make_unique<VcDbLine>(corners[i], corners[(i + 1) % 4]));
     }
 
     void add(std::unique_ptr<VcDbEntity> piece)

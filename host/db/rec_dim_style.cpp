@@ -1,4 +1,6 @@
+#include "host/base/unicode.h"
 #include "host/db/database.h"
+#include "host/db/extras.h"
 #include "host/db/rec_arrow_blocks.h"
 #include "host/db/rec_dim_variables.h"
 #include "sdk/vcdb_records.h"
@@ -11,6 +13,7 @@ void VcDbDimStyleTableRecord::setDimVars(const VcDbDimVars& vars)
     m_vars = vars;
     m_vars.dimunit = m_vars.dimfit = -1;
     m_namedArrows.reset();
+    putExtendedData();
 }
 
 namespace {
@@ -29,6 +32,8 @@ public:
 
     void operator()(const DimVariable& variable)
     {
+        if (variable.isInExtendedData())
+            return;
         if (variable.code == 270 || variable.code == 287)
             older(variable);
         else if (m_v.purpose() == FieldVisitor::Purpose::WriteFile && !variable.isIn(m_v.version()) && !hasOldName(variable))
@@ -172,7 +177,11 @@ void VcDbDimStyleTableRecord::arrowNameFields(FieldVisitor& v)
         m_namedArrows.set(std::move(named));
 }
 
-void VcDbDimStyleTableRecord::fieldsChanged() { resolveArrowNames(); }
+void VcDbDimStyleTableRecord::fieldsChanged()
+{
+    takeExtendedData();
+    resolveArrowNames();
+}
 
 Vcad::ErrorStatus VcDbDimStyleTableRecord::resolveArrowNames()
 {
@@ -192,4 +201,89 @@ Vcad::ErrorStatus VcDbDimStyleTableRecord::resolveArrowNames()
     }
     m_namedArrows.reset();
     return status;
+}
+
+// Extended data: pairs of a code and its value, under an application of our own.
+
+namespace {
+
+constexpr const char* kSubUnits = "VEKAD_DIMSUBUNITS";
+
+bool beginsSubUnits(const Tag& tag)
+{
+    return tag.code == 1001 && tag.form == Tag::Form::Utf8 && equalNoCase(tag.view(), kSubUnits);
+}
+
+void take(VcDbDimVars& vars, const DimVariable& variable, const Tag& value)
+{
+    if (const auto* text = std::get_if<std::string VcDbDimVars::*>(&variable.member)) {
+        if (value.form == Tag::Form::Utf8)
+            vars.**text = value.view();
+    } else if (value.form == Tag::Form::Real && value.real > 0) {
+        setDimNumber(vars, variable, value.real);
+    }
+}
+
+void putValue(TagList& to, const DimVariable& variable, const VcDbDimVars& vars)
+{
+    to.addInteger(1070, variable.code);
+    if (const auto* text = std::get_if<std::string VcDbDimVars::*>(&variable.member))
+        to.addText(1000, vars.**text);
+    else
+        to.add(Tag::ofReal(1040, dimNumber(vars, variable)));
+}
+
+void copyData(VcDbDimVars& to, const VcDbDimVars& from)
+{
+    to.dimmzf = from.dimmzf;
+    to.dimmzs = from.dimmzs;
+    to.dimaltmzf = from.dimaltmzf;
+    to.dimaltmzs = from.dimaltmzs;
+}
+
+}
+
+void VcDbDimStyleTableRecord::takeExtendedData()
+{
+    copyData(m_vars, VcDbDimVars());
+    const ObjectExtras* extras = this->extras();
+    if (!extras)
+        return;
+    bool isOurs = false;
+    const DimVariable* variable = nullptr;
+    for (const Tag& tag : extras->xdata) {
+        if (tag.code == 1001)
+            isOurs = beginsSubUnits(tag);
+        else if (isOurs && tag.code == 1070)
+            variable = findDimVariable(int(tag.integer));
+        else if (isOurs && variable && variable->isInExtendedData())
+            take(m_vars, *variable, tag);
+    }
+}
+
+void VcDbDimStyleTableRecord::putExtendedData()
+{
+    VcDbDimVars plain = m_vars;
+    copyData(plain, VcDbDimVars());
+    const ObjectExtras* extras = this->extras();
+    if (plain == m_vars && !extras)
+        return;
+    TagList all;
+    bool isOurs = false;
+    if (extras)
+        for (const Tag& tag : extras->xdata) {
+            isOurs = tag.code == 1001 ? beginsSubUnits(tag) : isOurs;
+            if (!isOurs)
+                all.add(tag);
+        }
+    if (plain != m_vars) {
+        all.addText(1001, kSubUnits);
+        for (const DimVariable& variable : dimVariables())
+            if (variable.isInExtendedData())
+                putValue(all, variable, m_vars);
+        if (DatabaseCore* db = DatabaseCore::of(m_id))
+            db->recordFor(NameTable::AppId, kSubUnits);
+    }
+    all.shrink();
+    makeExtras().xdata = std::move(all);
 }

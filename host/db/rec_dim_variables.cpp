@@ -89,6 +89,10 @@ const DimVariable kVariables[] = {
     {"DIMLTEX2", 347, Kind::Linetype, &V::dimltex2, 0, 0, R2007},
     {"DIMLWD", 371, Kind::Number, &V::dimlwd, -2, -2, R2000},
     {"DIMLWE", 372, Kind::Number, &V::dimlwe, -2, -2, R2000},
+    {"DIMMZF", 400, Kind::Real, &V::dimmzf, 100, 100, R2010},
+    {"DIMMZS", 401, Kind::Text, &V::dimmzs, 0, 0, R2010},
+    {"DIMALTMZF", 402, Kind::Real, &V::dimaltmzf, 100, 100, R2010},
+    {"DIMALTMZS", 403, Kind::Text, &V::dimaltmzs, 0, 0, R2010},
 };
 
 std::vector<const DimVariable*> sortedByCode()
@@ -242,11 +246,19 @@ void takeFromHeader(const DatabaseCore& db, const DimVariable& v, VcDbDimVars& v
         vars.*std::get<VcDbObjectId V::*>(v.member) = db.findRecord(v.recordTable(), record);
 }
 
+bool isAtItsDefault(const DimVariable& v, const VcDbDimVars& vars)
+{
+    return v.kind == Kind::Text ? (vars.*std::get<std::string V::*>(v.member)).empty() : dimNumber(vars, v) == v.imperial;
+}
+
 void putIntoHeader(DatabaseCore& db, const DimVariable& v, const VcDbDimVars& vars)
 {
     HeaderVars& header = db.header();
     const std::string name = headerName(v);
-    if (v.kind == Kind::Number)
+    if (v.isInExtendedData() && isAtItsDefault(v, vars)) {
+        if (header.has(name))
+            header.remove(name);
+    } else if (v.kind == Kind::Number)
         header.setInteger(name, 70, std::int64_t(dimNumber(vars, v)));
     else if (v.isNumber())
         header.setReal(name, 40, dimNumber(vars, v));

@@ -24,6 +24,9 @@ struct DimVariable {
 
     bool isNumber() const { return kind <= Kind::Number; }
     bool isReference() const { return kind >= Kind::Arrow; }
+    // Files have no group for the sub-units: a style keeps them in its extended data, under codes of their own, and a
+    // drawing's header only where they are set.
+    bool isInExtendedData() const { return code >= 400; }
     bool isIn(DxfVersion version) const { return version >= since && version <= until; }
     // Of the header variable: names stand there where a style has handles.
     int headerCode() const;

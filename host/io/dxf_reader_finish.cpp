@@ -6,6 +6,7 @@
 #include "host/io/downgrade.h"
 #include "host/io/dxf_reader.h"
 #include "sdk/vcdb_objects.h"
+#include "sdk/vcdb_records.h"
 #include "sdk/vcdb_tables.h"
 
 #include <fmt/format.h>
@@ -35,6 +36,9 @@ void DxfReader::finish()
     for (const VcDbObjectId id : m_db.table(NameTable::Block).records())
         addBlockEnds(*m_db.objectAs<VcDbBlockTableRecord>(id));
     adoptOrphans();
+    for (const VcDbObjectId id : m_db.table(NameTable::DimStyle).records())
+        if (auto* style = m_db.liveAs<VcDbDimStyleTableRecord>(id))
+            style->takeExtendedData();
     m_db.origin.headerEntries = m_db.header().entries().size();
     ensureStandardObjects(m_db);
     for (int t = 0; t < 9; ++t)
