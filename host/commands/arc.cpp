@@ -18,6 +18,9 @@ struct ArcShape {
 
 double directionOf(const VcGePoint3d& from, const VcGePoint3d& to) { return std::atan2(to.y - from.y, to.x - from.x); }
 
+// In the plane of the UCS at the height of the first point.
+VcGePoint3d levelWith(const VcGePoint3d& first, const VcGePoint3d& p) { return {p.x, p.y, first.z}; }
+
 double withinTurn(double angle)
 {
     const double rest = std::fmod(angle, 2 * M_PI);
@@ -93,24 +96,29 @@ void fromCentre(Editor& ed, const VcGePoint3d& centre, const VcGePoint3d& start)
     addArc(ed, byChord(centre, start, ed.askDistance("Specify length of chord", {.from = start, .bits = InitGet::NoZero}).real));
 }
 
+// In a given direction from the start.
+void goOn(Editor& ed, const VcGePoint3d& start, const VcGeVector3d& direction, const VcGePoint3d& end)
+{
+    const VcGeVector3d chord = end - start;
+    const double turn = std::atan2(direction.x * chord.y - direction.y * chord.x, direction.dotProduct(chord));
+    addArc(ed, endsWithAngle(start, end, 2 * turn));
+}
+
 void fromEnds(Editor& ed, const VcGePoint3d& start)
 {
-    const VcGePoint3d end = ed.point("Specify end point of arc", {.from = start});
-    const Answer a = ed.askPoint("Specify center point of arc or [Angle/Radius]", {.keywords = "Angle Radius", .from = start});
-    if (a.status == Answer::Status::Value)
-        return addArc(ed, {a.point, a.point.distanceTo(start), directionOf(a.point, start), directionOf(a.point, end)});
+    const VcGePoint3d end = levelWith(start, ed.point("Specify end point of arc", {.from = start}));
+    const Answer a = ed.askPoint("Specify center point of arc or [Angle/Direction/Radius]", {.keywords = "Angle Direction Radius", .from = start});
+    if (a.status == Answer::Status::Value) {
+        const VcGePoint3d centre = levelWith(start, a.point);
+        return addArc(ed, {centre, centre.distanceTo(start), directionOf(centre, start), directionOf(centre, end)});
+    }
+    if (a.text == "Direction") {
+        const double direction = askDirection(ed, "Specify tangent direction for the start point of arc", {.from = start}).real;
+        return goOn(ed, start, {std::cos(direction), std::sin(direction), 0}, end);
+    }
     if (a.text == "Angle")
         return addArc(ed, endsWithAngle(start, end, ed.askAngle("Specify included angle", {.from = start, .bits = InitGet::NoZero}).real));
     addArc(ed, byRadius(start, end, ed.askDistance("Specify radius of arc", {.from = end, .bits = InitGet::NoZero}).real));
-}
-
-// From where the last curve ended, in its direction.
-void goOn(Editor& ed, const CurveEnd& last)
-{
-    const VcGePoint3d end = ed.point("Specify end point of arc", {.from = last.point});
-    const VcGeVector3d chord = end - last.point;
-    const double turn = std::atan2(last.direction.x * chord.y - last.direction.y * chord.x, last.direction.dotProduct(chord));
-    addArc(ed, endsWithAngle(last.point, end, 2 * turn));
 }
 
 void arc(Editor& ed)
@@ -118,16 +126,17 @@ void arc(Editor& ed)
     const auto last = lastCurveEnd(ed);
     const Answer first = ed.askPoint("Specify start point of arc or [Center]", {.keywords = "Center", .enterEnds = last.has_value()});
     if (first.status == Answer::Status::Enter)
-        return goOn(ed, *last);
+        return goOn(ed, last->point, last->direction, levelWith(last->point, ed.point("Specify end point of arc", {.from = last->point})));
     if (first.status == Answer::Status::Keyword) {
         const VcGePoint3d centre = ed.point("Specify center point of arc");
-        return fromCentre(ed, centre, ed.point("Specify start point of arc", {.from = centre}));
+        return fromCentre(ed, centre, levelWith(centre, ed.point("Specify start point of arc", {.from = centre})));
     }
     const Answer second = ed.askPoint("Specify second point of arc or [Center/End]", {.keywords = "Center End", .from = first.point});
     if (second.status == Answer::Status::Keyword)
-        return second.text == "Center" ? fromCentre(ed, ed.point("Specify center point of arc", {.from = first.point}), first.point)
+        return second.text == "Center" ? fromCentre(ed, levelWith(first.point, ed.point("Specify center point of arc", {.from = first.point})), first.point)
                                        : fromEnds(ed, first.point);
-    addArc(ed, throughThree(first.point, second.point, ed.point("Specify end point of arc", {.from = second.point})));
+    const VcGePoint3d end = ed.point("Specify end point of arc", {.from = second.point});
+    addArc(ed, throughThree(first.point, levelWith(first.point, second.point), levelWith(first.point, end)));
 }
 
 const HostCommand kCommands[] = {

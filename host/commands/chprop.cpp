@@ -3,6 +3,7 @@
 #include "host/commands/colours.h"
 #include "host/commands/drawing.h"
 #include "host/commands/families.h"
+#include "host/commands/lineweights.h"
 #include "host/commands/option_loop.h"
 #include "host/db/database.h"
 #include "host/db/entity_props.h"
@@ -109,28 +110,6 @@ void linetypeScale(Editor& ed, const std::vector<VcDbEntity*>& entities)
 {
     const double scale = ed.real("Specify new linetype scale", entities.front()->linetypeScale(), {.bits = InitGet::NoZero | InitGet::NoNegative});
     changeAll(ed, entities, [&](VcDbEntity& e) { return e.setLinetypeScale(scale) == Vcad::eOk; });
-}
-
-// Millimetres, or one of the three names.
-std::optional<VcDb::LineWeight> lineWeightOf(std::string_view text)
-{
-    static constexpr int kStandard[] = {0, 5, 9, 13, 15, 18, 20, 25, 30, 35, 40, 50, 53, 60, 70, 80, 90, 100, 106, 120, 140, 158, 200, 211};
-    if (equalNoCase(text, "ByLayer"))
-        return VcDb::kLnWtByLayer;
-    if (equalNoCase(text, "ByBlock"))
-        return VcDb::kLnWtByBlock;
-    if (equalNoCase(text, "Default"))
-        return VcDb::kLnWtByLwDefault;
-    char* end = nullptr;
-    const std::string copy(text);
-    const double millimetres = std::strtod(copy.c_str(), &end);
-    if (copy.empty() || *end || !(millimetres >= 0) || millimetres > 2.11)
-        return std::nullopt;
-    int best = 0;
-    for (const int w : kStandard)
-        if (std::abs(w - millimetres * 100) < std::abs(best - millimetres * 100))
-            best = w;
-    return VcDb::LineWeight(best);
 }
 
 void lineWeight(Editor& ed, const std::vector<VcDbEntity*>& entities)

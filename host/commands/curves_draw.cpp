@@ -1,11 +1,9 @@
-// ELLIPSE, SPLINE, XLINE, RAY, SOLID, 3DFACE.
+// ELLIPSE, XLINE, RAY, ISOPLANE.
 #include "host/commands/drawing.h"
 #include "host/commands/families.h"
-#include "host/commands/spline_through.h"
 #include "host/db/database.h"
 #include "host/edit/sysvars.h"
 #include "sdk/vcdb_curves.h"
-#include "sdk/vcdb_faces.h"
 
 namespace vk::commands {
 
@@ -118,10 +116,39 @@ void cutToArc(Editor& ed, VcDbEllipse& e, const VcGePoint3d& center)
     e.set(e.center(), e.normal(), e.majorAxis(), e.radiusRatio(), first, first + sweep);
 }
 
+// A circle as it is seen in the isometric plane that SNAPISOPAIR tells: left, top, right.
+void isocircle(Editor& ed)
+{
+    const VcGePoint3d center = ed.point("Specify center of isocircle");
+    const Answer r = ed.askDistance("Specify radius of isocircle or [Diameter]", {.keywords = "Diameter", .from = center, .bits = InitGet::NoZero | InitGet::NoNegative});
+    const double radius = r.status == Answer::Status::Keyword
+                              ? ed.askDistance("Specify diameter of isocircle", {.from = center, .bits = InitGet::NoZero | InitGet::NoNegative}).real / 2
+                              : r.real;
+    static constexpr double kMajorDirections[] = {-M_PI / 3, 0, M_PI / 3};
+    const double direction = kMajorDirections[std::clamp<std::int64_t>(ed.vars().integer("SNAPISOPAIR"), 0, 2)] + ed.vars().real("SNAPANG");
+    Axes axes{center, VcGeVector3d(std::cos(direction), std::sin(direction), 0) * (radius * std::sqrt(1.5)), radius * std::sqrt(0.5)};
+    addToSpace(ed, ellipseOf(ed, axes));
+}
+
+void isoplane(Editor& ed)
+{
+    static constexpr const char* kPlanes[] = {"Left", "Top", "Right"};
+    const auto now = std::clamp<std::int64_t>(ed.vars().integer("SNAPISOPAIR"), 0, 2);
+    const std::string plane = ed.keyword(fmt::format("Enter isometric plane setting [Left/Top/Right] <{}>", kPlanes[(now + 1) % 3]), "Left Top Right", kPlanes[(now + 1) % 3]);
+    for (int i = 0; i < 3; ++i)
+        if (plane == kPlanes[i])
+            ed.vars().set("SNAPISOPAIR", std::int32_t(i));
+    ed.printLine("Current isoplane:  " + plane);
+}
+
 void ellipse(Editor& ed)
 {
     bool arc = false;
-    Answer a = ed.askPoint("Specify axis endpoint of ellipse or [Arc/Center]", {.keywords = "Arc Center"});
+    const bool isometric = ed.vars().integer("SNAPSTYL") == 1;
+    Answer a = ed.askPoint(isometric ? "Specify axis endpoint of ellipse or [Arc/Center/Isocircle]" : "Specify axis endpoint of ellipse or [Arc/Center]",
+                           {.keywords = isometric ? "Arc Center Isocircle" : "Arc Center"});
+    if (a.status == Answer::Status::Keyword && a.text == "Isocircle")
+        return isocircle(ed);
     if (a.status == Answer::Status::Keyword && a.text == "Arc") {
         arc = true;
         a = ed.askPoint("Specify axis endpoint of elliptical arc or [Center]", {.keywords = "Center"});
@@ -137,49 +164,6 @@ void ellipse(Editor& ed)
     if (arc)
         cutToArc(ed, *made, axes.center);
     addToSpace(ed, std::move(made));
-}
-
-// Splines
-
-void addSpline(Editor& ed, const std::vector<VcGePoint3d>& points, bool byVertices, bool closed)
-{
-    const VcGeMatrix3d m = ucsToWorld(ed);
-    std::vector<VcGePoint3d> world;
-    for (const VcGePoint3d& p : points)
-        if (const VcGePoint3d w = m * p; world.empty() || byVertices || w.distanceTo(world.back()) > 0)
-            world.push_back(w);
-    auto spline = byVertices ? splineByVertices(world, int(ed.vars().integer("SPLDEGREE")), closed) : splineThrough(world, closed);
-    if (!spline)
-        throw CommandError{"These points make no spline: at least two must differ."};
-    addToSpace(ed, std::move(spline));
-}
-
-void spline(Editor& ed)
-{
-    bool byVertices = ed.vars().integer("SPLMETHOD") == 1;
-    Answer a;
-    for (;;) {
-        ed.printLine(fmt::format("Current settings:  Method={}", byVertices ? "CV" : "Fit"));
-        a = ed.askPoint("Specify first point or [Method]", {.keywords = "Method"});
-        if (a.status == Answer::Status::Value)
-            break;
-        byVertices = ed.keyword(fmt::format("Enter spline creation method [Fit/CV] <{}>", byVertices ? "CV" : "Fit"), "Fit CV", byVertices ? "CV" : "Fit") == "CV";
-        ed.vars().set("SPLMETHOD", std::int32_t(byVertices));
-    }
-    std::vector<VcGePoint3d> points{a.point};
-    for (;;) {
-        const bool canClose = points.size() >= 3;
-        a = ed.askPoint(canClose ? "Specify next point or [Close/Undo]" : points.size() > 1 ? "Specify next point or [Undo]" : "Specify next point",
-                        {.keywords = canClose ? "Close Undo" : points.size() > 1 ? "Undo" : "", .from = points.back(), .enterEnds = true});
-        if (a.status == Answer::Status::Value)
-            points.push_back(a.point);
-        else if (a.status == Answer::Status::Keyword && a.text == "Undo")
-            points.pop_back();
-        else if (points.size() >= 2)
-            return addSpline(ed, points, byVertices, a.status == Answer::Status::Keyword);
-        else
-            return;
-    }
 }
 
 // Construction lines
@@ -301,82 +285,11 @@ void xline(Editor& ed)
 
 void ray(Editor& ed) { throughPoints<VcDbRay>(ed, ed.point("Specify start point")); }
 
-// Faces
-
-// The fourth point left out makes a triangle; the third and fourth begin the next shape.
-void solid(Editor& ed)
-{
-    VcGePoint3d a = ed.point("Specify first point"), b = ed.point("Specify second point", {.from = a});
-    for (;;) {
-        const Answer third = ed.askPoint("Specify third point", {.from = b, .enterEnds = true});
-        if (third.status != Answer::Status::Value)
-            return;
-        const Answer fourth = ed.askPoint("Specify fourth point or <exit>", {.from = third.point, .enterEnds = true});
-        const VcGePoint3d last = fourth.status == Answer::Status::Value ? fourth.point : third.point;
-        auto made = std::make_unique<VcDbSolid>();
-        made->setNormal(ucsNormal(ed));
-        const VcGePoint3d corners[] = {a, b, third.point, last};
-        for (unsigned i = 0; i < 4; ++i)
-            made->setPointAt(i, toWorld(ed, corners[i]));
-        addToSpace(ed, std::move(made));
-        if (fourth.status != Answer::Status::Value)
-            return;
-        a = third.point;
-        b = fourth.point;
-    }
-}
-
-struct Corner {
-    VcGePoint3d at;
-    bool hidden = false;  // the edge that begins here
-};
-
-// Nothing when the person ends.
-std::optional<Corner> askCorner(Editor& ed, const std::string& what, bool mayEnd)
-{
-    Corner corner;
-    for (;;) {
-        const Answer a = ed.askPoint(fmt::format("Specify {} point or [Invisible]{}", what, mayEnd ? " <exit>" : ""), {.keywords = "Invisible", .enterEnds = mayEnd});
-        if (a.status == Answer::Status::Enter)
-            return std::nullopt;
-        if (a.status == Answer::Status::Value) {
-            corner.at = a.point;
-            return corner;
-        }
-        corner.hidden = true;
-    }
-}
-
-void face(Editor& ed)
-{
-    Corner a = *askCorner(ed, "first", false), b = *askCorner(ed, "second", false);
-    for (;;) {
-        const auto third = askCorner(ed, "third", true);
-        if (!third)
-            return;
-        const auto fourth = askCorner(ed, "fourth", true);
-        const Corner corners[] = {a, b, *third, fourth.value_or(*third)};
-        auto made = std::make_unique<VcDbFace>();
-        for (unsigned i = 0; i < 4; ++i) {
-            made->setVertexAt(i, toWorld(ed, corners[i].at));
-            if (corners[i].hidden)
-                made->makeEdgeInvisibleAt(i);
-        }
-        addToSpace(ed, std::move(made));
-        a = *third;
-        b = fourth.value_or(*third);
-        if (!fourth)
-            return;
-    }
-}
-
 const HostCommand kCommands[] = {
     {"ELLIPSE", "EL", kPlain, "Draws an ellipse or a part of one.", ellipse},
-    {"SPLINE", "SPL", kPlain, "Draws a smooth curve through points.", spline},
     {"XLINE", "XL", kPlain, "Draws construction lines without ends.", xline},
+    {"ISOPLANE", nullptr, kTransparent, "Chooses the plane of isometric drawing.", isoplane},
     {"RAY", nullptr, kPlain, "Draws construction lines with one end.", ray},
-    {"SOLID", "SO", kPlain, "Draws filled triangles and quadrilaterals.", solid},
-    {"3DFACE", "3F", kPlain, "Draws faces in space.", face},
 };
 
 }

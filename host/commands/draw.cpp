@@ -1,11 +1,16 @@
 // LINE, CIRCLE, POINT.
 #include "host/commands/curve_edits.h"
 #include "host/commands/families.h"
+#include "host/commands/tangents.h"
 #include "host/db/database.h"
 #include "host/edit/pick_service.h"
+#include "host/edit/snap.h"
 #include "host/edit/sysvars.h"
+#include "host/geom/curve_edit.h"
 #include "host/geom/tangent_circle.h"
 #include "sdk/vcdb_curves.h"
+
+#include <array>
 
 namespace vk::commands {
 
@@ -26,44 +31,92 @@ void eraseLast(Editor& ed, std::vector<VcDbObjectId>& made)
 
 VcDbObjectId addLine(Editor& ed, const VcGePoint3d& from, const VcGePoint3d& to)
 {
-    return addToSpace(ed, std::make_unique<VcDbLine>(toWorld(ed, from), toWorld(ed, to)));
+    auto made = std::make_unique<VcDbLine>(toWorld(ed, from), toWorld(ed, to));
+    made->setNormal(ucsNormal(ed));
+    return addToSpace(ed, std::move(made));
+}
+
+// A point of a question that takes tangents: given, or a curve that is to be touched.
+Touch touchOf(Editor& ed, const Answer& a)
+{
+    Touch touch{a.point, std::nullopt, a.integer == kSnapPerpendicular};
+    auto* entity = ed.db().liveAs<VcDbEntity>(a.entity);
+    if (const auto pick = entity ? curvePickAt(ed, *entity, toWorld(ed, a.point)) : std::nullopt)
+        touch.curve = geom::transformed(pieceAt(pick->curve, pick->param), ucsToWorld(ed).inverse());
+    return touch;
+}
+
+// LINE: the points so far, and what was drawn between them.
+struct Chain {
+    Editor& ed;
+    std::vector<VcGePoint3d> points;
+    std::vector<VcDbObjectId> made;
+
+    void goTo(const VcGePoint3d& to)
+    {
+        made.push_back(addLine(ed, points.back(), to));
+        points.push_back(to);
+        ed.lastPoint = to;
+    }
+    void undo()
+    {
+        if (made.empty())
+            return ed.printLine("All segments already undone.");
+        eraseLast(ed, made);
+        points.pop_back();
+        ed.lastPoint = points.back();
+    }
+    // A first point that waits for the second becomes known with it.
+    bool goBetween(const Touch& from, const Touch& to)
+    {
+        const auto ends = lineTouching(from, to);
+        if (!ends) {
+            ed.printLine("There is no such line between these places.");
+            return false;
+        }
+        points.back() = ends->first;
+        goTo(ends->second);
+        return true;
+    }
+};
+
+// From where the line or arc drawn last ends; after an arc, in its direction.
+void goOnFromLast(Editor& ed, Chain& chain)
+{
+    const auto last = lastCurveEnd(ed);
+    chain.points[0] = last ? last->point : ed.lastPoint;
+    ed.lastPoint = chain.points[0];
+    if (last && last->isArc)
+        chain.goTo(chain.points[0] + last->direction * ed.askDistance("Length of line", {.from = chain.points[0]}).real);
 }
 
 void line(Editor& ed)
 {
-    AskOptions first;
-    first.enterEnds = true;
-    const Answer start = ed.askPoint("Specify first point", first);
-    std::vector<VcGePoint3d> points{start.point};
-    std::vector<VcDbObjectId> made;
-    if (start.status == Answer::Status::Enter) {
-        const auto last = lastCurveEnd(ed);
-        points[0] = last ? last->point : ed.lastPoint;
-        if (last && last->isArc) {
-            points.push_back(points[0] + last->direction * ed.askDistance("Length of line", {.from = points[0]}).real);
-            made.push_back(addLine(ed, points[0], points[1]));
-            ed.lastPoint = points[1];
-        }
-    }
+    const Answer start = ed.askPoint("Specify first point", {.bits = kTakesTangent, .enterEnds = true});
+    Chain chain{ed, {start.point}, {}};
+    std::optional<Touch> waiting;
+    if (start.status == Answer::Status::Enter)
+        goOnFromLast(ed, chain);
+    else if (!start.entity.isNull())
+        waiting = touchOf(ed, start);
     for (;;) {
-        const bool canClose = made.size() >= 2;
-        const Answer a = ed.askPoint(canClose ? "Specify next point or [Close/Undo]" : "Specify next point or [Undo]",
-                                     from(points.back(), canClose ? "Close Undo" : "Undo"));
+        const bool canClose = chain.made.size() >= 2;
+        AskOptions options = from(chain.points.back(), canClose ? "Close Undo" : "Undo");
+        options.bits = waiting ? kTakesTangent : 0;
+        const Answer a = ed.askPoint(canClose ? "Specify next point or [Close/Undo]" : "Specify next point or [Undo]", options);
         if (a.status == Answer::Status::Enter)
             return;
         if (a.status == Answer::Status::Keyword && a.text == "Undo") {
-            if (made.empty()) {
-                ed.printLine("All segments already undone.");
-                continue;
-            }
-            eraseLast(ed, made);
-            points.pop_back();
-            ed.lastPoint = points.back();
+            chain.undo();
+            continue;
+        }
+        if (waiting) {
+            if (chain.goBetween(*waiting, touchOf(ed, a)))
+                waiting.reset();
             continue;
         }
         const bool closing = a.status == Answer::Status::Keyword;
-        points.push_back(closing ? points.front() : a.point);
-        made.push_back(addLine(ed, points[points.size() - 2], points.back()));
+        chain.goTo(closing ? chain.points.front() : a.point);
         if (closing)
             return;
     }
@@ -78,20 +131,32 @@ void addCircle(Editor& ed, const VcGePoint3d& centre, double radius)
     ed.lastPoint = centre;
 }
 
+// In the plane of the UCS at the height of the first.
+VcGePoint3d levelWith(const VcGePoint3d& first, const VcGePoint3d& p) { return {p.x, p.y, first.z}; }
+
+void addTouching(Editor& ed, std::array<Touch, 3>& touches)
+{
+    for (Touch& touch : touches)
+        touch.at = levelWith(touches[0].at, touch.at);
+    const auto found = circleTouching(touches);
+    if (!found)
+        throw CommandError{"The circle does not exist: none passes through these three places."};
+    addCircle(ed, found->center, found->radius);
+}
+
 void circleByThree(Editor& ed)
 {
-    const VcGePoint3d a = ed.point("Specify first point on circle"), b = ed.point("Specify second point on circle"),
-                      c = ed.point("Specify third point on circle");
-    const auto centre = geom::centerThrough(a, b, c);
-    if (!centre)
-        throw CommandError{"The circle does not exist: its three points lie on a line."};
-    addCircle(ed, *centre, centre->distanceTo(a));
+    std::array<Touch, 3> touches;
+    const char* prompts[] = {"Specify first point on circle", "Specify second point on circle", "Specify third point on circle"};
+    for (int i = 0; i < 3; ++i)
+        touches[i] = touchOf(ed, ed.askPoint(prompts[i], {.bits = kTakesTangent}));
+    addTouching(ed, touches);
 }
 
 void circleByTwo(Editor& ed)
 {
     const VcGePoint3d a = ed.point("Specify first end point of circle's diameter");
-    const VcGePoint3d b = ed.point("Specify second end point of circle's diameter", {.from = a});
+    const VcGePoint3d b = levelWith(a, ed.point("Specify second end point of circle's diameter", {.from = a}));
     addCircle(ed, a + (b - a) * 0.5, a.distanceTo(b) / 2);
 }
 
@@ -121,27 +186,37 @@ void circleByTangents(Editor& ed)
     addCircle(ed, fromWorld(ed, found->center), radius);
 }
 
+void circleByThreeTangents(Editor& ed)
+{
+    static constexpr const char* kPrompts[] = {"Specify point on object for first tangent of circle", "Specify point on object for second tangent of circle",
+                                               "Specify point on object for third tangent of circle"};
+    std::array<Touch, 3> touches;
+    for (int i = 0; i < 3; ++i) {
+        const CurvePick pick = askTangent(ed, kPrompts[i]);
+        touches[i] = {fromWorld(ed, geom::pointAt(pick.curve, pick.param)), geom::transformed(pieceAt(pick.curve, pick.param), ucsToWorld(ed).inverse())};
+    }
+    addTouching(ed, touches);
+}
+
 void circle(Editor& ed)
 {
-    AskOptions first;
-    first.keywords = "3P 2P Ttr";
-    const Answer a = ed.askPoint("Specify center point for circle or [3P/2P/Ttr (tan tan radius)]", first);
+    const Answer a = ed.askPoint("Specify center point for circle or [3P/2P/Ttr (tan tan radius)/TTT (tan tan tan)]", {.keywords = "3P 2P Ttr TTT"});
     if (a.status == Answer::Status::Keyword)
-        return a.text == "3P" ? circleByThree(ed) : a.text == "2P" ? circleByTwo(ed) : circleByTangents(ed);
+        return a.text == "3P" ? circleByThree(ed) : a.text == "2P" ? circleByTwo(ed) : a.text == "TTT" ? circleByThreeTangents(ed) : circleByTangents(ed);
     const double known = ed.vars().real("CIRCLERAD");
-    AskOptions radius{.keywords = "Diameter", .from = a.point, .bits = InitGet::NoZero | InitGet::NoNegative, .enterEnds = known > 0};
-    const Answer r = ed.askDistance(known > 0 ? fmt::format("Specify radius of circle or [Diameter] <{}>", lengthText(known))
-                                              : "Specify radius of circle or [Diameter]",
-                                    radius);
-    if (r.status == Answer::Status::Keyword) {
-        AskOptions diameter{.from = a.point, .bits = InitGet::NoZero | InitGet::NoNegative};
-        return addCircle(ed, a.point, ed.askDistance("Specify diameter of circle", diameter).real / 2);
-    }
-    addCircle(ed, a.point, r.status == Answer::Status::Enter ? known : r.real);
+    const auto byDefault = [&](double value) { return known > 0 ? fmt::format(" <{}>", lengthText(value)) : std::string(); };
+    AskOptions options{.keywords = "Diameter", .from = a.point, .bits = InitGet::NoZero | InitGet::NoNegative, .enterEnds = known > 0};
+    const Answer r = ed.askDistance("Specify radius of circle or [Diameter]" + byDefault(known), options);
+    if (r.status != Answer::Status::Keyword)
+        return addCircle(ed, a.point, r.status == Answer::Status::Enter ? known : r.real);
+    options.keywords.clear();
+    const Answer d = ed.askDistance("Specify diameter of circle" + byDefault(known * 2), options);
+    addCircle(ed, a.point, d.status == Answer::Status::Enter ? known : d.real / 2);
 }
 
 void point(Editor& ed)
 {
+    ed.printLine(fmt::format("Current point modes:  PDMODE={}  PDSIZE={}", ed.vars().integer("PDMODE"), lengthText(ed.vars().real("PDSIZE"))));
     const VcGePoint3d p = ed.point("Specify a point");
     auto made = std::make_unique<VcDbPoint>(toWorld(ed, p));
     made->setNormal(ucsNormal(ed));

@@ -4,9 +4,22 @@
 #include "host/base/unicode.h"
 #include "host/db/database.h"
 #include "sdk/vcdb_chains.h"
+#include "host/edit/sysvars.h"
+#include "sdk/vcdb_curves.h"
+#include "sdk/vcdb_faces.h"
 #include "sdk/vcdb_tables.h"
 
 namespace vk::commands {
+
+template <class... Classes>
+static void thicken(VcDbEntity& entity, double thickness)
+{
+    const auto tryClass = [&](auto* typed) {
+        if (typed && typed->thickness() == 0)
+            typed->setThickness(thickness);
+    };
+    (tryClass(Classes::cast(&entity)), ...);
+}
 
 VcDbObjectId addToSpace(edit::Editor& ed, std::unique_ptr<VcDbEntity> entity)
 {
@@ -14,6 +27,8 @@ VcDbObjectId addToSpace(edit::Editor& ed, std::unique_ptr<VcDbEntity> entity)
     if (!space)
         throw edit::CommandError{"There is no space to draw in."};
     entity->setDatabaseDefaults(&ed.drawing());
+    if (const double thickness = ed.vars().real("THICKNESS"); thickness != 0)
+        thicken<VcDbLine, VcDbPoint, VcDbCircle, VcDbArc, VcDbPolyline, VcDb2dPolyline, VcDbFilledQuad>(*entity, thickness);
     VcDbObjectId id;
     if (space->appendVcDbEntity(id, entity.get()))
         throw edit::CommandError{"The object cannot be added to the drawing."};

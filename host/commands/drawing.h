@@ -7,7 +7,8 @@
 
 namespace vk::commands {
 
-// Puts a new entity into the current space with the current properties.
+// Puts a new entity into the current space with the current properties. One that can have a thickness and has none takes the
+// current one.
 VcDbObjectId addToSpace(edit::Editor& ed, std::unique_ptr<VcDbEntity> entity);
 
 VcGeMatrix3d ucsToWorld(const edit::Editor& ed);

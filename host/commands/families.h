@@ -59,5 +59,8 @@ std::span<const HostCommand> propertyCommands();
 std::span<const HostCommand> linetypeCommands();
 std::span<const HostCommand> mtextCommands();
 std::span<const HostCommand> areaCommands();
+std::span<const HostCommand> faceCommands();
+std::span<const HostCommand> splineCommands();
+std::span<const HostCommand> statusCommands();
 
 }  // namespace vk::commands

@@ -131,16 +131,129 @@ double throughBulge(const VcGePoint3d& a, const VcGePoint3d& b, const VcGePoint3
     return std::tan(-half / 2);
 }
 
+double bulgeOf(double included) { return std::tan(included / 4); }
+double directionOf(const VcGePoint3d& from, const VcGePoint3d& to) { return std::atan2(to.y - from.y, to.x - from.x); }
+VcGePoint3d moved(const VcGePoint3d& p, double direction, double distance)
+{
+    return p + VcGeVector3d(std::cos(direction), std::sin(direction), 0) * distance;
+}
+
+// The next arc of a polyline: where it ends and its bulge.
+struct ArcStep {
+    VcGePoint3d to;
+    double bulge;
+};
+
+ArcStep aboutCenter(const VcGePoint3d& at, const VcGePoint3d& center, double included)
+{
+    return {moved(center, directionOf(center, at) + included, std::hypot(at.x - center.x, at.y - center.y)), bulgeOf(included)};
+}
+
+ArcStep byRadius(Editor& ed, const VcGePoint3d& at, double radius, double included, double direction)
+{
+    const Answer a = askDirection(ed, fmt::format("Specify direction of chord for arc <{}>", angleText(direction)), {.from = at, .enterEnds = true});
+    const double chord = 2 * radius * std::abs(std::sin(included / 2));
+    return {moved(at, a.status == Answer::Status::Value ? a.real : direction, chord), bulgeOf(included)};
+}
+
+double askIncluded(Editor& ed, const VcGePoint3d& at) { return ed.askAngle("Specify included angle", {.from = at, .bits = InitGet::NoZero}).real; }
+double askRadius(Editor& ed, const VcGePoint3d& at)
+{
+    return ed.askDistance("Specify radius of arc", {.from = at, .bits = InitGet::NoZero | InitGet::NoNegative}).real;
+}
+
+ArcStep arcByAngle(Editor& ed, const VcGePoint3d& at, double direction)
+{
+    const double included = askIncluded(ed, at);
+    const Answer a = ed.askPoint("Specify endpoint of arc or [CEnter/Radius]", {.keywords = "CEnter Radius", .from = at});
+    if (a.status == Answer::Status::Value)
+        return {a.point, bulgeOf(included)};
+    if (a.text == "CEnter")
+        return aboutCenter(at, ed.point("Specify center point of arc", {.from = at}), included);
+    return byRadius(ed, at, askRadius(ed, at), included, direction);
+}
+
+// Anticlockwise about the centre.
+ArcStep arcByCenter(Editor& ed, const VcGePoint3d& at, double)
+{
+    const VcGePoint3d center = ed.point("Specify center point of arc", {.from = at});
+    const double radius = std::hypot(at.x - center.x, at.y - center.y);
+    const Answer a = ed.askPoint("Specify endpoint of arc or [Angle/Length]", {.keywords = "Angle Length", .from = center});
+    if (a.status == Answer::Status::Value) {
+        const double turn = directionOf(center, a.point) - directionOf(center, at);
+        return aboutCenter(at, center, turn - std::floor(turn / (2 * M_PI)) * 2 * M_PI);
+    }
+    if (a.text == "Angle")
+        return aboutCenter(at, center, askIncluded(ed, center));
+    const double chord = ed.askDistance("Specify length of chord", {.from = at, .bits = InitGet::NoZero}).real;
+    if (std::abs(chord) > 2 * radius)
+        throw CommandError{"The arc does not exist: the chord is longer than the diameter."};
+    const double minor = 2 * std::asin(std::abs(chord) / (2 * radius));
+    return aboutCenter(at, center, chord > 0 ? minor : 2 * M_PI - minor);
+}
+
+ArcStep arcByDirection(Editor& ed, const VcGePoint3d& at, double)
+{
+    const double direction = askDirection(ed, "Specify tangent direction for the start point of arc", {.from = at}).real;
+    const VcGePoint3d end = ed.point("Specify endpoint of the arc", {.from = at});
+    return {end, tangentBulge(direction, at, end)};
+}
+
+// The shorter arc, bent to the side to which the polyline turns.
+ArcStep arcByRadius(Editor& ed, const VcGePoint3d& at, double direction)
+{
+    const double radius = askRadius(ed, at);
+    const Answer a = ed.askPoint("Specify endpoint of arc or [Angle]", {.keywords = "Angle", .from = at});
+    if (a.status == Answer::Status::Keyword)
+        return byRadius(ed, at, radius, askIncluded(ed, at), direction);
+    const double chord = std::hypot(a.point.x - at.x, a.point.y - at.y);
+    if (chord > 2 * radius || chord == 0)
+        throw CommandError{"The arc does not exist: the radius does not reach both ends."};
+    const double included = 2 * std::asin(chord / (2 * radius));
+    const bool left = std::sin(directionOf(at, a.point) - direction) >= 0;
+    return {a.point, bulgeOf(left ? included : -included)};
+}
+
+ArcStep arcThrough(Editor& ed, const VcGePoint3d& at, double)
+{
+    const VcGePoint3d second = ed.point("Specify second point on arc", {.from = at});
+    const VcGePoint3d end = ed.point("Specify end point of arc", {.from = second});
+    return {end, throughBulge(at, second, end)};
+}
+
+constexpr struct {
+    const char* keyword;
+    ArcStep (*ask)(Editor&, const VcGePoint3d& at, double direction);
+} kArcs[] = {{"Angle", arcByAngle}, {"CEnter", arcByCenter}, {"Direction", arcByDirection}, {"Radius", arcByRadius}, {"Second", arcThrough}};
+
 enum class Next { Lines, Arcs, Done };
+
+void undoLast(Editor& ed, Drawing& pline)
+{
+    if (!pline.undo())
+        ed.printLine("All segments already undone.");
+    ed.lastPoint = pline.last().at;
+}
+
+void addArc(Editor& ed, Drawing& pline, const std::string& option, Widths& widths)
+{
+    for (const auto& arc : kArcs)
+        if (option == arc.keyword) {
+            const ArcStep step = arc.ask(ed, pline.last().at, pline.direction());
+            pline.add(step.to, step.bulge, widths);
+            ed.lastPoint = step.to;
+        }
+}
 
 Next arcSegment(Editor& ed, Drawing& pline, Widths& widths)
 {
     const bool canClose = pline.vertices().size() > 2;
-    const std::string prompt = canClose ? "Specify endpoint of arc or [Angle/CLose/Line/Second pt/Undo/Width]"
-                                        : "Specify endpoint of arc or [Angle/Line/Second pt/Undo/Width]";
     const VcGePoint3d at = pline.last().at;
-    const Answer a = ed.askPoint(prompt, {.keywords = canClose ? "Angle CLose Line Second Undo Width" : "Angle Line Second Undo Width",
-                                          .from = at, .enterEnds = true});
+    const Answer a = ed.askPoint(canClose ? "Specify endpoint of arc or [Angle/CEnter/CLose/Direction/Halfwidth/Line/Radius/Second pt/Undo/Width]"
+                                          : "Specify endpoint of arc or [Angle/CEnter/Direction/Halfwidth/Line/Radius/Second pt/Undo/Width]",
+                                 {.keywords = canClose ? "Angle CEnter CLose Direction Halfwidth Line Radius Second Undo Width"
+                                                       : "Angle CEnter Direction Halfwidth Line Radius Second Undo Width",
+                                  .from = at, .enterEnds = true});
     if (a.status == Answer::Status::Enter)
         return Next::Done;
     if (a.status == Answer::Status::Value) {
@@ -150,19 +263,12 @@ Next arcSegment(Editor& ed, Drawing& pline, Widths& widths)
     } else if (a.text == "CLose") {
         pline.close(tangentBulge(pline.direction(), at, pline.vertices().front().at), widths);
         return Next::Done;
-    } else if (a.text == "Angle") {
-        const double included = ed.askAngle("Specify included angle", {.bits = InitGet::NoZero}).real;
-        pline.add(ed.point("Specify endpoint of arc", {.from = at}), std::tan(included / 4), widths);
-    } else if (a.text == "Second") {
-        const VcGePoint3d second = ed.point("Specify second point on arc", {.from = at});
-        const VcGePoint3d end = ed.point("Specify end point of arc", {.from = second});
-        pline.add(end, throughBulge(at, second, end), widths);
     } else if (a.text == "Undo") {
-        if (!pline.undo())
-            ed.printLine("All segments already undone.");
-        ed.lastPoint = pline.last().at;
+        undoLast(ed, pline);
+    } else if (a.text == "Width" || a.text == "Halfwidth") {
+        widths = askWidths(ed, widths, a.text == "Width" ? "width" : "half-width", a.text == "Width" ? 1 : 2);
     } else {
-        widths = askWidths(ed, widths, "width", 1);
+        addArc(ed, pline, a.text, widths);
     }
     return Next::Arcs;
 }
@@ -189,9 +295,7 @@ Next lineSegment(Editor& ed, Drawing& pline, Widths& widths)
         pline.add(at + VcGeVector3d(std::cos(direction), std::sin(direction), 0) * length, 0, widths);
         ed.lastPoint = pline.last().at;
     } else if (a.text == "Undo") {
-        if (!pline.undo())
-            ed.printLine("All segments already undone.");
-        ed.lastPoint = pline.last().at;
+        undoLast(ed, pline);
     } else {
         widths = askWidths(ed, widths, a.text == "Width" ? "width" : "half-width", a.text == "Width" ? 1 : 2);
     }

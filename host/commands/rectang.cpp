@@ -135,8 +135,30 @@ void askRotation(Editor& ed)
     s_style.rotation = std::atan2(q.y - p.y, q.x - p.x);
 }
 
+// Told where it is not the plain one.
+void showModes(Editor& ed)
+{
+    std::string modes;
+    const auto add = [&](const char* name, const std::string& value) { modes += fmt::format("  {}={}", name, value); };
+    if (s_style.chamferA > 0 || s_style.chamferB > 0)
+        add("Chamfer", lengthText(s_style.chamferA) + " x " + lengthText(s_style.chamferB));
+    if (s_style.elevation != 0)
+        add("Elevation", lengthText(s_style.elevation));
+    if (s_style.radius > 0)
+        add("Fillet", lengthText(s_style.radius));
+    if (s_style.thickness != 0)
+        add("Thickness", lengthText(s_style.thickness));
+    if (s_style.width > 0)
+        add("Width", lengthText(s_style.width));
+    if (s_style.rotation != 0)
+        add("Rotation", angleText(s_style.rotation));
+    if (!modes.empty())
+        ed.printLine("Current rectangle modes:" + modes);
+}
+
 void rectangle(Editor& ed)
 {
+    showModes(ed);
     Answer first = ed.askPoint("Specify first corner point or [Chamfer/Elevation/Fillet/Thickness/Width]", {.keywords = "Chamfer Elevation Fillet Thickness Width"});
     while (first.status == Answer::Status::Keyword) {
         setOption(ed, first.text);
@@ -192,7 +214,9 @@ void polygon(Editor& ed)
     const Answer c = ed.askPoint("Specify center of polygon or [Edge]", {.keywords = "Edge"});
     if (c.status == Answer::Status::Keyword)
         return byEdge(ed, int(sides));
-    const bool about = ed.keyword("Enter an option [Inscribed in circle/Circumscribed about circle] <I>", "Inscribed Circumscribed", "Inscribed") == "Circumscribed";
+    static bool about = false;
+    about = ed.keyword(fmt::format("Enter an option [Inscribed in circle/Circumscribed about circle] <{}>", about ? "C" : "I"), "Inscribed Circumscribed",
+                       about ? "Circumscribed" : "Inscribed") == "Circumscribed";
     // A point shows where a corner, or the middle of a side, lies; a typed radius lets the lowest side run level.
     const VcGePoint3d before = ed.lastPoint;
     const Answer r = ed.askDistance("Specify radius of circle", {.from = c.point, .bits = InitGet::NoZero | InitGet::NoNegative});

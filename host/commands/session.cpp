@@ -83,7 +83,7 @@ const HostCommand kCommands[] = {
     {"HELP", "?", kTransparent | kNoUndoStep, "Lists the commands, or says what one does.", help},
     {"SCRIPT", "SCR", kPlain, "Runs the commands of a script file.", script},
     {"INVOKE", nullptr, kPlain, "Runs an entry point that a module exports without a command name.", invoke},
-    {"DELAY", nullptr, kTransparent | kNoUndoStep, "Waits.", delay},
+    {"DELAY", nullptr, kTransparent | kNoUndoStep, "Waits for some milliseconds.", delay},
 };
 
 }

@@ -30,7 +30,7 @@ Vectors solve(const Tridiagonal& m, Vectors right)
 }
 
 // Tangents by the parameter at each point, for the second derivative to be continuous; h are the spans.
-Vectors openTangents(const std::vector<VcGePoint3d>& p, const std::vector<double>& h)
+Vectors openTangents(const std::vector<VcGePoint3d>& p, const std::vector<double>& h, const SplineFit& fit)
 {
     const std::size_t n = p.size();
     Tridiagonal m{std::vector<double>(n, 0), std::vector<double>(n, 2), std::vector<double>(n, 0)};
@@ -44,6 +44,16 @@ Vectors openTangents(const std::vector<VcGePoint3d>& p, const std::vector<double
         m.above[i] = b;
         right[i] = (p[i] - p[i - 1]) * (3 * a / h[i - 1]) + (p[i + 1] - p[i]) * (3 * b / h[i]);
     }
+    // Along a given direction the curve leaves as fast as its first chord is passed.
+    const auto hold = [&](std::size_t i, std::size_t chord, const std::optional<VcGeVector3d>& direction) {
+        if (!direction)
+            return;
+        m.below[i] = m.above[i] = 0;
+        m.on[i] = 1;
+        right[i] = direction->normal() * (p[chord].distanceTo(p[chord + 1]) / h[chord]);
+    };
+    hold(0, 0, fit.start);
+    hold(n - 1, n - 2, fit.end);
     return solve(m, right);
 }
 
@@ -90,7 +100,7 @@ VcGePoint3d blossom(const VcGePoint3d (&bezier)[4], double a, double b, const do
 
 }
 
-std::unique_ptr<VcDbSpline> splineThrough(std::vector<VcGePoint3d> points, bool closed)
+std::unique_ptr<VcDbSpline> splineThrough(std::vector<VcGePoint3d> points, bool closed, const SplineFit& fit)
 {
     if (closed && points.size() > 1 && points.front() == points.back())
         points.pop_back();
@@ -102,7 +112,8 @@ std::unique_ptr<VcDbSpline> splineThrough(std::vector<VcGePoint3d> points, bool 
     const std::size_t spans = points.size() - 1;
     std::vector<double> h, at{0};
     for (std::size_t i = 0; i < spans; ++i) {
-        h.push_back(points[i].distanceTo(points[i + 1]));
+        const double chord = points[i].distanceTo(points[i + 1]);
+        h.push_back(fit.knots == FitKnots::Chord ? chord : fit.knots == FitKnots::SquareRoot ? std::sqrt(chord) : 1.0);
         at.push_back(at.back() + h.back());
     }
     Vectors tangents;
@@ -110,7 +121,7 @@ std::unique_ptr<VcDbSpline> splineThrough(std::vector<VcGePoint3d> points, bool 
         tangents = closedTangents({points.begin(), points.end() - 1}, h);
         tangents.push_back(tangents.front());
     } else {
-        tangents = openTangents(points, h);
+        tangents = openTangents(points, h, fit);
     }
     std::vector<double> knots(3, 0.0);
     knots.insert(knots.end(), at.begin(), at.end());

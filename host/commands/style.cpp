@@ -3,6 +3,7 @@
 #include "host/base/wildcard.h"
 #include "host/commands/drawing.h"
 #include "host/commands/families.h"
+#include "host/commands/text_styles.h"
 #include "host/db/database.h"
 #include "host/db/record_names.h"
 #include "host/edit/sysvars.h"
@@ -22,18 +23,6 @@ std::string fontOf(const Style& style)
     std::string name = file ? wideToUtf8(file) : std::string();
     vcutDelString(file);
     return name;
-}
-
-void list(Editor& ed)
-{
-    const Wildcard pattern(ed.text("Enter text style(s) to list", "*"));
-    for (const VcDbObjectId id : ed.db().table(NameTable::TextStyle).records()) {
-        const auto* style = ed.db().objectAs<Style>(id);
-        if (!style->nameUtf8().empty() && pattern.matches(style->nameUtf8()))
-            ed.printLine(fmt::format("Style name: \"{}\"  Font: {}  Height: {}  Width factor: {}  Obliquing angle: {}", style->nameUtf8(),
-                                     fontOf(*style), lengthText(style->textSize()), lengthText(style->xScale()),
-                                     angleText(style->obliquingAngle())));
-    }
 }
 
 // A new style is added only when everything is known of it.
@@ -98,7 +87,7 @@ void style(Editor& ed)
 {
     const std::string name = ed.text("Enter name of text style or [?]", ed.vars().text("TEXTSTYLE"));
     if (name == "?")
-        return list(ed);
+        return listTextStyles(ed);
     auto* style = ed.db().liveAs<Style>(ed.db().findRecord(NameTable::TextStyle, name));
     std::unique_ptr<Style> made = style ? nullptr : newStyle(name);
     const Answers answers = askAbout(ed, style ? *style : *made);
@@ -114,6 +103,18 @@ const HostCommand kCommands[] = {
     {"STYLE", "ST", kPlain, "Makes and changes text styles.", style},
 };
 
+}
+
+void listTextStyles(Editor& ed)
+{
+    const Wildcard pattern(ed.text("Enter text style(s) to list", "*"));
+    for (const VcDbObjectId id : ed.db().table(NameTable::TextStyle).records()) {
+        const auto* style = ed.db().objectAs<Style>(id);
+        if (!style->nameUtf8().empty() && pattern.matches(style->nameUtf8()))
+            ed.printLine(fmt::format("Style name: \"{}\"  Font: {}  Height: {}  Width factor: {}  Obliquing angle: {}", style->nameUtf8(),
+                                     fontOf(*style), lengthText(style->textSize()), lengthText(style->xScale()),
+                                     angleText(style->obliquingAngle())));
+    }
 }
 
 std::span<const HostCommand> styleCommands() { return kCommands; }

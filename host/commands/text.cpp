@@ -2,6 +2,7 @@
 #include "host/base/unicode.h"
 #include "host/commands/drawing.h"
 #include "host/commands/families.h"
+#include "host/commands/text_styles.h"
 #include "host/db/database.h"
 #include "host/edit/sysvars.h"
 #include "sdk/vcdb_records.h"
@@ -60,25 +61,52 @@ VcDbTextStyleTableRecord* currentStyle(Editor& ed) { return ed.db().liveAs<VcDbT
 
 void askStyle(Editor& ed)
 {
-    const std::string name = ed.word("Enter style name", ed.vars().text("TEXTSTYLE"));
-    if (ed.vars().set("TEXTSTYLE", name) != SetVarResult::Done)
+    const std::string name = ed.text("Enter style name or [?]", ed.vars().text("TEXTSTYLE"));
+    if (name == "?")
+        listTextStyles(ed);
+    else if (ed.vars().set("TEXTSTYLE", name) != SetVarResult::Done)
         ed.printLine(fmt::format("There is no text style \"{}\".", name));
 }
 
-void askStart(Editor& ed, Placement& p)
+// Where the line after the last one goes, in the world; Enter in place of a start point takes it.
+struct NextLine {
+    Placement placement;
+    VcDbObjectId text;  // the line above; when that is gone there is nothing to go on from
+};
+std::optional<NextLine> s_next;
+
+void showSettings(Editor& ed, const Placement& p)
 {
-    for (;;) {
-        const Answer a = ed.askPoint(p.justification == &kJustifications[0] ? "Specify start point of text or [Justify/Style]"
-                                                                           : p.justification->prompt,
-                                     {.keywords = p.justification == &kJustifications[0] ? "Justify Style" : ""});
+    const VcDbTextStyleTableRecord* style = currentStyle(ed);
+    const double height = style && style->textSize() > 0 ? style->textSize() : ed.vars().real("TEXTSIZE");
+    ed.printLine(fmt::format("Current text style:  \"{}\"  Text height:  {}  Justify:  {}", ed.vars().text("TEXTSTYLE"), lengthText(height), p.justification->keyword));
+}
+
+// False when the text goes on beneath the last one.
+bool askStart(Editor& ed, Placement& p)
+{
+    const bool canGoOn = s_next && ed.db().liveAs<VcDbText>(s_next->text);
+    showSettings(ed, p);
+    for (bool isChosen = false;;) {
+        const Answer a = ed.askPoint(isChosen ? p.justification->prompt : "Specify start point of text or [Justify/Style]",
+                                     {.keywords = isChosen ? "" : "Justify Style", .enterEnds = canGoOn && !isChosen});
         if (a.status == Answer::Status::Value) {
             p.at = a.point;
-            return;
+            return true;
         }
-        if (a.text == "Style")
+        if (a.status == Answer::Status::Enter) {
+            p = s_next->placement;
+            p.at = fromWorld(ed, p.at);
+            p.second = fromWorld(ed, p.second);
+            return false;
+        }
+        if (a.text == "Style") {
             askStyle(ed);
-        else
+            showSettings(ed, p);
+        } else {
             p.justification = &askJustification(ed);
+            isChosen = true;
+        }
     }
 }
 
@@ -87,7 +115,8 @@ bool spansTwoPoints(const Placement& p) { return p.justification->horizontal == 
 Placement askPlacement(Editor& ed)
 {
     Placement p;
-    askStart(ed, p);
+    if (!askStart(ed, p))
+        return p;
     p.style = ed.drawing().textstyle();
     const VcDbTextStyleTableRecord* style = currentStyle(ed);
     const double fixed = style ? style->textSize() : 0;
@@ -152,8 +181,11 @@ void text(Editor& ed)
         auto made = std::make_unique<VcDbText>();
         made->setTextUtf8(content);
         place(ed, *made, p);
-        if (ed.db().liveAs<VcDbText>(addToSpace(ed, std::move(made))))
-            nextLine(p);
+        const VcDbObjectId id = addToSpace(ed, std::move(made));
+        nextLine(p);
+        s_next = NextLine{p, id};
+        s_next->placement.at = toWorld(ed, p.at);
+        s_next->placement.second = toWorld(ed, p.second);
     } while (!ed.isDriven());
 }
 
@@ -201,6 +233,7 @@ void attdef(Editor& ed)
 
 const HostCommand kCommands[] = {
     {"TEXT", "DT", kPlain, "Writes lines of text.", text},
+    {"DTEXT", nullptr, kPlain, "Writes lines of text.", text},
     {"-TEXT", nullptr, kPlain, "Writes lines of text.", text},
     {"ATTDEF", "ATT", kPlain, "Defines an attribute for a block.", attdef},
     {"-ATTDEF", "-ATT", kPlain, "Defines an attribute for a block.", attdef},

@@ -6,6 +6,7 @@
 #include "host/db/chain.h"
 #include "host/edit/editor.h"
 #include "host/edit/pick_service.h"
+#include "host/edit/point_modifiers.h"
 #include "host/edit/sysvars.h"
 #include "sdk/vcdb_chains.h"
 
@@ -69,12 +70,26 @@ std::optional<VcGePoint3d> cartesian(const Editor& ed, std::string_view text, do
     return VcGePoint3d(xyz[0], xyz[1], xyz[2]);
 }
 
+// d<a<b: the second angle rises from the XY plane.
+std::optional<VcGePoint3d> spherical(const Editor& ed, std::string_view text, std::size_t first, std::size_t second)
+{
+    const auto distance = number(ed, text.substr(0, first));
+    const auto turn = typedAngle(ed, text.substr(first + 1, second - first - 1), true);
+    const auto rise = parseAngle(text.substr(second + 1), angularNotation(ed));
+    if (!distance || !turn || !rise || !std::isfinite(*rise))
+        return std::nullopt;
+    const double flat = *distance * std::cos(*rise);
+    return VcGePoint3d(flat * std::cos(*turn), flat * std::sin(*turn), *distance * std::sin(*rise));
+}
+
 // d<a, with an optional ,z behind it.
 std::optional<VcGePoint3d> polar(const Editor& ed, std::string_view text, double elevation)
 {
     const std::size_t at = text.find('<');
     if (at == std::string_view::npos)
         return std::nullopt;
+    if (const std::size_t second = text.find('<', at + 1); second != std::string_view::npos)
+        return spherical(ed, text, at, second);
     const std::size_t comma = text.find(',', at);
     const auto distance = number(ed, text.substr(0, at));
     const auto angle = typedAngle(ed, text.substr(at + 1, comma == std::string_view::npos ? comma : comma - at - 1), true);
@@ -182,6 +197,7 @@ Interpretation fromShownPoint(Editor& ed, const Question& q, const VcGePoint3d& 
     if (!points)
         return Answer{};
     const VcGeVector3d d = points->second - points->first;
+    ed.lastPoint = points->second;
     if (q.kind == Kind::Distance)
         return distanceOf(ed, q, q.init.has(InitGet::Only2d) ? std::hypot(d.x, d.y) : d.length());
     double angle = std::atan2(d.y, d.x);
@@ -225,14 +241,27 @@ Interpretation fromPoint(Editor& ed, const Question& q, const VcGePoint3d& p)
     }
 }
 
+// A snap, a filter and the like; what that comes to is taken as if the point had been given.
+Interpretation byModifierOr(Editor& ed, const Question& q, const std::string& text)
+{
+    auto said = interpretModifier(ed, q, trimBlanks(text));
+    if (!said)
+        return againOr(q, text);
+    const auto* answer = std::get_if<Answer>(&*said);
+    if (!answer || answer->status != Answer::Status::Value || q.kind == Kind::Point || q.kind == Kind::Corner)
+        return *said;
+    return fromPoint(ed, q, answer->point);
+}
+
 Interpretation byKind(Editor& ed, const Question& q, const std::string& text)
 {
     switch (q.kind) {
     case Kind::Point:
     case Kind::Corner:
     case Kind::Entity: {
-        const auto p = parsePoint(ed, q, text);
-        return p ? fromPoint(ed, q, *p) : againOr(q, text);
+        if (const auto p = parsePoint(ed, q, text))
+            return fromPoint(ed, q, *p);
+        return byModifierOr(ed, q, text);
     }
     case Kind::Distance:
         if (const auto value = number(ed, text))
@@ -281,7 +310,7 @@ Interpretation byKind(Editor& ed, const Question& q, const std::string& text)
     if (q.kind == Kind::Distance || q.kind == Kind::Angle || q.kind == Kind::Orientation)
         if (const auto p = parsePoint(ed, q, text))
             return fromPoint(ed, q, *p);
-    return againOr(q, text);
+    return byModifierOr(ed, q, text);
 }
 
 bool hasKeywords(Kind kind) { return kind != Kind::Text && kind != Kind::Command && kind != Kind::Word; }
@@ -308,9 +337,10 @@ std::optional<VcGePoint3d> parsePoint(Editor& ed, const Question& q, std::string
         return from;
     std::optional<VcGePoint3d> p;
     if (text.starts_with('@')) {
-        p = text.starts_with("@*") ? std::nullopt : coordinates(ed, text.substr(1), 0.0);
+        const bool inWorld = text.starts_with("@*");
+        p = coordinates(ed, text.substr(inWorld ? 2 : 1), 0.0);
         if (p)
-            p = from + p->asVector();
+            p = from + (inWorld ? ucsToWorld(ed).inverse() * p->asVector() : p->asVector());
     } else if (text.starts_with('*')) {
         p = coordinates(ed, text.substr(1), 0.0);
         if (p)
@@ -339,7 +369,8 @@ Interpretation interpretText(Editor& ed, const Question& q, const std::string& t
     if (text.empty())
         return q.init.has(InitGet::NoEnter) ? Interpretation(AskAgain{"A text is required."})
                                             : Interpretation(Answer{.status = Answer::Status::Enter, .isTyped = true});
-    if (hasKeywords(q.kind) && !q.init.keywords.empty()) {
+    const bool isSnap = (q.kind == Kind::Point || q.kind == Kind::Corner) && winsOverKeywords(text);
+    if (hasKeywords(q.kind) && !q.init.keywords.empty() && !isSnap) {
         const KeywordMatch match = matchKeyword(q.init.keywords, text);
         if (match.result == KeywordMatch::Ambiguous)
             return AskAgain{ambiguityOf(q.init.keywords, text)};

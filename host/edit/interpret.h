@@ -20,7 +20,8 @@ using Interpretation = std::variant<Answer, AskAgain>;
 Interpretation interpretText(Editor& editor, const Question& question, const std::string& text);
 Interpretation interpretValue(Editor& editor, const Question& question, const resbuf& value);
 
-// Coordinates in the forms of the command line: x,y[,z]  @dx,dy  @d<a  d<a  *x,y (world)  #x,y (absolute)  @ (the last point).
+// Coordinates in the forms of the command line: x,y[,z]  @dx,dy  @d<a  d<a[,z]  d<a<b  *x,y and @*dx,dy (world)  #x,y (absolute)
+// @ (the last point).
 std::optional<VcGePoint3d> parsePoint(Editor& editor, const Question& question, std::string_view text);
 
 }  // namespace vk::edit

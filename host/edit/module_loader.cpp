@@ -1,11 +1,14 @@
 #include "host/edit/module_loader.h"
 
+#include "host/base/files.h"
+#include "host/base/modules.h"
+#include "host/base/numbers.h"
 #include "host/base/unicode.h"
 #include "host/edit/editor.h"
-#include "host/base/modules.h"
 #include "sdk/vcrx.h"
 
 #include <filesystem>
+#include <sstream>
 #include <utility>
 
 namespace vk::edit {
@@ -41,6 +44,7 @@ public:
         entry.localName = localName ? wideToUtf8(localName) : std::string();
         entry.flags = (flags & VCED_CMD_TRANSPARENT ? kTransparent : 0) | (flags & VCED_CMD_USEPICKSET ? kUsesPickSet : 0);
         entry.handler = handler;
+        entry.help = ModuleLoader::instance().helpOf(entry.name);
         if (commandOut)
             *commandOut = nullptr;
         return CommandTable::instance().add(std::move(entry)) ? Vcad::eOk : Vcad::eDuplicateKey;
@@ -88,6 +92,26 @@ int ModuleLoader::send(Module& module, unsigned message, void* argument)
     return module.entry(message, argument);
 }
 
+static std::unordered_map<std::string, std::string> readHelp(const std::string& modulePath)
+{
+    std::unordered_map<std::string, std::string> help;
+    const auto content = readWholeFile(std::filesystem::path(modulePath).replace_extension(".help").string(), nullptr);
+    std::istringstream lines(content.value_or(""));
+    for (std::string line; std::getline(lines, line);)
+        if (const std::size_t tab = line.find('\t'); tab != std::string::npos && !line.starts_with('#'))
+            help[line.substr(0, tab)] = trimBlanks(line).substr(tab + 1);
+    return help;
+}
+
+std::string ModuleLoader::helpOf(const std::string& command) const
+{
+    for (const auto& module : m_modules)
+        if (module->handle == m_current)
+            if (const auto found = module->help.find(command); found != module->help.end())
+                return found->second;
+    return {};
+}
+
 std::string ModuleLoader::load(const std::string& path)
 {
     const std::string name = std::filesystem::path(path).filename().string();
@@ -97,6 +121,7 @@ std::string ModuleLoader::load(const std::string& path)
     auto module = std::make_unique<Module>();
     module->name = name;
     module->path = path;
+    module->help = readHelp(path);
     std::string error;
     LoadedModule* const loaded = loadModule(path, Binding::Local, error);
     if (!loaded)

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace vk::edit {
@@ -37,9 +38,14 @@ public:
     void* current() const { return m_current; }
     void lock(void* module, bool locked);
 
+    // What the module being called says about a command of its own. The texts stand in a file beside it, of its name but
+    // for the ending ".help": a command's name, a tab and a sentence on each line; lines that begin with # are left out.
+    std::string helpOf(const std::string& command) const;
+
 private:
     struct Module {
         std::string name, path;
+        std::unordered_map<std::string, std::string> help;
         void* handle = nullptr;
         int (*entry)(unsigned, void*) = nullptr;
         bool locked = true;

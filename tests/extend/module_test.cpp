@@ -54,6 +54,20 @@ TEST_F(Module, StartRegistersServiceCommandsAndFunction)
     EXPECT_EQ(command("TCASE")->localName, "TCASE");
 }
 
+TEST_F(Module, EveryCommandHasItsHelp)
+{
+    load();
+    std::size_t ofModule = 0;
+    for (const vk::edit::CommandEntry* entry : vk::edit::CommandTable::instance().all()) {
+        EXPECT_GT(entry->help.size(), 10u) << entry->name;
+        EXPECT_TRUE(entry->help.ends_with('.')) << entry->name << ": " << entry->help;
+        ofModule += entry->handler != nullptr;
+    }
+    EXPECT_EQ(ofModule, 88u);
+    EXPECT_EQ(command("LAYTHW")->help, "Thaws all layers.");
+    EXPECT_EQ(command("EXTRIM")->help, "Not available in this version.");
+}
+
 TEST_F(Module, StoppingTwiceLeavesNothingBehind)
 {
     load();
