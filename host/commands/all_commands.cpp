@@ -17,7 +17,7 @@ void registerHostCommands()
                                ucsCommands(), zoomCommands(), viewCommands(), spaceCommands(), layoutCommands(), viewportCommands(),
                                modeCommands(), blockCommands(), insertCommands(), wblockCommands(), xrefCommands(), purgeCommands(),
                                groupCommands(), wipeoutCommands(), rectangleCommands(), curveCommands(), propertyCommands(), linetypeCommands(),
-                               mtextCommands(), areaCommands(), faceCommands(), splineCommands(), statusCommands(),
+                               mtextCommands(), areaCommands(), faceCommands(), splineCommands(), statusCommands(), attributeCommands(),
                                linearDimensionCommands(), roundDimensionCommands(), dimensionRowCommands(), dimensionSpacingCommands(), leaderCommands(), dimensionEditCommands(),
                                dimensionStyleCommands()})
         edit::CommandTable::instance().addHostCommands(family);

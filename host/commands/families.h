@@ -62,5 +62,6 @@ std::span<const HostCommand> areaCommands();
 std::span<const HostCommand> faceCommands();
 std::span<const HostCommand> splineCommands();
 std::span<const HostCommand> statusCommands();
+std::span<const HostCommand> attributeCommands();
 
 }  // namespace vk::commands

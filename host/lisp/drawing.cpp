@@ -63,6 +63,10 @@ void defineDrawing(Interpreter& lisp)
     defineUnits(lisp);
     defineProfile(lisp);
     defineFiles(lisp);
+    defineCurves(lisp);
+    defineViews(lisp);
+    defineNames(lisp);
+    defineRegistry(lisp);
 }
 
 }  // namespace vk::lisp

@@ -243,6 +243,7 @@ constexpr Builtin kEditor[] = {
     {"GETENV", getenv, 1, 1},
     {"SETENV", setenv, 2, 2},
     {"FINDFILE", findfile, 1, 1},
+    {"FINDTRUSTEDFILE", findfile, 1, 1},
     {"TRANS", trans, 3, 4},
     {"REDRAW", redraw, 0, 2},
     {"GRDRAW", grdraw, 3, 4},

@@ -11,6 +11,8 @@
 #include "host/base/wildcard.h"
 #include "vced.h"
 
+#include <fmt/format.h>
+#include <sys/stat.h>
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
@@ -201,6 +203,35 @@ Value copyFile(Interpreter&, Args args)
     return Value::whole(bytes);
 }
 
+// When a file was last changed, local time: year, month, day of the week from Sunday 0, day, hours, minutes, seconds.
+Value fileTime(Interpreter&, Args args)
+{
+    struct stat found;
+    tm local;
+    if (stat(pathOf(args[0]).c_str(), &found) != 0 || !localtime_r(&found.st_mtime, &local))
+        return Value();
+    const int parts[] = {local.tm_year + 1900, local.tm_mon + 1, local.tm_wday, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec};
+    ListBuilder list;
+    for (const int part : parts)
+        list.add(Value::integer(part));
+    return list.take();
+}
+
+// A name that no file has: a pattern with its ending, a folder, another ending; each may be left out.
+Value temporaryName(Interpreter&, Args args)
+{
+    const fs::path pattern = argument(args, 0) ? pathOf(args[0]) : fs::path("lisp");
+    const fs::path folder = argument(args, 1) ? pathOf(args[1]) : pattern.has_parent_path() ? pattern.parent_path() : fs::temp_directory_path();
+    const std::string ending = argument(args, 2) ? asText(args[2]) : pattern.extension().string();
+    std::error_code failed;
+    for (int number = 1; number < 1000; ++number) {
+        const fs::path path = folder / fmt::format("{}{:03}{}", pattern.stem().string(), number, ending);
+        if (!fs::exists(path, failed))
+            return Value::text(path.string());
+    }
+    return Value();
+}
+
 bool isWanted(const fs::directory_entry& entry, int kind)
 {
     std::error_code failed;
@@ -238,6 +269,8 @@ constexpr Builtin kFiles[] = {
     {"VL-FILENAME-EXTENSION", filenameExtension, 1, 1},
     {"VL-FILE-DIRECTORY-P", isFolder, 1, 1},
     {"VL-FILE-SIZE", fileSize, 1, 1},
+    {"VL-FILE-SYSTIME", fileTime, 1, 1},
+    {"VL-FILENAME-MKTEMP", temporaryName, 0, 3},
     {"VL-FILE-DELETE", deleteFile, 1, 1},
     {"VL-FILE-RENAME", renameFile, 2, 2},
     {"VL-FILE-COPY", copyFile, 2, 3},

@@ -26,6 +26,10 @@ void defineEditor(Interpreter& lisp);
 void defineUnits(Interpreter& lisp);
 void defineProfile(Interpreter& lisp);
 void defineFiles(Interpreter& lisp);
+void defineCurves(Interpreter& lisp);
+void defineViews(Interpreter& lisp);
+void defineNames(Interpreter& lisp);
+void defineRegistry(Interpreter& lisp);
 
 // All that works on the current drawing through the editor.
 void defineDrawing(Interpreter& lisp);

@@ -232,7 +232,12 @@ Value isZero(Interpreter& lisp, Args args)
     return lisp.truth(asNumber(args[0]) == 0);
 }
 
+Value isInfinite(Interpreter& lisp, Args args) { return lisp.truth(args[0].isReal() && std::isinf(args[0].real())); }
+Value isNoNumber(Interpreter& lisp, Args args) { return lisp.truth(args[0].isReal() && std::isnan(args[0].real())); }
+
 constexpr Builtin kNumbers[] = {
+    {"VL-INFP", isInfinite, 1, 1},
+    {"VL-NANP", isNoNumber, 1, 1},
     {"+", add, 0, kAnyNumber},
     {"-", subtract, 0, kAnyNumber},
     {"*", multiply, 0, kAnyNumber},

@@ -58,6 +58,21 @@ Value part(Interpreter&, Args args)
     return Value::text(std::string(wanted ? tail.substr(0, byteOfCharacter(tail, asPosition(wanted))) : tail));
 }
 
+// How many characters two texts have in common from the given places on.
+Value mismatch(Interpreter&, Args args)
+{
+    const auto tailOf = [&](std::size_t which, std::size_t place) {
+        const std::string_view text = asText(args[which]);
+        return splitCharacters(text.substr(byteOfCharacter(text, argument(args, place) ? asPosition(args[place]) : 0)));
+    };
+    const std::vector<std::string_view> a = tailOf(0, 2), b = tailOf(1, 3);
+    const bool anyCase = bool(argument(args, 4));
+    std::size_t same = 0;
+    while (same < a.size() && same < b.size() && (anyCase ? equalNoCase(a[same], b[same]) : a[same] == b[same]))
+        ++same;
+    return Value::whole(static_cast<double>(same));
+}
+
 Value changeCase(Interpreter&, Args args)
 {
     const std::string& text = asText(args[0]);
@@ -215,6 +230,7 @@ constexpr Builtin kTexts[] = {
     {"ITOA", integerToText, 1, 1},
     {"READ", read, 1, 1},
     {"VL-STRING-SEARCH", search, 2, 3},
+    {"VL-STRING-MISMATCH", mismatch, 2, 5},
     {"VL-STRING-POSITION", searchCharacter, 2, 4},
     {"VL-STRING-SUBST", replaceFirst, 3, 4},
     {"VL-STRING-TRANSLATE", translate, 3, 3},

@@ -5,6 +5,7 @@
 #include "host/lisp/drawing.h"
 #include "host/lisp/interpreter.h"
 #include "host/lisp/library.h"
+#include "host/lisp/measures.h"
 
 #include "vcdb_chains.h"
 
@@ -37,6 +38,21 @@ Value textToNumber(Interpreter&, Args args)
     return succeeded(read(asWide(args[0]).c_str(), unit, &number)) ? Value::real(number) : Value();
 }
 
+// A number, or each number of a list, in another unit; nil where the units are unknown or measure different things.
+Value cvunit(Interpreter&, Args args)
+{
+    const auto from = measureNamed(asText(args[1])), to = measureNamed(asText(args[2]));
+    if (!from || !to || !converted(0, *from, *to))
+        return Value();
+    const auto convert = [&](const Value& number) { return Value::real(*converted(asNumber(number), *from, *to)); };
+    if (!args[0].isCons())
+        return convert(args[0]);
+    ListBuilder list;
+    for (const Value& number : Items(args[0]))
+        list.add(convert(number));
+    return list.take();
+}
+
 Value wcmatch(Interpreter& lisp, Args args)
 {
     const Wildcard pattern(asText(args[1]), Wildcard::Case::Counts);
@@ -48,6 +64,7 @@ constexpr Builtin kUnits[] = {
     {"ANGTOS", numberToText<vcdbAngToS>, 1, 3},
     {"DISTOF", textToNumber<vcdbDisToF>, 1, 2},
     {"ANGTOF", textToNumber<vcdbAngToF>, 1, 2},
+    {"CVUNIT", cvunit, 3, 3},
     {"WCMATCH", wcmatch, 2, 2},
 };
 

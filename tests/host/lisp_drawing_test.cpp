@@ -134,6 +134,61 @@ CASES(Entities,
      "(list (assoc -3 (entget e)) (assoc -3 (entget e '(\"TOOLS\"))))",
      "(nil (-3 (\"TOOLS\" (1000 . \"a\") (1070 . 7))))"});
 
+CASES(Measures,
+    {"(cvunit 1 \"inch\" \"cm\")", "2.54"},
+    {"(cvunit 1.0 \"Mile\" \"feet\")", "5280.0"},
+    {"(cvunit '(0 100.0) \"celsius\" \"fahrenheit\")", "(32.0 212.0)"},
+    {"(cvunit 1 \"sq ft\" \"square_inches\")", "144.0"},
+    {"(cvunit 1 \"cubic meter\" \"liters\")", "1000.0"},
+    {"(cvunit 36 \"km/hour\" \"meter/second\")", "10.0"},
+    {"(cvunit 1 \"m^2\" \"cm^2\")", "10000.0"},
+    {"(cvunit 180 \"degrees\" \"radian\")", "3.14159"},
+    {"(cvunit 1 \"kilogram\" \"kg\")", "1.0"},
+    {"(cvunit 1 \"inch\" \"second\")", "nil"},
+    {"(cvunit 1 \"cubit\" \"cm\")", "nil"},
+    {"(cvunit \"1\" \"inch\" \"cm\")", "error: bad argument type: numberp: \"1\""});
+
+CASES(Curves,
+    {"(setq e (line \"0\" 3.0)) (list (vlax-curve-getEndParam e) (vlax-curve-getPointAtDist e 2.0) (vlax-curve-getStartPoint e))",
+     "(1.0 (3.0 2.0 0.0) (3.0 0.0 0.0))"},
+    {"(setq e (line \"0\" 3.0)) (list (vlax-curve-getClosestPointTo e '(9 2 0)) (vlax-curve-getClosestPointTo e '(9 7 0))"
+     " (vlax-curve-getClosestPointTo e '(9 7 0) t))",
+     "((3.0 2.0 0.0) (3.0 5.0 0.0) (3.0 7.0 0.0))"},
+    {"(entmake '((0 . \"CIRCLE\") (10 0 0 0) (40 . 2.0))) (list (vlax-curve-isClosed (entlast)) (rtos (vlax-curve-getArea (entlast)) 2 4))",
+     "(T \"12.5664\")"},
+    {"(setq e (line \"0\" 3.0)) (vlax-curve-getParamAtPoint e '(0 0 9))", "nil"},
+    {"(entmake '((0 . \"TEXT\") (10 0 0 0) (40 . 1.0) (1 . \"a\"))) (vl-catch-all-error-p (vl-catch-all-apply 'vlax-curve-getArea (list (entlast))))", "T"},
+    {"(vlax-curve-getArea 5)", "error: bad argument type: lentityp: 5"},
+    {"(line \"0\" 3.0) (list (osnap '(3.0 4.9 0.0) \"end\") (osnap '(3.0 4.9 0.0) \"_mid,cen\") (osnap '(30.0 4.0 0.0) \"end\"))",
+     "((3.0 5.0 0.0) (3.0 2.5 0.0) nil)"},
+    {"(osnap '(0 0) \"nowhere\")", "error: unknown object snap: \"nowhere\""});
+
+CASES(CustomaryNames,
+    {"(mapcar 'snvalid '(\"WALL\" \"a/b\" \"\" \"x|y\" \"*U1\"))", "(T nil nil nil nil)"},
+    {"(list (snvalid \"x|y\" 1) (snvalid \"|y\" 1))", "(T nil)"},
+    {"(getcname \"nosuch\")", "nil"},
+    {"(setq e (line \"0\" 1.0) s (ssget \"X\")) (list (equal (ssnamex s) (list (list 0 e 0))) (length (ssnamex s 0)) (ssnamex s 1))", "(T 1 nil)"},
+    {"(atoms-family 1 '(\"car\" \"nosuchthing\"))", "(\"CAR\" nil)"},
+    {"(not (null (member 'CAR (atoms-family 0))))", "T"},
+    {"(vl-catch-all-error-message (vl-catch-all-apply 'vl-exit-with-error '(\"no good\")))", "\"no good\""},
+    {"(autoload \"nosuchfile\" '(\"tool\")) (vl-catch-all-error-message (vl-catch-all-apply 'c:tool nil))",
+     "\"cannot find the program file: nosuchfile\""},
+    {"(vports)", "((2 (0.0 0.0) (1.0 1.0)))"},
+    {"(setview '((10 5.0 6.0) (40 . 7.0))) (list (getvar \"VIEWSIZE\") (getvar \"VIEWCTR\"))", "(7.0 (5.0 6.0 0.0))"},
+    {"(setview '((40 . 7.0)))", "error: bad argument type: view: ((40 . 7.0))"},
+    {"(list (grread) (grread) (grread) (grread))", "((2 97) (2 98) (2 13) (3 (1.0 2.0 0.0)))", "ab\n1,2\n"},
+    {"(list (vl-string-mismatch \"abcX\" \"abcY\") (vl-string-mismatch \"xab\" \"aB\" 1 0 t))", "(3 2)"},
+    {"(list (vl-infp 1.0) (vl-nanp 2))", "(nil nil)"});
+
+CASES(KeptSettings,
+    {"(vl-registry-write \"HKEY_CURRENT_USER\\\\Tools\\\\A\" \"size\" 7) (vl-registry-write \"HKEY_CURRENT_USER\\\\Tools\\\\A\" \"name\" \"x\")"
+     "(list (vl-registry-read \"HKEY_CURRENT_USER\\\\Tools\\\\A\" \"size\") (vl-registry-descendents \"HKEY_CURRENT_USER\\\\Tools\")"
+     " (vl-registry-descendents \"HKEY_CURRENT_USER\\\\Tools\\\\A\" \"\"))",
+     "(7 (\"A\") (\"name\" \"size\"))"},
+    {"(vl-registry-write \"K\" \"n\" \"v\") (list (vl-registry-delete \"K\" \"n\") (vl-registry-read \"K\" \"n\") (vl-registry-delete \"K\"))", "(T nil T)"},
+    {"(list (getcfg \"AppData/None/a\") (setcfg \"AppData/Tool/a\" \"5\") (getcfg \"AppData/Tool/a\") (getcfg \"AppData/Tool/b\"))", "(nil \"5\" \"5\" \"\")"},
+    {"(vl-bb-set 'shared 5) (list (vl-bb-ref 'shared) (vl-bb-ref 'other))", "(5 nil)"});
+
 CASES(Selections,
     {"(ssget \"X\")", "nil"},
     {"(line \"0\" 1.0) (line \"0\" 2.0) (sslength (ssget \"X\"))", "2"},
