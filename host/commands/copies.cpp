@@ -2,6 +2,9 @@
 
 #include "host/db/clone.h"
 #include "host/db/database.h"
+#include "sdk/vcdb_hatch.h"
+
+#include <algorithm>
 
 namespace vk::commands {
 
@@ -23,6 +26,22 @@ void transformObjects(Editor& ed, const SelectionSet& objects, const VcGeMatrix3
         ed.report("{} could not be changed this way and were left as they are.", left);
 }
 
+// A copy of a hatch follows its boundary only where that was copied with it.
+static void letGoOfBoundary(Editor& ed, VcDbObjectId original, VcDbObjectId twin, const VcDbIdMapping& mapping)
+{
+    auto* hatch = ed.db().liveAs<VcDbHatch>(twin);
+    if (!hatch || !hatch->associative())
+        return;
+    std::vector<VcDbObjectId> sources;
+    ed.db().objectAs<VcDbHatch>(original)->getAssocObjIds(sources);
+    const auto isCopied = [&](VcDbObjectId id) {
+        VcDbIdPair pair(id, {});
+        return mapping.compute(pair);
+    };
+    if (!std::all_of(sources.begin(), sources.end(), isCopied))
+        hatch->setAssociative(false);
+}
+
 std::shared_ptr<SelectionSet> copied(Editor& ed, const SelectionSet& objects)
 {
     VcDbIdMapping mapping;
@@ -30,8 +49,10 @@ std::shared_ptr<SelectionSet> copied(Editor& ed, const SelectionSet& objects)
     if (objects.empty() || cloneObjects(objects.ids(), ed.db().currentSpace(), mapping))
         return twins;
     for (const VcDbObjectId id : objects.ids())
-        if (VcDbIdPair pair(id, {}); mapping.compute(pair))
+        if (VcDbIdPair pair(id, {}); mapping.compute(pair)) {
+            letGoOfBoundary(ed, id, pair.value(), mapping);
             twins->add(pair.value());
+        }
     return twins;
 }
 

@@ -1,6 +1,7 @@
 #include "host/edit/undo_control.h"
 
 #include "host/db/database.h"
+#include "host/db/hatch_follow.h"
 
 namespace vk::edit {
 
@@ -21,6 +22,7 @@ void UndoControl::endStep()
 {
     if (--m_depth > 0)
         return;
+    followBoundaries(m_db, m_stepStart);
     keepStep();
     m_owner = Owner::Command;
 }
