@@ -29,7 +29,8 @@ private:
     std::shared_ptr<SelectionSet> askEdges();
     void option(const std::string& keyword);
     void fence();
-    void crossing();
+    void crossing(const VcGePoint3d& first);
+    Answer askTarget(const std::string& prompt, const std::string& keywords);
     void alongChain(const std::vector<VcGePoint3d>& chain, bool takesInside);
     void changeAt(VcDbObjectId id, const geom::Curve& chain);
     void askProjection();
@@ -183,10 +184,12 @@ void Trimmer::fence()
         alongChain(points, false);
 }
 
-void Trimmer::crossing()
+void Trimmer::crossing(const VcGePoint3d& a)
 {
-    const VcGePoint3d a = m_ed.point("Specify first corner");
-    const VcGePoint3d c = m_ed.point("Specify opposite corner", {.from = a});
+    const Answer opposite = m_ed.askPoint("Specify opposite corner", {.from = a, .enterEnds = true});
+    if (opposite.status != Status::Value)
+        return m_ed.printLine("Nothing was found there.");
+    const VcGePoint3d& c = opposite.point;
     std::vector<VcGePoint3d> corners{a, {c.x, a.y, a.z}, c, {a.x, c.y, a.z}};
     for (VcGePoint3d& p : corners)
         p = toWorld(m_ed, p);
@@ -198,7 +201,7 @@ void Trimmer::option(const std::string& keyword)
     if (keyword == "Fence")
         fence();
     else if (keyword == "Crossing")
-        crossing();
+        crossing(m_ed.point("Specify first corner"));
     else if (keyword == "Project")
         askProjection();
     else if (keyword == "Edge")
@@ -209,6 +212,25 @@ void Trimmer::option(const std::string& keyword)
         m_ed.printLine("The command has been completely undone.");
 }
 
+// A pick on nothing is the first corner of a crossing window, but for another command's, which answers by itself.
+Answer Trimmer::askTarget(const std::string& prompt, const std::string& keywords)
+{
+    Question q;
+    q.kind = Question::Kind::Entity;
+    q.prompt = prompt + ": ";
+    q.init.keywords = parseKeywords(keywords);
+    q.hasDefault = true;
+    for (;;) {
+        const Answer a = m_ed.ask(q);
+        if (a.status != Status::Failed)
+            return a;
+        if (a.hasPoint && a.entity.isNull() && !m_ed.isDriven())
+            crossing(a.point);
+        else
+            m_ed.printLine("No object was found there.");
+    }
+}
+
 void Trimmer::run()
 {
     tellSettings();
@@ -216,7 +238,7 @@ void Trimmer::run()
     const std::string prompt = m_extends ? "Select object to extend or [Fence/Crossing/Project/Edge/Undo]"
                                          : "Select object to trim or [Fence/Crossing/Project/Edge/eRase/Undo]";
     for (;;) {
-        const Answer a = m_ed.askEntity(prompt, {.keywords = m_extends ? "Fence Crossing Project Edge Undo" : "Fence Crossing Project Edge eRase Undo"});
+        const Answer a = askTarget(prompt, m_extends ? "Fence Crossing Project Edge Undo" : "Fence Crossing Project Edge eRase Undo");
         if (a.status == Status::Enter)
             return;
         if (a.status == Status::Keyword) {

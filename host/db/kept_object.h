@@ -35,6 +35,11 @@ public:
     VcDbKeptEntity() = default;
     explicit VcDbKeptEntity(std::string_view dxfName) : m_className(dxfName) {}
     const char* keptDxfName() const { return m_className.text(); }
+    // Of the classes whose points are known for what they are among their groups: multileaders and underlays. They move, turn
+    // and scale evenly; texts and pages have no mirror image.
+    Vcad::ErrorStatus transformBy(const VcGeMatrix3d& m) override;
+    // Of those points.
+    Vcad::ErrorStatus getGeomExtents(VcDbExtents& extents) const override;
 
 private:
     KeptClassName m_className;
