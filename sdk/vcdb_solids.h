@@ -3,11 +3,38 @@
 
 #include "vcdb_entity.h"
 
-// Base of what carries such a shape.
+struct SolidModel;
+
+// Base of what carries such a shape. It is drawn by its edges and by lines on its round faces.
 class VK_SDK VcDbModelerGeometry : public VcDbEntity {
     VCRX_DECLARE(VcDbModelerGeometry)
 public:
+    VcDbModelerGeometry();
+    VcDbModelerGeometry(const VcDbModelerGeometry&);
+    VcDbModelerGeometry& operator=(const VcDbModelerGeometry&);
+    ~VcDbModelerGeometry() override;
+
+    // Fails where the matrix does not keep all proportions, which the notation has no place for.
+    Vcad::ErrorStatus transformBy(const VcGeMatrix3d& m) override;
+    Vcad::ErrorStatus getGeomExtents(VcDbExtents& extents) const override;
+
+    // Host side.
     void fields(FieldVisitor& visitor) override;
+    void fieldsChanged() override;
+    void dropCaches() override;
+    // The shape, read when it is first asked for.
+    const SolidModel& model() const;
+    // The notation: its text, or its binary form.
+    std::string modelData() const;
+    bool hasModelText() const;
+    // Binary data that differs from what the drawing's own section holds for this entity, or that it does not hold; null
+    // where there is none.
+    const std::shared_ptr<const std::string>& ownModelData() const { return m_ownData; }
+
+private:
+    void setModelData(std::string data);
+    mutable std::shared_ptr<const SolidModel> m_model;
+    std::shared_ptr<const std::string> m_ownData;
 };
 
 class VK_SDK VcDb3dSolid : public VcDbModelerGeometry {
@@ -22,6 +49,9 @@ private:
 
 class VK_SDK VcDbRegion : public VcDbModelerGeometry {
     VCDB_DECLARE(VcDbRegion)
+public:
+    // Gives its edges.
+    Vcad::ErrorStatus explode(std::vector<VcDbEntity*>& pieces) const override;
 };
 
 class VK_SDK VcDbBody : public VcDbModelerGeometry {

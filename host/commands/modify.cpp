@@ -4,6 +4,7 @@
 #include "host/commands/families.h"
 #include "host/db/database.h"
 #include "sdk/vcdb_curves.h"
+#include "sdk/vcdb_solids.h"
 #include "sdk/vcdb_tables.h"
 
 namespace vk::commands {
@@ -43,7 +44,7 @@ void oops(Editor& ed)
 void explode(Editor& ed)
 {
     const auto objects = ed.select({.endsWithArguments = true});
-    std::size_t left = 0, done = 0, wide = 0;
+    std::size_t left = 0, done = 0, wide = 0, solid = 0;
     for (const VcDbObjectId id : objects->ids()) {
         ed.throwIfInterrupted();
         auto* entity = ed.db().liveAs<VcDbEntity>(id);
@@ -53,11 +54,14 @@ void explode(Editor& ed)
         const bool hasWidth = polyline && polyline->hasWidth(), exploded = explodeInPlace(ed.db(), *entity);
         ++(exploded ? done : left);
         wide += exploded && hasWidth;
+        solid += !exploded && entity->isKindOf(VcDbModelerGeometry::desc());
     }
     if (wide > 0)
         ed.report("Exploding has lost the width of {} polyline(s). U brings it back.", wide);
     if (left > 0)
         ed.report("{} could not be exploded.", left);
+    if (solid > 0)
+        ed.report("{} of them solid(s) or surface(s): regions alone can be broken into their edges.", solid);
     if (done == 0 && left > 0)
         throw CommandError{"Nothing was exploded."};
 }

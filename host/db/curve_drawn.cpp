@@ -1,6 +1,7 @@
 // What is drawn of an entity, as curves: outlines of what is no curve itself, members of blocks in their place.
 #include "host/db/curve_of.h"
 #include "host/db/database.h"
+#include "host/db/solid_model.h"
 #include "host/db/text_geometry.h"
 #include "host/geom/arbitrary_axis.h"
 #include "host/geom/curve_edit.h"
@@ -9,6 +10,7 @@
 #include "sdk/vcdb_images.h"
 #include "sdk/vcdb_insert.h"
 #include "sdk/vcdb_misc.h"
+#include "sdk/vcdb_solids.h"
 #include "sdk/vcdb_tables.h"
 #include "sdk/vcdb_text.h"
 #include "sdk/vcdb_viewport.h"
@@ -170,6 +172,8 @@ Curves hatchOutline(const VcDbEntity& e)
     return curves;
 }
 
+Curves solidOutline(const VcDbEntity& e) { return drawnCurvesOf(static_cast<const VcDbModelerGeometry&>(e)); }
+
 struct OutlineClass {
     VcRxClass* (*desc)();
     Curves (*outline)(const VcDbEntity&);
@@ -178,7 +182,7 @@ struct OutlineClass {
 constexpr OutlineClass kOutlines[] = {
     {&VcDbText::desc, textOutline},         {&VcDbMText::desc, paragraphOutline},     {&VcDbHatch::desc, hatchOutline},
     {&VcDbFilledQuad::desc, quadOutline},   {&VcDbFace::desc, faceOutline},           {&VcDbRasterImage::desc, imageOutline},
-    {&VcDbViewport::desc, viewportOutline}, {&VcDbMline::desc, multilineOutline},
+    {&VcDbViewport::desc, viewportOutline}, {&VcDbMline::desc, multilineOutline},     {&VcDbModelerGeometry::desc, solidOutline},
 };
 
 std::optional<Curves> ownCurves(const VcDbEntity& entity)

@@ -1,6 +1,7 @@
 #include "host/db/database.h"
 
 #include "host/db/kept_extents.h"
+#include "host/db/model_section.h"
 
 #include "host/base/unicode.h"
 #include "host/db/record_names.h"
@@ -38,6 +39,7 @@ DatabaseCore::~DatabaseCore()
 {
     m_undo.clear();
     KeptExtents::forget(m_serial);
+    forgetModelSection(m_serial);
     for (std::uint32_t slot = 1; slot < m_slotCount; ++slot)
         delete place(slot).object;
     std::erase(openDatabases(), this);

@@ -18,6 +18,8 @@ void VcDbModelerGeometry::fields(FieldVisitor& v)
 {
     VcDbEntity::fields(v);
     v.subclass("AcDbModelerGeometry");
+    if (v.isReading())
+        m_model.reset();
 }
 
 // Solids of files before 2007 have no history and no subclass for it.

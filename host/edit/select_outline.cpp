@@ -1,12 +1,14 @@
 #include "host/edit/select_outline.h"
 
 #include "host/db/curve_of.h"
+#include "host/db/solid_model.h"
 #include "host/db/text_geometry.h"
 #include "host/geom/arbitrary_axis.h"
 #include "host/geom/curve.h"
 #include "sdk/vcdb_curves.h"
 #include "sdk/vcdb_faces.h"
 #include "sdk/vcdb_polylines.h"
+#include "sdk/vcdb_solids.h"
 #include "sdk/vcdb_text.h"
 #include "sdk/vcdb_viewport.h"
 
@@ -208,9 +210,20 @@ void outline3dPolyline(const VcDbEntity& e, OutlineBuilder& b)
     b.chain(std::move(points), polyline.isClosed());
 }
 
-void outlineSpline(const VcDbEntity& e, OutlineBuilder& b)
+Points pointsOf(const geom::Nurbs& nurbs)
 {
     constexpr int kPiecesPerSpan = 24;
+    const geom::Curve curve = nurbs;
+    const auto& knots = nurbs.knots;
+    Points points{geom::pointAt(curve, knots[std::size_t(nurbs.degree)])};
+    for (std::size_t i = std::size_t(nurbs.degree); i < nurbs.poles.size(); ++i)
+        for (int k = 1; k <= kPiecesPerSpan && knots[i + 1] > knots[i]; ++k)
+            points.push_back(geom::pointAt(curve, knots[i] + (knots[i + 1] - knots[i]) * k / kPiecesPerSpan));
+    return points;
+}
+
+void outlineSpline(const VcDbEntity& e, OutlineBuilder& b)
+{
     const auto& spline = static_cast<const VcDbSpline&>(e);
     const auto curve = curveOf(spline);
     const auto* nurbs = curve ? std::get_if<geom::Nurbs>(&*curve) : nullptr;
@@ -218,12 +231,42 @@ void outlineSpline(const VcDbEntity& e, OutlineBuilder& b)
         b.chain(spline.fitPoints().empty() ? spline.controlPoints() : spline.fitPoints());
         return;
     }
-    const auto& knots = nurbs->knots;
-    Points points{geom::pointAt(*curve, knots[std::size_t(nurbs->degree)])};
-    for (std::size_t i = std::size_t(nurbs->degree); i < nurbs->poles.size(); ++i)
-        for (int k = 1; k <= kPiecesPerSpan && knots[i + 1] > knots[i]; ++k)
-            points.push_back(geom::pointAt(*curve, knots[i] + (knots[i + 1] - knots[i]) * k / kPiecesPerSpan));
-    b.chain(std::move(points));
+    b.chain(pointsOf(*nurbs));
+}
+
+// Edges and lines of solids are of these kinds only.
+struct CurveOutline {
+    OutlineBuilder& b;
+
+    void operator()(const geom::Segment& s) const { b.chain({s.start, s.end}); }
+    void operator()(const geom::Circle& c) const { turn(c.center, c.radius, c.normal, 0, geom::kTwoPi); }
+    void operator()(const geom::Arc& a) const { turn(a.center, a.radius, a.normal, a.start, a.end - a.start); }
+    void operator()(const geom::Ellipse& e) const
+    {
+        Points points;
+        b.arc(points, e.center, e.major, e.normal.normal().crossProduct(e.major) * e.ratio, e.start, e.end - e.start);
+        b.chain(std::move(points));
+    }
+    void operator()(const geom::Nurbs& n) const { b.chain(pointsOf(n)); }
+    void operator()(const geom::Polyline3& p) const { b.chain(p.vertices, p.closed); }
+    template <class Other>
+    void operator()(const Other&) const
+    {
+    }
+
+    void turn(const VcGePoint3d& center, double radius, const VcGeVector3d& normal, double from, double sweep) const
+    {
+        const Frame frame = geom::arbitraryFrame(normal);
+        Points points;
+        b.arc(points, center, frame.x * radius, frame.y * radius, from, sweep);
+        b.chain(std::move(points));
+    }
+};
+
+void outlineSolid(const VcDbEntity& e, OutlineBuilder& b)
+{
+    for (const geom::Curve& curve : drawnCurvesOf(static_cast<const VcDbModelerGeometry&>(e)))
+        std::visit(CurveOutline{b}, curve);
 }
 
 void outlineQuad(const VcDbEntity& e, OutlineBuilder& b)
@@ -303,6 +346,7 @@ constexpr Entry kOutlines[] = {
     {&VcDbFace::desc, outlineFace},
     {&VcDbUnboundedLine::desc, outlineRay},
     {&VcDbViewport::desc, outlineViewport},
+    {&VcDbModelerGeometry::desc, outlineSolid},
 };
 
 }

@@ -5,12 +5,14 @@
 #include "host/db/extras.h"
 #include "host/db/kept_object.h"
 #include "host/db/let_go.h"
+#include "host/db/model_section.h"
 #include "host/geom/curve.h"
 #include "host/io/legacy_sink.h"
 #include "host/io/object_writer.h"
 #include "sdk/vcdb_curves.h"
 #include "sdk/vcdb_layout.h"
 #include "sdk/vcdb_polylines.h"
+#include "sdk/vcdb_solids.h"
 #include "sdk/vcdb_tables.h"
 #include "sdk/vcdb_viewport.h"
 
@@ -32,9 +34,13 @@ bool isSolidModel(std::string_view type)
 // From R2013 on the data of solids stands in a section of its own that older releases do not read.
 bool losesItsData(const VcDbEntity& entity, const DatabaseCore& db, DxfVersion version)
 {
-    if (version >= DxfVersion::R2013 || db.origin.version < DxfVersion::R2013 || !isSolidModel(dxfNameOf(entity)))
+    if (version >= DxfVersion::R2013)
         return false;
-    return std::any_of(db.keptSections.begin(), db.keptSections.end(), [](const KeptSection& s) { return s.name == "ACDSDATA"; });
+    if (const auto* solid = VcDbModelerGeometry::cast(&entity))
+        return !solid->hasModelText() && !solid->modelData().empty();
+    if (db.origin.version < DxfVersion::R2013 || !isSolidModel(dxfNameOf(entity)))
+        return false;
+    return std::any_of(db.keptSections.begin(), db.keptSections.end(), [](const KeptSection& s) { return s.name == kModelSection; });
 }
 
 std::unique_ptr<VcDbEntity> throughPoints(const std::vector<VcGePoint3d>& points, bool closed)

@@ -5,9 +5,11 @@
 #include "host/db/dim_block_users.h"
 #include "host/db/kept_object.h"
 #include "host/db/let_go.h"
+#include "host/db/model_section.h"
 #include "host/db/standard_header.h"
 #include "host/io/downgrade.h"
 #include "host/io/header_versions.h"
+#include "host/io/model_section_writer.h"
 #include "sdk/vcdb_database.h"
 #include "sdk/vcdb_insert.h"
 #include "sdk/vcdb_layout.h"
@@ -382,14 +384,25 @@ void DxfWriter::keptSections()
     for (const KeptSection& section : m_db.keptSections)
         if (!section.name.empty())
             keptSection(section);
+    const auto isOfModels = [](const KeptSection& s) { return s.name == kModelSection; };
+    if (m_version >= DxfVersion::R2013 && std::none_of(m_db.keptSections.begin(), m_db.keptSections.end(), isOfModels) &&
+        hasNewModelData(m_db)) {
+        beginSection(kModelSection);
+        putModelSection(m_db, nullptr, m_sink);
+        endSection();
+    }
 }
 
 void DxfWriter::keptSection(const KeptSection& section)
 {
-    if (section.name == "ACDSDATA" && m_version < DxfVersion::R2013)
+    const bool isOfModels = section.name == kModelSection;
+    if (isOfModels && m_version < DxfVersion::R2013)
         return;
     m_sink.text(0, "SECTION");
     m_sink.text(2, section.name);
-    putTags(m_sink, section.tags);
+    if (isOfModels)
+        putModelSection(m_db, &section, m_sink);
+    else
+        putTags(m_sink, section.tags);
     endSection();
 }

@@ -25,7 +25,7 @@ namespace {
 BuildFunction findBuilder(const VcRxClass* cls)
 {
     for (const auto& table : {curveBuilders(), polylineBuilders(), textBuilders(), areaBuilders(), blockBuilders(),
-                              annotationBuilders(), frameBuilders()})
+                              annotationBuilders(), frameBuilders(), solidBuilders()})
         for (const BuildEntry& entry : table)
             if (cls->isDerivedFrom(entry.desc()))
                 return entry.build;

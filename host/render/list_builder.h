@@ -95,5 +95,6 @@ std::span<const BuildEntry> areaBuilders();
 std::span<const BuildEntry> blockBuilders();
 std::span<const BuildEntry> annotationBuilders();
 std::span<const BuildEntry> frameBuilders();
+std::span<const BuildEntry> solidBuilders();
 
 }  // namespace vk::render
