@@ -11,6 +11,7 @@
 #include "sdk/vcdb_curves.h"
 #include "sdk/vcdb_dims.h"
 #include "sdk/vcdb_faces.h"
+#include "sdk/vcdb_hatch.h"
 #include "sdk/vcdb_insert.h"
 #include "sdk/vcdb_text.h"
 
@@ -55,6 +56,24 @@ bool setThicknessOf(VcDbEntity& entity, double thickness)
 bool setThickness(VcDbEntity& entity, double thickness)
 {
     return setThicknessOf<VcDbLine, VcDbPoint, VcDbCircle, VcDbArc, VcDbPolyline, VcDb2dPolyline, VcDbFilledQuad, VcDbText, VcDbShape>(entity, thickness);
+}
+
+template <class... Classes>
+std::optional<double> thicknessAs(const VcDbEntity& entity)
+{
+    std::optional<double> thickness;
+    const auto tryClass = [&](const auto* typed) {
+        if (typed && !thickness)
+            thickness = typed->thickness();
+    };
+    (tryClass(Classes::cast(&entity)), ...);
+    return thickness;
+}
+
+// Nothing for a class that has none.
+std::optional<double> thicknessOf(const VcDbEntity& entity)
+{
+    return thicknessAs<VcDbLine, VcDbPoint, VcDbCircle, VcDbArc, VcDbPolyline, VcDb2dPolyline, VcDbFilledQuad, VcDbText, VcDbShape>(entity);
 }
 
 // The value that all have, or "varies".
@@ -198,6 +217,15 @@ void change(Editor& ed)
 
 // Matching
 
+void matchHatch(const VcDbHatch& from, VcDbHatch& to)
+{
+    to.setSolidFill(from.isSolidFill());
+    to.setPatternName(utf8ToWide(from.patternNameUtf8()).c_str());
+    to.setPatternDefinitions(from.patternLines());
+    to.setPatternScale(from.patternScale());
+    to.setPatternAngle(from.patternAngle());
+}
+
 // What is special to a class goes over between objects of that class alone.
 void matchSpecial(const VcDbEntity& from, VcDbEntity& to)
 {
@@ -216,6 +244,11 @@ void matchSpecial(const VcDbEntity& from, VcDbEntity& to)
     if (const auto* dimension = VcDbDimension::cast(&from))
         if (auto* target = VcDbDimension::cast(&to))
             target->setDimensionStyle(dimension->dimensionStyle());
+    if (const auto* hatch = VcDbHatch::cast(&from); hatch && !hatch->isGradient())
+        if (auto* target = VcDbHatch::cast(&to); target && !target->isGradient())
+            matchHatch(*hatch, *target);
+    if (const auto thickness = thicknessOf(from))
+        setThickness(to, *thickness);
     double width = 0;
     if (const auto* polyline = VcDbPolyline::cast(&from); polyline && polyline->getConstantWidth(width) == Vcad::eOk)
         if (auto* target = VcDbPolyline::cast(&to))
@@ -232,6 +265,7 @@ void match(Editor& ed)
             return;
         source = ed.db().liveAs<VcDbEntity>(a.entity);
     }
+    ed.printLine("Current active settings:  Color Layer Ltype Ltscale Lineweight Thickness Text Dim Hatch Polyline");
     const auto objects = ed.select({.prompt = "Select destination object(s): "});
     for (VcDbEntity* entity : entitiesOf(ed, *objects))
         if (entity != source) {
