@@ -60,6 +60,10 @@ Spacing askRowSpacing(Editor& ed, bool withCell)
         if (a.status == Status::Value) {
             const VcGePoint3d other = ed.point(withCell ? "Specify opposite corner" : "Specify second point", {.from = a.point});
             const VcGeVector3d cell = other - a.point;
+            if (withCell ? cell.x == 0 || cell.y == 0 : cell.length() == 0) {
+                ed.printLine(withCell ? "A cell needs a width and a height." : "Value must be nonzero.");
+                continue;
+            }
             return withCell ? Spacing{cell.y, cell.x} : Spacing{cell.length(), std::nullopt};
         }
         const auto number = parseDistance(a.text, LinearNotation(ed.vars().integer("LUNITS")));

@@ -2,6 +2,7 @@
 #include "host/base/unicode.h"
 #include "host/commands/block_definition.h"
 #include "host/commands/drawing.h"
+#include "host/commands/erased.h"
 #include "host/commands/families.h"
 #include "host/db/database.h"
 #include "host/db/record_names.h"
@@ -59,9 +60,7 @@ void define(Editor& ed, const std::string& name, const VcGePoint3d& base, const 
     if (isNew)
         block.setInsertUnits(std::int16_t(ed.vars().integer("INSUNITS")));
     fillBlock(ed, block, objects.ids(), (ucsToWorld(ed) * VcGeMatrix3d::translation(base.asVector())).inverse());
-    for (const VcDbObjectId id : objects.ids())
-        if (auto* entity = ed.db().liveAs<VcDbEntity>(id))
-            entity->erase();
+    eraseForOops(ed, objects.ids());
     if (!isNew)
         ed.printLine(fmt::format("Block \"{}\" redefined.", name));
     ed.vars().force("INSNAME", name);

@@ -169,6 +169,8 @@ bool onePolyline(edit::Editor& ed, CurveEdits& edits, const CornerPick& a, const
             return refuse(ed, "Those segments of the polyline neither follow each other nor have just one between them.");
         return farCorner(ed, edits, a, b, maker, p.closed ? (s + 2) % n == t : s < t, closes);
     }
+    if (p.vertices[s].bulge != 0 || p.vertices[t].bulge != 0)
+        return farCorner(ed, edits, a, b, maker, firstLeads, false);
     const auto changed = maker.atVertex(p, firstLeads ? t : s, !firstLeads);
     if (!changed)
         return refuse(ed, "The corner does not fit there: its sides are too short, run in one line, or are arcs.");

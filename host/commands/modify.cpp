@@ -1,5 +1,6 @@
 // ERASE, OOPS, EXPLODE, SELECT.
 #include "host/commands/drawing.h"
+#include "host/commands/erased.h"
 #include "host/commands/explode.h"
 #include "host/commands/families.h"
 #include "host/db/database.h"
@@ -23,10 +24,7 @@ void erase(Editor& ed)
 {
     const auto objects = ed.select();
     if (!objects->empty())
-        lastErased().clear();
-    for (const VcDbObjectId id : objects->ids())
-        if (VcDbObject* object = ed.db().object(id); object && object->erase() == Vcad::eOk)
-            lastErased().push_back(id);
+        eraseForOops(ed, objects->ids());
 }
 
 void oops(Editor& ed)
@@ -79,6 +77,14 @@ const HostCommand kCommands[] = {
     {"SELECT", nullptr, kUsesPickSet | kStaysWaiting | kNoUndoStep, "Puts objects into the previous selection set.", select},
 };
 
+}
+
+void eraseForOops(Editor& ed, const std::vector<VcDbObjectId>& ids)
+{
+    lastErased().clear();
+    for (const VcDbObjectId id : ids)
+        if (VcDbObject* object = ed.db().object(id); object && object->erase() == Vcad::eOk)
+            lastErased().push_back(id);
 }
 
 std::span<const HostCommand> modifyCommands() { return kCommands; }

@@ -2,6 +2,7 @@
 #include "host/base/files.h"
 #include "host/commands/block_definition.h"
 #include "host/commands/drawing.h"
+#include "host/commands/erased.h"
 #include "host/commands/families.h"
 #include "host/db/clone.h"
 #include "host/db/database.h"
@@ -89,9 +90,7 @@ void writeSelection(Editor& ed, const std::string& path)
         return ed.printLine("Nothing was selected; no file is written.");
     const auto drawing = drawingWith(ed, objects->ids(), (ucsToWorld(ed) * VcGeMatrix3d::translation(base.asVector())).inverse());
     write(ed, *drawing, path);
-    for (const VcDbObjectId id : objects->ids())
-        if (auto* entity = ed.db().liveAs<VcDbEntity>(id))
-            entity->erase();
+    eraseForOops(ed, objects->ids());
 }
 
 void wblock(Editor& ed)

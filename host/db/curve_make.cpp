@@ -55,22 +55,25 @@ bool setShape(VcDbSpline& spline, const g::Nurbs& n)
     return !spline.setNurbsData(n.degree, g::isClosed(n), false, n.poles, n.knots, n.weights);
 }
 
-bool isWidthEven(const std::vector<g::PolyVertex>& vertices, double width)
+// The one width of all segments. The last vertex of an open polyline begins none, so what it says does not count.
+std::optional<double> evenWidth(const g::Polyline& p)
 {
-    return std::all_of(vertices.begin(), vertices.end(), [width](const g::PolyVertex& v) { return v.startWidth == width && v.endWidth == width; });
+    const auto last = p.vertices.end() - (p.closed || p.vertices.size() < 2 ? 0 : 1);
+    const double width = p.vertices.front().startWidth;
+    const bool even = std::all_of(p.vertices.begin(), last, [width](const g::PolyVertex& v) { return v.startWidth == width && v.endWidth == width; });
+    return even ? std::optional(width) : std::nullopt;
 }
 
 bool setShape(VcDbPolyline& polyline, const g::Polyline& p)
 {
     if (p.vertices.empty() || polyline.setNormal(unit(p.normal)) || polyline.setElevation(p.elevation))
         return false;
-    double width = 0;
-    const bool even = polyline.numVerts() > 0 && !polyline.getConstantWidth(width) && isWidthEven(p.vertices, width);
+    const std::optional<double> even = evenWidth(p);
     while (polyline.numVerts() > 0)
         polyline.removeVertexAt(polyline.numVerts() - 1);
-    polyline.setConstantWidth(even ? width : 0);
+    polyline.setConstantWidth(even.value_or(0));
     for (const g::PolyVertex& v : p.vertices)
-        if (polyline.addVertexAt(polyline.numVerts(), v.point, v.bulge, v.startWidth, v.endWidth))
+        if (polyline.addVertexAt(polyline.numVerts(), v.point, v.bulge, even.value_or(v.startWidth), even.value_or(v.endWidth)))
             return false;
     polyline.setClosed(p.closed);
     return true;
