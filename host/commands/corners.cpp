@@ -103,8 +103,11 @@ void faceParallel(geom::CornerSide& side, const Curve& other)
         side.picked = side.picked > 0.5 ? 0 : 1;
 }
 
+// Towards an end of the segment; of an arc its middle, which also tells the tangent circles on both sides of a line apart.
 geom::CornerSide keptTowards(const CornerPick& pick, const VcGePoint3d& end)
 {
+    if (const auto* arc = std::get_if<geom::Arc>(&pick.side.curve))
+        return {*arc, (arc->start + arc->end) / 2};
     const auto near = geom::closestPoint(pick.side.curve, end);
     return {pick.side.curve, near ? near->param : pick.side.picked};
 }
