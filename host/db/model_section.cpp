@@ -59,6 +59,8 @@ private:
 
 ModelData sectionModelData(const DatabaseCore& db, std::uint64_t handle)
 {
+    if (db.loading)  // the section stands behind the entities
+        return nullptr;
     const auto [known, isNew] = sections().try_emplace(db.serial());
     if (isNew)
         for (const KeptSection& section : db.keptSections)

@@ -234,13 +234,22 @@ int statedIsolines(const DatabaseCore* db)
 
 }
 
+const std::vector<Curve>& SolidModel::lines(int count) const
+{
+    if (count != m_lineCount) {
+        m_lines = isolines(shape, count);
+        m_lineCount = count;
+    }
+    return m_lines;
+}
+
 std::vector<Curve> drawnCurvesOf(const VcDbModelerGeometry& solid)
 {
-    const ModelShape& shape = solid.model().shape;
-    std::vector<Curve> curves = shape.edges;
+    const SolidModel& model = solid.model();
+    std::vector<Curve> curves = model.shape.edges;
     const auto* surface = VcDbSurface::cast(&solid);
     const int count = surface ? std::max(surface->uIsolineDensity(), 0) : statedIsolines(DatabaseCore::of(solid.objectId()));
-    for (Curve& line : isolines(shape, count))
-        curves.push_back(std::move(line));
+    const std::vector<Curve>& lines = model.lines(count);
+    curves.insert(curves.end(), lines.begin(), lines.end());
     return curves;
 }

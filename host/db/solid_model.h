@@ -9,6 +9,13 @@ class VcDbModelerGeometry;
 struct SolidModel {
     vk::geom::ModelShape shape;
     vk::geom::Box3d box;  // of all edges and of round faces that reach beyond them
+
+    // As many lines as were asked for last.
+    const std::vector<vk::geom::Curve>& lines(int count) const;
+
+private:
+    mutable int m_lineCount = 0;
+    mutable std::vector<vk::geom::Curve> m_lines;
 };
 
 // What is drawn: edges, and lines on round faces as many as the drawing or the surface says.

@@ -120,7 +120,8 @@ std::vector<Crossing> crossings(const std::vector<Chain>& chains, double given, 
             if ((a0 <= c) == (a1 <= c))
                 continue;
             // What lies to the left of an edge is inside: above one that runs to greater u, below one that runs to greater v.
-            found.push_back({b0 + (b1 - b0) * (c - a0) / (a1 - a0), ((a1 > a0) != turned) != inward});
+            if (const double at = b0 + (b1 - b0) * (c - a0) / (a1 - a0); std::isfinite(at))
+                found.push_back({at, ((a1 > a0) != turned) != inward});
         }
     return found;
 }
@@ -307,10 +308,11 @@ private:
 
 std::vector<Curve> isolines(const ModelShape& shape, int count)
 {
+    constexpr std::size_t kMost = 500'000; // more would only cover each other
     std::vector<Curve> lines;
     if (count > 0)
         for (const ModelFace& face : shape.faces)
-            if (face.isWhole)
+            if (face.isWhole && lines.size() < kMost)
                 FaceLines(shape, face, count, lines).add();
     return lines;
 }

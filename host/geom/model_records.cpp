@@ -150,7 +150,7 @@ public:
         m_to.m_endAt = std::uint32_t(m_bytes.size());
         m_at = kMagicSize;
         m_to.m_version = int(std::clamp<std::int64_t>(whole(m_to.m_wordSize), 0, 1 << 30));
-        m_at += 3u * std::size_t(m_to.m_wordSize);
+        m_at = std::min(m_at + 3u * std::size_t(m_to.m_wordSize), m_bytes.size());
         header();
         while (record())
             ;

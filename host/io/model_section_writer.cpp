@@ -58,7 +58,7 @@ std::map<std::uint64_t, ModelData> ownData(const DatabaseCore& db)
     std::map<std::uint64_t, ModelData> own;
     for (std::uint32_t slot = 1; slot < db.slotCount(); ++slot) {
         const auto* solid = VcDbModelerGeometry::cast(db.objectAt(slot));
-        if (!solid || solid->isErased() || !solid->ownModelData())
+        if (!solid || solid->isErased() || !solid->ownModelData() || db.loadedReferences.contains(solid->ownerId().slot()))
             continue;
         const std::uint64_t handle = db.handleOf(solid->objectId());
         const ModelData filed = sectionModelData(db, handle);

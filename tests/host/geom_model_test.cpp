@@ -273,6 +273,7 @@ TEST(ModelBroken, StatedSizesAreNotTrusted)
     const ModelShape deep = shapeOf(splineFace("forward", "{ exactcur nubs 3 open 2000000000 0 3 }").text());
     EXPECT_EQ(deep.unread, 1u);
     EXPECT_TRUE(shapeOf("ASM BinaryFile4").isEmpty());
+    EXPECT_LE(ModelRecords("ASM BinaryFile4").endAt(), 15u);
     EXPECT_TRUE(shapeOf(std::string("ASM BinaryFile8") + std::string(64, '\x09') + std::string(8, '\xff')).isEmpty());
 }
 

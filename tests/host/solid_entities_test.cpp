@@ -4,6 +4,7 @@
 
 #include "host/db/model_section.h"
 #include "host/db/solid_model.h"
+#include "host/edit/sysvars_drawing.h"
 #include "host/geom/model_records.h"
 #include "host/io/drawing_file.h"
 #include "host/render/list_builder.h"
@@ -288,6 +289,37 @@ TEST(SolidFiles, APictureThatOthersLeftGoesWhenTheSolidMoves)
     EXPECT_NE(drawing.saved(DxfVersion::R2000).find("0800000000000000"), std::string::npos);
     ASSERT_EQ(drawing.solid().transformBy(VcGeMatrix3d::translation({1, 0, 0})), Vcad::eOk);
     EXPECT_EQ(drawing.saved(DxfVersion::R2000).find("0800000000000000"), std::string::npos);
+}
+
+TEST(SolidModel, RoundFacesHaveAsManyLinesAsTheDrawingSays)
+{
+    Loaded drawing(oldDrawing("3DSOLID", cylinder(2, 7)));
+    EXPECT_EQ(drawnCurvesOf(drawing.solid()).size(), 2u + 4u);
+    const vk::edit::SysVarDef& def = *vk::edit::findSysVar("ISOLINES");
+    for (const char* count : {"9", "0", "4"}) {
+        ASSERT_TRUE(vk::edit::setDrawingSysVar(drawing.database.core(), def, *vk::edit::parseSysVar(def, count)));
+        EXPECT_EQ(drawnCurvesOf(drawing.solid()).size(), 2u + std::size_t(std::atoi(count)));
+    }
+}
+
+// Members of external references are not saved, so neither is their data.
+TEST(SolidFiles, DataOfLoadedReferencesStaysOut)
+{
+    Loaded from(newDrawing("REGION", halfDisc()));
+    auto copy = from.solid().copyOf();
+    copy->detach();
+    Loaded to(drawing("AC1032", "0\nPOINT\n10\n1.0\n20\n1.0\n30\n0.0\n"));
+    const VcDbObjectId block = to.database.core().recordFor(NameTable::Block, "XR");
+    {
+        Writing<VcDbBlockTableRecord> record(block);
+        VcDbObjectId id;
+        auto* added = static_cast<VcDbEntity*>(copy.release());
+        ASSERT_EQ(record->appendVcDbEntity(id, added), Vcad::eOk);
+        added->close();
+    }
+    EXPECT_NE(to.saved().find("ACDSDATA"), std::string::npos);
+    to.database.core().loadedReferences.insert(block.slot());
+    EXPECT_EQ(to.saved().find("ACDSDATA"), std::string::npos);
 }
 
 TEST(SolidModel, IsReadOnceUntilItChanges)
