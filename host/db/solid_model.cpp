@@ -154,12 +154,13 @@ Box3d boxOf(const std::vector<Curve>& curves)
     return box;
 }
 
-// Spheres and tori reach beyond their edges: their lines are so dense that no more than a thousandth of the radius is missed.
+// Spheres, tori and tips of cones reach beyond edges: lines are so dense that no more than a thousandth of the radius is missed.
 Box3d boxOfRoundFaces(const ModelShape& shape)
 {
     constexpr int kLines = 64;
     const bool any = std::any_of(shape.faces.begin(), shape.faces.end(), [](const ModelFace& f) {
-        return std::holds_alternative<SphereSurface>(f.surface) || std::holds_alternative<TorusSurface>(f.surface);
+        const auto* cone = std::get_if<ConeSurface>(&f.surface);
+        return (cone && cone->slope != 0) || std::holds_alternative<SphereSurface>(f.surface) || std::holds_alternative<TorusSurface>(f.surface);
     });
     return any ? boxOf(isolines(shape, kLines)) : Box3d();
 }

@@ -216,7 +216,7 @@ private:
             m_to.push_back(m_face.placed == VcGeMatrix3d() ? curve : transformed(curve, m_face.placed));
     }
 
-    // Files do not agree on which way a cone opens; its edges know.
+    // Files do not agree on which way a cone opens; its edges know, but for those in the plane of its base.
     ConeSurface opened(const ConeSurface& cone) const
     {
         double same = 0, other = 0;
@@ -230,7 +230,7 @@ private:
             other += std::fabs(reach - std::fabs(1 - cone.slope * h));
         }
         ConeSurface right = cone;
-        if (other < same)
+        if (other < same - 1e-6)
             right.slope = -cone.slope;
         return right;
     }

@@ -205,6 +205,24 @@ TEST(ModelIsolines, AConeRunsToItsTipWhicheverWayItsFileTurnsTheAngle)
     }
 }
 
+// The circle of its base alone does not say which way it opens.
+TEST(ModelIsolines, AConeOverItsBaseOpensAsStated)
+{
+    Body b = cone(4, 8);
+    b.records[0].second = "$1 $-1 $11";
+    for (int degrees = 10; degrees < 180; degrees += 7) {
+        const double c = std::cos(degrees * kTwoPi / 360), s = std::sin(degrees * kTwoPi / 360);
+        std::ostringstream turn;
+        turn.precision(17);
+        turn << "1 0 0 0 " << c << ' ' << s << " 0 " << -s << ' ' << c << " 1000 0 0 1 rotate no_reflect no_shear";
+        b.records.resize(11);
+        b.add("transform", turn.str());
+        const auto lines = isolines(shapeOf(b.text()), 4);
+        ASSERT_EQ(lines.size(), 4u);
+        EXPECT_LE(endPoint(lines[0])->distanceTo({1000, -8 * s, 8 * c}), 1e-4) << degrees;
+    }
+}
+
 // A quarter of a ring: tubes at both ends.
 TEST(ModelIsolines, ATorusIsCutByItsEnds)
 {

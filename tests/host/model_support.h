@@ -1,6 +1,7 @@
 // Small bodies in the modeller's notation, in the text form of several versions and in the binary form.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -143,6 +144,23 @@ inline Body sphere(const std::string& centerAndRadius)
     Body b = shellBody();
     b.add("face", "$-1 $-1 $2 $-1 $4 forward single");
     b.add("sphere-surface", centerAndRadius + " 1 0 0 0 0 1 forward_v I I I I");
+    return b;
+}
+
+// The mantle over a circle about the origin, without its base.
+inline Body cone(double radius, double height)
+{
+    const std::string r = std::to_string(radius);
+    const double side = std::hypot(radius, height);
+    Body b = shellBody();
+    b.add("face", "$-1 $5 $2 $-1 $4 forward single");
+    b.add("cone-surface", "0 0 0 0 0 1 " + r + " 0 0 1 I I " + std::to_string(-radius / side) + " " + std::to_string(height / side) + " forward I I I I");
+    b.add("loop", "$-1 $6 $3");
+    b.add("coedge", "$6 $6 $-1 $7 forward $5 $-1");
+    b.add("edge", "$8 $8 $6 $10 forward");
+    b.add("vertex", "$7 $9");
+    b.add("point", r + " 0 0");
+    b.add("ellipse-curve", "0 0 0 0 0 1 " + r + " 0 0 1 I I");
     return b;
 }
 

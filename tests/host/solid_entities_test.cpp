@@ -120,6 +120,19 @@ TEST_P(SolidIn, HasTheExtentsOfItsEdges)
     expectExtents(half.solid(), {-5, 0, 0}, {5, 5, 0});
 }
 
+TEST_P(SolidIn, ReachesBeyondItsEdgesWhereFacesDo)
+{
+    Loaded ball(GetParam().write("3DSOLID", sphere("1 2 3 5")));
+    VcDbExtents e;
+    ASSERT_EQ(ball.solid().getGeomExtents(e), Vcad::eOk);
+    EXPECT_LE(e.minPoint().distanceTo({-4, -3, -2}), 0.02);
+    EXPECT_LE(e.maxPoint().distanceTo({6, 7, 8}), 0.02);
+    Loaded hat(GetParam().write("3DSOLID", cone(4, 8)));
+    ASSERT_EQ(hat.solid().getGeomExtents(e), Vcad::eOk);
+    EXPECT_NEAR(e.maxPoint().z, 8, 1e-4);
+    EXPECT_NEAR(e.maxPoint().x, 4, 1e-9);
+}
+
 TEST_P(SolidIn, MovesInTheFileToo)
 {
     Loaded drawing(GetParam().write("3DSOLID", box(3, 4, 5)));
