@@ -2,6 +2,7 @@
 
 #include "host/db/curve_of.h"
 #include "host/db/database.h"
+#include "host/edit/pick.h"
 #include "host/edit/pick_service.h"
 #include "host/edit/select_view.h"
 #include "host/geom/apparent.h"
@@ -25,16 +26,28 @@ std::optional<CurvePick> curvePickAt(Editor& ed, VcDbEntity& entity, const VcGeP
     return param ? std::optional(CurvePick{&entity, std::move(*curve), world, *param}) : std::nullopt;
 }
 
-std::optional<CurvePick> curvePick(Editor& ed, const Answer& answer)
+VcDbEntity* pickedCurve(Editor& ed, const Answer& answer)
 {
     auto* entity = ed.db().liveAs<VcDbEntity>(answer.entity);
+    if (!entity || curveOf(*entity) || !answer.hasPoint || ed.isDriven())
+        return entity;
+    const std::vector<VcDbObjectId> all = Picker::of(ed).allAt(toWorld(ed, answer.point));
+    for (auto id = all.rbegin(); id != all.rend(); ++id)
+        if (auto* beneath = ed.db().liveAs<VcDbEntity>(*id); beneath && curveOf(*beneath))
+            return beneath;
+    return entity;
+}
+
+std::optional<CurvePick> curvePick(Editor& ed, const Answer& answer)
+{
+    VcDbEntity* entity = pickedCurve(ed, answer);
     if (!entity)
         return std::nullopt;
     if (isOnLockedLayer(*entity)) {
         ed.printLine("That object is on a locked layer.");
         return std::nullopt;
     }
-    auto pick = curvePickAt(ed, *entity, toWorld(ed, answer.hasPoint ? answer.point : pointOnEntity(ed, answer.entity)));
+    auto pick = curvePickAt(ed, *entity, toWorld(ed, answer.hasPoint ? answer.point : pointOnEntity(ed, entity->objectId())));
     if (!pick)
         ed.printLine("That object is not a curve.");
     return pick;

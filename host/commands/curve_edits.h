@@ -18,6 +18,8 @@ struct CurvePick {
     double param = 0;  // of the place on the curve that is seen there
 };
 
+// What was picked, or the curve beneath it where that is none: a hatch covers its boundary.
+VcDbEntity* pickedCurve(edit::Editor& ed, const edit::Answer& answer);
 // Nothing, and the reason told, when the picked object is no curve or lies on a locked layer.
 std::optional<CurvePick> curvePick(edit::Editor& ed, const edit::Answer& answer);
 std::optional<CurvePick> curvePickAt(edit::Editor& ed, VcDbEntity& entity, const VcGePoint3d& world);

@@ -170,7 +170,7 @@ Offset::Next Offset::oneObject()
         undo();
         return Next::Object;
     }
-    auto* entity = m_ed.db().liveAs<VcDbEntity>(a.entity);
+    VcDbEntity* entity = pickedCurve(m_ed, a);
     if (!entity || entity->isKindOf(VcDb3dPolyline::desc())) {
         m_ed.printLine("That object cannot be offset.");
         return Next::Object;
