@@ -250,11 +250,18 @@ void atAngle(Editor& ed)
 void bisectors(Editor& ed)
 {
     const VcGePoint3d vertex = ed.point("Specify angle vertex point");
-    const VcGeVector3d first = (ed.point("Specify angle start point", {.from = vertex}) - vertex).normal();
+    VcGeVector3d first;
+    while ((first = ed.point("Specify angle start point", {.from = vertex}) - vertex).isZeroLength())
+        ed.printLine("The point must differ from the vertex.");
+    first = first.normal();
     for (;;) {
         const Answer a = ed.askPoint("Specify angle end point", {.from = vertex, .enterEnds = true});
         if (a.status != Answer::Status::Value)
             return;
+        if ((a.point - vertex).isZeroLength()) {
+            ed.printLine("The point must differ from the vertex.");
+            continue;
+        }
         const VcGeVector3d sum = first + (a.point - vertex).normal();
         addUnbounded<VcDbXline>(ed, vertex, sum.length() > 1e-9 ? sum : VcGeVector3d(-first.y, first.x, 0));
     }

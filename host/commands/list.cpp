@@ -5,15 +5,19 @@
 #include "host/base/unicode.h"
 #include "host/commands/drawing.h"
 #include "host/commands/families.h"
+#include "host/commands/lineweights.h"
 #include "host/db/chain.h"
 #include "host/db/database.h"
 #include "host/db/kept_object.h"
 #include "host/edit/sysvars.h"
 #include "sdk/vcdb_curves.h"
 #include "sdk/vcdb_dims.h"
+#include "sdk/vcdb_faces.h"
+#include "sdk/vcdb_hatch.h"
 #include "sdk/vcdb_insert.h"
 #include "sdk/vcdb_tables.h"
 #include "sdk/vcdb_text.h"
+#include "sdk/vcdb_viewport.h"
 
 namespace vk::commands {
 
@@ -89,6 +93,16 @@ void describe(Listing& l, const VcDbUnboundedLine& line)
     l.angle("angle in XY plane", std::atan2(line.unitDir().y, line.unitDir().x));
 }
 
+// How long a curve is, and what it encloses.
+void measures(Listing& l, const VcDbCurve& curve)
+{
+    double end = 0, length = 0, area = 0;
+    if (curve.getEndParam(end) == Vcad::eOk && curve.getDistAtParam(end, length) == Vcad::eOk)
+        l.length(curve.isClosed() ? "perimeter" : "length", length);
+    if (curve.isClosed() && curve.getArea(area) == Vcad::eOk)
+        l.length("area", area);
+}
+
 void describe(Listing& l, const VcDbPolyline& polyline)
 {
     l.line(polyline.isClosed() ? "Closed" : "Open");
@@ -104,6 +118,69 @@ void describe(Listing& l, const VcDbPolyline& polyline)
         if (polyline.getBulgeAt(i, bulge) == Vcad::eOk && bulge != 0)
             l.number("bulge", bulge);
     }
+    measures(l, polyline);
+}
+
+void describe(Listing& l, const VcDbVertexOwner& polyline)
+{
+    const auto* flat = VcDb2dPolyline::cast(&polyline);
+    l.line(polyline.isClosed() ? "Closed" : "Open");
+    for (const VcDbEntity* part : polyline.vertices())
+        if (const auto* vertex = VcDbVertex::cast(part); vertex && !VcDbFaceRecord::cast(part)) {
+            const auto* flatVertex = VcDb2dVertex::cast(part);
+            l.point("at point", flat && flatVertex ? flat->vertexPosition(*flatVertex) : vertex->position());
+            if (flatVertex && flatVertex->bulge() != 0)
+                l.number("bulge", flatVertex->bulge());
+        }
+    measures(l, polyline);
+}
+
+void describe(Listing& l, const VcDbFilledQuad& quad)
+{
+    VcGePoint3d p;
+    for (unsigned corner = 0; corner < 4 && quad.getPointAt(corner, p) == Vcad::eOk; ++corner)
+        l.point("corner", p);
+}
+
+void describe(Listing& l, const VcDbFace& face)
+{
+    VcGePoint3d p;
+    for (unsigned corner = 0; corner < 4 && face.getVertexAt(corner, p) == Vcad::eOk; ++corner) {
+        bool visible = true;
+        face.isEdgeVisibleAt(corner, visible);
+        l.pair("corner", pointText(fromWorld(l.editor(), p)) + (visible ? "" : "  (invisible edge)"));
+    }
+}
+
+void describe(Listing& l, const VcDbHatch& hatch)
+{
+    if (hatch.isGradient())
+        l.pair("hatch", "gradient");
+    else
+        l.pair("hatch pattern", hatch.patternNameUtf8());
+    if (!hatch.isSolidFill() && !hatch.isGradient()) {
+        l.number("scale", hatch.patternScale());
+        l.angle("angle", hatch.patternAngle());
+    }
+    l.line(hatch.associative() ? "Associative" : "Not associative");
+    l.number("boundaries", hatch.numLoops());
+}
+
+void describe(Listing& l, const VcDbLeader& leader)
+{
+    l.style(leader.dimensionStyle());
+    for (int i = 0; i < leader.numVertices(); ++i)
+        l.point("vertex", leader.vertexAt(i));
+}
+
+void describe(Listing& l, const VcDbViewport& viewport)
+{
+    l.number("number", viewport.number());
+    l.line(viewport.isOn() ? "On" : "Off");
+    l.point("center point", viewport.centerPoint());
+    l.length("width", viewport.width());
+    l.length("height", viewport.height());
+    l.number("scale", viewport.customScale());
 }
 
 void describe(Listing& l, const VcDbSpline& spline)
@@ -113,6 +190,7 @@ void describe(Listing& l, const VcDbSpline& spline)
         l.point("control point", p);
     for (const VcGePoint3d& p : spline.fitPoints())
         l.point("fit point", p);
+    measures(l, spline);
 }
 
 void describe(Listing& l, const VcDbText& text)
@@ -218,6 +296,8 @@ void describeOwn(Listing& l, VcDbEntity& entity)
     static constexpr Describe kDescribers[] = {
         describeAs<VcDbLine>,    describeAs<VcDbPoint>, describeAs<VcDbCircle>, describeAs<VcDbArc>,   describeAs<VcDbEllipse>,        describeAs<VcDbUnboundedLine>,
         describeAs<VcDbPolyline>, describeAs<VcDbSpline>, describeAs<VcDbText>,  describeAs<VcDbMText>, describeAs<VcDbBlockReference>, describeAs<VcDbDimension>,
+        describeAs<VcDb2dPolyline>, describeAs<VcDb3dPolyline>, describeAs<VcDbFilledQuad>, describeAs<VcDbFace>, describeAs<VcDbHatch>, describeAs<VcDbLeader>,
+        describeAs<VcDbViewport>,
     };
     for (const Describe describe : kDescribers)
         if (describe(l, entity))
@@ -232,6 +312,8 @@ void describeProperties(Listing& l, const VcDbEntity& entity)
         l.pair("color", entity.color().isByColor() ? "true color" : std::to_string(entity.colorIndex()));
     if (const std::string name = l.recordName(entity.linetypeId()); !name.empty() && !equalNoCase(name, "ByLayer"))
         l.pair("linetype", name);
+    if (entity.lineWeight() != VcDb::kLnWtByLayer)
+        l.pair("lineweight", lineWeightText(entity.lineWeight()));
 }
 
 void listEntity(Listing& l, VcDbEntity& entity)

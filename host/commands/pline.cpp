@@ -268,7 +268,13 @@ Next arcSegment(Editor& ed, Drawing& pline, Widths& widths)
     } else if (a.text == "Width" || a.text == "Halfwidth") {
         widths = askWidths(ed, widths, a.text == "Width" ? "width" : "half-width", a.text == "Width" ? 1 : 2);
     } else {
-        addArc(ed, pline, a.text, widths);
+        // What does not exist is told, and the polyline goes on.
+        try {
+            addArc(ed, pline, a.text, widths);
+        } catch (const CommandError& error) {
+            ed.printLine(error.message);
+            ed.lastPoint = at;
+        }
     }
     return Next::Arcs;
 }

@@ -233,8 +233,6 @@ void donut(Editor& ed)
     double outside = asked(ed, "Specify outside diameter of donut", ed.vars().real("DONUTOD"), InitGet::NoZero | InitGet::NoNegative);
     if (outside < inside)
         std::swap(inside, outside);
-    if (!(outside > inside))
-        throw CommandError{"The two diameters of a donut must differ."};
     ed.vars().set("DONUTID", inside);
     ed.vars().set("DONUTOD", outside);
     const double radius = (inside + outside) / 4, width = (outside - inside) / 2;

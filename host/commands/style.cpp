@@ -38,7 +38,7 @@ Style& addStyle(Editor& ed, std::unique_ptr<Style> made)
 
 std::unique_ptr<Style> newStyle(const std::string& name)
 {
-    if (!isLegalRecordName(name))
+    if (!isLegalRecordName(name) || name.starts_with('*'))
         throw CommandError{fmt::format("\"{}\" is no name for a text style.", name)};
     auto made = std::make_unique<Style>();
     made->setNameUtf8(name);
