@@ -1,6 +1,7 @@
 // Geometry of the drawing's objects: points along curves, and object snaps. Curves are in world coordinates, snaps in the
 // UCS.
 
+#include "host/db/curve_of.h"
 #include "host/edit/editor.h"
 #include "host/edit/snap.h"
 #include "host/edit/sysvars.h"
@@ -121,6 +122,32 @@ Value closestPointSeen(Interpreter&, Args args)
 
 Value isClosed(Interpreter& lisp, Args args) { return lisp.truth(OpenCurve(args[0])->isClosed()); }
 
+// Comes back to its start as if it had none.
+Value isPeriodic(Interpreter& lisp, Args args)
+{
+    const OpenCurve curve(args[0]);
+    const auto* ellipse = VcDbEllipse::cast(curve.operator->());
+    const auto* spline = VcDbSpline::cast(curve.operator->());
+    return lisp.truth(VcDbCircle::cast(curve.operator->()) || (ellipse && ellipse->isClosed()) || (spline && spline->isPeriodic()));
+}
+
+bool isStraight(const geom::Curve& curve)
+{
+    const auto start = geom::startPoint(curve), end = geom::endPoint(curve);
+    return start && end && geom::length(curve) <= start->distanceTo(*end) * (1 + 1e-12);
+}
+
+// Straight curves lie in a plane as well.
+Value isPlanar(Interpreter& lisp, Args args)
+{
+    const OpenCurve curve(args[0]);
+    const auto shape = curveOf(*curve.operator->());
+    if (!shape)
+        return Value();
+    const bool bends = std::holds_alternative<geom::Nurbs>(*shape) || std::holds_alternative<geom::Polyline3>(*shape);
+    return lisp.truth(!bends || geom::planeOf(*shape) || isStraight(*shape));
+}
+
 // The point that a snap finds, or nil; modes as "end,mid".
 Value osnap(Interpreter&, Args args)
 {
@@ -152,6 +179,8 @@ constexpr Builtin kCurves[] = {
     {"VLAX-CURVE-GETCLOSESTPOINTTO", closestPoint, 2, 3},
     {"VLAX-CURVE-GETCLOSESTPOINTTOPROJECTION", closestPointSeen, 3, 4},
     {"VLAX-CURVE-ISCLOSED", isClosed, 1, 1},
+    {"VLAX-CURVE-ISPERIODIC", isPeriodic, 1, 1},
+    {"VLAX-CURVE-ISPLANAR", isPlanar, 1, 1},
 };
 
 }  // namespace
