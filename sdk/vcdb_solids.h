@@ -14,7 +14,8 @@ public:
     VcDbModelerGeometry& operator=(const VcDbModelerGeometry&);
     ~VcDbModelerGeometry() override;
 
-    // Fails where the matrix does not keep all proportions, which the notation has no place for.
+    // Fails where the matrix does not keep all proportions, which the notation has no place for, and for surfaces that were
+    // extruded, lofted, revolved or swept.
     Vcad::ErrorStatus transformBy(const VcGeMatrix3d& m) override;
     Vcad::ErrorStatus getGeomExtents(VcDbExtents& extents) const override;
 

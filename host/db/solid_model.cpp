@@ -189,8 +189,21 @@ Vcad::ErrorStatus VcDbModelerGeometry::getGeomExtents(VcDbExtents& extents) cons
     return Vcad::eOk;
 }
 
+namespace {
+
+// Such surfaces keep what they were made from beside their shape, in the coordinates of then, and it could not follow.
+bool keepsItsProfile(const VcDbEntity& solid)
+{
+    return solid.isKindOf(VcDbExtrudedSurface::desc()) || solid.isKindOf(VcDbLoftedSurface::desc()) ||
+           solid.isKindOf(VcDbRevolvedSurface::desc()) || solid.isKindOf(VcDbSweptSurface::desc());
+}
+
+}
+
 Vcad::ErrorStatus VcDbModelerGeometry::transformBy(const VcGeMatrix3d& m)
 {
+    if (keepsItsProfile(*this))
+        return Vcad::eNotApplicable;
     if (m.isSingular())
         return Vcad::eInvalidInput;
     if (!m.isUniScaledOrtho())

@@ -169,9 +169,12 @@ private:
         return true;
     }
 
+    // Data of surfaces has no mark of its end, nor a line's end before it.
     std::string textRecord(const TransformValues& v) const
     {
-        std::string record = m_records.version() >= kFirstWithNumbers ? "transform $-1 -1" : "transform $-1";
+        const std::uint32_t end = m_records.endAt();
+        std::string record = end > 0 && m_records.data()[end - 1] == '\n' ? "" : "\n";
+        record += m_records.version() >= kFirstWithNumbers ? "transform $-1 -1" : "transform $-1";
         for (const double number : v.numbers)
             record += " " + written(number);
         for (std::size_t i = 0; i < v.flags.size(); ++i)

@@ -97,6 +97,18 @@ TEST(ModelRecordsTest, CountsTheRecordThatMovingAdds)
     EXPECT_NE(moved.find("transform $-1 1 0 0 0 1 0 0 0 1 1 0 0 1 no_rotate no_reflect no_shear #"), std::string::npos);
 }
 
+TEST(ModelRecordsTest, MovesDataWithoutAMarkOfItsEndAgainAndAgain)
+{
+    std::string data = halfDisc().text();
+    data.resize(data.find("\nEnd-of"));
+    for (int i = 1; i <= 3; ++i) {
+        const auto moved = transformedModel(ModelRecords(data), VcGeMatrix3d::translation({10, 0, 0}));
+        ASSERT_TRUE(moved);
+        data = *moved;
+        expectBox(boxOf(shapeOf(data).edges), {10.0 * i - 5, 0, 0}, {10.0 * i + 5, 5, 0});
+    }
+}
+
 TEST(ModelRecordsTest, RefusesWhatDoesNotKeepProportions)
 {
     const ModelRecords half(halfDisc().text());

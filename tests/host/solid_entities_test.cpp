@@ -154,6 +154,19 @@ TEST_P(SolidIn, RefusesToBeSquashed)
     EXPECT_EQ(drawing.solid().modelData(), before);
 }
 
+TEST_P(SolidIn, MovesAsASurfaceUnlessItsProfileIsKeptToo)
+{
+    Loaded plane(GetParam().write("PLANESURFACE", halfDisc()));
+    EXPECT_EQ(plane.solid().transformBy(VcGeMatrix3d::translation({100, 0, 0})), Vcad::eOk);
+    for (const char* type : {"EXTRUDEDSURFACE", "LOFTEDSURFACE", "REVOLVEDSURFACE", "SWEPTSURFACE"}) {
+        Loaded drawing(GetParam().write(type, halfDisc()));
+        const std::string before = drawing.saved(GetParam().version);
+        EXPECT_EQ(drawing.solid().transformBy(VcGeMatrix3d::translation({100, 0, 0})), Vcad::eNotApplicable) << type;
+        EXPECT_EQ(drawing.saved(GetParam().version), before) << type;
+        expectExtents(drawing.solid(), {-5, 0, 0}, {5, 5, 0});
+    }
+}
+
 TEST_P(SolidIn, ComesBackWithUndo)
 {
     Loaded drawing(GetParam().write("REGION", halfDisc()));
