@@ -18,7 +18,8 @@ void registerHostCommands()
                                modeCommands(), blockCommands(), insertCommands(), wblockCommands(), xrefCommands(), purgeCommands(),
                                groupCommands(), wipeoutCommands(), rectangleCommands(), curveCommands(), propertyCommands(), linetypeCommands(),
                                mtextCommands(), areaCommands(), faceCommands(), splineCommands(), statusCommands(), attributeCommands(),
-                               linearDimensionCommands(), roundDimensionCommands(), dimensionRowCommands(), dimensionSpacingCommands(), leaderCommands(), dimensionEditCommands(),
+                               linearDimensionCommands(), roundDimensionCommands(), dimensionRowCommands(), dimensionModeCommands(),
+                               quickDimensionCommands(), dimensionSpacingCommands(), leaderCommands(), dimensionEditCommands(),
                                dimensionStyleCommands()})
         edit::CommandTable::instance().addHostCommands(family);
 }

@@ -6,7 +6,9 @@
 #include "host/db/rec_arrow_blocks.h"
 #include "host/db/rec_dim_variables.h"
 #include "host/edit/sysvars.h"
+#include "host/edit/viewports.h"
 #include "sdk/vcdb_records.h"
+#include "sdk/vcdb_viewport.h"
 
 namespace vk::commands {
 
@@ -67,8 +69,21 @@ int overrideDimVars(VcDbObject& entity, const VcDbDimVars& style, const VcDbDimV
     return count;
 }
 
+namespace {
+
+// With DIMSCALE 0 and through a viewport: as large as on the sheet, and so from then on.
+std::optional<double> scaleOfViewport(const Editor& ed, const VcDbDimVars& vars)
+{
+    const VcDbViewport* viewport = vars.dimscale == 0 ? activeViewport(ed) : nullptr;
+    return viewport && viewport->customScale() > 0 ? std::optional(1 / viewport->customScale()) : std::nullopt;
+}
+
+}
+
 double currentDimScale(Editor& ed, const VcDbDimVars& vars)
 {
+    if (const auto scale = scaleOfViewport(ed, vars))
+        return *scale;
     return dim::overallScale(vars, ed.db(), ed.db().currentSpace() != ed.db().modelSpace());
 }
 
@@ -102,7 +117,9 @@ VcDbDimVars varsOf(const DatabaseCore& db, const VcDbDimStyleTableRecord& style)
 
 }
 
-DimStyleChoice dimStyleFor(Editor& ed, const VcDbEntity& entity)
+namespace {
+
+DimStyleChoice chosenStyle(Editor& ed, const VcDbEntity& entity)
 {
     const VcDbObjectId current = currentDimStyle(ed);
     const auto* parent = ed.db().liveAs<VcDbDimStyleTableRecord>(current);
@@ -119,6 +136,15 @@ DimStyleChoice dimStyleFor(Editor& ed, const VcDbEntity& entity)
     for (const DimVariable& v : dimVariables())
         if (v.isIn(DxfVersion::Newest) && differs(v, of, now))
             std::visit([&](auto member) { choice.wanted.*member = now.*member; }, v.member);
+    return choice;
+}
+
+}
+
+DimStyleChoice dimStyleFor(Editor& ed, const VcDbEntity& entity)
+{
+    DimStyleChoice choice = chosenStyle(ed, entity);
+    choice.wanted.dimscale = scaleOfViewport(ed, choice.wanted).value_or(choice.wanted.dimscale);
     return choice;
 }
 
@@ -147,6 +173,16 @@ VcDbObjectId& lastDimension()
 {
     static VcDbObjectId id;
     return id;
+}
+
+// Beside the two points lies a vertical dimension, above or below them a horizontal one; in a corner the farther side wins.
+bool wantsHorizontal(const VcGePoint3d& first, const VcGePoint3d& second, const VcGePoint3d& at)
+{
+    const auto beyond = [](double a, double b, double v) { return std::max({std::min(a, b) - v, v - std::max(a, b), 0.0}); };
+    const double x = beyond(first.x, second.x, at.x), y = beyond(first.y, second.y, at.y);
+    if (x == y)
+        return std::abs(second.x - first.x) >= std::abs(second.y - first.y);
+    return y > x;
 }
 
 void placeText(Editor& ed, VcDbDimension& dimension, const VcGePoint3d& at)

@@ -47,10 +47,18 @@ struct NewDimension {
 };
 // Puts a new dimension into the space with the current style, in the plane of the UCS.
 NewDimension addDimension(edit::Editor& ed, std::unique_ptr<VcDbDimension> dimension, const DimChoices& choices);
+// Whether a dimension of two points is a horizontal one when it is placed there, in the UCS.
+bool wantsHorizontal(const VcGePoint3d& first, const VcGePoint3d& second, const VcGePoint3d& at);
 // DIMUPT puts the text of a new dimension where its line is placed.
 void placeText(edit::Editor& ed, VcDbDimension& dimension, const VcGePoint3d& at);
 // The one that rows go on from: the linear, angular or ordinate dimension that was made last.
 VcDbObjectId& lastDimension();
+
+// What other commands do under names of their own: a linear dimension at an angle that is given or asked for; Home, New,
+// Rotate or Oblique of DIMEDIT; an option of -DIMSTYLE.
+void dimensionAtAngle(edit::Editor& ed, std::optional<double> angle);
+void editDimensions(edit::Editor& ed, const std::string& kind);
+void runDimStyleOption(edit::Editor& ed, const std::string& option);
 
 // Handles the keywords Mtext, Text and Angle; false for another one.
 bool takeTextChoice(edit::Editor& ed, const std::string& keyword, DimChoices& choices, const DimMeasure& measure);

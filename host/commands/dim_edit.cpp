@@ -1,6 +1,7 @@
 // DIMTEDIT, DIMEDIT, DIMOVERRIDE: dimensions that are there.
 #include "host/base/unicode.h"
 #include "host/commands/dim_common.h"
+#include "host/commands/dim_stand.h"
 #include "host/commands/families.h"
 #include "host/db/dim_picture.h"
 #include "host/db/rec_arrow_blocks.h"
@@ -65,6 +66,21 @@ void justify(VcDbDimension& d, std::int16_t dimjust)
     d.recomputeDimBlock();
 }
 
+// With DIMTMOVE 0 the line goes along, so that it stands to its text as the style wants it.
+void putText(VcDbDimension& d, const VcGePoint3d& at)
+{
+    const auto stand = dimStandOf(d);
+    if (stand && d.dimVars().dimtmove == 0) {
+        d.useDefaultTextPosition();
+        const double lift = stand->of(dim::pictureOf(d).textMiddle) - stand->at;
+        const double moved = stand->of(at) - lift;
+        if (!stand->isArc || moved > 0)
+            moveLine(d, stand->across * (moved - stand->at));
+    }
+    d.setTextPosition(at);
+    d.recomputeDimBlock();
+}
+
 void dimTextEdit(Editor& ed)
 {
     auto* d = static_cast<VcDbDimension*>(pickOf<VcDbDimension>(ed, "Select dimension", "A dimension is wanted."));
@@ -73,8 +89,7 @@ void dimTextEdit(Editor& ed)
     const Answer a = ed.askPoint("Specify new location for dimension text or [Left/Right/Center/Home/Angle]",
                                  {.keywords = "Left Right Center Home Angle", .from = fromWorld(ed, d->textPosition())});
     if (a.status == Answer::Status::Value) {
-        d->setTextPosition(toWorld(ed, a.point));
-        d->recomputeDimBlock();
+        putText(*d, toWorld(ed, a.point));
     } else if (a.text == "Home") {
         sendHome(*d);
     } else if (a.text == "Angle") {
@@ -109,9 +124,10 @@ void oblique(Editor& ed, const std::vector<VcDbEntity*>& dimensions)
         ed.report("{} without straight extension lines stayed as {}.", left, left == 1 ? "it was" : "they were");
 }
 
-void dimEdit(Editor& ed)
+}
+
+void editDimensions(Editor& ed, const std::string& kind)
 {
-    const std::string kind = ed.keyword("Enter type of dimension editing [Home/New/Rotate/Oblique] <Home>", "Home New Rotate Oblique", "Home");
     std::string text;
     double angle = 0;
     if (kind == "New")
@@ -135,6 +151,13 @@ void dimEdit(Editor& ed)
             d.setTextRotation(angle);
         d.recomputeDimBlock();
     }
+}
+
+namespace {
+
+void dimEdit(Editor& ed)
+{
+    editDimensions(ed, ed.keyword("Enter type of dimension editing [Home/New/Rotate/Oblique] <Home>", "Home New Rotate Oblique", "Home"));
 }
 
 // DIMOVERRIDE

@@ -45,16 +45,6 @@ Ends askEnds(Editor& ed)
     return {a.point, ed.point("Specify second extension line origin", {.from = a.point})};
 }
 
-// Beside the two points lies a vertical dimension, above or below them a horizontal one; in a corner the farther side wins.
-bool wantsHorizontal(const Ends& ends, const VcGePoint3d& at)
-{
-    const auto beyond = [](double a, double b, double v) { return std::max({std::min(a, b) - v, v - std::max(a, b), 0.0}); };
-    const double x = beyond(ends.first.x, ends.second.x, at.x), y = beyond(ends.first.y, ends.second.y, at.y);
-    if (x == y)
-        return std::abs(ends.second.x - ends.first.x) >= std::abs(ends.second.y - ends.first.y);
-    return y > x;
-}
-
 double lengthAt(const Ends& ends, double angle)
 {
     const VcGeVector3d v = ends.second - ends.first;
@@ -95,16 +85,14 @@ void finish(Editor& ed, std::unique_ptr<VcDbDimension> made, const DimChoices& c
     reportMeasure(ed, {added.measurement, DimMeasure::Kind::Length});
 }
 
-void dimLinear(Editor& ed)
+void locateLinear(Editor& ed, const Ends& ends, std::optional<double> angle)
 {
-    const Ends ends = askEnds(ed);
     DimChoices choices;
-    std::optional<double> angle;
     for (;;) {
         const Answer a = ed.askPoint("Specify dimension line location or [Mtext/Text/Angle/Horizontal/Vertical/Rotated]",
                                      {.keywords = "Mtext Text Angle Horizontal Vertical Rotated", .from = ends.second});
         if (a.status == Answer::Status::Value) {
-            const double direction = angle ? *angle : wantsHorizontal(ends, a.point) ? 0 : M_PI / 2;
+            const double direction = angle ? *angle : wantsHorizontal(ends.first, ends.second, a.point) ? 0 : M_PI / 2;
             auto made = rotatedDimension(ed, ends, direction, a.point);
             placeText(ed, *made, a.point);
             return finish(ed, std::move(made), choices);
@@ -118,6 +106,12 @@ void dimLinear(Editor& ed)
         else
             takeTextChoice(ed, a.text, choices, {lengthAt(ends, angle.value_or(0)), DimMeasure::Kind::Length});
     }
+}
+
+void dimLinear(Editor& ed)
+{
+    const Ends ends = askEnds(ed);
+    locateLinear(ed, ends, {});
 }
 
 void dimAligned(Editor& ed)
@@ -140,6 +134,13 @@ const HostCommand kCommands[] = {
     {"DIMALIGNED", "DAL", kPlain, "Dimensions the distance between two points.", dimAligned},
 };
 
+}
+
+void dimensionAtAngle(Editor& ed, std::optional<double> angle)
+{
+    const double direction = angle ? *angle : askDirection(ed, "Specify angle of dimension line").real;
+    const Ends ends = askEnds(ed);
+    locateLinear(ed, ends, direction);
 }
 
 std::span<const HostCommand> linearDimensionCommands() { return kCommands; }

@@ -178,11 +178,10 @@ void apply(Editor& ed)
         ed.report("{} {} no dimension and stayed as it was.", left, left == 1 ? "was" : "were");
 }
 
-void dimStyle(Editor& ed)
+}
+
+void runDimStyleOption(Editor& ed, const std::string& option)
 {
-    ed.printLine(fmt::format("Current dimension style: {}", ed.vars().text("DIMSTYLE")));
-    const std::string option = ed.keyword("Enter a dimension style option [Save/Restore/STatus/Variables/Apply/?] <Restore>",
-                                          "Save Restore STatus Variables Apply ?", "Restore");
     if (option == "Save")
         save(ed);
     else if (option == "STatus")
@@ -195,6 +194,15 @@ void dimStyle(Editor& ed)
         list(ed);
     else
         restore(ed);
+}
+
+namespace {
+
+void dimStyle(Editor& ed)
+{
+    ed.printLine(fmt::format("Current dimension style: {}", ed.vars().text("DIMSTYLE")));
+    runDimStyleOption(ed, ed.keyword("Enter a dimension style option [Save/Restore/STatus/Variables/Apply/?] <Restore>",
+                                     "Save Restore STatus Variables Apply ?", "Restore"));
 }
 
 const HostCommand kCommands[] = {

@@ -33,6 +33,8 @@ std::span<const HostCommand> listCommands();
 std::span<const HostCommand> linearDimensionCommands();
 std::span<const HostCommand> roundDimensionCommands();
 std::span<const HostCommand> dimensionRowCommands();
+std::span<const HostCommand> dimensionModeCommands();
+std::span<const HostCommand> quickDimensionCommands();
 std::span<const HostCommand> dimensionSpacingCommands();
 std::span<const HostCommand> leaderCommands();
 std::span<const HostCommand> dimensionEditCommands();

@@ -431,6 +431,51 @@ TEST_F(DimPictures, Angular)
     EXPECT_NEAR(a.measurement(), M_PI / 2, 1e-12);
 }
 
+// The arc runs on to text beside its sector, and under it where it stands above the arc.
+TEST_F(DimPictures, AnArcRunsOnToTextThatHasLeftIt)
+{
+    const auto arcsWith = [&](int dimtmove) {
+        VcDbDimVars vars = style().dimVars();
+        vars.dimtmove = std::int16_t(dimtmove);
+        style().setDimVars(vars);
+        auto d = std::make_unique<VcDb3PointAngularDimension>();
+        d->setXLine1Point({10, 0, 0});
+        d->setXLine2Point({0, 10, 0});
+        d->setArcPoint({20, 20, 0});
+        d->setTextPosition({-20, 20, 0});
+        double farthest = 0;
+        for (const VcDbArc* arc : parts<VcDbArc>(add(std::move(d))))
+            farthest = std::max(farthest, arc->endAngle());
+        return farthest;
+    };
+    EXPECT_NEAR(arcsWith(0), 0.75 * M_PI, 0.15) << "up to the text, which breaks it";
+    EXPECT_LT(arcsWith(2), 0.51 * M_PI);
+}
+
+TEST_F(DimPictures, TextOverAnExtensionLineStandsAtItsEndOrBesideIt)
+{
+    change([](VcDbDimVars& v) { v.dimjust = 3; });
+    const auto& end = add(linear(40));
+    EXPECT_TRUE(hasLine(end, {0, 1, 0}, {0, 11, 0}));
+    EXPECT_NEAR(parts<VcDbMText>(end)[0]->location().x, 0, 1e-9);
+    const std::size_t lines = parts<VcDbLine>(end).size();
+    change([](VcDbDimVars& v) { v.dimtad = 1; });
+    const auto& beside = add(linear(40));
+    EXPECT_EQ(parts<VcDbLine>(beside).size(), lines + 1);
+    EXPECT_LT(parts<VcDbMText>(beside)[0]->location().x, -0.5);
+    change([](VcDbDimVars& v) { v.dimse1 = 1; });
+    EXPECT_EQ(parts<VcDbLine>(add(linear(40))).size(), lines - 1) << "a line that is left out does not run on";
+}
+
+// Whoever reads it stands on the other side of the drawing, so above is below.
+TEST_F(DimPictures, TextThatIsReadFromTheOtherSide)
+{
+    change([](VcDbDimVars& v) { v.dimtxtdirection = 1; v.dimtad = 1; });
+    const auto& d = add(linear(40));
+    EXPECT_NEAR(parts<VcDbMText>(d)[0]->rotation(), M_PI, 1e-9);
+    EXPECT_LT(parts<VcDbMText>(d)[0]->location().y, 10);
+}
+
 TEST_F(DimPictures, AngularThroughThePoint)
 {
     auto d = std::make_unique<VcDb3PointAngularDimension>();
@@ -486,6 +531,29 @@ TEST_F(DimPictures, JoggedRadius)
     // The jog goes through its point at its angle, between two lines along the radius.
     EXPECT_TRUE(hasLine(r, {65, -10, 0}, {55, 0, 0}));
     EXPECT_TRUE(hasLine(r, {50, -10, 0}, {65, -10, 0}));
+}
+
+// Its own angle, over which a variable of its own goes; without either the style's.
+TEST_F(DimPictures, TheAngleOfAJog)
+{
+    auto made = std::make_unique<VcDbRadialDimensionLarge>();
+    made->setChordPoint({100, 0, 0});
+    made->setOverrideCenter({50, -10, 0});
+    made->setJogPoint({60, -5, 0});
+    auto& d = add(std::move(made));
+    const auto run = [&] {  // of the stroke that crosses over
+        for (const VcDbLine* line : parts<VcDbLine>(d))
+            if (std::abs(std::abs(line->endPoint().y - line->startPoint().y) - 10) < 1e-9)
+                return std::abs(line->endPoint().x - line->startPoint().x);
+        return -1.0;
+    };
+    EXPECT_NEAR(run(), 10, 1e-9) << "45 degrees of the style";
+    d.setJogAngle(M_PI / 3);
+    d.recomputeDimBlock();
+    EXPECT_NEAR(run(), 10 / std::tan(M_PI / 3), 1e-9);
+    VcDbDimOverrides(d).setReal(50, M_PI / 6);
+    d.recomputeDimBlock();
+    EXPECT_NEAR(run(), 10 / std::tan(M_PI / 6), 1e-9);
 }
 
 TEST_F(DimPictures, Ordinate)
@@ -566,6 +634,28 @@ TEST_F(DimPictures, ALeaderHasAnArrowOfTheStyle)
     EXPECT_EQ(vk::dim::leaderPieces(leader).size(), 1u);
     leader.setSplined(true);
     EXPECT_TRUE(vk::dim::leaderPieces(leader)[0]->isKindOf(VcDbSpline::desc()));
+}
+
+TEST_F(DimPictures, ANegativeGapBoxesTheTextOfALeader)
+{
+    auto text = std::make_unique<VcDbMText>();
+    text->setContents(L"note");
+    text->setTextHeight(2);
+    text->setAttachment(VcDbMText::kMiddleLeft);
+    text->setLocation({20, 10, 0});
+    const auto& note = add(std::move(text));
+    auto made = std::make_unique<VcDbLeader>();
+    made->appendVertex({0, 0, 0});
+    made->appendVertex({18, 10, 0});
+    auto& leader = add(std::move(made));
+    ASSERT_EQ(leader.attachAnnotation(note.objectId()), Vcad::eOk);
+    const std::size_t plain = vk::dim::leaderPieces(leader).size();
+    change([](VcDbDimVars& v) { v.dimgap = -0.5; });
+    EXPECT_EQ(vk::dim::leaderPieces(leader).size(), plain + 4);
+    VcDbExtents box;
+    ASSERT_EQ(leader.getGeomExtents(box), Vcad::eOk);
+    EXPECT_NEAR(box.maxPoint().x, 20 + note.actualWidth() + 0.5, 1e-9);
+    EXPECT_NEAR(box.maxPoint().y, 10 + note.actualHeight() / 2 + 0.5, 1e-9);
 }
 
 TEST_F(DimPictures, TheHookLineFollowsTheStyle)
