@@ -106,10 +106,9 @@ const char* familyOf(const VcDbEntity& entity)
     return is(VcDbLeader::desc()) || is(VcDbFcf::desc()) ? "$7" : nullptr;
 }
 
-// A style without a text style means Standard, which the header names.
-VcDbDimVars varsOf(const DatabaseCore& db, const VcDbDimStyleTableRecord& style)
+// A style or a header without a text style means Standard.
+VcDbDimVars withTextStyle(const DatabaseCore& db, VcDbDimVars vars)
 {
-    VcDbDimVars vars = style.dimVars();
     if (vars.dimtxsty.isNull())
         vars.dimtxsty = db.findRecord(NameTable::TextStyle, "Standard");
     return vars;
@@ -123,15 +122,15 @@ DimStyleChoice chosenStyle(Editor& ed, const VcDbEntity& entity)
 {
     const VcDbObjectId current = currentDimStyle(ed);
     const auto* parent = ed.db().liveAs<VcDbDimStyleTableRecord>(current);
-    const VcDbDimVars now = currentDimVars(ed);
+    const VcDbDimVars now = withTextStyle(ed.db(), currentDimVars(ed));
     if (!parent)
         return {current, now, now};
     const char* family = familyOf(entity);
     const VcDbObjectId childId = family ? ed.db().findRecord(NameTable::DimStyle, parent->nameUtf8() + family) : VcDbObjectId();
     const auto* child = ed.db().liveAs<VcDbDimStyleTableRecord>(childId);
     if (!child)
-        return {current, varsOf(ed.db(), *parent), now};
-    const VcDbDimVars of = varsOf(ed.db(), *parent), own = varsOf(ed.db(), *child);
+        return {current, withTextStyle(ed.db(), parent->dimVars()), now};
+    const VcDbDimVars of = withTextStyle(ed.db(), parent->dimVars()), own = withTextStyle(ed.db(), child->dimVars());
     DimStyleChoice choice{childId, own, own};
     for (const DimVariable& v : dimVariables())
         if (v.isIn(DxfVersion::Newest) && differs(v, of, now))
