@@ -28,7 +28,8 @@ constexpr StrokeSet kStrokeSets[] = {
     {"symusic", "music", kDrawn, true},     {"isocp", "rowmans", kCells, false},
     {"isocp2", "rowmans", kCells, false},   {"isocp3", "rowmans", kCells, false},
     {"isoct", "rowmans", kCells, false},    {"isoct2", "rowmans", kCells, false},
-    {"isoct3", "rowmans", kCells, false},   {"gdt", "symbolic", kDrawn, false},
+    {"isoct3", "rowmans", kCells, false},   {"gdt", "gdt", kDrawn, false},
+    {"amgdt", "gdt", kDrawn, false},        {"amgdtans", "gdt", kDrawn, false},
 };
 
 struct FaceFile

@@ -208,9 +208,9 @@ private:
         case 'H':
             return height();
         case 'W':
-            return factor([](CharFormat& f, double v) { f.widthFactor = std::clamp(v, 0.01, 100.0); });
+            return factor(&CharFormat::widthFactor);
         case 'T':
-            return factor([](CharFormat& f, double v) { f.tracking = std::clamp(v, 0.01, 100.0); });
+            return factor(&CharFormat::tracking);
         case 'Q':
             return number([](CharFormat& f, double v) { f.oblique = degrees(std::clamp(v, -85.0, 85.0)); });
         case 'A':
@@ -286,14 +286,16 @@ private:
         return value.has_value();
     }
 
-    // A factor of zero or less is passed over.
-    template <class Set>
-    bool factor(Set set)
+    // A factor of zero or less is passed over; with an "x" it is a multiple of the one that holds.
+    bool factor(double CharFormat::*which)
     {
-        return number([&](CharFormat& format, double value) {
-            if (value > 0)
-                set(format, value);
-        });
+        const auto value = takeNumber();
+        if (!value)
+            return false;
+        if (value->value > 0)
+            m_out.changeFormat().*which =
+                std::clamp(value->value * (value->relative ? m_out.format().*which : 1), 0.01, 100.0);
+        return true;
     }
 
     bool lineAlignment()

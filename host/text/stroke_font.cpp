@@ -106,6 +106,10 @@ std::shared_ptr<StrokeFont> StrokeFont::load(const std::string& path, StrokeSpac
     return font;
 }
 
+// Sets from before the caret had its place have an arrow there.
+constexpr std::string_view kArrowUp = "PLRITL RMORJWO RRJR[";
+constexpr std::string_view kCaret = "LMRFXM";
+
 // A glyph is a number of five digits, a count of three, then so many pairs of letters, of which the first holds the
 // side bearings. Long glyphs run over several lines.
 bool StrokeFont::parse(const std::string& data)
@@ -120,7 +124,10 @@ bool StrokeFont::parse(const std::string& data)
         const int pairs = std::atoi(text.substr(at + 5, 3).c_str());
         if (pairs < 1 || at + 8 + 2 * static_cast<std::size_t>(pairs) > text.size())
             break;
-        m_glyphs[index++] = readGlyph(text[at + 8] - 'R', text[at + 9] - 'R', text.substr(at + 10, 2 * (pairs - 1)));
+        std::string drawn = text.substr(at + 10, 2 * (pairs - 1));
+        if (index == '^' - ' ' && drawn == kArrowUp)
+            drawn = kCaret;
+        m_glyphs[index++] = readGlyph(text[at + 8] - 'R', text[at + 9] - 'R', drawn);
         at += 8 + 2 * static_cast<std::size_t>(pairs);
     }
     return index > 1;

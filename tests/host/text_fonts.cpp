@@ -122,6 +122,28 @@ TEST(TextFonts, SignsAndAccentsOfStrokeFonts)
     EXPECT_GT(simplex.metrics(0xB0).bottom, 0.5);
 }
 
+// Some sets have an arrow in the caret's place.
+TEST(TextFonts, TheCaretStandsHighInEveryAlphabet)
+{
+    for (const char* name : {"txt", "monotxt", "simplex", "romand", "romanc", "italict", "scripts", "gothice", "greeks"}) {
+        EXPECT_GT(font(name).metrics('^').bottom, 0.2) << name;
+        EXPECT_LT(font(name).metrics('_').top, 0) << name;
+    }
+}
+
+// What frames of tolerances write in their own font: the sign of position has a circle, which no letter j has.
+TEST(TextFonts, SignsOfTolerances)
+{
+    const Font& signs = font("gdt");
+    EXPECT_EQ(&font("amgdt.shx"), &signs);
+    for (char32_t c = 'a'; c <= 'z'; ++c)
+        EXPECT_FALSE(signs.metrics(c).blank) << char(c);
+    EXPECT_EQ(signs.shape('j').lines.size(), 3u);
+    EXPECT_EQ(signs.shape('u').lines.size(), 1u) << "straightness is one line";
+    EXPECT_GT(signs.shape('e').lines.front().size(), 16u) << "and circularity a circle";
+    EXPECT_EQ(signs.metrics('5').advance, font("simplex").metrics('5').advance);
+}
+
 TEST(TextFonts, MissingGlyphsAreBoxesWithWidth)
 {
     const Font& simplex = font("simplex");

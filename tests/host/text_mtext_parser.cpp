@@ -119,6 +119,9 @@ TEST(MTextParser, Values)
     EXPECT_EQ(formatOfLast("\\W0.7;x").widthFactor, 0.7);
     EXPECT_NEAR(formatOfLast("\\Q-15;x").oblique, -M_PI / 12, 1e-12);
     EXPECT_EQ(formatOfLast("\\T2;x").tracking, 2);
+    EXPECT_EQ(formatOfLast("\\W0.5;\\W3x;x").widthFactor, 1.5);
+    EXPECT_EQ(formatOfLast("\\T2;\\T0.5x;x").tracking, 1);
+    EXPECT_EQ(formatOfLast("\\W2;\\W-1x;\\W0;x").widthFactor, 2);
     EXPECT_EQ(formatOfLast("\\A2;x").alignment, LineAlignment::Top);
     EXPECT_EQ(formatOfLast("\\C4;x").color, (TextColor{TextColor::Kind::Index, 4}));
     EXPECT_EQ(formatOfLast("\\C999;x").color, TextColor{});
