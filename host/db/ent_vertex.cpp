@@ -146,11 +146,26 @@ Vcad::ErrorStatus VcDb2dVertex::setEndWidth(double width)
     return setMember(*this, m_endWidth, width, width >= 0 && isFinite(width));
 }
 
+namespace {
+
+// What is meant where a vertex says no width: that of its polyline.
+std::pair<double, double> defaultWidths(const VcDb2dVertex& vertex)
+{
+    const DatabaseCore* db = DatabaseCore::of(vertex.objectId());
+    const auto* polyline = db ? db->liveAs<VcDb2dPolyline>(vertex.ownerId()) : nullptr;
+    return polyline ? std::pair(polyline->defaultStartWidth(), polyline->defaultEndWidth()) : std::pair(0.0, 0.0);
+}
+
+}
+
 void VcDb2dVertex::fields(FieldVisitor& v)
 {
     vertexFields(v, "AcDb2dVertex");
-    v.optional(40, m_startWidth, 0.0);
-    v.optional(41, m_endWidth, 0.0);
+    const auto [start, end] = defaultWidths(*this);
+    if (v.isReading() && !v.isChain())
+        std::tie(m_startWidth, m_endWidth) = std::pair(start, end);
+    v.optional(40, m_startWidth, start);
+    v.optional(41, m_endWidth, end);
     v.optional(42, m_bulge, 0.0);
     v.optionalNumber<std::int16_t>(70, m_flags, 0);
     v.optionalAngle(50, m_tangent, 0.0);
