@@ -71,6 +71,12 @@ public:
     // A count of corners, then as many numbers of vertices from 0, and so on.
     const std::vector<std::int32_t>& faceArray() const { return m_faces; }
     int numOfFaces() const;
+    struct Edge {
+        std::int32_t from = 0, to = 0;
+    };
+    // Edges that say how sharp they stay when the mesh is smoothed: for so many levels, or always where it is negative.
+    const std::vector<Edge>& edges() const { return m_edges; }
+    const std::vector<double>& creases() const { return m_creases; }
 
     Vcad::ErrorStatus transformBy(const VcGeMatrix3d& m) override;
     Vcad::ErrorStatus getGeomExtents(VcDbExtents& extents) const override;
@@ -79,9 +85,6 @@ public:
     void fields(FieldVisitor& visitor) override;
 
 private:
-    struct Edge {
-        std::int32_t from = 0, to = 0;
-    };
     std::vector<VcGePoint3d> m_vertices;
     std::vector<std::int32_t> m_faces;
     std::vector<Edge> m_edges;

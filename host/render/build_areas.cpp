@@ -2,6 +2,7 @@
 #include "host/base/unicode.h"
 #include "host/db/ent_util.h"
 #include "host/render/build_parts.h"
+#include "host/render/smooth_mesh.h"
 #include "sdk/vcdb_faces.h"
 #include "sdk/vcut.h"
 
@@ -165,17 +166,12 @@ void buildFace(const VcDbEntity& e, ListBuilder& b)
 
 void buildSubDMesh(const VcDbEntity& e, ListBuilder& b)
 {
-    const auto& mesh = static_cast<const VcDbSubDMesh&>(e);
-    const auto& faces = mesh.faceArray();
-    const auto& vertices = mesh.vertices();
+    const FaceMesh mesh = smoothed(static_cast<const VcDbSubDMesh&>(e));
     const std::uint32_t first = b.figureCount();
-    for (std::size_t at = 0; at < faces.size(); at += std::size_t(faces[at]) + 1) {
-        if (faces[at] < 0 || std::size_t(faces[at]) > faces.size() - at - 1)
-            break;
+    for (const auto& face : mesh.faces) {
         b.beginFigure();
-        for (std::size_t i = 1; i <= std::size_t(faces[at]); ++i)
-            if (faces[at + i] >= 0 && std::size_t(faces[at + i]) < vertices.size())
-                b.point(vertices[std::size_t(faces[at + i])]);
+        for (const std::uint32_t corner : face)
+            b.point(mesh.vertices[corner]);
         b.endFigure(true);
     }
     b.stroke(first);

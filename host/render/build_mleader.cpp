@@ -5,6 +5,7 @@
 #include "host/db/kept_object.h"
 #include "host/db/text_geometry.h"
 #include "host/render/build_parts.h"
+#include "host/render/looks.h"
 #include "host/text/mtext_layout.h"
 #include "sdk/vcdb_text.h"
 
@@ -186,13 +187,8 @@ private:
 
 void setPackedColour(ListBuilder& b, std::int64_t packed)
 {
-    const std::uint32_t bits = std::uint32_t(packed);
-    VcCmColor colour = b.props().color;
-    if (bits >> 24 == 0xc2)
-        colour.setTrueColor(bits & 0xffffff);
-    else if (bits >> 24 == 0xc3)
-        colour = VcCmColor::fromIndex(std::int16_t(bits & 0x1ff));
-    b.setColour(colour);
+    const auto colour = colourOfPacked(std::uint32_t(packed));
+    b.setColour(!colour || colour->isByBlock() ? b.props().color : *colour);
 }
 
 namespace {

@@ -20,6 +20,18 @@ struct WidthVertex {
     double bulge = 0, startWidth = 0, endWidth = 0;
 };
 
+// A polyline in a plane at a height over its frame.
+struct PlanePolyline {
+    std::vector<WidthVertex> vertices;
+    bool closed = false, runsOn = false;
+    VcGeVector3d normal{0, 0, 1};
+    double elevation = 0, thickness = 0;
+};
+
+// Filled where it is wide, else stroked; the frame may be any, the polyline's own normal and elevation do not count.
+void addPlanePolyline(ListBuilder& b, const PlanePolyline& polyline, const geom::Frame& frame);
+geom::Frame frameOf(const PlanePolyline& polyline);
+
 // One piece of a polyline into the current figure: its end, or the arc to it. The start has been added.
 void addBulge(ListBuilder& b, const geom::Frame& frame, const VcGePoint2d& from, const VcGePoint2d& to, double bulge);
 
@@ -33,11 +45,15 @@ void addThroughPoints(ListBuilder& b, const std::vector<VcGePoint3d>& points, bo
 void addMTextLayout(ListBuilder& b, const vktext::MTextLayout& layout, const VcGePoint3d& at, const VcGeVector3d& x, const VcGeVector3d& y);
 
 void buildMultiLeader(const VcDbEntity& e, ListBuilder& b);
+void buildUnderlay(const VcDbEntity& e, ListBuilder& b);
+
+// A name across the middle of a frame, for what is not at hand.
+void addLabel(ListBuilder& b, std::string_view file, const VcGePoint3d& corner, const VcGeVector3d& width, const VcGeVector3d& height);
 
 // The picture that another program left with an object of its own class; false where there is none.
 bool addKeptGraphics(const VcDbEntity& e, ListBuilder& b);
 
-// A colour whose first byte says by layer, by block, true or an index.
+// A colour as colourOfPacked takes it; by block is the entity's own.
 void setPackedColour(ListBuilder& b, std::int64_t packed);
 
 // A text that says something else than it holds, as those of attributes in their definition's place do.

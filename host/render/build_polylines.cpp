@@ -11,13 +11,6 @@ using geom::Frame;
 
 namespace {
 
-struct PlanePolyline {
-    std::vector<WidthVertex> vertices;
-    bool closed = false, runsOn = false;
-    VcGeVector3d normal;
-    double elevation = 0, thickness = 0;
-};
-
 bool isWide(const PlanePolyline& polyline)
 {
     for (const WidthVertex& v : polyline.vertices)
@@ -37,12 +30,42 @@ void addMiddle(ListBuilder& b, const Frame& frame, const PlanePolyline& polyline
     b.endFigure(false);
 }
 
-void addPlanePolyline(ListBuilder& b, const PlanePolyline& polyline)
+}
+
+namespace {
+
+// The pieces of a wide polyline that have no width.
+void strokeThinPieces(ListBuilder& b, const PlanePolyline& polyline, const Frame& frame)
+{
+    const auto& vertices = polyline.vertices;
+    const std::size_t n = vertices.size(), pieces = polyline.closed ? n : n - 1;
+    const auto isThin = [&](std::size_t i) { return !(vertices[i].startWidth > 0) && !(vertices[i].endWidth > 0); };
+    const std::uint32_t first = b.figureCount();
+    for (std::size_t i = 0; i < pieces; ++i) {
+        if (!isThin(i))
+            continue;
+        b.beginFigure();
+        b.point(frame.toWorld(VcGePoint3d(vertices[i].point.x, vertices[i].point.y, 0)));
+        for (; i < pieces && isThin(i); ++i)
+            addBulge(b, frame, vertices[i].point, vertices[(i + 1) % n].point, vertices[i].bulge);
+        b.endFigure(false);
+    }
+    b.stroke(first, polyline.runsOn ? Item::RunsOn : 0);
+}
+
+}
+
+Frame frameOf(const PlanePolyline& polyline)
+{
+    Frame frame = geom::arbitraryFrame(polyline.normal);
+    frame.origin = frame.toWorld(VcGePoint3d(0, 0, polyline.elevation));
+    return frame;
+}
+
+void addPlanePolyline(ListBuilder& b, const PlanePolyline& polyline, const Frame& frame)
 {
     if (polyline.vertices.empty())
         return;
-    Frame frame = geom::arbitraryFrame(polyline.normal);
-    frame.origin = frame.toWorld(VcGePoint3d(0, 0, polyline.elevation));
     const std::uint32_t first = b.figureCount();
     const bool wide = isWide(polyline);
     if (wide)
@@ -53,9 +76,13 @@ void addPlanePolyline(ListBuilder& b, const PlanePolyline& polyline)
         b.fill(first, FillRule::NonZero);
     else
         b.stroke(first, polyline.runsOn ? Item::RunsOn : 0);
+    if (wide)
+        strokeThinPieces(b, polyline, frame);
     if (polyline.thickness != 0)
-        b.extrude(first, polyline.normal.normal() * polyline.thickness);
+        b.extrude(first, frame.z * polyline.thickness);
 }
+
+namespace {
 
 void buildPolyline(const VcDbEntity& e, ListBuilder& b)
 {
@@ -73,7 +100,7 @@ void buildPolyline(const VcDbEntity& e, ListBuilder& b)
     plane.normal = polyline.normal();
     plane.elevation = polyline.elevation();
     plane.thickness = polyline.thickness();
-    addPlanePolyline(b, plane);
+    addPlanePolyline(b, plane, frameOf(plane));
 }
 
 // Control points of a curve that has been smoothed are not seen.
@@ -91,7 +118,7 @@ void build2dPolyline(const VcDbEntity& e, ListBuilder& b)
     plane.normal = polyline.normal();
     plane.elevation = polyline.elevation();
     plane.thickness = polyline.thickness();
-    addPlanePolyline(b, plane);
+    addPlanePolyline(b, plane, frameOf(plane));
 }
 
 void build3dPolyline(const VcDbEntity& e, ListBuilder& b)

@@ -117,7 +117,7 @@ struct ModelWindow {
 };
 
 struct Item {
-    enum Kind : std::uint8_t { Stroke, Fill, Text, Hatch, Mask, Image, Block, Mark, Endless, Window };
+    enum Kind : std::uint8_t { Stroke, Fill, Text, Hatch, Mask, Image, Block, Mark, Endless, Window, Clip, Unclip };
     enum Flag : std::uint8_t {
         Continuous = 1,  // whatever the linetype is
         RunsOn = 2,      // the linetype does not begin anew at each vertex

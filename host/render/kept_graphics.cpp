@@ -4,7 +4,7 @@
 #include "host/db/database.h"
 #include "host/db/ent_util.h"
 #include "host/db/extras.h"
-#include "host/render/build_parts.h"
+#include "host/render/packed_polyline.h"
 
 #include <cmath>
 #include <cstring>
@@ -29,14 +29,20 @@ enum RecordKind : std::uint32_t {
     kXline = 12,
     kRay = 13,
     kColourIndex = 14,
+    kLinetype = 18,
     kFill = 20,
     kColour = 22,
+    kLineweight = 23,
+    kPushClip = 27,
+    kPopClip = 28,
     kPushMatrix = 29,
     kPushOtherMatrix = 30,
     kPopMatrix = 31,
     kPolylineWithNormal = 32,
+    kPackedPolyline = 33,
     kUnicodeText = 36,
     kStyledUnicodeText = 38,
+    kEllipticArc = 44,
 };
 
 // Values one after the other; past the end there are zeros and isShort tells.
@@ -65,6 +71,14 @@ public:
         return {x, y, z};
     }
     VcGePoint3d point() { return VcGePoint3d() + vector(); }
+    VcGeMatrix3d matrix()
+    {
+        VcGeMatrix3d m;
+        for (auto& row : m.entry)
+            for (double& value : row)
+                value = real();
+        return m;
+    }
     Bytes part(std::size_t size)
     {
         const Bytes taken(m_data.substr(0, size));
@@ -90,6 +104,7 @@ public:
         return all;
     }
     std::size_t left() const { return m_data.size(); }
+    std::string_view rest() const { return m_data; }
     bool isShort = false;
 
 private:
@@ -109,7 +124,7 @@ std::string graphicsOf(const VcDbEntity& entity)
 
 class Player {
 public:
-    explicit Player(ListBuilder& b) : m_b(b) {}
+    explicit Player(ListBuilder& b) : m_b(b), m_look(b.props()) {}
 
     void play(Bytes all)
     {
@@ -122,6 +137,8 @@ public:
                 return;
             draw(kind, all.part(length - kHeader));
         }
+        for (; m_clips > 0; --m_clips)
+            m_b.unclip();
     }
     bool hasDrawn = false;
 
@@ -142,8 +159,14 @@ private:
         case kText: case kUnicodeText: return text(data, kind == kUnicodeText);
         case kStyledText: case kStyledUnicodeText: return styledText(data, kind == kStyledUnicodeText);
         case kXline: case kRay: return endless(data, kind == kXline);
-        case kColourIndex: return setColourIndex(data.number());
-        case kColour: return setPackedColour(m_b, data.number());
+        case kPackedPolyline: return packedPolyline(data);
+        case kEllipticArc: return ellipticArc(data);
+        case kColourIndex: setColourIndex(data.number()); return keepColour();
+        case kColour: setPackedColour(m_b, data.number()); return keepColour();
+        case kLineweight: m_look.lineWeight = std::int16_t(data.take<std::int32_t>()); return m_b.setOwnLook(m_look);
+        case kLinetype: return setLinetype(data.number());
+        case kPushClip: return pushClip(data);
+        case kPopClip: return popClip();
         case kFill: m_fills = data.number() == 1; return;
         case kPushMatrix: case kPushOtherMatrix: return push(data);
         case kPopMatrix:
@@ -209,6 +232,29 @@ private:
         const double sweep = data.real();
         if (!data.isShort)
             bow(center, start * radius, normal.crossProduct(start) * radius, sweep, false);
+    }
+
+    // The greater axis is turned within the plane from where the plane's own X axis runs.
+    void ellipticArc(Bytes data)
+    {
+        const VcGePoint3d center = data.point();
+        const geom::Frame frame = geom::arbitraryFrame(data.vector().normal());
+        const double major = data.real(), minor = data.real(), from = data.real(), to = data.real(), turn = data.real();
+        if (data.isShort)
+            return;
+        const VcGeVector3d u = frame.x * std::cos(turn) + frame.y * std::sin(turn), v = frame.z.crossProduct(u);
+        figure(false, [&] { m_b.arc({place(center), place(u * major), place(v * minor), from, to - from}); });
+    }
+
+    void packedPolyline(Bytes data)
+    {
+        const auto polyline = unpackPolyline(data.rest());
+        if (!polyline)
+            return;
+        geom::Frame frame = frameOf(*polyline);
+        frame = {place(frame.origin), place(frame.x), place(frame.y), place(frame.z)};
+        addPlanePolyline(m_b, *polyline, frame);
+        hasDrawn = true;
     }
 
     void throughPoints(Bytes data, bool whole)
@@ -335,12 +381,42 @@ private:
 
     void push(Bytes data)
     {
-        VcGeMatrix3d m;
-        for (auto& row : m.entry)
-            for (double& value : row)
-                value = data.real();
+        const VcGeMatrix3d m = data.matrix();
         if (!data.isShort)
             m_matrices.push_back(m_matrices.empty() ? m : m_matrices.back() * m);
+    }
+
+    // The boundary is in a plane of its own. One matrix leads there from the world, the other from the world to the block that
+    // was clipped, as both were then.
+    void pushClip(Bytes data)
+    {
+        data.vector();  // the plane's normal
+        data.point();   // its origin
+        ClipFrame clip;
+        const std::uint32_t count = data.number();
+        for (std::uint32_t i = 0; i < count && data.left() >= 2 * sizeof(double); ++i) {
+            const double x = data.real(), y = data.real();
+            clip.corners.emplace_back(x, y);
+        }
+        const VcGeMatrix3d toPlane = data.matrix(), toBlock = data.matrix();
+        if (data.isShort)
+            return;
+        if (clip.corners.size() == 2) {
+            const VcGePoint2d a = clip.corners[0], c = clip.corners[1];
+            clip.corners = {a, {c.x, a.y}, c, {a.x, c.y}};
+        }
+        const VcGeMatrix3d placed = m_matrices.empty() ? VcGeMatrix3d() : m_matrices.back();
+        clip.toClip = toPlane * toBlock.inverse() * placed.inverse();
+        m_b.clip(std::move(clip));
+        ++m_clips;
+    }
+
+    void popClip()
+    {
+        if (m_clips == 0)
+            return;
+        --m_clips;
+        m_b.unclip();
     }
 
     void setColourIndex(std::uint32_t index)
@@ -349,7 +425,24 @@ private:
         m_b.setColour(index < kByLayer ? VcCmColor::fromIndex(std::int16_t(index)) : m_b.props().color);
     }
 
+    void keepColour()
+    {
+        m_look.color = m_b.colour();
+        m_b.setOwnLook(m_look);
+    }
+
+    // Others than these two are numbers in the table of a drawing that is not at hand.
+    void setLinetype(std::uint32_t index)
+    {
+        constexpr std::uint32_t kByLayer = 0x7fff, kByBlock = 0x7ffe;
+        if (index == kByLayer || index == kByBlock)
+            m_look.linetype = m_b.db().findRecord(NameTable::Linetype, index == kByLayer ? "ByLayer" : "ByBlock");
+        m_b.setOwnLook(m_look);
+    }
+
     ListBuilder& m_b;
+    EntityProps m_look;
+    int m_clips = 0;
     std::vector<VcGeMatrix3d> m_matrices;
     bool m_fills = false;
 };

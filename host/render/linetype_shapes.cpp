@@ -58,4 +58,13 @@ const ShapeLines* linetypeShape(std::string_view file, int number)
     return found == shapes().end() ? nullptr : &found->second;
 }
 
+const ShapeLines* namedShape(std::string_view file, std::string_view name)
+{
+    static constexpr std::pair<const char*, int> kNumbers[] = {{"TRACK1", 130}, {"ZIG", 131}, {"BOX", 132}, {"CIRC1", 133}, {"BAT", 134}};
+    for (const auto& [known, number] : kNumbers)
+        if (equalNoCase(known, name))
+            return linetypeShape(file, number);
+    return nullptr;
+}
+
 }  // namespace vk::render

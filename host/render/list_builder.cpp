@@ -199,6 +199,12 @@ void ListBuilder::extrude(std::uint32_t firstFigure, const VcGeVector3d& by)
         line(p, p + by);
 }
 
+void ListBuilder::clip(ClipFrame frame)
+{
+    m_list.clips.push_back(std::move(frame));
+    item(Item::Clip, 0, m_list.clips.size() - 1);
+}
+
 void ListBuilder::use(BlockUse use)
 {
     m_list.blocks.push_back(std::move(use));

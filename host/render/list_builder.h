@@ -70,6 +70,9 @@ public:
     void text(const vktext::TextStyleSpec& style, double height, std::string_view text, const VcGePoint3d& origin,
               const VcGeVector3d& x, const VcGeVector3d& y, double tracking = 1);
     void use(BlockUse use);
+    // What is added until unclip is seen within the frame only. Each clip has its unclip.
+    void clip(ClipFrame frame);
+    void unclip() { item(Item::Unclip, 0, 0); }
     void grow(const geom::Box3d& box) { m_list.bounds.add(box); }
 
 private:

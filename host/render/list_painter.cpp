@@ -38,16 +38,24 @@ void ListPainter::paintList(const DisplayList& list, const VcGeMatrix3d& matrix,
     const Place place{list, matrix, project, Flattener(tolerance), reference};
     std::uint32_t known = ~0u;
     ResolvedLook look;
+    int clips = 0;
     for (const Item& item : list.items) {
         if (m_budget.items == 0)
-            return;
+            break;
         --m_budget.items;
+        if (item.kind == Item::Clip || item.kind == Item::Unclip) {
+            clips += item.kind == Item::Clip ? 1 : -1;
+            item.kind == Item::Clip ? pushClip(list.clips[item.first], matrix) : m_canvas.popClip();
+            continue;
+        }
         if (item.look != known)
             look = lookOf(place, known = item.look);
         // A reference on a layer that is off still shows what is on other layers.
         if (look.visible || (item.kind == Item::Block && !look.frozen) || item.kind == Item::Window)
             paintItem(place, item, look);
     }
+    for (; clips > 0; --clips)
+        m_canvas.popClip();
 }
 
 void ListPainter::paintItem(const Place& place, const Item& item, const ResolvedLook& look)
@@ -75,6 +83,9 @@ void ListPainter::paintItem(const Place& place, const Item& item, const Resolved
     case Item::Window:
         if (onWindow)
             onWindow(list.windows[item.first].viewport);
+        return;
+    case Item::Clip:
+    case Item::Unclip:
         return;
     }
 }

@@ -79,10 +79,13 @@ private:
     void paintUse(const Place& place, const BlockUse& use, const ResolvedLook& look);
     void paintCell(const ClipFrame* clip, BlockLists::BlockList& block, const VcGeMatrix3d& matrix, const ResolvedLook& look);
 
+    void pushClip(const ClipFrame& clip, const VcGeMatrix3d& matrix);
+
     Rings ringsOf(const Place& place, std::uint32_t first, std::uint32_t count);
     void strokeProjected(const Place& place, std::span<const VcGePoint3d> points, const Pen& pen);
     void strokePage(std::span<const Point2> points, const Pen& pen);
     void dot(const Point2& at, const Pen& pen);
+    void strokeRing(std::span<const Point2> ring, const Pen& pen);
     void fillPage(const Rings& rings, bool nonZero, std::uint32_t argb);
     Pen penOf(const ResolvedLook& look) const;
     bool isSeen(const Point2& low, const Point2& high, double margin) const;

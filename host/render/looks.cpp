@@ -8,6 +8,21 @@
 
 namespace vk::render {
 
+std::optional<VcCmColor> colourOfPacked(std::uint32_t bits)
+{
+    enum : std::uint32_t { kByLayer = 0xc0, kByBlock = 0xc1, kTrue = 0xc2, kIndex = 0xc3 };
+    switch (bits >> 24) {
+    case kByLayer: return VcCmColor::fromIndex(VcCmColor::kAciByLayer);
+    case kByBlock: return VcCmColor::fromIndex(VcCmColor::kAciByBlock);
+    case kIndex: return VcCmColor::fromIndex(std::int16_t(bits & 0x1ff));
+    case kTrue: break;
+    default: return std::nullopt;
+    }
+    VcCmColor colour;
+    colour.setTrueColor(bits & 0xffffff);
+    return colour;
+}
+
 LookResolver::LookResolver(const DatabaseCore& db, ViewLooks view) : m_db(db), m_view(std::move(view))
 {
     m_layer0 = db.findRecord(NameTable::Layer, "0");
@@ -35,11 +50,11 @@ LookResolver::Colour LookResolver::layerColour(const VcCmColor& colour) const
     return plainColour(isPages ? VcCmColor::fromIndex(VcCmColor::kAciForeground) : colour);
 }
 
-LookResolver::Colour LookResolver::colourOf(const VcCmColor& colour, const VcDbLayerTableRecord* layer,
+LookResolver::Colour LookResolver::colourOf(const VcCmColor& colour, const std::optional<LayerLook>& layer,
                                             const ResolvedLook* reference) const
 {
     if (colour.isByLayer() && layer)
-        return layerColour(layer->color());
+        return layerColour(layer->colour);
     if (colour.isByBlock() && reference)
         return {reference->argb | 0xff000000u, reference->foreground};
     if (colour.isByLayer() || colour.isByBlock())
@@ -54,32 +69,42 @@ std::uint32_t LookResolver::argbOf(const VcCmColor& colour, const ResolvedLook& 
     return (plainColour(colour).argb & 0xffffff) | (look.argb & 0xff000000u);
 }
 
-const VcDbLinetypeTableRecord* LookResolver::linetypeOf(VcDbObjectId id, const VcDbLayerTableRecord* layer,
+const VcDbLinetypeTableRecord* LookResolver::linetypeOf(VcDbObjectId id, const std::optional<LayerLook>& layer,
                                                         const ResolvedLook* reference) const
 {
     if (id == m_byBlock && !id.isNull())
         return reference ? reference->linetype : nullptr;
     if ((id.isNull() || id == m_byLayer) && layer)
-        id = layer->linetypeObjectId();
+        id = layer->linetype;
     if (id == m_continuous)
         return nullptr;
     const auto* record = m_db.liveAs<VcDbLinetypeTableRecord>(id);
     return record && !record->dashes().empty() && record->patternLength() > 0 ? record : nullptr;
 }
 
-double LookResolver::weightOf(int weight, const VcDbLayerTableRecord* layer, const ResolvedLook* reference) const
+double LookResolver::weightOf(int weight, const std::optional<LayerLook>& layer, const ResolvedLook* reference) const
 {
     if (weight == VcDb::kLnWtByBlock && reference)
         return reference->weightMm;
     if (weight == VcDb::kLnWtByLayer && layer)
-        weight = layer->lineWeight();
+        weight = layer->lineWeight;
     return weight >= 0 && weight <= VcDb::kLnWt211 ? weight / 100.0 : m_defaultWeightMm;
 }
 
 namespace {
 
-// The highest byte says by layer, by block, or a value of its own, whose lowest byte is the opacity.
 enum TransparencyKind : std::uint32_t { kTransparencyByBlock = 1, kTransparencyByValue = 2 };
+
+}
+
+std::optional<std::uint32_t> opacityOfPacked(std::int64_t bits)
+{
+    if (std::uint32_t(bits) >> 24 != kTransparencyByValue)
+        return std::nullopt;
+    return std::uint32_t(bits) & 0xff;
+}
+
+namespace {
 
 // Layers have theirs in extended data.
 std::uint32_t opacityOf(const VcDbLayerTableRecord& layer)
@@ -90,13 +115,16 @@ std::uint32_t opacityOf(const VcDbLayerTableRecord& layer)
     for (const Tag& tag : layer.extras()->xdata) {
         if (tag.code == 1001)
             own = tag.form == Tag::Form::Utf8 && tag.view() == "AcCmTransparency";
-        else if (own && tag.code == 1071 && tag.form == Tag::Form::Integer && std::uint32_t(tag.integer) >> 24 == kTransparencyByValue)
-            return std::uint32_t(tag.integer) & 0xff;
+        else if (own && tag.code == 1071 && tag.form == Tag::Form::Integer)
+            return opacityOfPacked(tag.integer).value_or(0xff);
     }
     return 0xff;
 }
 
-std::uint32_t withTransparency(std::uint32_t argb, const EntityProps& props, const VcDbLayerTableRecord* layer, const ResolvedLook* reference)
+}
+
+std::uint32_t LookResolver::withTransparency(std::uint32_t argb, const EntityProps& props, const std::optional<LayerLook>& layer,
+                                             const ResolvedLook* reference)
 {
     const std::uint32_t kind = props.hasTransparency ? std::uint32_t(props.transparency) >> 24 : 0;
     std::uint32_t alpha = 0xff;
@@ -105,10 +133,24 @@ std::uint32_t withTransparency(std::uint32_t argb, const EntityProps& props, con
     else if (kind == kTransparencyByBlock)
         alpha = reference ? reference->argb >> 24 : 0xff;
     else if (layer)
-        alpha = opacityOf(*layer);
+        alpha = layer->opacity;
     return (argb & 0xffffff) | alpha << 24;
 }
 
+std::optional<LookResolver::LayerLook> LookResolver::lookOf(const VcDbLayerTableRecord* layer) const
+{
+    if (!layer)
+        return std::nullopt;
+    LayerLook look{layer->color(), layer->linetypeObjectId(), layer->lineWeight(), opacityOf(*layer)};
+    const auto at = m_view.overrides.find(layer->objectId());
+    if (at == m_view.overrides.end())
+        return look;
+    const LayerOverride& own = at->second;
+    look.colour = own.colour.value_or(look.colour);
+    look.linetype = own.linetype.value_or(look.linetype);
+    look.lineWeight = own.lineWeight.value_or(look.lineWeight);
+    look.opacity = own.opacity.value_or(look.opacity);
+    return look;
 }
 
 ResolvedLook LookResolver::resolve(const EntityProps& props, const ResolvedLook* reference) const
@@ -121,12 +163,13 @@ ResolvedLook LookResolver::resolve(const EntityProps& props, const ResolvedLook*
         look.frozen = layer->isFrozen() || m_view.frozenLayers.contains(look.layer);
         look.visible = !layer->isOff() && !look.frozen;
     }
-    const Colour colour = colourOf(props.color, layer, reference);
-    look.argb = withTransparency(colour.argb, props, layer, reference);
+    const auto byLayer = lookOf(layer);
+    const Colour colour = colourOf(props.color, byLayer, reference);
+    look.argb = withTransparency(colour.argb, props, byLayer, reference);
     look.foreground = colour.foreground;
-    look.linetype = linetypeOf(props.linetype, layer, reference);
+    look.linetype = linetypeOf(props.linetype, byLayer, reference);
     look.linetypeScale = props.linetypeScale > 0 ? props.linetypeScale : 1;
-    look.weightMm = weightOf(props.lineWeight, layer, reference);
+    look.weightMm = weightOf(props.lineWeight, byLayer, reference);
     return look;
 }
 

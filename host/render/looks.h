@@ -5,6 +5,7 @@
 #include "host/db/entity_props.h"
 #include "host/base/api.h"
 
+#include <optional>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -25,11 +26,26 @@ struct ResolvedLook {
     VcDbObjectId layer;               // that the content of a reference on layer 0 is on
 };
 
+// What one viewport shows a layer with instead of what it has.
+struct LayerOverride {
+    std::optional<VcCmColor> colour;
+    std::optional<VcDbObjectId> linetype;
+    std::optional<int> lineWeight;
+    std::optional<std::uint32_t> opacity;
+    bool operator==(const LayerOverride&) const = default;
+};
+
 // How one view of the drawing is coloured and which layers it shows.
 struct ViewLooks {
     bool darkPage = false;
     std::unordered_set<VcDbObjectId> frozenLayers;  // in this viewport, beside those frozen everywhere
+    std::unordered_map<VcDbObjectId, LayerOverride> overrides;
 };
+
+// Of a number whose highest byte says by layer, by block, true or an index; nothing where it is none of these.
+std::optional<VcCmColor> colourOfPacked(std::uint32_t bits);
+// Of a number whose highest byte says by layer, by block, or a value of its own, for a value: its lowest byte.
+std::optional<std::uint32_t> opacityOfPacked(std::int64_t bits);
 
 class VKHOST_API LookResolver {
 public:
@@ -46,11 +62,21 @@ private:
         std::uint32_t argb;
         bool foreground;
     };
+    // What BYLAYER means on a layer in this view.
+    struct LayerLook {
+        VcCmColor colour;
+        VcDbObjectId linetype;
+        int lineWeight;
+        std::uint32_t opacity;
+    };
+    std::optional<LayerLook> lookOf(const VcDbLayerTableRecord* layer) const;
     Colour plainColour(const VcCmColor& colour) const;
     Colour layerColour(const VcCmColor& colour) const;
-    Colour colourOf(const VcCmColor& colour, const VcDbLayerTableRecord* layer, const ResolvedLook* reference) const;
-    const VcDbLinetypeTableRecord* linetypeOf(VcDbObjectId id, const VcDbLayerTableRecord* layer, const ResolvedLook* reference) const;
-    double weightOf(int weight, const VcDbLayerTableRecord* layer, const ResolvedLook* reference) const;
+    Colour colourOf(const VcCmColor& colour, const std::optional<LayerLook>& layer, const ResolvedLook* reference) const;
+    const VcDbLinetypeTableRecord* linetypeOf(VcDbObjectId id, const std::optional<LayerLook>& layer, const ResolvedLook* reference) const;
+    double weightOf(int weight, const std::optional<LayerLook>& layer, const ResolvedLook* reference) const;
+    static std::uint32_t withTransparency(std::uint32_t argb, const EntityProps& props, const std::optional<LayerLook>& layer,
+                                          const ResolvedLook* reference);
 
     const DatabaseCore& m_db;
     ViewLooks m_view;

@@ -1,4 +1,5 @@
 // Filled areas, hatches, gradients and images of a display list.
+#include "host/render/build_parts.h"
 #include "host/render/hatch_lines.h"
 #include "host/render/paint_parts.h"
 
@@ -24,6 +25,24 @@ Rings ListPainter::ringsOf(const Place& place, std::uint32_t first, std::uint32_
     return far ? clipRings(nearby, rings) : rings;
 }
 
+namespace {
+
+// About how wide a ring is that is much longer than wide.
+double widthOf(std::span<const Point2> ring)
+{
+    double doubleArea = 0, length = 0;
+    Point2 before = ring.back();
+    for (const Point2& p : ring) {
+        doubleArea += (before - ring.front()).crossProduct(p - ring.front());
+        length += (p - before).length();
+        before = p;
+    }
+    return length > 0 ? std::fabs(doubleArea) / length : 0;
+}
+
+}
+
+// What is thinner than a pen would fade away.
 void ListPainter::fillPage(const Rings& rings, bool nonZero, std::uint32_t argb)
 {
     if (rings.empty())
@@ -31,12 +50,24 @@ void ListPainter::fillPage(const Rings& rings, bool nonZero, std::uint32_t argb)
     const Bounds2 box(rings.points);
     if (!isSeen(box.low, box.high, 1))
         return;
-    // What is thinner than a pixel would fade away.
-    if (box.high.x - box.low.x < m_view.thinnestPen || box.high.y - box.low.y < m_view.thinnestPen) {
-        const Point2 ends[] = {box.low, box.high};
-        return strokePage(ends, {argb, m_view.thinnestPen});
-    }
-    m_canvas.fill(rings, nonZero, argb);
+    if (m_view.measuring || (!nonZero && rings.ends.size() > 1))
+        return m_canvas.fill(rings, nonZero, argb);
+    Rings broad;
+    rings.forEach([&](std::span<const Point2> ring) {
+        if (widthOf(ring) < m_view.thinnestPen / 2)
+            return strokeRing(ring, {argb, m_view.thinnestPen});
+        broad.points.insert(broad.points.end(), ring.begin(), ring.end());
+        broad.endRing();
+    });
+    if (!broad.empty())
+        m_canvas.fill(broad, nonZero, argb);
+}
+
+void ListPainter::strokeRing(std::span<const Point2> ring, const Pen& pen)
+{
+    m_page.assign(ring.begin(), ring.end());
+    m_page.push_back(ring.front());
+    strokePage(m_page, pen);
 }
 
 void ListPainter::paintHatch(const Place& place, const HatchArea& area, const ResolvedLook& look)
@@ -148,14 +179,7 @@ void ListPainter::paintImage(const Place& place, const Picture& picture, const R
     DisplayList label;
     ListBuilder builder(label, m_db, m_omissions);
     builder.setOwnLook(EntityProps());
-    const std::size_t slash = picture.file.find_last_of("/\\");
-    const std::string name = slash == std::string::npos ? picture.file : picture.file.substr(slash + 1);
-    const double width = picture.width.length(), letters = double(std::max<std::size_t>(name.size(), 8));
-    const double height = std::min(0.7 * width / letters, picture.height.length() / 3);
-    vktext::TextStyleSpec style;
-    style.font = "txt";
-    builder.text(style, height, name, picture.origin + picture.width * 0.05 + picture.height * 0.45, picture.width.normal(),
-                 picture.height.normal());
+    addLabel(builder, picture.file, picture.origin, picture.width, picture.height);
     const Place there{label, place.matrix, place.project, place.flattener, place.reference};
     for (const TextRun& run : label.texts)
         paintText(there, run, look);

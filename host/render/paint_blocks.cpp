@@ -53,14 +53,8 @@ void ListPainter::paintCell(const ClipFrame* clip, BlockLists::BlockList& block,
     constexpr double kSmallest = 0.4;  // pixels
     if (!m_view.measuring && !block.unbounded && !box.isEmpty() && look.visible && box.max.x - box.min.x < kSmallest && box.max.y - box.min.y < kSmallest)
         return dot({box.min.x, box.min.y}, penOf(look));
-    if (clip) {
-        const Projection project(matrix * clip->toClip.inverse());
-        Rings rings;
-        for (const VcGePoint2d& p : clip->corners)
-            rings.points.push_back(project(VcGePoint3d(p.x, p.y, 0)));
-        rings.endRing();
-        m_canvas.pushClip(rings, clip->inverted);
-    }
+    if (clip)
+        pushClip(*clip, matrix);
     block.drawing = true;
     ++m_depth;
     paintList(block.list, matrix, &look);
@@ -68,6 +62,16 @@ void ListPainter::paintCell(const ClipFrame* clip, BlockLists::BlockList& block,
     block.drawing = false;
     if (clip)
         m_canvas.popClip();
+}
+
+void ListPainter::pushClip(const ClipFrame& clip, const VcGeMatrix3d& matrix)
+{
+    const Projection project(matrix * clip.toClip.inverse());
+    Rings rings;
+    for (const VcGePoint2d& p : clip.corners)
+        rings.points.push_back(project(VcGePoint3d(p.x, p.y, 0)));
+    rings.endRing();
+    m_canvas.pushClip(rings, clip.inverted);
 }
 
 }  // namespace vk::render

@@ -2,6 +2,7 @@
 
 #include "host/base/unicode.h"
 #include "host/db/database.h"
+#include "host/render/layer_overrides.h"
 #include "host/render/list_painter.h"
 #include "sdk/vcdb_insert.h"
 #include "sdk/vcdb_layout.h"
@@ -294,6 +295,7 @@ void Scene::paintViewport(const VcDbViewport& viewport, Canvas& canvas, const Vi
     view.showsWindows = false;
     view.page.toPage = sheet.page.toPage * viewportMatrix(viewport);
     view.looks.frozenLayers.insert(viewport.frozenLayers().begin(), viewport.frozenLayers().end());
+    view.looks.overrides = layerOverrides(m_db, viewport.objectId());
     if (m_db.header().integer("$PSLTSCALE", 1) != 0)
         view.page.linetypeScale = 1 / viewport.customScale();
     const Rings border = borderOf(viewport, sheet);

@@ -23,6 +23,7 @@ public:
         return *this;
     }
     Records& number(std::uint32_t n) { return raw(&n, sizeof n); }
+    Records& text(const std::string& bytes) { return raw(bytes.data(), bytes.size()); }
     Records& reals(std::initializer_list<double> values)
     {
         for (const double v : values)
@@ -54,6 +55,49 @@ private:
     std::string m_bytes;
     std::size_t m_start = 0;
     std::uint32_t m_count = 0;
+};
+
+// Bits without gaps, as polylines are packed.
+class PackedBits {
+public:
+    PackedBits& bits(unsigned value, int count)
+    {
+        for (int i = count - 1; i >= 0; --i, ++m_count) {
+            if (m_count % 8 == 0)
+                m_bytes.push_back(0);
+            m_bytes.back() = char(m_bytes.back() | (value >> i & 1) << (7 - m_count % 8));
+        }
+        return *this;
+    }
+    PackedBits& bytes(const void* data, std::size_t size)
+    {
+        for (std::size_t i = 0; i < size; ++i)
+            bits(static_cast<const std::uint8_t*>(data)[i], 8);
+        return *this;
+    }
+    PackedBits& plain(double v) { return bytes(&v, sizeof v); }
+    PackedBits& real(double v) { return v == 0 ? bits(2, 2) : v == 1 ? bits(1, 2) : bits(0, 2).plain(v); }
+    PackedBits& same() { return bits(0, 2); }  // as the number before
+    PackedBits& other(double v) { return bits(3, 2).plain(v); }
+    // The number before with the last two of its upper four bytes, and the lower four, replaced.
+    PackedBits& near(double v)
+    {
+        std::uint8_t raw[8];
+        std::memcpy(raw, &v, sizeof raw);
+        return bits(2, 2).bytes(raw + 4, 2).bytes(raw, 4);
+    }
+    PackedBits& shortNumber(std::int16_t v) { return bits(0, 2).bytes(&v, sizeof v); }
+    PackedBits& longNumber(std::uint8_t v) { return bits(1, 2).bits(v, 8); }
+    std::string all()
+    {
+        while (m_bytes.size() % 4)
+            m_bytes.push_back(0);
+        return m_bytes;
+    }
+
+private:
+    std::string m_bytes;
+    std::size_t m_count = 0;
 };
 
 std::string foreignObject(const std::string& bytes)
@@ -134,6 +178,73 @@ TEST_F(RenderKept, BrokenPicturesOfForeignObjectsAreHarmless)
     EXPECT_TRUE(isInk(100, 200));
     paintFile(drawing(foreignObject("")));
     EXPECT_EQ(omissions.counts().size(), 1u) << "an object without a picture is told";
+}
+
+// Closed, with half a circle below and a side that is wide.
+TEST_F(RenderKept, PackedPolylinesOfForeignObjects)
+{
+    PackedBits b;
+    b.shortNumber(512 | 16 | 32).longNumber(4).longNumber(4).longNumber(4);
+    b.plain(300).plain(500).other(700).same().near(695).other(800).other(300).same();
+    b.real(1).real(0).real(0).real(0);
+    b.real(0).real(0).real(40).real(40).real(0).real(0).real(0).real(0);
+    const std::string packed = b.all();
+    const std::uint32_t length = std::uint32_t(packed.size());
+    for (const bool saysLength : {false, true}) {
+        Records r;
+        r.begin(33);
+        if (saysLength)
+            r.number(length);
+        r.text(packed);
+        paintFile(drawing(foreignObject(r.all())));
+        EXPECT_TRUE(isInk(500, 300)) << "the half circle";
+        EXPECT_TRUE(isInk(712, 650)) << "the wide side";
+        EXPECT_TRUE(isInk(500, 800));
+        EXPECT_TRUE(isInk(300, 650));
+        EXPECT_FALSE(isInk(500, 650));
+        EXPECT_TRUE(omissions.counts().empty());
+    }
+    for (std::size_t size = 0; size + 4 < packed.size(); ++size) {
+        Records r;
+        r.begin(33).text(packed.substr(0, size));
+        paintFile(drawing(foreignObject(r.all())), true);
+        EXPECT_EQ(omissions.counts().size(), 1u) << "half a polyline is none: " << size;
+    }
+}
+
+TEST_F(RenderKept, ClipsOfForeignObjects)
+{
+    static constexpr std::initializer_list<double> kWorld{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+    Records r;
+    r.begin(27).reals({0, 0, 1, 0, 0, 0}).number(2).reals({200, 0, 400, 1000}).reals(kWorld).reals(kWorld);
+    r.number(0).number(0).reals({0, 0}).number(0);
+    r.begin(6).number(2).reals({100, 500, 0, 900, 500, 0});
+    r.begin(28);
+    r.begin(6).number(2).reals({100, 700, 0, 900, 700, 0});
+    r.begin(28);                                                                                  // one too many
+    r.begin(27).reals({0, 0, 1, 0, 0, 0}).number(2).reals({200, 0, 400, 1000}).reals(kWorld).reals(kWorld);  // never popped
+    paintFile(drawing(foreignObject(r.all()) + "0\nLINE\n5\n51\n100\nAcDbEntity\n8\n0\n100\nAcDbLine\n10\n100\n20\n900\n11\n900\n21\n900\n"));
+    EXPECT_TRUE(isInk(300, 500));
+    EXPECT_FALSE(isInk(150, 500));
+    EXPECT_FALSE(isInk(600, 500));
+    EXPECT_TRUE(isInk(600, 700)) << "after the clip";
+    EXPECT_TRUE(isInk(600, 900)) << "what comes after the object is not clipped";
+}
+
+TEST_F(RenderKept, ArcsOfEllipsesAndWeightsOfForeignObjects)
+{
+    Records r;
+    r.begin(44).reals({500, 500, 0, 0, 0, 1, 300, 100, 0, 3.14159265358979, 1.5707963267949}).number(0);
+    r.begin(23).number(200);
+    r.begin(6).number(2).reals({100, 900, 0, 900, 900, 0});
+    r.begin(23).number(0xffffffff);
+    r.begin(6).number(2).reals({100, 100, 0, 900, 100, 0});
+    paintFile(drawing(foreignObject(r.all())));
+    EXPECT_TRUE(isInk(500, 800)) << "the greater axis is turned upwards";
+    EXPECT_TRUE(isInk(400, 500)) << "the half that runs anticlockwise from there";
+    EXPECT_FALSE(isInk(600, 500));
+    EXPECT_TRUE(isInk(500, 903)) << "two millimetres wide";
+    EXPECT_FALSE(isInk(500, 103));
 }
 
 // The block is 1000 wide and high, all filled; the clip leaves out what is between 400 and 600.

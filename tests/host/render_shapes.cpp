@@ -1,10 +1,13 @@
 // Where entities leave ink, and where not.
+#include "host/io/drawing_file.h"
 #include "render_support.h"
 #include "sdk/vcdb_faces.h"
 #include "sdk/vcdb_hatch.h"
 #include "sdk/vcdb_images.h"
 #include "sdk/vcdb_objects.h"
 #include "sdk/vcdb_text.h"
+
+#include <sstream>
 
 using namespace rendertest;
 
@@ -94,6 +97,24 @@ TEST_F(RenderShapes, WidePolylinesMeetInMitres)
     EXPECT_FALSE(isInk(745, 155)) << "and does not reach inward";
     EXPECT_FALSE(isInk(95, 100)) << "ends are blunt";
     EXPECT_TRUE(isInk(755, 145));
+}
+
+// Pieces without a width are lines, and one that is narrower than a pixel does not fade.
+TEST_F(RenderShapes, PiecesOfNoWidthBesideWideOnes)
+{
+    auto* mixed = new VcDbPolyline;
+    mixed->addVertexAt(0, {100, 100}, 0, 20, 20);
+    mixed->addVertexAt(1, {400, 100}, 0, 0, 0);
+    mixed->addVertexAt(2, {400, 400}, 1, 0, 0);
+    mixed->addVertexAt(3, {400, 600}, 0, 0.001, 0.001);
+    mixed->addVertexAt(4, {900, 600}, 0, 0, 0);
+    add(mixed, {.colour = 1});
+    paint();
+    EXPECT_EQ(at(200, 108), kRed);
+    EXPECT_EQ(at(400, 250), kRed);
+    EXPECT_FALSE(isInk(405, 250));
+    EXPECT_EQ(at(500, 500), kRed) << "an arc to the right";
+    EXPECT_EQ(at(700, 600), kRed);
 }
 
 TEST_F(RenderShapes, TaperedAndBulgedWidths)
@@ -200,6 +221,51 @@ TEST_F(RenderShapes, DrawOrderFollowsItsTable)
     table->moveToTop({first.objectId()});
     paint();
     EXPECT_EQ(at(500, 500), kRed);
+}
+
+// A cube that is smoothed once has the middles of its sides drawn in, and its corners come to 5/9 of the way out; what a
+// crease holds stays.
+TEST_F(RenderShapes, SmoothedMeshes)
+{
+    const auto cube = [](int level, const std::string& creases) {
+        std::string groups = "0\nSECTION\n2\nENTITIES\n0\nMESH\n5\n50\n100\nAcDbEntity\n8\n0\n100\nAcDbSubDMesh\n71\n2\n72\n0\n91\n" +
+                             std::to_string(level) + "\n92\n8\n";
+        for (const char* corner : {"100 100 0", "900 100 0", "900 900 0", "100 900 0", "100 100 800", "900 100 800", "900 900 800", "100 900 800"}) {
+            std::istringstream values(corner);
+            std::string x, y, z;
+            values >> x >> y >> z;
+            groups += "10\n" + x + "\n20\n" + y + "\n30\n" + z + "\n";
+        }
+        groups += "93\n30\n";
+        for (const char* face : {"0321", "4567", "0154", "1265", "2376", "3047"}) {
+            groups += "90\n4\n";
+            for (const char* c = face; *c; ++c)
+                groups += std::string("90\n") + *c + "\n";
+        }
+        return groups + creases + "90\n0\n0\nENDSEC\n0\nEOF\n";
+    };
+    const auto show = [&](const std::string& file) {
+        VcDbDatabase read(false);
+        ASSERT_TRUE(readDrawingBytes(read, file).ok());
+        sheet = {};
+        vk::render::Scene scene(read.core(), *vk::render::findLayout(read.core(), ""), omissions);
+        scene.paint(sheet, {{0, 0}, {kSide, kSide}}, {kSide, kSide, kPage, true});
+    };
+    show(cube(0, "94\n0\n95\n0\n"));
+    EXPECT_TRUE(isInk(100, 300));
+    EXPECT_FALSE(isInk(500, 300));
+    show(cube(1, "94\n0\n95\n0\n"));
+    EXPECT_FALSE(isInk(100, 300));
+    EXPECT_TRUE(isInk(500, 300)) << "the middle of the side";
+    EXPECT_TRUE(isInk(500 - 400 * 5.0 / 9, 500 - 400 * 5.0 / 9)) << "a corner";
+    EXPECT_FALSE(isInk(150, 150));
+    const std::string sharp = "94\n3\n90\n0\n90\n1\n90\n3\n90\n0\n90\n0\n90\n4\n95\n3\n140\n-1\n140\n-1\n140\n-1\n";
+    show(cube(3, "94\n0\n95\n0\n"));
+    EXPECT_FALSE(isInk(100, 100));
+    show(cube(3, sharp));
+    EXPECT_TRUE(isInk(100, 100)) << "a corner of three sharp edges";
+    show(cube(1'000'000, sharp));
+    EXPECT_TRUE(isInk(100, 100)) << "levels that cannot be told apart are left out";
 }
 
 // Blocks

@@ -1,10 +1,14 @@
 // Layouts and what their viewports show of the model.
+#include "host/db/tag.h"
 #include "host/edit/display.h"
 #include "host/render/list_painter.h"
 #include "host/render/overlay.h"
 #include "render_support.h"
 #include "sdk/vcdb_layout.h"
+#include "sdk/vcdb_objects.h"
 #include "sdk/vcdb_viewport.h"
+
+#include <functional>
 
 using namespace rendertest;
 
@@ -78,6 +82,42 @@ TEST_F(RenderViews, LayersFrozenInOneViewport)
     EXPECT_FALSE(isInk(500, 540));
     paint();
     EXPECT_TRUE(isInk(500, 10)) << "the model itself still shows it";
+}
+
+TEST_F(RenderViews, LayersLookOtherwiseInOneViewport)
+{
+    line(-1000, 10, 1000, 10, {.layer = "WALL"});
+    line(-1000, 20, 1000, 20, {.layer = "WALL", .colour = 5, .weight = 30});
+    layer("WALL").setColor(VcCmColor::fromIndex(1));
+    layer("WALL").setLineWeight(VcDb::LineWeight(30));
+    linetype("GAPS", {40, -40});
+    const VcDbObjectId own = viewport(4).objectId();
+    ASSERT_EQ(layer("WALL").createExtensionDictionary(), Vcad::eOk);
+    const auto say = [&](const wchar_t* name, const std::function<void(TagList&)>& addValue) {
+        auto* record = new VcDbXrecord;
+        VcDbObjectId id;
+        ASSERT_EQ(db().objectAs<VcDbDictionary>(layer("WALL").extensionDictionary())->setAt(name, record, id), Vcad::eOk);
+        TagList data;
+        data.addText(102, "{OVERRIDE");
+        data.addHandle(335, db().handleOf(own));
+        addValue(data);
+        data.addText(102, "}");
+        record->setData(std::move(data));
+        record->close();
+    };
+    say(L"ADSK_XREC_LAYER_COLOR_OVR", [](TagList& data) { data.addInteger(420, std::int32_t(0xc3000003)); });
+    say(L"ADSK_XREC_LAYER_LINEWT_OVR", [](TagList& data) { data.addInteger(91, 200); });
+    say(L"ADSK_XREC_LAYER_ALPHA_OVR", [](TagList& data) { data.addInteger(440, 0x02000080); });
+    say(L"ADSK_XREC_LAYER_LINETYPE_OVR",
+        [&](TagList& data) { data.addHandle(343, db().handleOf(linetype("GAPS", {40, -40}).objectId())); });
+    paint(paperName());
+    EXPECT_EQ(at(500, 540), 0x8000ff00);
+    EXPECT_GT(sheet.widthAt({500, kSide - 540}), 1.9);
+    EXPECT_FALSE(isInk(540, 540)) << "a gap";
+    EXPECT_EQ(at(500, 580) & 0xffffff, 0x0000ffu) << "what is the entity's own is not the layer's";
+    EXPECT_LT(sheet.widthAt({500, kSide - 580}), 1);
+    paint();
+    EXPECT_EQ(at(540, 10), kRed) << "the model shows what the layer has";
 }
 
 TEST_F(RenderViews, ViewportsThatAreOffAreEmpty)
