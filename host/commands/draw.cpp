@@ -3,6 +3,7 @@
 #include "host/commands/families.h"
 #include "host/commands/tangents.h"
 #include "host/db/database.h"
+#include "host/edit/display.h"
 #include "host/edit/pick_service.h"
 #include "host/edit/snap.h"
 #include "host/edit/sysvars.h"
@@ -198,6 +199,19 @@ void circleByThreeTangents(Editor& ed)
     addTouching(ed, touches);
 }
 
+// With the next question, which asks for a radius, or for a diameter.
+void showCircle(const VcGePoint3d& center, double radiusPerLength)
+{
+    Display::instance().follow({{}, {}, [=](const VcGePoint3d& cursor) {
+        constexpr int kSides = 64;
+        const double radius = center.distanceTo(cursor) * radiusPerLength;
+        std::vector<VcGePoint3d> outline;
+        for (int i = 0; i <= kSides; ++i)
+            outline.push_back(center + VcGeVector3d(std::cos(2 * M_PI * i / kSides), std::sin(2 * M_PI * i / kSides), 0) * radius);
+        return Preview::Lines{outline};
+    }});
+}
+
 void circle(Editor& ed)
 {
     const Answer a = ed.askPoint("Specify center point for circle or [3P/2P/Ttr (tan tan radius)/TTT (tan tan tan)]", {.keywords = "3P 2P Ttr TTT"});
@@ -206,10 +220,12 @@ void circle(Editor& ed)
     const double known = ed.vars().real("CIRCLERAD");
     const auto byDefault = [&](double value) { return known > 0 ? fmt::format(" <{}>", lengthText(value)) : std::string(); };
     AskOptions options{.keywords = "Diameter", .from = a.point, .bits = InitGet::NoZero | InitGet::NoNegative, .enterEnds = known > 0};
+    showCircle(a.point, 1);
     const Answer r = ed.askDistance("Specify radius of circle or [Diameter]" + byDefault(known), options);
     if (r.status != Answer::Status::Keyword)
         return addCircle(ed, a.point, r.status == Answer::Status::Enter ? known : r.real);
     options.keywords.clear();
+    showCircle(a.point, 0.5);
     const Answer d = ed.askDistance("Specify diameter of circle" + byDefault(known * 2), options);
     addCircle(ed, a.point, d.status == Answer::Status::Enter ? known : d.real / 2);
 }

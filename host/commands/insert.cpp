@@ -90,7 +90,7 @@ T& addReference(Editor& ed, std::unique_ptr<T> reference, const std::vector<std:
 
 void insertInParts(Editor& ed, Block& block)
 {
-    const Placement placement = askPlacement(ed, true);
+    const Placement placement = askPlacement(ed, true, &block);
     auto reference = std::make_unique<VcDbBlockReference>();
     reference->setBlockTableRecord(block.objectId());
     place(ed, *reference, placement, unitFactor(ed, block));
@@ -106,7 +106,7 @@ void insert(Editor& ed)
         return;
     if (wanted.inParts)
         return insertInParts(ed, *wanted.block);
-    const Placement placement = askPlacement(ed);
+    const Placement placement = askPlacement(ed, false, wanted.block);
     const auto values = askAttributeValues(ed, *wanted.block);
     auto reference = std::make_unique<VcDbBlockReference>();
     reference->setBlockTableRecord(wanted.block->objectId());
@@ -159,7 +159,7 @@ void minsert(Editor& ed)
     const Wanted wanted = askBlock(ed, false);
     if (!wanted.block)
         return;
-    const Placement placement = askPlacement(ed);
+    const Placement placement = askPlacement(ed, false, wanted.block);
     const Grid grid = askGrid(ed);
     const auto values = askAttributeValues(ed, *wanted.block);
     auto reference = std::make_unique<VcDbMInsertBlock>();

@@ -1,6 +1,7 @@
 // RECTANG, POLYGON, DONUT - closed polylines.
 #include "host/commands/drawing.h"
 #include "host/commands/families.h"
+#include "host/edit/display.h"
 #include "host/edit/sysvars.h"
 #include "sdk/vcdb_curves.h"
 
@@ -165,6 +166,13 @@ void rectangle(Editor& ed)
         first = ed.askPoint("Specify first corner point or [Chamfer/Elevation/Fillet/Thickness/Width]", {.keywords = "Chamfer Elevation Fillet Thickness Width"});
     }
     for (;;) {
+        Display::instance().follow({{}, {}, [corner = first.point](const VcGePoint3d& cursor) {
+            std::vector<VcGePoint3d> outline;
+            for (const Vertex& v : outlineOf(spanned(corner, cursor)))
+                outline.push_back(v.at);
+            outline.push_back(outline.front());
+            return Preview::Lines{outline};
+        }});
         const Answer a = ed.askPoint("Specify other corner point or [Area/Dimensions/Rotation]", {.keywords = "Area Dimensions Rotation", .from = first.point});
         if (a.status == Answer::Status::Keyword && a.text == "Rotation") {
             askRotation(ed);

@@ -3,6 +3,7 @@
 #include "host/base/unicode.h"
 #include "host/commands/drawing.h"
 #include "host/db/database.h"
+#include "host/edit/display.h"
 #include "host/edit/interpret.h"
 #include "host/edit/sysvars.h"
 #include "sdk/vcdb_insert.h"
@@ -48,9 +49,23 @@ void preset(Editor& ed, const std::string& option, Preset& preset)
     }
 }
 
-VcGePoint3d askPoint(Editor& ed, Preset& presets)
+void show(Editor& ed, const VcDbBlockTableRecord& block)
+{
+    Preview preview;
+    for (const std::uint32_t slot : block.memberSlots())
+        if (const VcDbObject* member = ed.db().objectAt(slot); member && !member->isErased())
+            preview.moved.push_back(member->objectId());
+    preview.move = [&ed, origin = block.origin()](const VcGePoint3d& cursor) {
+        return ucsToWorld(ed) * VcGeMatrix3d::translation(cursor - origin);
+    };
+    Display::instance().follow(std::move(preview));
+}
+
+VcGePoint3d askPoint(Editor& ed, Preset& presets, const VcDbBlockTableRecord* shown)
 {
     for (;;) {
+        if (shown)
+            show(ed, *shown);
         const Answer a = ed.askPoint("Specify insertion point or [Scale/X/Y/Z/Rotate/PScale/PX/PY/PZ/PRotate]",
                                      {.keywords = "Scale X Y Z Rotate PScale PX PY PZ PRotate"});
         if (a.status == Answer::Status::Value)
@@ -145,11 +160,11 @@ std::vector<std::string> askValues(Editor& ed, const std::vector<VcDbAttributeDe
 
 }
 
-Placement askPlacement(Editor& ed, bool evenly)
+Placement askPlacement(Editor& ed, bool evenly, const VcDbBlockTableRecord* shown)
 {
     Preset presets;
     Placement placement;
-    placement.point = askPoint(ed, presets);
+    placement.point = askPoint(ed, presets, shown);
     if (presets.x || presets.y || presets.z)
         placement.scale = {presets.x.value_or(1), presets.y.value_or(1), presets.z.value_or(1)};
     else

@@ -16,8 +16,8 @@ struct Placement {
     double rotation = 0;
 };
 
-// The evenly scaled form asks for one factor.
-Placement askPlacement(edit::Editor& ed, bool evenly = false);
+// The evenly scaled form asks for one factor. While the point is asked for, the block is shown there.
+Placement askPlacement(edit::Editor& ed, bool evenly = false, const VcDbBlockTableRecord* shown = nullptr);
 // What the units of a block and of the drawing make of it; 1 when either says nothing.
 double unitFactor(edit::Editor& ed, const VcDbBlockTableRecord& block);
 // Position, scale and rotation in the plane of the UCS.

@@ -21,7 +21,7 @@ void move(Editor& ed)
     const auto objects = ed.select();
     if (objects->empty())
         return;
-    transformObjects(ed, *objects, inWorld(ed, VcGeMatrix3d::translation(askDisplacement(ed))));
+    transformObjects(ed, *objects, inWorld(ed, VcGeMatrix3d::translation(askDisplacement(ed, objects.get()))));
 }
 
 // Copies from one base point, as often as the person likes.
@@ -107,6 +107,7 @@ void Copier::run()
         return;
     m_base = *base;
     for (bool first = true;; first = false) {
+        showMovedFrom(m_ed, m_objects, m_base);
         const Answer a = first ? m_ed.askPoint("Specify second point or [Array] <use first point as displacement>", {.keywords = "Array", .from = m_base, .enterEnds = true})
                                : m_ed.askPoint("Specify second point or [Array/Exit/Undo] <Exit>", {.keywords = "Array Exit Undo", .from = m_base, .enterEnds = true});
         if (a.status == Status::Enter) {
@@ -160,6 +161,9 @@ void rotate(Editor& ed)
     static double known = 0;
     bool copies = false;
     for (;;) {
+        showMoved(ed, *objects, [base](const VcGePoint3d& cursor) {
+            return VcGeMatrix3d::rotation(std::atan2(cursor.y - base.y, cursor.x - base.x), VcGeVector3d::zAxis(), base);
+        });
         const Answer a = ed.askAngle(fmt::format("Specify rotation angle or [Copy/Reference] <{}>", angleText(known)),
                                      {.keywords = "Copy Reference", .from = base, .enterEnds = true});
         if (a.status == Status::Keyword && a.text == "Copy") {
@@ -198,6 +202,10 @@ void scale(Editor& ed)
     static double known = 1;
     bool copies = false;
     for (;;) {
+        showMoved(ed, *objects, [base](const VcGePoint3d& cursor) {
+            const double factor = cursor.distanceTo(base);
+            return factor > 0 ? VcGeMatrix3d::scaling(factor, base) : VcGeMatrix3d();
+        });
         const Answer a = ed.askDistance(fmt::format("Specify scale factor or [Copy/Reference] <{}>", lengthText(known)),
                                         {.keywords = "Copy Reference", .from = base, .bits = InitGet::NoZero | InitGet::NoNegative, .enterEnds = true});
         if (a.status == Status::Keyword && a.text == "Copy") {
@@ -270,6 +278,7 @@ void mirror(Editor& ed)
     if (objects->empty())
         return;
     const VcGePoint3d a = ed.point("Specify first point of mirror line");
+    showMoved(ed, *objects, [a](const VcGePoint3d& cursor) { return mirrorAcross(a, cursor); });
     const VcGePoint3d b = ed.point("Specify second point of mirror line", {.from = a});
     if (a.x == b.x && a.y == b.y)
         throw CommandError{"The mirror line needs two different points."};

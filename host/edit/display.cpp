@@ -5,6 +5,9 @@
 #include "host/edit/editor.h"
 #include "sdk/vced.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace vk::edit {
 
 Display& Display::instance()
@@ -25,6 +28,64 @@ void Display::reset()
 {
     m_highlighted.clear();
     m_vectors.clear();
+    m_next.reset();
+    m_dragged.clear();
+    cursor.reset();
+}
+
+void Display::beginDrag(const Question& question)
+{
+    using Kind = Question::Kind;
+    Drag drag;
+    drag.question = &question;
+    if (m_next)
+        drag.preview = std::move(*m_next);
+    m_next.reset();
+    if (question.base) {
+        drag.base = *question.base;
+        drag.band = question.kind == Kind::Corner ? Drag::Band::Rectangle : Drag::Band::Line;
+    }
+    m_drags.push_back(std::move(drag));
+}
+
+namespace {
+
+// Where the cursor would have to be for a length or an angle that was typed.
+std::optional<VcGePoint3d> cursorOf(const Answer& answer, Question::Kind kind, const VcGePoint3d& base)
+{
+    using Kind = Question::Kind;
+    if (answer.status != Answer::Status::Value)
+        return std::nullopt;
+    if (answer.hasPoint)
+        return answer.point;
+    if (kind == Kind::Distance)
+        return base + VcGeVector3d(answer.real, 0, 0);
+    if (kind == Kind::Angle || kind == Kind::Orientation)
+        return base + VcGeVector3d(std::cos(answer.real), std::sin(answer.real), 0);
+    return std::nullopt;
+}
+
+}
+
+void Display::endDrag(const Question& question, const Answer* answer)
+{
+    constexpr std::size_t kKept = 64;
+    const auto open = std::find_if(m_drags.rbegin(), m_drags.rend(), [&](const Drag& d) { return d.question == &question; });
+    if (open == m_drags.rend())
+        return;
+    const Drag drag = std::move(*open);
+    m_drags.erase(std::next(open).base());
+    const auto at = answer && drag.follows() ? cursorOf(*answer, question.kind, drag.base) : std::nullopt;
+    if (!at)
+        return;
+    Dragged dragged{drag.band, drag.base, *at, drag.preview.moved.size(), {}, {}};
+    if (drag.preview.move)
+        dragged.by = drag.preview.move(*at);
+    if (drag.preview.lines)
+        dragged.lines = drag.preview.lines(*at);
+    m_dragged.push_back(std::move(dragged));
+    if (m_dragged.size() > kKept)
+        m_dragged.pop_front();
 }
 
 }

@@ -1,6 +1,7 @@
 // Where answers come from, and how a question takes them: text, Lisp, values, transparent commands between.
 #include "host/db/chain.h"
 #include "host/edit/active_command.h"
+#include "host/edit/display.h"
 #include "host/edit/editor.h"
 #include "host/edit/interpret.h"
 #include "host/edit/sysvars.h"
@@ -13,6 +14,29 @@ namespace vk::edit {
 namespace {
 
 using Kind = Question::Kind;
+
+// While it lives the question follows the cursor.
+class DragOfQuestion {
+public:
+    explicit DragOfQuestion(const Question& question) : m_question(question) { Display::instance().beginDrag(question); }
+    ~DragOfQuestion()
+    {
+        if (!m_isEnded)
+            Display::instance().endDrag(m_question, nullptr);
+    }
+    DragOfQuestion(const DragOfQuestion&) = delete;
+    DragOfQuestion& operator=(const DragOfQuestion&) = delete;
+    Answer answered(Answer answer)
+    {
+        m_isEnded = true;
+        Display::instance().endDrag(m_question, &answer);
+        return answer;
+    }
+
+private:
+    const Question& m_question;
+    bool m_isEnded = false;
+};
 
 }
 
@@ -76,7 +100,8 @@ Answer Editor::ask(Question question)
 {
     if (!m_current)
         return askOnMain(question);
-    Answer answer = m_current->ask(question);
+    DragOfQuestion drag(question);
+    Answer answer = drag.answered(m_current->ask(question));
     if (answer.status == Answer::Status::Cancel)
         throw CommandCancelled();
     return answer;
@@ -86,9 +111,10 @@ Answer Editor::askNested(const Question& question) { return askOnMain(question);
 
 Answer Editor::askOnMain(const Question& question)
 {
+    DragOfQuestion drag(question);
     for (;;) {
         if (auto answer = tryAnswer(question, false))
-            return *answer;
+            return drag.answered(std::move(*answer));
     }
 }
 

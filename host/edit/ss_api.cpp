@@ -2,6 +2,7 @@
 #include "host/base/unicode.h"
 #include "host/db/chain.h"
 #include "host/db/database.h"
+#include "host/edit/display.h"
 #include "host/edit/editor.h"
 #include "host/edit/pick.h"
 #include "host/edit/pick_service.h"
@@ -503,7 +504,32 @@ int vcedNEntSelP(const wchar_t* prompt, vds_name nameOut, vds_point pointOut, in
 }
 
 // Without a window nothing follows the cursor, but the sampler learns where it came to rest.
-int vcedDragGen(const vds_name, const wchar_t* prompt, int, VcEdDragSampler sampler, vds_point pointOut)
+namespace {
+
+// The members of a set as a sampler of a module moves them; the sampler takes points of the UCS.
+Preview sampled(const SelectionSet* set, VcEdDragSampler sampler)
+{
+    Preview preview;
+    if (set)
+        preview.moved = set->ids();
+    if (sampler)
+        preview.move = [sampler](const VcGePoint3d& cursor) {
+            vds_point point;
+            copyPoint(cursor, point);
+            vds_matrix matrix = {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}};
+            sampler(point, matrix);
+            VcGeMatrix3d m;
+            for (int r = 0; r < 4; ++r)
+                for (int c = 0; c < 4; ++c)
+                    m.entry[r][c] = matrix[r][c];
+            return m;
+        };
+    return preview;
+}
+
+}
+
+int vcedDragGen(const vds_name set, const wchar_t* prompt, int, VcEdDragSampler sampler, vds_point pointOut)
 {
     Editor& ed = Editor::instance();
     if (!ed.hasDrawing() || !pointOut)
@@ -513,6 +539,8 @@ int vcedDragGen(const vds_name, const wchar_t* prompt, int, VcEdDragSampler samp
     q.prompt = wideToUtf8(prompt ? prompt : L"");
     q.init = ed.takeInitGet();
     q.init.bits |= InitGet::Arbitrary;
+    // The record of what was dragged asks the sampler with the final point.
+    Display::instance().follow(sampled(set ? setOf(set).get() : nullptr, sampler));
     const Answer answer = ed.askFromModule(q);
     switch (answer.status) {
     case Answer::Status::Value:
@@ -529,11 +557,6 @@ int vcedDragGen(const vds_name, const wchar_t* prompt, int, VcEdDragSampler samp
     case Answer::Status::Failed:
         return RTCAN;
     }
-    vds_point point;
-    copyPoint(answer.point, point);
-    vds_matrix matrix = {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}};
-    if (sampler)
-        sampler(point, matrix);
     copyPoint(answer.point, pointOut);
     return RTNORM;
 }
