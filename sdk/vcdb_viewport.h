@@ -70,6 +70,9 @@ public:
     double frontClipDistance() const { return m_frontClip; }
     double backClipDistance() const { return m_backClip; }
 
+    // Seen from a camera that stands at the target plus the view direction.
+    bool isPerspectiveOn() const { return (m_viewFlags & kPerspective) != 0; }
+    Vcad::ErrorStatus setPerspectiveOn(bool on);
     bool isNonRectClipOn() const { return (m_viewFlags & kClipped) != 0; }
     Vcad::ErrorStatus setNonRectClipOn(bool on);
     VcDbObjectId nonRectClipEntityId() const { return m_clipEntity; }
@@ -88,7 +91,7 @@ public:
     void fields(FieldVisitor& visitor) override;
 
 private:
-    enum ViewFlag : std::int32_t { kLocked = 0x4000, kClipped = 0x10000, kOff = 0x20000 };
+    enum ViewFlag : std::int32_t { kPerspective = 1, kLocked = 0x4000, kClipped = 0x10000, kOff = 0x20000 };
     void setViewFlag(std::int32_t flag, bool on);
     void viewFields(FieldVisitor& visitor);
     void layerFields(FieldVisitor& visitor);

@@ -64,6 +64,12 @@ Vcad::ErrorStatus VcDbViewport::setLocked(bool locked)
     return Vcad::eOk;
 }
 
+Vcad::ErrorStatus VcDbViewport::setPerspectiveOn(bool on)
+{
+    setViewFlag(kPerspective, on);
+    return Vcad::eOk;
+}
+
 Vcad::ErrorStatus VcDbViewport::setNonRectClipOn(bool on)
 {
     if (on && m_clipEntity.isNull())

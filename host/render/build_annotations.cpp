@@ -62,6 +62,8 @@ void buildKept(const VcDbEntity& e, ListBuilder& b)
     const std::string_view name = static_cast<const VcDbKeptEntity&>(e).keptDxfName();
     if (name == "MULTILEADER" || name == "MLEADER")
         buildMultiLeader(e, b);
+    else if (name == "MPOLYGON")
+        buildMPolygon(e, b);
     else if (name.ends_with("UNDERLAY"))
         buildUnderlay(e, b);
     else if (!addKeptGraphics(e, b))

@@ -46,6 +46,7 @@ void addMTextLayout(ListBuilder& b, const vktext::MTextLayout& layout, const VcG
 
 void buildMultiLeader(const VcDbEntity& e, ListBuilder& b);
 void buildUnderlay(const VcDbEntity& e, ListBuilder& b);
+void buildMPolygon(const VcDbEntity& e, ListBuilder& b);
 
 // A name across the middle of a frame, for what is not at hand.
 void addLabel(ListBuilder& b, std::string_view file, const VcGePoint3d& corner, const VcGeVector3d& width, const VcGeVector3d& height);

@@ -73,7 +73,7 @@ void addPlanePolyline(ListBuilder& b, const PlanePolyline& polyline, const Frame
     else
         addMiddle(b, frame, polyline);
     if (wide && b.fillsAreas())
-        b.fill(first, FillRule::NonZero);
+        b.item(Item::Fill, Item::NonZero | Item::Bands, first, b.figureCount() - first);
     else
         b.stroke(first, polyline.runsOn ? Item::RunsOn : 0);
     if (wide)

@@ -23,9 +23,8 @@ struct Underlay {
     Underlay(const DatabaseCore& db, const ObjectExtras& extras)
     {
         for (const UnclaimedGroups& groups : extras.unclaimed)
-            if (groups.subclass == "AcDbUnderlayReference")
-                for (const Tag& tag : groups.tags)
-                    take(db, tag);
+            for (const Tag& tag : groups.tags)
+                take(db, tag);
         if (boundary.size() == 2) {
             const VcGePoint2d a = boundary[0], c = boundary[1];
             boundary = {a, {c.x, a.y}, c, {a.x, c.y}};
@@ -35,6 +34,10 @@ struct Underlay {
 private:
     void take(const DatabaseCore& db, const Tag& tag)
     {
+        if (tag.code == 100)
+            m_isOwn = tag.form == Tag::Form::Utf8 && tag.view() == "AcDbUnderlayReference";
+        if (!m_isOwn)
+            return;
         if (tag.code == 340 && tag.form == Tag::Form::Integer)
             definition = db.findHandle(std::uint64_t(tag.integer));
         if (tag.form != Tag::Form::Real)
@@ -56,6 +59,7 @@ private:
             return;
         }
     }
+    bool m_isOwn = false;  // past the marker of the class
 };
 
 std::string fileOf(const DatabaseCore& db, VcDbObjectId definition)

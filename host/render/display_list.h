@@ -122,6 +122,7 @@ struct Item {
         Continuous = 1,  // whatever the linetype is
         RunsOn = 2,      // the linetype does not begin anew at each vertex
         NonZero = 4,     // of fills; else even and odd
+        Bands = 8,       // of fills: each figure is long and narrow, and none crosses itself
     };
     Kind kind = Stroke;
     std::uint8_t flags = 0;
@@ -160,6 +161,12 @@ public:
     std::uint32_t ownLook(EntityProps props);
     bool empty() const { return items.empty(); }
     void clear();
+    // Moves what has been added since the list was as long as this; clips are left out.
+    struct Length {
+        std::size_t points, arcs, splines, texts, hatches, pictures, marks, endless, blocks;
+    };
+    Length length() const;
+    void moveSince(const Length& before, const VcGeMatrix3d& by);
 
 private:
     std::deque<EntityProps> m_ownProps;

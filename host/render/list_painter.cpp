@@ -1,17 +1,44 @@
-#include "host/render/list_painter.h"
+#include "host/render/paint_parts.h"
 
 #include "host/db/database.h"
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace vk::render {
 
 ListPainter::Projection::Projection(const VcGeMatrix3d& m)
     : xx(m.entry[0][0]), xy(m.entry[0][1]), xz(m.entry[0][2]), x0(m.entry[0][3]), yx(m.entry[1][0]), yy(m.entry[1][1]),
-      yz(m.entry[1][2]), y0(m.entry[1][3])
+      yz(m.entry[1][2]), y0(m.entry[1][3]), wx(m.entry[3][0]), wy(m.entry[3][1]), wz(m.entry[3][2]), w0(m.entry[3][3]),
+      isPerspective(isPerspectiveMatrix(m))
 {
     scale = std::max({std::hypot(xx, yx), std::hypot(xy, yy), std::hypot(xz, yz), 1e-300});
+}
+
+Point2 ListPainter::Projection::seen(const Point2& flat, double depth)
+{
+    constexpr double kNowhere = std::numeric_limits<double>::quiet_NaN();
+    return depth >= kNearest ? Point2(flat.x / depth, flat.y / depth) : Point2(kNowhere, kNowhere);
+}
+
+// The derivative of the quotient.
+ListPainter::Projection ListPainter::Projection::about(const VcGePoint3d& p) const
+{
+    const double w = depth(p);
+    if (!isPerspective || !(w >= kNearest))
+        return *this;
+    const Point2 at = (*this)(p);
+    VcGeMatrix3d straight;
+    const double rows[2][3] = {{xx, xy, xz}, {yx, yy, yz}}, depths[3] = {wx, wy, wz}, page[2] = {at.x, at.y}, world[3] = {p.x, p.y, p.z};
+    for (int row = 0; row < 2; ++row) {
+        straight.entry[row][3] = page[row];
+        for (int column = 0; column < 3; ++column) {
+            straight.entry[row][column] = (rows[row][column] - page[row] * depths[column]) / w;
+            straight.entry[row][3] -= straight.entry[row][column] * world[column];
+        }
+    }
+    return Projection(straight);
 }
 
 ListPainter::ListPainter(const DatabaseCore& db, BlockLists& blocks, Canvas& canvas, LookResolver& looks, const PageView& view,
@@ -65,6 +92,8 @@ void ListPainter::paintItem(const Place& place, const Item& item, const Resolved
     case Item::Stroke:
         return paintFigures(place, item, look);
     case Item::Fill:
+        if (item.flags & Item::Bands)
+            return fillBands(ringsOf(place, item.first, item.count), look.argb);
         return fillPage(ringsOf(place, item.first, item.count), (item.flags & Item::NonZero) != 0, look.argb);
     case Item::Mask:
         return m_canvas.erase(ringsOf(place, item.first, item.count));

@@ -39,12 +39,23 @@ public:
     std::function<void(VcDbObjectId viewport)> onWindow;
 
 private:
-    // From list coordinates to pixels.
+    // From list coordinates to pixels. In a perspective view what is behind the camera is at no number at all.
     struct Projection {
         double xx, xy, xz, x0, yx, yy, yz, y0;
+        double wx, wy, wz, w0;
         double scale;  // pixels of the longest unit
+        bool isPerspective;
         explicit Projection(const VcGeMatrix3d& m);
-        Point2 operator()(const VcGePoint3d& p) const { return {xx * p.x + xy * p.y + xz * p.z + x0, yx * p.x + yy * p.y + yz * p.z + y0}; }
+        Point2 operator()(const VcGePoint3d& p) const
+        {
+            const Point2 flat(xx * p.x + xy * p.y + xz * p.z + x0, yx * p.x + yy * p.y + yz * p.z + y0);
+            return isPerspective ? seen(flat, depth(p)) : flat;
+        }
+        // Against 1 at the target of the view and 0 at the camera.
+        double depth(const VcGePoint3d& p) const { return wx * p.x + wy * p.y + wz * p.z + w0; }
+        static Point2 seen(const Point2& flat, double depth);
+        // What is nearly the same about a point and straight: vectors go by such ones only.
+        Projection about(const VcGePoint3d& p) const;
         VcGeVector2d operator()(const VcGeVector3d& v) const { return {xx * v.x + xy * v.y + xz * v.z, yx * v.x + yy * v.y + yz * v.z}; }
     };
     struct Place {
@@ -82,9 +93,11 @@ private:
     void pushClip(const ClipFrame& clip, const VcGeMatrix3d& matrix);
 
     Rings ringsOf(const Place& place, std::uint32_t first, std::uint32_t count);
+    void strokeInFront(const Place& place, std::span<const VcGePoint3d> points, const Pen& pen);
     void strokeProjected(const Place& place, std::span<const VcGePoint3d> points, const Pen& pen);
     void strokePage(std::span<const Point2> points, const Pen& pen);
     void dot(const Point2& at, const Pen& pen);
+    void fillBands(const Rings& rings, std::uint32_t argb);
     void strokeRing(std::span<const Point2> ring, const Pen& pen);
     void fillPage(const Rings& rings, bool nonZero, std::uint32_t argb);
     Pen penOf(const ResolvedLook& look) const;

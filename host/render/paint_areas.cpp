@@ -25,10 +25,24 @@ Rings ListPainter::ringsOf(const Place& place, std::uint32_t first, std::uint32_
     return far ? clipRings(nearby, rings) : rings;
 }
 
+// What is thinner than a pixel would fade away.
+void ListPainter::fillPage(const Rings& rings, bool nonZero, std::uint32_t argb)
+{
+    if (rings.empty())
+        return;
+    const Bounds2 box(rings.points);
+    if (!isSeen(box.low, box.high, 1))
+        return;
+    if (box.high.x - box.low.x < m_view.thinnestPen || box.high.y - box.low.y < m_view.thinnestPen) {
+        const Point2 ends[] = {box.low, box.high};
+        return strokePage(ends, {argb, m_view.thinnestPen});
+    }
+    m_canvas.fill(rings, nonZero, argb);
+}
+
 namespace {
 
-// About how wide a ring is that is much longer than wide.
-double widthOf(std::span<const Point2> ring)
+double widthOfBand(std::span<const Point2> ring)
 {
     double doubleArea = 0, length = 0;
     Point2 before = ring.back();
@@ -42,25 +56,18 @@ double widthOf(std::span<const Point2> ring)
 
 }
 
-// What is thinner than a pen would fade away.
-void ListPainter::fillPage(const Rings& rings, bool nonZero, std::uint32_t argb)
+void ListPainter::fillBands(const Rings& rings, std::uint32_t argb)
 {
-    if (rings.empty())
-        return;
-    const Bounds2 box(rings.points);
-    if (!isSeen(box.low, box.high, 1))
-        return;
-    if (m_view.measuring || (!nonZero && rings.ends.size() > 1))
-        return m_canvas.fill(rings, nonZero, argb);
+    if (m_view.measuring)
+        return fillPage(rings, true, argb);
     Rings broad;
     rings.forEach([&](std::span<const Point2> ring) {
-        if (widthOf(ring) < m_view.thinnestPen / 2)
+        if (widthOfBand(ring) < m_view.thinnestPen / 2)
             return strokeRing(ring, {argb, m_view.thinnestPen});
         broad.points.insert(broad.points.end(), ring.begin(), ring.end());
         broad.endRing();
     });
-    if (!broad.empty())
-        m_canvas.fill(broad, nonZero, argb);
+    fillPage(broad, true, argb);
 }
 
 void ListPainter::strokeRing(std::span<const Point2> ring, const Pen& pen)
@@ -85,11 +92,13 @@ void ListPainter::paintHatch(const Place& place, const HatchArea& area, const Re
 // The pattern is measured in the hatch's plane, so the boundary is taken back there from the page, cut to what is seen.
 void ListPainter::paintPattern(const Place& place, const HatchArea& area, const Rings& rings, const ResolvedLook& look)
 {
-    const VcGeVector2d x = place.project(area.frame.x), y = place.project(area.frame.y);
+    // A boundary's corner stands for all of it where the view is a perspective one.
+    const Projection project = place.project.about(m_points.empty() ? area.frame.origin : m_points.front());
+    const VcGeVector2d x = project(area.frame.x), y = project(area.frame.y);
     const double det = x.crossProduct(y);
     if (std::fabs(det) < 1e-12 * x.length() * y.length() || det == 0)
         return;
-    const Point2 origin = place.project(area.frame.origin);
+    const Point2 origin = project(area.frame.origin);
     const auto toPage = [&](const Point2& p) { return origin + x * p.x + y * p.y; };
     Rings plane = clipRings({m_view.low - VcGeVector2d(2, 2), m_view.high + VcGeVector2d(2, 2)}, rings);
     for (Point2& p : plane.points) {
@@ -133,7 +142,7 @@ void ListPainter::paintGradient(const Place& place, const HatchArea& area, const
     std::uint32_t first = m_looks.argbOf(fill.first, look), second = m_looks.argbOf(fill.second, look);
     if (fill.inverted)
         std::swap(first, second);
-    const VcGeVector2d along = place.project(area.frame.x * std::cos(fill.angle) + area.frame.y * std::sin(fill.angle)).normal();
+    const VcGeVector2d along = place.project.about(m_points.empty() ? area.frame.origin : m_points.front())(area.frame.x * std::cos(fill.angle) + area.frame.y * std::sin(fill.angle)).normal();
     const VcGeVector2d across = along.perpVector();
     const Bounds2 box(rings.points);
     const Point2 middle = box.low + (box.high - box.low) * 0.5;
@@ -169,9 +178,10 @@ void ListPainter::paintImage(const Place& place, const Picture& picture, const R
     const Rings outline = ringsOf(place, picture.outline, 1);
     if (m_view.measuring)
         return fillPage(outline, true, look.argb);
+    const Projection project = place.project.about(picture.origin);
     const ImageAdjustment adjustment{picture.brightness, picture.contrast, picture.fade, picture.transparent};
-    if (!picture.file.empty() && m_canvas.image(picture.file, place.project(picture.origin), place.project(picture.width),
-                                                place.project(picture.height), outline, adjustment))
+    if (!picture.file.empty() && m_canvas.image(picture.file, project(picture.origin), project(picture.width),
+                                                project(picture.height), outline, adjustment))
         return;
     m_omissions.add("image that cannot be loaded");
     // The frame with the name of what is missing.

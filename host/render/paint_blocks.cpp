@@ -32,6 +32,12 @@ void ListPainter::paintUse(const Place& place, const BlockUse& use, const Resolv
     const geom::Box3d box = movedBox(block->bounds, matrix);
     if (box.isEmpty())
         return;
+    if (place.project.isPerspective) {
+        for (std::uint32_t r = 0; r < use.rows; ++r)
+            for (std::uint32_t c = 0; c < use.columns && m_budget.items > 0; ++c)
+                paintCell(clip, *block, place.matrix * VcGeMatrix3d::translation(use.columnStep * c + use.rowStep * r) * use.matrix, look);
+        return;
+    }
     const VcGeVector2d column = place.project(use.columnStep), row = place.project(use.rowStep);
     // Cells closer than half a pixel cannot be told apart.
     const auto stride = [](const VcGeVector2d& step) { return step.length() > 0 ? std::max(1.0, std::ceil(0.5 / step.length())) : 1e9; };
@@ -48,10 +54,11 @@ void ListPainter::paintUse(const Place& place, const BlockUse& use, const Resolv
 void ListPainter::paintCell(const ClipFrame* clip, BlockLists::BlockList& block, const VcGeMatrix3d& matrix, const ResolvedLook& look)
 {
     const geom::Box3d box = movedBox(block.bounds, matrix);
-    if (!block.unbounded && (box.isEmpty() ? block.list.blocks.empty() : !isSeen({box.min.x, box.min.y}, {box.max.x, box.max.y}, 40)))
+    const bool unbounded = block.unbounded || isPerspectiveMatrix(matrix);
+    if (!unbounded && (box.isEmpty() ? block.list.blocks.empty() : !isSeen({box.min.x, box.min.y}, {box.max.x, box.max.y}, 40)))
         return;
     constexpr double kSmallest = 0.4;  // pixels
-    if (!m_view.measuring && !block.unbounded && !box.isEmpty() && look.visible && box.max.x - box.min.x < kSmallest && box.max.y - box.min.y < kSmallest)
+    if (!m_view.measuring && !unbounded && !box.isEmpty() && look.visible && box.max.x - box.min.x < kSmallest && box.max.y - box.min.y < kSmallest)
         return dot({box.min.x, box.min.y}, penOf(look));
     if (clip)
         pushClip(*clip, matrix);

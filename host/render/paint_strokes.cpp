@@ -20,8 +20,33 @@ bool ListPainter::isSeen(const Point2& low, const Point2& high, double margin) c
            high.y >= m_view.low.y - margin;
 }
 
+// The parts of a line that lie before the camera.
+void ListPainter::strokeInFront(const Place& place, std::span<const VcGePoint3d> points, const Pen& pen)
+{
+    const Projection& project = place.project;
+    std::vector<Point2> part;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const double depth = project.depth(points[i]), before = i ? project.depth(points[i - 1]) : depth;
+        if ((depth >= kNearest) != (before >= kNearest)) {
+            const double t = (kNearest * (1 + 1e-9) - before) / (depth - before);
+            part.push_back(project(points[i - 1] + (points[i] - points[i - 1]) * t));
+        }
+        if (depth >= kNearest) {
+            part.push_back(project(points[i]));
+            continue;
+        }
+        std::erase_if(part, [](const Point2& p) { return !isFinite(p); });
+        strokePage(part, pen);
+        part.clear();
+    }
+    std::erase_if(part, [](const Point2& p) { return !isFinite(p); });
+    strokePage(part, pen);
+}
+
 void ListPainter::strokeProjected(const Place& place, std::span<const VcGePoint3d> points, const Pen& pen)
 {
+    if (place.project.isPerspective)
+        return strokeInFront(place, points, pen);
     m_page.clear();
     for (const VcGePoint3d& p : points) {
         m_page.push_back(place.project(p));
@@ -134,7 +159,7 @@ void ListPainter::paintDashMark(const Place& place, const MeasuredLine& line, do
     const VcDbLinetypeTableRecord::Dash& dash = look.linetype->dashes()[element];
     const double scale = m_globalLinetypeScale * look.linetypeScale;
     VcGeVector3d x = line.directionAt(along), y = VcGeVector3d::zAxis().crossProduct(x).normal();
-    if ((dash.flags & VcDbLinetypeTableRecord::kUprightText) && place.project(x).x < 0) {
+    if ((dash.flags & VcDbLinetypeTableRecord::kUprightText) && place.project.about(line.at(along))(x).x < 0) {
         x = -x;
         y = -y;
     }
@@ -184,7 +209,7 @@ void ListPainter::paintEndless(const Place& place, const EndlessLine& line, cons
     if (m_view.measuring)
         return;
     const Point2 base = place.project(line.base);
-    const VcGeVector2d direction = place.project(line.direction);
+    const VcGeVector2d direction = place.project.about(line.base)(line.direction);
     if (!isFinite(base) || !(direction.length() > 0))
         return dot(base, penOf(look));
     const double reach = 2 * ((m_view.high - m_view.low).length() + (base - m_view.low).length()) / direction.length();
@@ -206,7 +231,8 @@ void ListPainter::paintMark(const Place& place, const PointMark& mark, const Res
         return dot(at, pen);
     const double percent = mark.size == 0 ? 5 : -mark.size;
     const double size = mark.size > 0 ? mark.size * place.project.scale : percent / 100 * (m_view.high.y - m_view.low.y);
-    const VcGeVector2d x = place.project(mark.x).normal() * size, y = place.project(mark.y).normal() * size;
+    const Projection project = place.project.about(mark.at);
+    const VcGeVector2d x = project(mark.x).normal() * size, y = project(mark.y).normal() * size;
     const auto segment = [&](double x0, double y0, double x1, double y1) {
         const Point2 ends[] = {at + x * x0 + y * y0, at + x * x1 + y * y1};
         strokePage(ends, pen);

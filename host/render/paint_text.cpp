@@ -5,8 +5,9 @@ namespace vk::render {
 
 void ListPainter::paintText(const Place& place, const TextRun& run, const ResolvedLook& look)
 {
-    const Point2 origin = place.project(run.origin);
-    const VcGeVector2d x = place.project(run.x), y = place.project(run.y);
+    const Projection project = place.project.about(run.origin);
+    const Point2 origin = project(run.origin);
+    const VcGeVector2d x = project(run.x), y = project(run.y);
     const auto at = [&](double px, double py) { return origin + x * px + y * py; };
     const Point2 box[] = {at(run.ink.left, run.ink.bottom), at(run.ink.right, run.ink.bottom), at(run.ink.right, run.ink.top),
                           at(run.ink.left, run.ink.top)};

@@ -264,6 +264,16 @@ void Scene::paintSpace(VcDbObjectId space, Canvas& canvas, const View& view)
 
 namespace {
 
+// What lies in the plane of the target has its true size.
+VcGeMatrix3d cameraMatrix(const VcDbViewport& viewport)
+{
+    VcGeMatrix3d m;
+    const double distance = viewport.viewDirection().length();
+    if (viewport.isPerspectiveOn() && distance > 0)
+        m.entry[3][2] = -1 / distance;
+    return m;
+}
+
 // From the world to the sheet, for what a viewport shows.
 VcGeMatrix3d viewportMatrix(const VcDbViewport& viewport)
 {
@@ -273,7 +283,7 @@ VcGeMatrix3d viewportMatrix(const VcDbViewport& viewport)
     const VcGePoint2d seen = viewport.viewCenter();
     const VcGeVector3d middle(seen.x, seen.y, 0);
     return VcGeMatrix3d::translation(viewport.centerPoint().asVector()) * VcGeMatrix3d::scaling(viewport.customScale()) *
-           VcGeMatrix3d::translation(-middle) * toView;
+           VcGeMatrix3d::translation(-middle) * cameraMatrix(viewport) * toView;
 }
 
 std::vector<Point2> rectangleOf(const VcDbViewport& viewport, const VcGeMatrix3d& toPage)

@@ -231,6 +231,34 @@ TEST_F(RenderKept, ClipsOfForeignObjects)
     EXPECT_TRUE(isInk(600, 900)) << "what comes after the object is not clipped";
 }
 
+TEST_F(RenderKept, FramesOfUnderlays)
+{
+    const std::string underlay = "0\nPDFUNDERLAY\n5\n50\n100\nAcDbEntity\n8\n0\n62\n1\n100\nAcDbUnderlayReference\n340\n51\n10\n100\n20\n200\n30\n0\n"
+                                 "41\n2\n42\n2\n43\n1\n50\n90\n280\n3\n11\n0\n21\n0\n11\n100\n21\n50\n";
+    paintFile(drawing(underlay));
+    EXPECT_EQ(at(100, 300), kRed) << "the longer side points upwards";
+    EXPECT_EQ(at(0, 300), kRed);
+    EXPECT_EQ(at(50, 400), kRed);
+    EXPECT_FALSE(isInk(50, 450));
+    EXPECT_EQ(omissions.counts().at("page of an underlay"), 1u);
+}
+
+TEST_F(RenderKept, PolygonsOfMappingPrograms)
+{
+    const std::string rings = "91\n2\n92\n3\n73\n1\n72\n1\n93\n4\n10\n100\n20\n100\n42\n0\n10\n900\n20\n100\n42\n0\n10\n900\n20\n900\n42\n1\n10\n100\n20\n900\n42\n0\n"
+                              "92\n3\n73\n1\n72\n0\n93\n3\n10\n400\n20\n200\n10\n600\n20\n200\n10\n500\n20\n400\n";
+    const std::string head = "0\nMPOLYGON\n5\n50\n100\nAcDbEntity\n8\n0\n62\n1\n100\nAcDbMPolygon\n70\n1\n10\n0\n20\n0\n30\n0\n210\n0\n220\n0\n230\n1\n2\n";
+    paintFile(drawing(head + "SOLID\n71\n1\n" + rings + "63\n3\n11\n0\n21\n0\n99\n0\n"));
+    EXPECT_EQ(at(200, 500), kGreen);
+    EXPECT_FALSE(isInk(500, 250)) << "the island";
+    EXPECT_EQ(at(900, 500), kRed) << "the rim";
+    EXPECT_EQ(at(500, 950), kGreen) << "beyond the bulged side";
+    paintFile(drawing(head + "LINES\n71\n0\n" + rings + "76\n1\n52\n0\n41\n1\n77\n0\n78\n1\n53\n0\n43\n0\n44\n0\n45\n0\n46\n50\n79\n0\n63\n3\n99\n0\n"));
+    EXPECT_EQ(at(200, 500), kGreen) << "a line of the pattern";
+    EXPECT_FALSE(isInk(200, 525));
+    EXPECT_TRUE(omissions.counts().empty());
+}
+
 TEST_F(RenderKept, ArcsOfEllipsesAndWeightsOfForeignObjects)
 {
     Records r;

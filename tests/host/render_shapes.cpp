@@ -117,6 +117,15 @@ TEST_F(RenderShapes, PiecesOfNoWidthBesideWideOnes)
     EXPECT_EQ(at(700, 600), kRed);
 }
 
+TEST_F(RenderShapes, AreasThatCrossThemselvesAreAreas)
+{
+    hatch({{{100, 100}, {900, 900}, {900, 100}, {100, 900}}}, true);
+    paint();
+    EXPECT_EQ(at(200, 500), kRed);
+    EXPECT_EQ(at(800, 500), kRed);
+    EXPECT_FALSE(isInk(500, 800));
+}
+
 TEST_F(RenderShapes, TaperedAndBulgedWidths)
 {
     auto* taper = new VcDbPolyline;

@@ -1,11 +1,13 @@
 // Layouts and what their viewports show of the model.
 #include "host/db/tag.h"
 #include "host/edit/display.h"
+#include "host/edit/question.h"
 #include "host/render/list_painter.h"
 #include "host/render/overlay.h"
 #include "render_support.h"
 #include "sdk/vcdb_layout.h"
 #include "sdk/vcdb_objects.h"
+#include "sdk/vcdb_text.h"
 #include "sdk/vcdb_viewport.h"
 
 #include <functional>
@@ -72,6 +74,38 @@ TEST_F(RenderViews, ViewDirection)
     paint(paperName());
     EXPECT_EQ(at(550, 600), 0xffff00ff) << "the upper rim of what has a thickness";
     EXPECT_EQ(at(600, 550), 0xffff00ff) << "and what joins the rims";
+}
+
+// From above, with the camera at a height of 100: what lies halfway up is twice as large, what lies above is not seen.
+TEST_F(RenderViews, Perspective)
+{
+    line(0, 5, 10, 5, {.colour = 1});
+    add(new VcDbLine({0, 5, 50}, {10, 5, 50}), {.colour = 5});
+    add(new VcDbLine({0, -5, 150}, {10, -5, 150}), {.colour = 3});
+    add(new VcDbLine({-10, 0, 0}, {-10, 0, 200}), {.colour = 6});
+    auto* text = new VcDbText({0, -8, 50}, L"H", 4);
+    add(text, {.colour = 4});
+    VcDbViewport& view = viewport(10);
+    view.setViewDirection({0, 0, 100});
+    paint(paperName());
+    EXPECT_EQ(at(550, 550), kBlue) << "both lines in one place";
+    view.setPerspectiveOn(true);
+    paint(paperName());
+    EXPECT_EQ(at(550, 550), kRed) << "in the plane of the target nothing changes";
+    EXPECT_EQ(at(550, 600), kBlue);
+    EXPECT_EQ(at(690, 600), kBlue);
+    EXPECT_FALSE(isInk(550, 450)) << "behind the camera";
+    EXPECT_EQ(at(390, 500), 0xffff00ff) << "what rises goes outwards";
+    EXPECT_EQ(at(320, 500), 0xffff00ff) << "up to the camera";
+    double low = 1e9, high = -1e9;
+    for (const Sheet::Mark& mark : sheet.marks)
+        if (mark.argb == 0xff00ffff)
+            for (const Point2& p : mark.line) {
+                low = std::min(low, kSide - p.y);
+                high = std::max(high, kSide - p.y);
+            }
+    EXPECT_NEAR(low, 500 - 8 * 20, 1);
+    EXPECT_NEAR(high, 500 - 4 * 20, 1);
 }
 
 TEST_F(RenderViews, LayersFrozenInOneViewport)
@@ -164,6 +198,55 @@ TEST_F(RenderViews, LayoutsByName)
     EXPECT_TRUE(vk::render::findLayout(db(), "MODEL")->isModel);
     EXPECT_EQ(vk::render::findLayout(db(), paperName())->block, paper().objectId());
     EXPECT_FALSE(vk::render::findLayout(db(), "no such layout"));
+}
+
+// The circle goes with the cursor, and a line runs to it from the base point.
+TEST_F(RenderViews, WhatFollowsTheCursor)
+{
+    using namespace vk::edit;
+    auto& circle = add(new VcDbCircle({200, 200, 0}, {0, 0, 1}, 50), {.colour = 1});
+    add(new VcDbText({100, 190, 0}, L"H", 20), {.colour = 1});
+    Display display;
+    Question question;
+    question.base = VcGePoint3d(100, 100, 0);
+    const auto shows = [&] {
+        sheet = {};
+        vk::render::DisplayList list;
+        vk::render::ListBuilder builder(list, db(), omissions);
+        vk::render::addOverlay(builder, display);
+        vk::render::PageView view;
+        view.high = {kSide, kSide};
+        vk::render::LookResolver looks(db(), {});
+        vk::render::BlockLists blocks(db(), omissions);
+        vk::render::PaintBudget budget;
+        vk::render::ListPainter(db(), blocks, sheet, looks, view, budget, omissions).paint(list);
+    };
+    display.follow({{circle.objectId()}, [](const VcGePoint3d& to) { return VcGeMatrix3d::translation(to - VcGePoint3d(100, 100, 0)); }, {}});
+    display.beginDrag(question);
+    shows();
+    EXPECT_TRUE(sheet.marks.empty()) << "no cursor, nothing to follow it";
+    display.cursor = VcGePoint3d(500, 100, 0);
+    shows();
+    EXPECT_EQ(sheet.at({650, 200}), kRed) << "the circle at its new place";
+    EXPECT_EQ(sheet.at({300, 100}), kBlack) << "the band";
+    EXPECT_EQ(sheet.at({250, 200}), kPage);
+    Question transparent;
+    transparent.kind = Question::Kind::Corner;
+    display.beginDrag(transparent);
+    shows();
+    EXPECT_EQ(sheet.at({650, 200}), kPage);
+    display.endDrag(transparent, nullptr);
+    shows();
+    EXPECT_EQ(sheet.at({650, 200}), kRed);
+    Answer answer;
+    answer.status = Answer::Status::Value;
+    answer.hasPoint = true;
+    answer.point = {700, 100, 0};
+    display.endDrag(question, &answer);
+    EXPECT_EQ(display.drag(), nullptr);
+    ASSERT_EQ(display.dragged().size(), 1u) << "what was cancelled leaves no record";
+    EXPECT_EQ(display.dragged().back().moved, 1u);
+    EXPECT_EQ(*display.dragged().back().by * VcGePoint3d(), VcGePoint3d(600, 0, 0));
 }
 
 TEST_F(RenderViews, HighlightsAndTemporaryVectors)

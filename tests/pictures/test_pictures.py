@@ -2,7 +2,7 @@
 """test_pictures.py VEKAD [--update] - pictures against those that were looked at and kept, with tolerance.
 
 The pictures of docs/pictures are made anew by their own script; gallery.dxf beside this file holds one of each thing that is
-drawn in a way of its own. --update keeps what is drawn now.
+drawn in a way of its own, sheet.dxf what viewports do to that. --update keeps what is drawn now.
 """
 
 import shutil
@@ -88,6 +88,12 @@ class Pictures(unittest.TestCase):
                 subprocess.run([VEKAD, "render", HERE / "gallery.dxf", drawn, "--size", "600x400", "--background", background],
                                check=True, timeout=60, capture_output=True)
                 self.check(HERE / f"gallery-{background}.png", drawn)
+
+    def test_sheet(self):
+        drawn = self.folder / "sheet.png"
+        subprocess.run([VEKAD, "render", HERE / "sheet.dxf", drawn, "--layout", "Layout1", "--size", "900x600"], check=True, timeout=60,
+                       capture_output=True)
+        self.check(HERE / "sheet.png", drawn)
 
     def test_a_difference_is_found(self):
         drawn = self.folder / "gallery.png"
