@@ -35,6 +35,7 @@ struct Operand
     std::vector<Interval> reaches;  // the rounds on either side of its own range that a widened arc is counted in
     std::vector<Box3d> boxes;
     Interval range;
+    size_t own = 0; // how many of the pieces are the curve's; those of circles beyond it follow
     bool closed = false;
     bool segmented = false;
 
@@ -46,7 +47,8 @@ struct Operand
             piece.shape = translated(std::move(piece.shape), shift);
             shapes.push_back(piece.shape);
         }
-        reaches.resize(pieces.size());
+        own = pieces.size();
+        reaches.resize(own);
         if (extend && !closed && !shapes.empty()) {
             const size_t last = shapes.size() - 1;
             widen(0, true, last == 0);
@@ -63,6 +65,13 @@ struct Operand
     {
         const double turns = wholeTurns(i, (stretch.from + stretch.to) / 2);
         return {pieces[i].toCurve(stretch.from + turns), pieces[i].toCurve(stretch.to + turns)};
+    }
+
+    // Where a flat arc's circle begins, its own end is the truer one.
+    bool isKnownBetter(size_t i, double t) const
+    {
+        const double slack = 1e-8, param = toCurve(i, t);
+        return i >= own && param > range.from - slack && param < range.to + slack;
     }
 
     // Whether two parameters mean places that follow each other, so that one point found at both is one.
@@ -82,29 +91,28 @@ private:
         auto* conic = std::get_if<ConicPiece>(&shape);
         if (!conic)
             return;
-        const Interval own = conic->range;
-        const double rest = kTwoPi - (own.to - own.from), share = atStart && atEnd ? rest / 2 : rest;
-        reaches[i] = {atStart ? own.from - share : own.from, atEnd ? own.to + share : own.to};
-        conic->range = atEnd ? Interval{own.from, own.from + kTwoPi} : Interval{own.to - kTwoPi, own.to};
+        const Interval r = conic->range;
+        const double rest = kTwoPi - (r.to - r.from), share = atStart && atEnd ? rest / 2 : rest;
+        reaches[i] = {atStart ? r.from - share : r.from, atEnd ? r.to + share : r.to};
+        conic->range = atEnd ? Interval{r.from, r.from + kTwoPi} : Interval{r.to - kTwoPi, r.to};
     }
 
     // An arc held by its poles ends where they end; beyond goes its circle.
     void addFlatArcsBeyond(const Curve& curve, const Vector3& shift)
     {
         const auto* polyline = std::get_if<Polyline>(&curve);
-        const size_t count = pieces.size();
         if (!polyline)
             return;
         const auto round = piecesOf(curve, FlatArcs::AsCircles);
         for (bool atStart : {true, false}) {
-            const size_t i = atStart ? 0 : count - 1;
+            const size_t i = atStart ? 0 : own - 1;
             if (!std::holds_alternative<BezierPiece>(shapes[i]))
                 continue;
             Piece piece = round[i];
             piece.shape = translated(std::move(piece.shape), shift);
-            const Interval own = piece.range();
+            const Interval r = piece.range();
             PieceShape beyond = piece.shape;
-            setRange(beyond, atStart ? Interval{own.from - kTwoPi / 2, own.from} : Interval{own.to, own.to + kTwoPi / 2});
+            setRange(beyond, atStart ? Interval{r.from - kTwoPi / 2, r.from} : Interval{r.to, r.to + kTwoPi / 2});
             pieces.push_back(std::move(piece));
             reaches.push_back(rangeOf(beyond));
             shapes.push_back(std::move(beyond));
@@ -190,6 +198,8 @@ void addMeetings(const Operand& a, size_t i, const Operand& b, size_t j, const V
 {
     const PieceMeeting found = meet(a.shapes[i], b.shapes[j], tolerance);
     for (const Touch& t : found.touches) {
+        if (a.isKnownBetter(i, t.a) || b.isKnownBetter(j, t.b))
+            continue;
         const bool tangent = t.tangent || tangentAt(a.shapes[i], t.a, b.shapes[j], t.b);
         meeting.points.push_back({place(a.shapes[i], t.a) + back, a.toCurve(i, t.a), b.toCurve(j, t.b), tangent});
     }

@@ -239,7 +239,8 @@ std::vector<Touch> meetBySubdivision(const PieceShape& givenA, const PieceShape&
     double smallest = Box3d::kInfinite;
     for (const auto& [p, q] : open)
         smallest = std::min({smallest, p.size, q.size});
-    smallest = std::max(smallest * kSmallest, tolerance);
+    // Where curves all but coincide, parts near the tolerance would be many and tell no more.
+    smallest = std::max(smallest * kSmallest, 16 * tolerance);
     std::vector<Touch> touches;
     size_t pairs = 0;
     while (!open.empty()) {

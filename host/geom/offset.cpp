@@ -104,6 +104,31 @@ struct Local
     }
 };
 
+// A polyline's arc that no offset would tell from its chord goes for that; others that are all but straight need their
+// centers, which may stand so far off that their rounding counts.
+std::vector<PieceShape> sourcePieces(const Curve& curve, double flat)
+{
+    const auto pieces = piecesOf(curve), round = piecesOf(curve, FlatArcs::AsCircles);
+    std::vector<PieceShape> shapes;
+    for (size_t i = 0; i < pieces.size(); ++i) {
+        const auto* arc = std::get_if<BezierPiece>(&pieces[i].shape);
+        if (!arc || !std::holds_alternative<Polyline>(curve)) {
+            shapes.push_back(pieces[i].shape);
+            continue;
+        }
+        const Point3 start = arc->poles.front().point(), end = arc->poles.back().point();
+        const double height = place(*arc, 0.5).distanceTo(start + (end - start) * 0.5);
+        shapes.push_back(height <= flat ? PieceShape(LinePiece{start, end - start}) : round[i].shape);
+    }
+    return shapes;
+}
+
+double roundingOf(const PieceShape& shape)
+{
+    const auto* arc = std::get_if<ConicPiece>(&shape);
+    return arc ? 2e-15 * arc->u.length() : 0;
+}
+
 OffsetSource sourceOf(const Curve& curve, const Local& local, double distance, GapFill gap)
 {
     const Box3d box = extents(curve);
@@ -112,9 +137,11 @@ OffsetSource sourceOf(const Curve& curve, const Local& local, double distance, G
     source.distance = distance;
     source.gap = gap;
     source.tolerance = meetingTolerance(curve, curve) + 1e-12 * std::fabs(distance);
-    const auto pieces = piecesOf(curve, FlatArcs::AsCircles);
+    const double tolerance = source.tolerance;
+    const auto pieces = sourcePieces(curve, kFitShare * box.diagonal());
     for (size_t i = 0; i < pieces.size(); ++i) {
-        PieceShape shape = local.inPlane(pieces[i].shape);
+        PieceShape shape = local.inPlane(pieces[i]);
+        source.tolerance = std::max(source.tolerance, tolerance + roundingOf(shape));
         if (boxOf(shape).diagonal() <= source.tolerance)
             continue;
         const auto* conic = std::get_if<ConicPiece>(&shape);

@@ -2,6 +2,7 @@
 #include "geom_any_figure.h"
 #include "host/geom/curve_edit.h"
 #include "host/geom/intersect.h"
+#include "host/geom/offset.h"
 
 using namespace vk::geom;
 using namespace vk::geom::testing;
@@ -324,7 +325,58 @@ TEST_P(AnyPair, MeetsInTheImagesWhereTheyMeet)
 
 INSTANTIATE_TEST_SUITE_P(Random, AnyPair, ::testing::Range(0, 10));
 
+double totalLength(const std::vector<Curve>& curves)
+{
+    double sum = 0;
+    for (const Curve& c : curves)
+        sum += length(c);
+    return sum;
+}
+
+class AnyOffset : public ::testing::TestWithParam<int>
+{
+};
+
+// Rounded corners keep the distance exactly, and what is offset backwards to the other side is the same.
+TEST_P(AnyOffset, KeepsItsDistanceEitherWay)
+{
+    for (unsigned i = 0; i < 40; ++i) {
+        const unsigned seed = unsigned(GetParam()) * 1000 + i;
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        AnyFigure f(seed);
+        f.setFlat();
+        const Polyline p = f.polyline();
+        const double away = f.number(0.005, 0.6) * f.size(), side = f.chance(0.5) ? 1 : -1;
+        const OffsetResult result = offset(p, side * away, GapFill::Fillet), back = offset(reversed(p), -side * away, GapFill::Fillet);
+        EXPECT_EQ(result.curves.empty(), result.failure != OffsetFailure::None);
+        EXPECT_EQ(result.curves.size(), back.curves.size());
+        const double size = extentOf(p) + away;
+        EXPECT_NEAR(totalLength(result.curves), totalLength(back.curves), 1e-6 * size);
+        for (const Curve& c : result.curves)
+            for (double t : evenly(paramRange(c), 100))
+                EXPECT_NEAR(distanceTo(p, pointAt(c, t)), away, 1e-7 * size);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Random, AnyOffset, ::testing::Range(0, 8));
+
 // What random rounds have found
+
+// Bulges that rounding has left behind must not make corners come apart.
+TEST(GeomFound, ArcsThatAreAllButStraightAreOffsetAsTheirChords)
+{
+    for (double bulge : {1e-11, 1e-9, -8.76e-9, 1e-7, 1e-6})
+        for (double away : {2.7, -2.7})
+            for (GapFill gap : {GapFill::Extend, GapFill::Fillet, GapFill::Chamfer}) {
+                Polyline p{{{{0.7, 14.3}}, {{-3.2, 4.3}, bulge}, {{-7.2, 12.3}}, {{5, 30}, bulge}}, true};
+                const OffsetResult result = offset(p, away, gap);
+                for (PolyVertex& v : p.vertices)
+                    v.bulge = 0;
+                const OffsetResult straight = offset(p, away, gap);
+                ASSERT_EQ(result.curves.size(), straight.curves.size()) << bulge;
+                EXPECT_NEAR(totalLength(result.curves), totalLength(straight.curves), 1e-6 + 1000 * std::fabs(bulge)) << bulge;
+            }
+}
 
 TEST(GeomFound, OneCutOpensAClosedCurveWherever)
 {
