@@ -30,8 +30,8 @@ struct OffsetResult
 
 // Positive distances lie to the right of the direction, seen from the tip of the curve's own normal, so that circles
 // and anticlockwise outlines grow. Lines, and splines and polylines in space, take the side of `up` for their normal.
-// Circles, arcs, lines and polylines stay what they are; ellipses and splines become splines within 1e-8 of their
-// size. What comes closer to the curve than the distance is trimmed away, so that there may be several parts.
+// Circles, arcs, lines and polylines stay what they are, but for a polyline's arcs that rise no higher than 1e-8 of its
+// size, which become straight; ellipses and splines become splines within 1e-8 of their size. What comes closer to the curve than the distance is trimmed away, so that there may be several parts.
 VKHOST_API OffsetResult offset(const Curve& curve, double distance, GapFill gap = GapFill::Extend,
                                const Vector3& up = {0, 0, 1});
 
