@@ -136,8 +136,7 @@ int vds_getEntExtent(const vds_name name, vds_point minOut, vds_point maxOut)
         status = getTextExtent(name, low, high);
     } else {
         VcDbExtents extents;
-        if (entity->getGeomExtents(extents) != Vcad::eOk || extents.isEmpty())
-            return RTERROR;
+        entity->getGeomExtents(extents);
         low = extents.minPoint();
         high = extents.maxPoint();
     }

@@ -25,7 +25,8 @@ void getMtextActualBoundingPoints(const vds_name name, std::vector<VcGePoint3d>&
 // Extents of a text, in the world. An mtext gives its upper left and lower right corners and RTERROR: callers go by the
 // points.
 int getTextExtent(const vds_name name, VcGePoint3d& minOut, VcGePoint3d& maxOut);
-// The same for every entity, in the current UCS; 0, or RTERROR for an entity that cannot be read or measures nothing.
+// The same for every entity, in the current UCS; 0, or RTERROR for an entity that cannot be read. One that measures nothing
+// gives the corners of an empty box, the lower beyond the upper.
 int vds_getEntExtent(const vds_name name, vds_point minOut, vds_point maxOut);
 
 // Draws what is seen of an image as a closed polyline in model space; 1, or 0 when it is no image.

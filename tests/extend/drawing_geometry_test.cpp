@@ -231,6 +231,21 @@ TEST_F(DrawingGeometry, ExtentsAreInTheUcs)
     expectNear(asPnt3d(low), {30, -90, 3}, "upper left of the mtext");
 }
 
+TEST_F(DrawingGeometry, WhatMeasuresNothingHasTheCornersOfAnEmptyBox)
+{
+    const vds_point at = {1, 2, 0};
+    const RbPtr begin(vcutBuildList(RTDXF0, L"BLOCK", 2, L"NOTHING", 70, 0, 10, at, RTNONE));
+    const RbPtr end(vcutBuildList(RTDXF0, L"ENDBLK", RTNONE));
+    const RbPtr use(vcutBuildList(RTDXF0, L"INSERT", 2, L"NOTHING", 10, at, RTNONE));
+    vds_name empty = {};
+    ASSERT_EQ(vcdbEntMake(begin.get()), RTNORM);
+    ASSERT_EQ(vcdbEntMake(end.get()), RTKWORD);
+    ASSERT_EQ(vcdbEntMakeX(use.get(), empty), RTNORM);
+    vds_point low, high;
+    EXPECT_EQ(vds_getEntExtent(empty, low, high), 0);
+    EXPECT_GT(low[X], high[X]);
+}
+
 TEST_F(DrawingGeometry, ExtentsOfTexts)
 {
     vds_name line = {}, text = {}, many = {};
