@@ -84,7 +84,7 @@ void askOption(Editor& ed, const std::string& option, Frame& frame)
     } else if (option == "Line") {
         lineSpacing(ed, frame);
     } else if (option == "Rotation") {
-        const Answer a = askDirection(ed, fmt::format("Specify rotation angle <{}>", angleText(frame.rotation)), {.from = frame.first, .enterEnds = true});
+        const Answer a = askDirection(ed, fmt::format("Specify rotation angle <{}>", directionText(ed, frame.rotation)), {.from = frame.first, .enterEnds = true});
         frame.rotation = a.status == Answer::Status::Value ? a.real : frame.rotation;
     } else if (option == "Style") {
         style(ed, frame);

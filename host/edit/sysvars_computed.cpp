@@ -130,6 +130,15 @@ const Computed kComputed[] = {
     {"LENSLENGTH", true, [](const Editor& ed) -> SysVarValue { return currentView(mutableEditor(ed)).lensLength; }},
     {"FRONTZ", true, [](const Editor& ed) -> SysVarValue { return currentView(mutableEditor(ed)).frontClip; }},
     {"BACKZ", true, [](const Editor& ed) -> SysVarValue { return currentView(mutableEditor(ed)).backClip; }},
+    {"VIEWMODE", true,
+     [](const Editor& ed) -> SysVarValue {
+         return std::int32_t(currentView(mutableEditor(ed)).mode | (ed.vars().integer("UCSFOLLOW") != 0 ? kUcsFollowOn : 0));
+     }},
+    {"UCSNAME", true,
+     [](const Editor& ed) -> SysVarValue {
+         const auto* record = ed.db().liveAs<VcDbSymbolTableRecord>(currentUcsRecord(ed.db()));
+         return record ? record->nameUtf8() : std::string();
+     }},
     {"UCSORG", true, [](const Editor& ed) -> SysVarValue { return currentUcs(ed.db()).origin; }},
     {"UCSXDIR", true, [](const Editor& ed) -> SysVarValue { return VcGePoint3d() + currentUcs(ed.db()).x; }},
     {"UCSYDIR", true, [](const Editor& ed) -> SysVarValue { return VcGePoint3d() + currentUcs(ed.db()).y; }},
