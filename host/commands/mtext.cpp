@@ -66,7 +66,7 @@ void lineSpacing(Editor& ed, Frame& frame)
 
 void style(Editor& ed, Frame& frame)
 {
-    const std::string name = ed.text("Enter style name", ed.vars().text("TEXTSTYLE"));
+    const std::string name = ed.word("Enter style name", ed.vars().text("TEXTSTYLE"));
     const VcDbObjectId id = ed.db().findRecord(NameTable::TextStyle, name);
     if (id.isNull())
         return ed.printLine(fmt::format("There is no text style \"{}\".", name));

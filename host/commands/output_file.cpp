@@ -9,7 +9,7 @@ using namespace edit;
 
 std::string askOutputPath(Editor& ed, std::string_view prompt, const std::string& byDefault)
 {
-    std::string path = ed.word(prompt, byDefault.empty() ? std::optional<std::string>() : byDefault);
+    std::string path = ed.text(prompt, byDefault.empty() ? std::optional<std::string>() : byDefault);
     if (path.size() >= 2 && path.front() == '"' && path.back() == '"')
         path = path.substr(1, path.size() - 2);
     if (path.empty())

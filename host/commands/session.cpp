@@ -65,7 +65,7 @@ void play(Editor& ed, const std::string& name, const std::string& text)
 
 void script(Editor& ed)
 {
-    std::string name = ed.word("Enter script file name");
+    std::string name = ed.text("Enter script file name");
     if (name.size() >= 2 && name.front() == '"' && name.back() == '"')
         name = name.substr(1, name.size() - 2);
     auto path = findSupportFile(name);
