@@ -118,7 +118,7 @@ void clip(Editor& ed, View& view)
     setMode(view, kBackClipOn, false);
 }
 
-void distance(Editor&, View&) { throw CommandError{"Views in perspective are not drawn here; the view stays parallel."}; }
+void distance(Editor&, View&) { throw CommandError{"DVIEW makes no views in perspective; the view stays parallel."}; }
 void hide(Editor& ed, View&) { ed.printLine("Hidden lines are not taken out here."); }
 void off(Editor&, View& view) { setMode(view, kPerspectiveView, false); }
 
