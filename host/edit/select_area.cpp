@@ -1,6 +1,8 @@
 #include "host/edit/select_area.h"
 
+#include "host/edit/pick_distance.h"
 #include "host/geom/region.h"
+#include "sdk/vcdb_curves.h"
 
 #include <cmath>
 
@@ -293,11 +295,41 @@ std::optional<bool> SelectArea::meetsChords(const Chain& chain, double chordErro
     return false;
 }
 
+bool SelectArea::takesChain(const Chain& chain, bool filled) const { return m_kind == Kind::Window ? holds(chain) : meets(chain, filled); }
+
+std::optional<bool> SelectArea::takesPlain(const VcDbEntity& entity, const VcDbExtents& extents) const
+{
+    m_chain.clear();
+    const VcRxClass* cls = entity.isA();
+    if (cls == VcDbLine::desc()) {
+        const auto& line = static_cast<const VcDbLine&>(entity);
+        m_chain = {m_view.project(line.startPoint()), m_view.project(line.endPoint())};
+        return takesChain(m_chain, false);
+    }
+    if (cls == VcDbPolyline::desc()) {
+        const auto& line = static_cast<const VcDbPolyline&>(entity);
+        if (line.hasBulges() || line.hasWidth() || line.numVerts() < 2)
+            return std::nullopt;
+        VcGePoint3d at;
+        for (unsigned i = 0; i < line.numVerts(); ++i)
+            if (line.getPointAt(i, at) == Vcad::eOk)
+                m_chain.push_back(m_view.project(at));
+        if (line.isClosed())
+            m_chain.push_back(m_chain.front());
+        return takesChain(m_chain, false);
+    }
+    if (!m_view.isLevel() || extents.isEmpty() || !fillsItsBox(entity))
+        return std::nullopt;
+    const VcGePoint3d &low = extents.minPoint(), &high = extents.maxPoint();
+    m_chain = {{low.x, low.y}, {high.x, low.y}, {high.x, high.y}, {low.x, high.y}};
+    return takesChain(m_chain, true);
+}
+
 bool SelectArea::takesOutline(const Outline& outline, double chordError) const
 {
     const Chain chain = projected(m_view, outline.points);
     if (!outline.curve)
-        return m_kind == Kind::Window ? holds(chain) : meets(chain, outline.filled);
+        return takesChain(chain, outline.filled);
     const auto quick = takesChords(chain, chordError);
     return quick ? *quick : takesCurve(*outline.curve);
 }
