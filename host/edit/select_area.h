@@ -41,6 +41,8 @@ private:
     bool takesOutline(const Outline& outline, double chordError) const;
     std::optional<bool> takesChords(const std::vector<VcGePoint2d>& chain, double chordError) const;
     std::optional<bool> meetsChords(const std::vector<VcGePoint2d>& chain, double chordError) const;
+    bool crossesSurely(const VcGePoint2d& from, const VcGePoint2d& to, double slack) const;
+    bool missesPart(const VcDbEntity& part, const VcGeMatrix3d& toWorld) const;
     std::optional<bool> holdsChords(const std::vector<VcGePoint2d>& chain) const;
     bool isNearEdge(const VcGePoint2d& low, const VcGePoint2d& high) const;
     std::size_t edgeCount() const { return m_kind == Kind::Fence ? m_points.size() - 1 : m_points.size(); }
