@@ -55,6 +55,9 @@ public:
     void setPaper(std::string paper, double width, double height, double sideMargin, double endMargin);
     void fields(FieldVisitor& visitor) override;
 
+protected:
+    void dropShadePlot();
+
 private:
     void shadeFields(FieldVisitor& visitor);
 
@@ -89,6 +92,9 @@ public:
     void setLastActiveViewport(VcDbObjectId viewport);
     void getUcs(VcGePoint3d& origin, VcGeVector3d& xAxis, VcGeVector3d& yAxis) const;
     Vcad::ErrorStatus setUcs(const VcGePoint3d& origin, const VcGeVector3d& xAxis, const VcGeVector3d& yAxis);
+    // The record of that system; setUcs() forgets it.
+    VcDbObjectId ucsName() const { return m_ucsName; }
+    void setUcsName(VcDbObjectId ucs);
     double elevation() const { return m_elevation; }
 
     // Host side.
@@ -98,6 +104,8 @@ public:
     void setLayoutFlags(std::int16_t flags);
     void setExtents(const VcGePoint3d& minimum, const VcGePoint3d& maximum);
     void setInsertionBase(const VcGePoint3d& base);
+    // Those to objects of the drawing that it came from.
+    void dropReferences();
     void fields(FieldVisitor& visitor) override;
 
 private:

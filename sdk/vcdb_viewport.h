@@ -67,8 +67,17 @@ public:
     void getUcs(VcGePoint3d& origin, VcGeVector3d& xAxis, VcGeVector3d& yAxis) const;
     // Axes are made unit vectors; they must stand at right angles.
     Vcad::ErrorStatus setUcs(const VcGePoint3d& origin, const VcGeVector3d& xAxis, const VcGeVector3d& yAxis);
+    // The record of that system; setUcs() forgets it.
+    VcDbObjectId ucsName() const { return m_ucs; }
+    void setUcsName(VcDbObjectId ucs);
+    void setUcsSavedWithViewport(bool saved);
     double frontClipDistance() const { return m_frontClip; }
     double backClipDistance() const { return m_backClip; }
+    Vcad::ErrorStatus setClipDistances(double front, double back);
+    std::int16_t viewMode() const { return std::int16_t(m_viewFlags & kViewMode); }  // as VIEWMODE has it
+    void setViewMode(std::int16_t mode);
+    std::int16_t shadePlot() const { return m_shadePlotMode; }  // 0 as displayed, 1 wireframe, 2 hidden, 3 rendered
+    Vcad::ErrorStatus setShadePlot(std::int16_t mode);
 
     // Seen from a camera that stands at the target plus the view direction.
     bool isPerspectiveOn() const { return (m_viewFlags & kPerspective) != 0; }
@@ -91,7 +100,7 @@ public:
     void fields(FieldVisitor& visitor) override;
 
 private:
-    enum ViewFlag : std::int32_t { kPerspective = 1, kLocked = 0x4000, kClipped = 0x10000, kOff = 0x20000 };
+    enum ViewFlag : std::int32_t { kPerspective = 1, kViewMode = 0x1f, kLocked = 0x4000, kClipped = 0x10000, kOff = 0x20000 };
     void setViewFlag(std::int32_t flag, bool on);
     void viewFields(FieldVisitor& visitor);
     void layerFields(FieldVisitor& visitor);

@@ -14,7 +14,7 @@ void registerHostCommands()
                                filletCommands(), chamferCommands(), joinCommands(), lengthenCommands(), stretchCommands(),
                                arrayCommands(),
                                layerCommands(), styleCommands(), inquiryCommands(), listCommands(), sessionCommands(), fileCommands(),
-                               ucsCommands(), zoomCommands(), viewCommands(), spaceCommands(), layoutCommands(), viewportCommands(),
+                               ucsCommands(), zoomCommands(), dynamicViewCommands(), viewCommands(), spaceCommands(), layoutCommands(), viewportCommands(), viewportLayerCommands(),
                                modeCommands(), blockCommands(), insertCommands(), wblockCommands(), xrefCommands(), purgeCommands(),
                                groupCommands(), wipeoutCommands(), rectangleCommands(), curveCommands(), propertyCommands(), linetypeCommands(),
                                mtextCommands(), areaCommands(), faceCommands(), splineCommands(), statusCommands(), attributeCommands(),

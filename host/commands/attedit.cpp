@@ -135,7 +135,7 @@ void editHeight(Editor& ed, VcDbAttribute& attribute)
 void editAngle(Editor& ed, VcDbAttribute& attribute)
 {
     const double now = attribute.rotation() - ucsTwist(ed);
-    const Answer a = askDirection(ed, fmt::format("Specify new rotation angle <{}>", angleText(now)), {.enterEnds = true});
+    const Answer a = askDirection(ed, fmt::format("Specify new rotation angle <{}>", directionText(ed, now)), {.enterEnds = true});
     if (a.status == Answer::Status::Value)
         attribute.setRotation(a.real + ucsTwist(ed));
 }

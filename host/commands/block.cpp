@@ -20,11 +20,11 @@ using namespace edit;
 std::optional<std::string> askName(Editor& ed)
 {
     for (;;) {
-        const std::string name = ed.text("Enter block name or [?]");
+        const std::string name = ed.word("Enter block name or [?]");
         if (name.empty())
             return std::nullopt;
         if (name == "?") {
-            listBlocks(ed, ed.text("Enter block(s) to list", "*"));
+            listBlocks(ed, ed.word("Enter block(s) to list", "*"));
             continue;
         }
         if (!isLegalRecordName(name) || name.starts_with('*')) {

@@ -102,7 +102,7 @@ void colour(Editor& ed, const std::vector<VcDbEntity*>& entities)
 VcDbObjectId askRecord(Editor& ed, NameTable table, std::string_view prompt, const std::string& now)
 {
     for (;;) {
-        const std::string name = ed.text(fmt::format("{} <{}>", prompt, now));
+        const std::string name = ed.word(fmt::format("{} <{}>", prompt, now));
         if (name.empty())
             return {};
         if (const VcDbObjectId id = ed.db().findRecord(table, name); !id.isNull())

@@ -16,7 +16,7 @@ using Style = VcDbDimStyleTableRecord;
 
 void list(Editor& ed)
 {
-    const Wildcard pattern(ed.text("Enter dimension style(s) to list", "*"));
+    const Wildcard pattern(ed.word("Enter dimension style(s) to list", "*"));
     ed.printLine("Named dimension styles:");
     for (const VcDbObjectId id : ed.db().table(NameTable::DimStyle).records())
         if (const auto* style = ed.db().objectAs<Style>(id); style && pattern.matches(style->nameUtf8()))
@@ -48,7 +48,7 @@ Style* styleOfPicked(Editor& ed)
 Style* askStyle(Editor& ed, const char* prompt)
 {
     for (;;) {
-        const std::string name = ed.text(prompt, std::string());
+        const std::string name = ed.word(prompt, std::string());
         if (name.empty())
             return styleOfPicked(ed);
         if (name == "?") {
@@ -109,7 +109,7 @@ std::size_t redrawAll(Editor& ed, VcDbObjectId style)
 void save(Editor& ed)
 {
     std::string name;
-    while ((name = ed.text("Enter name for new dimension style or [?]", std::string())) == "?")
+    while ((name = ed.word("Enter name for new dimension style or [?]", std::string())) == "?")
         list(ed);
     if (name.empty())
         return;

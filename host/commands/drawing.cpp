@@ -3,6 +3,7 @@
 #include "host/base/numbers.h"
 #include "host/base/unicode.h"
 #include "host/db/database.h"
+#include "host/edit/sysvars.h"
 #include "sdk/vcdb_chains.h"
 #include "host/edit/sysvars.h"
 #include "sdk/vcdb_curves.h"
@@ -64,6 +65,8 @@ std::string pointText(const VcGePoint3d& p)
     return fmt::format("X = {}  Y = {}  Z = {}", lengthText(p.x), lengthText(p.y), lengthText(p.z));
 }
 
+std::string typedPointText(const VcGePoint3d& p) { return fmt::format("{},{},{}", lengthText(p.x), lengthText(p.y), lengthText(p.z)); }
+
 edit::Answer askDirection(edit::Editor& ed, std::string_view prompt, const edit::AskOptions& options)
 {
     edit::Question q;
@@ -81,6 +84,15 @@ std::string angleText(double radians)
 {
     wchar_t text[134];
     return vcdbAngToS(radians, -1, -1, text) == RTNORM ? wideToUtf8(text) : realText(radians);
+}
+
+std::string turnText(const edit::Editor& ed, double radians) { return angleText(ed.vars().integer("ANGDIR") != 0 ? -radians : radians); }
+
+std::string directionText(const edit::Editor& ed, double radians)
+{
+    const double turn = std::remainder(radians - ed.vars().real("ANGBASE"), 2 * M_PI);
+    const double typed = ed.vars().integer("ANGDIR") != 0 ? -turn : turn;
+    return angleText(typed < -1e-12 ? typed + 2 * M_PI : std::fabs(typed));
 }
 
 bool isOnLockedLayer(const VcDbEntity& entity)

@@ -21,10 +21,14 @@ double ucsTwist(const edit::Editor& ed);
 // An angle that is a direction: as typed it counts from the drawing's angle zero. Turns and spans ask with askAngle.
 edit::Answer askDirection(edit::Editor& ed, std::string_view prompt, const edit::AskOptions& options = {});
 
-// Texts of a length, a point (each coordinate) and an angle in the drawing's notation.
+// Texts of a length, a point (each coordinate; as it is typed) and an angle in the drawing's notation.
 std::string lengthText(double value);
 std::string pointText(const VcGePoint3d& p);
+std::string typedPointText(const VcGePoint3d& p);
 std::string angleText(double radians);
+// As an answer to askDirection and to askAngle would be typed: from the drawing's angle zero, the way round that it measures.
+std::string directionText(const edit::Editor& ed, double radians);
+std::string turnText(const edit::Editor& ed, double radians);
 
 bool isOnLockedLayer(const VcDbEntity& entity);
 std::string layerName(const VcDbEntity& entity);

@@ -1,10 +1,8 @@
 // QSAVE, SAVE, SAVEAS, QUIT.
-#include "host/base/files.h"
 #include "host/commands/families.h"
+#include "host/commands/output_file.h"
 #include "host/db/database.h"
-#include "host/edit/editor.h"
 #include "host/edit/sysvars.h"
-#include "host/io/drawing_file.h"
 
 namespace vk::commands {
 
@@ -14,42 +12,12 @@ using namespace edit;
 
 void save(Editor& ed, const std::string& path, const WriteOptions& how)
 {
-    if (ed.writesNothing) {
-        ed.printLine(fmt::format("Nothing is written in this run; {} stays as it is.", path));
-        return;
-    }
-    WriteOptions options = how;
-    options.progress = [&](double done) { ed.progress("Saving", done); };
-    const WriteResult result = writeDrawing(ed.drawing(), path, options);
-    if (!result.ok())
-        throw CommandError{result.message};
-    ed.printLine(fmt::format("Saved {} ({}): kept {}; rewrote {}; dropped {}.", result.path, releaseName(result.version), result.kept,
-                             result.rewrote, result.dropped));
+    if (const auto result = writeTo(ed, ed.drawing(), path, how))
+        ed.printLine(fmt::format("Saved {} ({}): kept {}; rewrote {}; dropped {}.", result->path, releaseName(result->version), result->kept,
+                                 result->rewrote, result->dropped));
 }
 
-std::string withEnding(std::string path)
-{
-    const std::string_view name = fileNameOf(path);
-    return name.find('.') == std::string_view::npos ? path + ".dxf" : path;
-}
-
-std::string askPath(Editor& ed)
-{
-    std::string path = ed.text("Save drawing as", ed.db().origin.path);
-    if (path.size() >= 2 && path.front() == '"' && path.back() == '"')
-        path = path.substr(1, path.size() - 2);
-    if (path.empty())
-        throw CommandError{"A file name is required."};
-    return withEnding(nativePath(path));
-}
-
-// A copy goes elsewhere, so it is not the drawing's own file that may be overwritten without a word.
-bool mayReplace(Editor& ed, const std::string& path)
-{
-    if (!fileExists(path) || ed.vars().integer("EXPERT") > 1 || ed.vars().integer("FILEDIA") == 0)
-        return true;
-    return ed.keyword(fmt::format("{} already exists. Replace it? [Yes/No] <N>", path), "Yes No", "No") == "Yes";
-}
+std::string askPath(Editor& ed) { return askOutputPath(ed, "Save drawing as", ed.db().origin.path); }
 
 void saveAs(Editor& ed)
 {
@@ -59,7 +27,7 @@ void saveAs(Editor& ed)
     if (kept != "Keep")
         options.version = versionByName(kept);
     const std::string path = askPath(ed);
-    if (!mayReplace(ed, path))
+    if (!mayReplaceFile(ed, path))
         return;
     save(ed, path, options);
     ed.db().origin.path = path;
@@ -68,7 +36,7 @@ void saveAs(Editor& ed)
 void saveCopy(Editor& ed)
 {
     const std::string path = askPath(ed);
-    if (mayReplace(ed, path))
+    if (mayReplaceFile(ed, path))
         save(ed, path, {});
 }
 

@@ -1,5 +1,6 @@
 // -GROUP - named sets of objects.
 #include "host/base/unicode.h"
+#include "host/base/wildcard.h"
 #include "host/commands/drawing.h"
 #include "host/commands/families.h"
 #include "host/db/database.h"
@@ -25,9 +26,10 @@ VcDbGroup* groupNamed(Editor& ed, std::string_view name) { return ed.db().liveAs
 
 void list(Editor& ed)
 {
+    const Wildcard pattern(ed.word("Enter group name(s) to list", "*"));
     ed.printLine(fmt::format("{:<32}{:<12}{}", "Defined groups.", "Selectable", "Objects"));
     for (const auto& [name, id] : groups(ed).liveEntries())
-        if (const auto* group = ed.db().liveAs<VcDbGroup>(id); group && !group->isAnonymous())
+        if (const auto* group = ed.db().liveAs<VcDbGroup>(id); group && pattern.matches(name))
             ed.printLine(fmt::format("{:<32}{:<12}{}", name, group->isSelectable() ? "Yes" : "No", group->numEntities()));
 }
 
@@ -35,7 +37,7 @@ void list(Editor& ed)
 VcDbGroup* askGroup(Editor& ed)
 {
     for (;;) {
-        const std::string name = ed.text("Enter a group name or [?]");
+        const std::string name = ed.word("Enter a group name or [?]");
         if (name.empty())
             return nullptr;
         if (name == "?")
@@ -47,14 +49,19 @@ VcDbGroup* askGroup(Editor& ed)
     }
 }
 
+// A star alone makes an unnamed one.
+constexpr std::string_view kUnnamed = "*";
+
 std::optional<std::string> askNewName(Editor& ed, std::string_view prompt)
 {
     for (;;) {
-        const std::string name = ed.text(prompt);
+        const std::string name = ed.word(prompt);
         if (name.empty())
             return std::nullopt;
         if (name == "?")
             list(ed);
+        else if (name == kUnnamed)
+            return name;
         else if (!isLegalRecordName(name) || name.starts_with('*'))
             ed.printLine(fmt::format("\"{}\" is no name for a group.", name));
         else if (groupNamed(ed, name))
@@ -80,6 +87,8 @@ void create(Editor& ed)
     if (groups(ed).setAt(utf8ToWide(*name).c_str(), made.get(), id))
         throw CommandError{"The group cannot be made."};
     made.release();
+    if (*name == kUnnamed)
+        group->setAnonymous();
     group->append(objects->ids());
     group->close();
 }
@@ -121,7 +130,7 @@ void rename(Editor& ed)
     VcDbGroup* group = askGroup(ed);
     const auto name = group ? askNewName(ed, "Enter a new name") : std::nullopt;
     if (name)
-        group->setName(utf8ToWide(*name).c_str());
+        *name == kUnnamed ? void(group->setAnonymous()) : void(group->setName(utf8ToWide(*name).c_str()));
 }
 
 void selectable(Editor& ed)
@@ -131,7 +140,17 @@ void selectable(Editor& ed)
                                         "Yes No", "Yes") == "Yes");
 }
 
-// The chosen members go to a place in the order, the others keep theirs.
+std::size_t askPlace(Editor& ed, std::string_view prompt, std::size_t low, std::size_t high, std::optional<std::int64_t> byDefault = {})
+{
+    for (;;) {
+        const std::int64_t place = ed.integer(fmt::format("{} ({} - {})", prompt, low, high), byDefault);
+        if (place >= std::int64_t(low) && place <= std::int64_t(high))
+            return std::size_t(place);
+        ed.printLine(fmt::format("Requires a whole number from {} to {}.", low, high));
+    }
+}
+
+// Members count from 0. A run of them goes to another place, and the others close up.
 void order(Editor& ed)
 {
     VcDbGroup* group = askGroup(ed);
@@ -139,16 +158,24 @@ void order(Editor& ed)
         return;
     VcDbObjectIdArray members;
     group->allEntityIds(members);
-    const auto first = ed.select({.prompt = "Select objects that come first, in their order: "});
-    VcDbObjectIdArray ordered;
-    for (const VcDbObjectId id : first->ids())
-        if (group->has(id))
-            ordered.push_back(id);
-    for (const VcDbObjectId id : members)
-        if (std::find(ordered.begin(), ordered.end(), id) == ordered.end())
-            ordered.push_back(id);
+    if (members.size() < 2)
+        throw CommandError{"The group has no order: it has fewer than two members."};
+    const std::size_t last = members.size() - 1;
+    const Answer a = ed.askInteger(fmt::format("Enter position number of the object to reorder (0 - {}) or [Reverse order]", last), {.keywords = "Reverse"});
+    if (a.status == Answer::Status::Keyword) {
+        std::reverse(members.begin(), members.end());
+    } else {
+        if (a.integer < 0 || a.integer > std::int64_t(last))
+            throw CommandError{fmt::format("The group has no object {}.", a.integer)};
+        const auto from = std::size_t(a.integer);
+        const std::size_t count = askPlace(ed, "Enter number of objects to reorder", 1, members.size() - from, 1);
+        const std::size_t to = askPlace(ed, "Enter new position number for the object", 0, members.size() - count);
+        const VcDbObjectIdArray run(members.begin() + std::ptrdiff_t(from), members.begin() + std::ptrdiff_t(from + count));
+        members.erase(members.begin() + std::ptrdiff_t(from), members.begin() + std::ptrdiff_t(from + count));
+        members.insert(members.begin() + std::ptrdiff_t(to), run.begin(), run.end());
+    }
     group->clear();
-    group->append(ordered);
+    group->append(members);
 }
 
 void group(Editor& ed)

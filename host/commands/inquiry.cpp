@@ -49,10 +49,8 @@ void distance(Editor& ed)
     }
     const VcGeVector3d d = second.point - a;
     const double flat = std::hypot(d.x, d.y);
-    double inPlane = std::atan2(d.y, d.x);
-    if (inPlane < 0)
-        inPlane += 2 * M_PI;
-    ed.printLine(fmt::format("Distance = {},  Angle in XY Plane = {},  Angle from XY Plane = {}", lengthText(d.length()), angleText(inPlane),
+    const double inPlane = std::atan2(d.y, d.x);
+    ed.printLine(fmt::format("Distance = {},  Angle in XY Plane = {},  Angle from XY Plane = {}", lengthText(d.length()), directionText(ed, inPlane),
                              angleText(std::atan2(d.z, flat))));
     ed.printLine(fmt::format("Delta X = {},  Delta Y = {},   Delta Z = {}", lengthText(d.x), lengthText(d.y), lengthText(d.z)));
     ed.vars().force("DISTANCE", d.length());

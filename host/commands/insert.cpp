@@ -53,11 +53,11 @@ Wanted askBlock(Editor& ed, bool mayBeParts)
 {
     for (;;) {
         const std::string last = ed.vars().text("INSNAME");
-        std::string name = ed.text("Enter block name or [?]", last.empty() ? std::optional<std::string>() : last);
+        std::string name = ed.word("Enter block name or [?]", last.empty() ? std::optional<std::string>() : last);
         if (name.empty())
             return {};
         if (name == "?") {
-            listBlocks(ed, ed.text("Enter block(s) to list", "*"));
+            listBlocks(ed, ed.word("Enter block(s) to list", "*"));
             continue;
         }
         Wanted wanted;

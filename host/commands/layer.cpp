@@ -47,7 +47,7 @@ std::vector<Layer*> matching(Editor& ed, const std::string& names)
 
 std::vector<Layer*> askLayers(Editor& ed, std::string_view prompt, bool currentByDefault = false)
 {
-    const std::string names = ed.text(prompt, currentByDefault ? std::optional(currentLayer(ed)->nameUtf8()) : std::nullopt);
+    const std::string names = ed.word(prompt, currentByDefault ? std::optional(currentLayer(ed)->nameUtf8()) : std::nullopt);
     return names.empty() ? std::vector<Layer*>() : matching(ed, names);
 }
 
@@ -80,14 +80,14 @@ void setCurrent(Editor& ed, const std::string& name)
 
 void make(Editor& ed)
 {
-    const std::string name = ed.text("Enter name for new layer (becomes the current layer)", currentLayer(ed)->nameUtf8());
+    const std::string name = ed.word("Enter name for new layer (becomes the current layer)", currentLayer(ed)->nameUtf8());
     if (layerNamed(ed, name) || makeLayer(ed, name))
         setCurrent(ed, name);
 }
 
 void addNew(Editor& ed)
 {
-    const std::string names = ed.text("Enter name list for new layer(s)");
+    const std::string names = ed.word("Enter name list for new layer(s)");
     for (std::size_t at = 0; at <= names.size();) {
         const std::size_t end = std::min(names.find(',', at), names.size());
         const std::string name(trimBlanks(std::string_view(names).substr(at, end - at)));
@@ -101,8 +101,8 @@ void addNew(Editor& ed)
 
 void rename(Editor& ed)
 {
-    Layer* layer = layerNamed(ed, ed.text("Enter old layer name"));
-    const std::string name = ed.text("Enter new layer name");
+    Layer* layer = layerNamed(ed, ed.word("Enter old layer name"));
+    const std::string name = ed.word("Enter new layer name");
     if (!layer)
         return ed.printLine("There is no layer of that name.");
     if (layer->isDependent())
@@ -223,7 +223,7 @@ void plot(Editor& ed)
 
 void list(Editor& ed)
 {
-    const std::string names = ed.text("Enter layer name(s) to list <*>");
+    const std::string names = ed.word("Enter layer name(s) to list <*>");
     const Wildcard pattern(names.empty() ? "*" : names);
     ed.printLine(fmt::format("{:<32}{:<10}{:<8}{}", "Layer name", "State", "Color", "Linetype"));
     for (const Layer* layer : allLayers(ed)) {
@@ -252,7 +252,7 @@ struct Option {
     void (*run)(Editor&);
 };
 
-void set(Editor& ed) { setCurrent(ed, ed.text("Enter layer name to make current", currentLayer(ed)->nameUtf8())); }
+void set(Editor& ed) { setCurrent(ed, ed.word("Enter layer name to make current", currentLayer(ed)->nameUtf8())); }
 void on(Editor& ed)
 {
     for (Layer* layer : askLayers(ed, "Enter name list of layer(s) to turn on"))

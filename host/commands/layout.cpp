@@ -1,7 +1,10 @@
-// -LAYOUT - makes, copies, renames, deletes and shows layouts.
+// -LAYOUT - makes, copies, renames, deletes and shows layouts, and exchanges them with other drawings.
 #include "host/base/unicode.h"
+#include "host/base/wildcard.h"
+#include "host/commands/block_definition.h"
 #include "host/commands/drawing.h"
 #include "host/commands/families.h"
+#include "host/commands/output_file.h"
 #include "host/db/database.h"
 #include "host/db/layouts.h"
 #include "host/db/record_names.h"
@@ -14,10 +17,10 @@ namespace {
 
 using namespace edit;
 
-std::vector<VcDbLayout*> sheets(Editor& ed)
+std::vector<VcDbLayout*> sheetsOf(const DatabaseCore& db)
 {
-    std::vector<VcDbLayout*> layouts = layoutsByTab(ed.db());
-    std::erase_if(layouts, [&](const VcDbLayout* layout) { return isModelLayout(ed.db(), *layout); });
+    std::vector<VcDbLayout*> layouts = layoutsByTab(db);
+    std::erase_if(layouts, [&](const VcDbLayout* layout) { return isModelLayout(db, *layout); });
     return layouts;
 }
 
@@ -34,7 +37,7 @@ VcDbLayout& askLayout(Editor& ed, std::string_view prompt, bool modelToo = false
 {
     const std::string byDefault = modelToo ? currentLayout(ed)->nameUtf8() : sheetForDefault(ed).nameUtf8();
     for (;;) {
-        const std::string name = ed.text(prompt, byDefault);
+        const std::string name = ed.word(prompt, byDefault);
         VcDbLayout* layout = layoutNamed(ed.db(), name);
         if (!layout)
             ed.printLine(fmt::format("Cannot find layout \"{}\".", name));
@@ -48,7 +51,7 @@ VcDbLayout& askLayout(Editor& ed, std::string_view prompt, bool modelToo = false
 std::string askNewName(Editor& ed, std::string_view prompt, const std::string& byDefault)
 {
     for (;;) {
-        const std::string name = ed.text(prompt, byDefault);
+        const std::string name = ed.word(prompt, byDefault);
         if (!isLegalRecordName(name))
             ed.printLine(fmt::format("\"{}\" is no name for a layout: it must not be empty nor hold any of <>/\\\":;?*|,=`.", name));
         else if (layoutNamed(ed.db(), name))
@@ -58,17 +61,19 @@ std::string askNewName(Editor& ed, std::string_view prompt, const std::string& b
     }
 }
 
-std::string freeName(Editor& ed, const std::string& like, std::string_view form)
+std::string freeName(Editor& ed, const std::string& like, std::string_view form, int first)
 {
-    for (int number = 1;; ++number)
+    for (int number = first;; ++number)
         if (std::string name = fmt::format(fmt::runtime(form), like, number); !layoutNamed(ed.db(), name))
             return name;
 }
 
+std::string copyName(Editor& ed, const std::string& like) { return freeName(ed, like, "{} ({})", 2); }
+
 void copy(Editor& ed)
 {
     VcDbLayout& source = askLayout(ed, "Enter name of layout to copy");
-    const std::string name = askNewName(ed, "Enter layout name for copy", freeName(ed, source.nameUtf8(), "{} ({})"));
+    const std::string name = askNewName(ed, "Enter layout name for copy", copyName(ed, source.nameUtf8()));
     copyLayout(ed.db(), source, name);
     ed.printLine(fmt::format("Layout \"{}\" copied to \"{}\".", source.nameUtf8(), name));
 }
@@ -76,7 +81,7 @@ void copy(Editor& ed)
 void erase(Editor& ed)
 {
     VcDbLayout& layout = askLayout(ed, "Enter name of layout to delete");
-    std::vector<VcDbLayout*> others = sheets(ed);
+    std::vector<VcDbLayout*> others = sheetsOf(ed.db());
     std::erase(others, &layout);
     if (others.empty())
         throw CommandError{"The only layout of a drawing cannot be deleted."};
@@ -91,7 +96,7 @@ void erase(Editor& ed)
 
 void make(Editor& ed)
 {
-    const std::string name = askNewName(ed, "Enter new Layout name", freeName(ed, "Layout", "{}{}"));
+    const std::string name = askNewName(ed, "Enter new Layout name", freeName(ed, "Layout", "{}{}", 1));
     addLayout(ed.db(), name);
 }
 
@@ -109,6 +114,69 @@ void set(Editor& ed)
         throw CommandError{"The sheet of that layout is missing from the drawing."};
 }
 
+// The sheets of another drawing come with all that stands on them.
+void takeFromTemplate(Editor& ed)
+{
+    const std::string file = ed.word("Enter a template file name");
+    if (file.empty())
+        return;
+    const auto other = readOther(ed, findDrawing(ed, file));
+    std::vector<VcDbLayout*> offered = sheetsOf(other->core());
+    if (offered.empty())
+        throw CommandError{"That drawing has no layout."};
+    for (;;) {
+        const std::string names = ed.word("Enter layout name(s) to take or [?]", offered.front()->nameUtf8());
+        if (names == "?") {
+            for (const VcDbLayout* layout : offered)
+                ed.printLine("  " + layout->nameUtf8());
+            continue;
+        }
+        std::size_t taken = 0;
+        for (const VcDbLayout* layout : offered) {
+            if (!equalNoCase(layout->nameUtf8(), names) && !Wildcard(names).matches(layout->nameUtf8()))
+                continue;
+            const bool isFree = !layoutNamed(ed.db(), layout->nameUtf8());
+            const std::string name = isFree ? layout->nameUtf8() : copyName(ed, layout->nameUtf8());
+            copyLayout(ed.db(), *layout, name);
+            ed.printLine(fmt::format("Layout \"{}\" taken{}.", layout->nameUtf8(), isFree ? "" : fmt::format(" as \"{}\"", name)));
+            ++taken;
+        }
+        if (taken > 0)
+            return;
+        ed.printLine(fmt::format("No layout of that drawing matches \"{}\".", names));
+    }
+}
+
+// A drawing that has this sheet only, and nothing in its model.
+std::unique_ptr<VcDbDatabase> drawingOf(Editor& ed, const VcDbLayout& layout)
+{
+    auto made = std::make_unique<VcDbDatabase>(true);
+    DatabaseCore& to = made->core();
+    to.origin.version = ed.db().origin.version;
+    to.origin.codePage = ed.db().origin.codePage;
+    const std::vector<VcDbLayout*> others = sheetsOf(to);
+    std::string passing = layout.nameUtf8();
+    while (layoutNamed(to, passing))
+        passing += "_";
+    VcDbLayout& sheet = copyLayout(to, layout, passing);
+    makePaperSpace(to, sheet);
+    for (VcDbLayout* other : others)
+        eraseLayout(to, *other);
+    renameLayout(to, sheet, layout.nameUtf8());
+    return made;
+}
+
+void saveAsTemplate(Editor& ed)
+{
+    const VcDbLayout& layout = askLayout(ed, "Enter layout to save to template");
+    const std::string path = askOutputPath(ed, "Enter a template file name");
+    if (!mayReplaceFile(ed, path))
+        return;
+    const auto drawing = drawingOf(ed, layout);
+    if (const auto result = writeTo(ed, *drawing, path))
+        ed.printLine(fmt::format("Layout \"{}\" saved in {}.", layout.nameUtf8(), result->path));
+}
+
 void list(Editor& ed)
 {
     ed.printLine("Layouts:");
@@ -122,10 +190,8 @@ void layout(Editor& ed)
 {
     const std::string what = ed.keyword("Enter layout option [Copy/Delete/New/Template/Rename/SAveas/Set/?] <Set>",
                                         "Copy Delete New Template Rename SAveas Set ?", "Set");
-    if (what == "Template" || what == "SAveas")
-        throw CommandError{"Layouts are not taken from or saved as template files here. WBLOCK and INSERT carry what stands on a sheet."};
     what == "Copy" ? copy(ed) : what == "Delete" ? erase(ed) : what == "New" ? make(ed) : what == "Rename" ? rename(ed)
-        : what == "Set" ? set(ed) : list(ed);
+        : what == "Set" ? set(ed) : what == "Template" ? takeFromTemplate(ed) : what == "SAveas" ? saveAsTemplate(ed) : list(ed);
 }
 
 const HostCommand kCommands[] = {

@@ -143,11 +143,11 @@ void take(Editor& ed, const Definition& definition)
 
 void load(Editor& ed)
 {
-    const std::string names = ed.text("Enter linetype(s) to load");
+    const std::string names = ed.word("Enter linetype(s) to load");
     if (names.empty())
         return;
     const std::string byDefault = ed.vars().integer("MEASUREMENT") != 0 ? "metric.lin" : "standard.lin";
-    std::string file = ed.text("Enter name of linetype file to search", byDefault);
+    std::string file = ed.word("Enter name of linetype file to search", byDefault);
     if (fileNameOf(file).find('.') == std::string_view::npos)
         file += ".lin";
     const auto path = findSupportFile(file);
@@ -173,7 +173,7 @@ void list(Editor& ed)
 void set(Editor& ed)
 {
     for (;;) {
-        const std::string name = ed.text("Specify linetype name or [?]", ed.vars().text("CELTYPE"));
+        const std::string name = ed.word("Specify linetype name or [?]", ed.vars().text("CELTYPE"));
         if (name == "?")
             list(ed);
         else if (ed.vars().set("CELTYPE", name) == SetVarResult::Done)

@@ -42,7 +42,7 @@ void snapRotate(Editor& ed)
 {
     const VcGePoint3d base = ed.vars().point("SNAPBASE");
     const Answer p = ed.askPoint(fmt::format("Specify base point <{:.4f},{:.4f}>", base.x, base.y), {.enterEnds = true});
-    const Answer a = askDirection(ed, fmt::format("Specify rotation angle <{}>", angleText(ed.vars().real("SNAPANG"))), {.enterEnds = true});
+    const Answer a = askDirection(ed, fmt::format("Specify rotation angle <{}>", directionText(ed, ed.vars().real("SNAPANG"))), {.enterEnds = true});
     if (p.status == Answer::Status::Value)
         ed.vars().set("SNAPBASE", VcGePoint2d(p.point.x, p.point.y));
     if (a.status == Answer::Status::Value)
@@ -59,18 +59,24 @@ void snapStyle(Editor& ed)
     ed.vars().set("SNAPUNIT", VcGePoint2d(y, y));
 }
 
+void snapType(Editor& ed)
+{
+    const char* now = ed.vars().integer("SNAPTYPE") != 0 ? "Polar" : "Grid";
+    setFlag(ed, "SNAPTYPE", ed.keyword(fmt::format("Enter snap type [Polar/Grid] <{}>", now), "Polar Grid", now) == "Polar");
+}
+
 void snap(Editor& ed)
 {
     const VcGePoint3d now = ed.vars().point("SNAPUNIT");
-    const Answer a = ed.askDistance(fmt::format("Specify snap spacing or [ON/OFF/Aspect/Rotate/Style] <{}>", lengthText(now.x)),
-                                    {.keywords = "ON OFF Aspect Rotate Style", .bits = InitGet::NoZero | InitGet::NoNegative, .enterEnds = true});
+    const Answer a = ed.askDistance(fmt::format("Specify snap spacing or [ON/OFF/Aspect/Rotate/Style/Type] <{}>", lengthText(now.x)),
+                                    {.keywords = "ON OFF Aspect Rotate Style Type", .bits = InitGet::NoZero | InitGet::NoNegative, .enterEnds = true});
     if (a.status != Answer::Status::Keyword) {
         const double spacing = a.status == Answer::Status::Value ? a.real : now.x;
         return setSpacing(ed, "SNAPUNIT", "SNAPMODE", spacing, a.status == Answer::Status::Value ? spacing : now.y);
     }
     if (a.text == "ON" || a.text == "OFF")
         return setFlag(ed, "SNAPMODE", a.text == "ON");
-    a.text == "Aspect" ? snapAspect(ed) : a.text == "Rotate" ? snapRotate(ed) : snapStyle(ed);
+    a.text == "Aspect" ? snapAspect(ed) : a.text == "Rotate" ? snapRotate(ed) : a.text == "Style" ? snapStyle(ed) : snapType(ed);
 }
 
 // A spacing may be said as a multiple of the snap: 2X.
@@ -97,12 +103,28 @@ void gridAspect(Editor& ed)
     setSpacing(ed, "GRIDUNIT", "GRIDMODE", x, y);
 }
 
+enum GridBit : std::int32_t { kBeyondLimits = 1, kAdaptive = 2, kGrowsFiner = 4, kFollowsUcs = 8 };
+
+void askGridBit(Editor& ed, std::string_view what, GridBit bit)
+{
+    const auto now = std::int32_t(ed.vars().integer("GRIDDISPLAY"));
+    const char* known = (now & bit) != 0 ? "Yes" : "No";
+    const bool on = ed.keyword(fmt::format("{}? [Yes/No] <{}>", what, known), "Yes No", known) == "Yes";
+    ed.vars().set("GRIDDISPLAY", on ? now | bit : now & ~bit);
+}
+
+void gridAdapts(Editor& ed)
+{
+    askGridBit(ed, "Turn adaptive behavior on", kAdaptive);
+    askGridBit(ed, "Allow subdivision below grid spacing", kGrowsFiner);
+}
+
 void grid(Editor& ed)
 {
     const VcGePoint3d now = ed.vars().point("GRIDUNIT"), snap = ed.vars().point("SNAPUNIT");
     for (;;) {
-        const Answer a = ed.askDistance(fmt::format("Specify grid spacing(X) or [ON/OFF/Snap/Major/Aspect] <{}>", lengthText(now.x)),
-                                        {.keywords = "ON OFF Snap Major Aspect", .bits = InitGet::NoNegative | InitGet::Arbitrary, .enterEnds = true});
+        const Answer a = ed.askDistance(fmt::format("Specify grid spacing(X) or\n[ON/OFF/Snap/Major/aDaptive/Limits/Follow/Aspect] <{}>", lengthText(now.x)),
+                                        {.keywords = "ON OFF Snap Major aDaptive Limits Follow Aspect", .bits = InitGet::NoNegative | InitGet::Arbitrary, .enterEnds = true});
         if (a.status == Answer::Status::Enter)
             return setSpacing(ed, "GRIDUNIT", "GRIDMODE", now.x, now.y);
         if (a.status == Answer::Status::Value)
@@ -121,6 +143,12 @@ void grid(Editor& ed)
             return setSpacing(ed, "GRIDUNIT", "GRIDMODE", snap.x, snap.y);
         if (a.text == "Aspect")
             return gridAspect(ed);
+        if (a.text == "aDaptive")
+            return gridAdapts(ed);
+        if (a.text == "Limits")
+            return askGridBit(ed, "Display grid beyond Limits", kBeyondLimits);
+        if (a.text == "Follow")
+            return askGridBit(ed, "Follow dynamic UCS", kFollowsUcs);
         const auto major = ed.integer("Enter the number of grid divisions per major grid line", ed.vars().integer("GRIDMAJOR"));
         if (ed.vars().set("GRIDMAJOR", std::int32_t(major)) == SetVarResult::Done)
             return;

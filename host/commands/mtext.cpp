@@ -66,7 +66,7 @@ void lineSpacing(Editor& ed, Frame& frame)
 
 void style(Editor& ed, Frame& frame)
 {
-    const std::string name = ed.text("Enter style name", ed.vars().text("TEXTSTYLE"));
+    const std::string name = ed.word("Enter style name", ed.vars().text("TEXTSTYLE"));
     const VcDbObjectId id = ed.db().findRecord(NameTable::TextStyle, name);
     if (id.isNull())
         return ed.printLine(fmt::format("There is no text style \"{}\".", name));
@@ -84,7 +84,7 @@ void askOption(Editor& ed, const std::string& option, Frame& frame)
     } else if (option == "Line") {
         lineSpacing(ed, frame);
     } else if (option == "Rotation") {
-        const Answer a = askDirection(ed, fmt::format("Specify rotation angle <{}>", angleText(frame.rotation)), {.from = frame.first, .enterEnds = true});
+        const Answer a = askDirection(ed, fmt::format("Specify rotation angle <{}>", directionText(ed, frame.rotation)), {.from = frame.first, .enterEnds = true});
         frame.rotation = a.status == Answer::Status::Value ? a.real : frame.rotation;
     } else if (option == "Style") {
         style(ed, frame);

@@ -1,8 +1,9 @@
-// MVIEW, -VPORTS, VPLAYER - viewports of a layout: making them, turning them on and off, and freezing layers in them.
+// MVIEW, -VPORTS - viewports of a layout: making them, turning them on and off.
 #include "host/base/unicode.h"
 #include "host/base/wildcard.h"
 #include "host/commands/drawing.h"
 #include "host/commands/families.h"
+#include "host/commands/viewport_prompts.h"
 #include "host/db/database.h"
 #include "host/db/layouts.h"
 #include "host/db/scale_list.h"
@@ -10,7 +11,9 @@
 #include "host/edit/view.h"
 #include "host/edit/viewports.h"
 #include "sdk/vcdb_curves.h"
+#include "sdk/vcdb_layout.h"
 #include "sdk/vcdb_polylines.h"
+#include "sdk/vcdb_records.h"
 #include "sdk/vcdb_tables.h"
 #include "sdk/vcdb_viewport.h"
 
@@ -21,17 +24,7 @@ namespace {
 using namespace edit;
 using Layer = VcDbLayerTableRecord;
 
-constexpr double kMargin = 1.02;
-
-void requireSheet(Editor& ed)
-{
-    if (!isOnSheet(ed))
-        throw CommandError{"Viewports stand on layouts; the model's own tab is shown. Set TILEMODE to 0 first."};
-    if (activeViewport(ed)) {
-        leaveViewport(ed);
-        ed.printLine("Switching to paper space.");
-    }
-}
+constexpr double kMargin = 1.02, kMillimetresPerInch = 25.4;
 
 std::int16_t nextNumber(Editor& ed)
 {
@@ -77,10 +70,27 @@ VcDbViewport& addViewport(Editor& ed, const VcDbExtents& on)
     return added;
 }
 
+// What the printer reaches of the paper, in the layout's units; its limits where no paper is chosen. The printable area's
+// corner is the layout's origin.
 VcDbExtents printableArea(Editor& ed)
 {
-    VcGePoint3d low = ed.vars().point("LIMMIN"), high = ed.vars().point("LIMMAX");
-    return VcDbExtents(low, high);
+    double width = 0, height = 0, left = 0, bottom = 0, right = 0, top = 0, paper = 1, drawing = 1;
+    const VcDbLayout* layout = currentLayout(ed);
+    if (layout) {
+        layout->getPlotPaperSize(width, height);
+        layout->getPlotPaperMargins(left, bottom, right, top);
+        layout->getCustomPrintScale(paper, drawing);
+    }
+    width -= left + right;
+    height -= bottom + top;
+    if (!(width > 0) || !(height > 0) || !(paper > 0) || !(drawing > 0))
+        return VcDbExtents(ed.vars().point("LIMMIN"), ed.vars().point("LIMMAX"));
+    if (layout->plotRotation() % 2 != 0)
+        std::swap(width, height);
+    const double unit = drawing / paper / (layout->plotPaperUnits() == VcDbPlotSettings::kInches ? kMillimetresPerInch : 1);
+    const VcGeVector2d origin = layout->plotOrigin() * unit;
+    const VcGePoint3d low(-origin.x, -origin.y, 0);
+    return VcDbExtents(low, low + VcGeVector3d(width * unit, height * unit, 0));
 }
 
 VcDbExtents rectangleFrom(Editor& ed, const VcGePoint3d& corner)
@@ -140,23 +150,6 @@ void three(Editor& ed)
 
 void four(Editor& ed) { addParts(ed, {{0, 0.5, 0.5, 1}, {0.5, 0.5, 1, 1}, {0, 0, 0.5, 0.5}, {0.5, 0, 1, 0.5}}); }
 
-std::vector<VcDbViewport*> selectViewports(Editor& ed)
-{
-    std::vector<VcDbViewport*> viewports;
-    const auto set = ed.select({.prompt = "Select viewports: "});
-    std::size_t others = 0;
-    for (const VcDbObjectId id : set->ids()) {
-        auto* viewport = ed.db().liveAs<VcDbViewport>(id);
-        if (viewport && viewport->number() != 1)
-            viewports.push_back(viewport);
-        else
-            ++others;
-    }
-    if (others > 0)
-        ed.printLine(fmt::format("{} not a viewport.", others));
-    return viewports;
-}
-
 void turn(Editor& ed, bool on)
 {
     for (VcDbViewport* viewport : selectViewports(ed))
@@ -168,6 +161,63 @@ void lock(Editor& ed)
     const bool locks = ed.keyword("Viewport View Locking [ON/OFF]", "ON OFF") == "ON";
     for (VcDbViewport* viewport : selectViewports(ed))
         viewport->setLocked(locks);
+}
+
+void shadePlot(Editor& ed)
+{
+    static constexpr std::string_view kModes[] = {"As", "Wireframe", "Hidden", "Rendered"};
+    const std::string how = ed.keyword("Shade plot? [As displayed/Wireframe/Hidden/Rendered] <As displayed>", "As Wireframe Hidden Rendered", "As");
+    const auto mode = std::int16_t(std::find(std::begin(kModes), std::end(kModes), how) - std::begin(kModes));
+    for (VcDbViewport* viewport : selectViewports(ed))
+        viewport->setShadePlot(mode);
+}
+
+void resetLayers(Editor& ed)
+{
+    if (ed.keyword("Reset viewport layer property overrides back to global properties? [Yes/No] <Y>", "Yes No", "Yes") == "Yes")
+        ed.printLine(fmt::format("{} overrides taken away.", dropLayerOverrides(ed, selectViewports(ed))));
+}
+
+// Saved arrangements of the screen
+
+using Tile = VcDbViewportTableRecord;
+
+std::vector<const Tile*> tilesNamed(Editor& ed, std::string_view name)
+{
+    std::vector<const Tile*> tiles;
+    for (const VcDbObjectId id : ed.db().table(NameTable::Viewport).records())
+        if (const auto* tile = ed.db().objectAs<Tile>(id); equalNoCase(tile->nameUtf8(), name))
+            tiles.push_back(tile);
+    return tiles;
+}
+
+// The parts of the screen become viewports that look as those do.
+void restore(Editor& ed)
+{
+    for (;;) {
+        const std::string name = ed.word("Enter viewport configuration name or [?]", "*Active");
+        if (name == "?") {
+            for (const VcDbObjectId id : ed.db().table(NameTable::Viewport).records())
+                ed.printLine("  " + ed.db().objectAs<Tile>(id)->nameUtf8());
+            continue;
+        }
+        const std::vector<const Tile*> tiles = tilesNamed(ed, name);
+        if (tiles.empty()) {
+            ed.printLine(fmt::format("Cannot find viewport configuration \"{}\".", name));
+            continue;
+        }
+        const VcDbExtents box = askRectangle(ed);
+        for (const Tile* tile : tiles) {
+            const VcGePoint2d low = tile->lowerLeftCorner(), high = tile->upperRightCorner();
+            VcDbViewport& viewport = addViewport(ed, part(box, low.x, low.y, high.x, high.y));
+            viewport.setViewDirection(tile->viewDirection());
+            viewport.setViewTarget(tile->target());
+            viewport.setTwistAngle(tile->viewTwist());
+            viewport.setViewCenter(tile->centerPoint());
+            viewport.setViewHeight(tile->height());
+        }
+        return;
+    }
 }
 
 bool canClip(const VcDbEntity* entity)
@@ -231,8 +281,8 @@ void polygonal(Editor& ed)
 void mview(Editor& ed)
 {
     requireSheet(ed);
-    const Answer a = ed.askPoint("Specify corner of viewport or\n[ON/OFF/Fit/Lock/Object/Polygonal/2/3/4] <Fit>",
-                                 {.keywords = "ON OFF Fit Lock Object Polygonal 2 3 4", .enterEnds = true});
+    const Answer a = ed.askPoint("Specify corner of viewport or\n[ON/OFF/Fit/Shadeplot/Lock/Object/Polygonal/Restore/LAyer/2/3/4] <Fit>",
+                                 {.keywords = "ON OFF Fit Shadeplot Lock Object Polygonal Restore LAyer 2 3 4", .enterEnds = true});
     if (a.status == Answer::Status::Value) {
         addViewport(ed, rectangleFrom(ed, a.point));
         return;
@@ -242,7 +292,8 @@ void mview(Editor& ed)
         addViewport(ed, printableArea(ed));
     else
         what == "ON" ? turn(ed, true) : what == "OFF" ? turn(ed, false) : what == "Lock" ? lock(ed) : what == "Object" ? byObject(ed)
-            : what == "Polygonal" ? polygonal(ed) : what == "2" ? two(ed) : what == "3" ? three(ed) : four(ed);
+            : what == "Polygonal" ? polygonal(ed) : what == "Shadeplot" ? shadePlot(ed) : what == "Restore" ? restore(ed)
+            : what == "LAyer" ? resetLayers(ed) : what == "2" ? two(ed) : what == "3" ? three(ed) : four(ed);
 }
 
 void vports(Editor& ed)
@@ -252,21 +303,38 @@ void vports(Editor& ed)
     mview(ed);
 }
 
-// Layers in viewports
+const HostCommand kCommands[] = {
+    {"MVIEW", "MV", kPlain, "Makes viewports on a layout, and turns them on and off.", mview},
+    {"-VPORTS", nullptr, kPlain, "Makes viewports on a layout.", vports},
+};
 
-std::vector<VcDbObjectId> askLayers(Editor& ed, std::string_view prompt)
+}
+
+void requireSheet(Editor& ed)
 {
-    const std::string names = ed.text(prompt);
-    if (const VcDbObjectId exact = ed.db().findRecord(NameTable::Layer, names); !exact.isNull())
-        return {exact};
-    std::vector<VcDbObjectId> layers;
-    const Wildcard pattern(names);
-    for (const VcDbObjectId id : ed.db().table(NameTable::Layer).records())
-        if (!names.empty() && pattern.matches(ed.db().objectAs<Layer>(id)->nameUtf8()))
-            layers.push_back(id);
-    if (layers.empty())
-        ed.printLine(fmt::format("Cannot find layer \"{}\".", names));
-    return layers;
+    if (!isOnSheet(ed))
+        throw CommandError{"Viewports stand on layouts; the model's own tab is shown. Set TILEMODE to 0 first."};
+    if (activeViewport(ed)) {
+        leaveViewport(ed);
+        ed.printLine("Switching to paper space.");
+    }
+}
+
+std::vector<VcDbViewport*> selectViewports(Editor& ed)
+{
+    std::vector<VcDbViewport*> viewports;
+    const auto set = ed.select({.prompt = "Select viewports: "});
+    std::size_t others = 0;
+    for (const VcDbObjectId id : set->ids()) {
+        auto* viewport = ed.db().liveAs<VcDbViewport>(id);
+        if (viewport && viewport->number() != 1)
+            viewports.push_back(viewport);
+        else
+            ++others;
+    }
+    if (others > 0)
+        ed.printLine(fmt::format("{} not a viewport.", others));
+    return viewports;
 }
 
 std::vector<VcDbViewport*> allViewports(Editor& ed)
@@ -274,100 +342,6 @@ std::vector<VcDbViewport*> allViewports(Editor& ed)
     std::vector<VcDbViewport*> viewports = viewportsOf(ed.db(), ed.db().paperSpace());
     std::erase_if(viewports, [](const VcDbViewport* viewport) { return viewport->number() == 1; });
     return viewports;
-}
-
-std::vector<VcDbViewport*> askViewports(Editor& ed)
-{
-    VcDbViewport* current = activeViewport(ed);
-    const std::string which = current ? ed.keyword("Enter an option [All/Select/Current/eXcept current] <Current>", "All Select Current eXcept", "Current")
-                                      : ed.keyword("Enter an option [All/Select] <All>", "All Select", "All");
-    if (which == "Current")
-        return {current};
-    if (which == "Select") {
-        requireSheet(ed);
-        auto chosen = selectViewports(ed);
-        if (current)
-            setActiveViewport(ed, *current);
-        return chosen;
-    }
-    std::vector<VcDbViewport*> viewports = allViewports(ed);
-    if (which == "eXcept")
-        std::erase(viewports, current);
-    return viewports;
-}
-
-void freeze(Editor& ed)
-{
-    const auto layers = askLayers(ed, "Enter layer name(s) to freeze");
-    if (!layers.empty())
-        for (VcDbViewport* viewport : askViewports(ed))
-            viewport->freezeLayersInViewport(layers);
-}
-
-void thaw(Editor& ed)
-{
-    const auto layers = askLayers(ed, "Enter layer name(s) to thaw");
-    if (!layers.empty())
-        for (VcDbViewport* viewport : askViewports(ed))
-            viewport->thawLayersInViewport(layers);
-}
-
-// Back to what new viewports begin with.
-void reset(Editor& ed)
-{
-    const auto layers = askLayers(ed, "Enter layer name(s) to reset");
-    if (layers.empty())
-        return;
-    for (VcDbViewport* viewport : askViewports(ed))
-        for (const VcDbObjectId id : layers)
-            ed.db().objectAs<Layer>(id)->VPDFLT() ? viewport->freezeLayersInViewport({id}) : viewport->thawLayersInViewport({id});
-}
-
-void visibilityDefault(Editor& ed)
-{
-    const auto layers = askLayers(ed, "Enter layer name(s) to change viewport visibility");
-    if (layers.empty())
-        return;
-    const bool frozen = ed.keyword("Enter a viewport visibility option [Frozen/Thawed] <Frozen>", "Frozen Thawed", "Frozen") == "Frozen";
-    for (const VcDbObjectId id : layers)
-        ed.db().objectAs<Layer>(id)->setVPDFLT(frozen);
-}
-
-void listFrozen(Editor& ed)
-{
-    std::vector<VcDbViewport*> viewports = activeViewport(ed) ? std::vector{activeViewport(ed)} : allViewports(ed);
-    for (const VcDbViewport* viewport : viewports) {
-        std::string names;
-        for (const VcDbObjectId id : viewport->frozenLayers())
-            if (const auto* layer = ed.db().liveAs<Layer>(id))
-                names += (names.empty() ? "" : ", ") + layer->nameUtf8();
-        ed.printLine(fmt::format("Layers frozen in viewport {}: {}", viewport->number(), names.empty() ? "none" : names));
-    }
-}
-
-void viewportLayers(Editor& ed)
-{
-    if (!isOnSheet(ed))
-        throw CommandError{"Viewports stand on layouts; the model's own tab is shown. Set TILEMODE to 0 first."};
-    Question question;
-    question.kind = Question::Kind::Keyword;
-    question.prompt = "Enter an option [?/Freeze/Thaw/Reset/Vpvisdflt]: ";
-    question.init.keywords = parseKeywords("? Freeze Thaw Reset Vpvisdflt");
-    question.hasDefault = true;
-    for (;;) {
-        const Answer a = ed.ask(question);
-        if (a.status == Answer::Status::Enter)
-            return;
-        a.text == "?" ? listFrozen(ed) : a.text == "Freeze" ? freeze(ed) : a.text == "Thaw" ? thaw(ed) : a.text == "Reset" ? reset(ed) : visibilityDefault(ed);
-    }
-}
-
-const HostCommand kCommands[] = {
-    {"MVIEW", "MV", kPlain, "Makes viewports on a layout, and turns them on and off.", mview},
-    {"-VPORTS", nullptr, kPlain, "Makes viewports on a layout.", vports},
-    {"VPLAYER", nullptr, kPlain, "Freezes and thaws layers in single viewports.", viewportLayers},
-};
-
 }
 
 std::span<const HostCommand> viewportCommands() { return kCommands; }

@@ -237,7 +237,7 @@ void purge(Editor& ed)
         return eraseWhere(ed, "objects without length", hasNoLength);
     if (what == "Empty")
         return eraseWhere(ed, "empty texts", isEmptyText);
-    const std::string names = ed.text("Enter name(s) to purge", "*");
+    const std::string names = ed.word("Enter name(s) to purge", "*");
     const bool verifies = ed.keyword("Verify each name to be purged? [Yes/No] <Y>", "Yes No", "Yes") == "Yes";
     Purge run(ed, names, verifies);
     if (what == "All")
@@ -274,13 +274,13 @@ bool mayRename(const Renamed& kind, const VcDbSymbolTableRecord& record)
 
 void renameRecord(Editor& ed, const Renamed& kind)
 {
-    const std::string old = ed.text(fmt::format("Enter old {} name", kind.word));
+    const std::string old = ed.word(fmt::format("Enter old {} name", kind.word));
     auto* record = ed.db().liveAs<VcDbSymbolTableRecord>(ed.db().findRecord(kind.table, old));
     if (!record)
         throw CommandError{fmt::format("Cannot find {} \"{}\".", kind.word, old)};
     if (!mayRename(kind, *record))
         throw CommandError{fmt::format("The {} \"{}\" cannot be renamed.", kind.word, old)};
-    const std::string name = ed.text(fmt::format("Enter new {} name", kind.word));
+    const std::string name = ed.word(fmt::format("Enter new {} name", kind.word));
     const std::string before = record->nameUtf8();
     if (name.starts_with('*') || record->setName(utf8ToWide(name).c_str()))
         throw CommandError{fmt::format("\"{}\" is no name for a {}, or is taken.", name, kind.word)};

@@ -127,7 +127,7 @@ Rectangle byDimensions(Editor& ed, const VcGePoint3d& corner)
 
 void askRotation(Editor& ed)
 {
-    const Answer a = askDirection(ed, fmt::format("Specify rotation angle or [Pick points] <{}>", angleText(s_style.rotation)), {.keywords = "Pick", .enterEnds = true});
+    const Answer a = askDirection(ed, fmt::format("Specify rotation angle or [Pick points] <{}>", directionText(ed, s_style.rotation)), {.keywords = "Pick", .enterEnds = true});
     if (a.status == Answer::Status::Value)
         s_style.rotation = a.real;
     if (a.status != Answer::Status::Keyword)

@@ -18,6 +18,7 @@ using namespace edit;
 
 struct Preset {
     std::optional<double> x, y, z, rotation;
+    VcGeVector3d base;
 };
 
 double factor(Editor& ed, std::string_view prompt, double byDefault) { return ed.real(prompt, byDefault, {.bits = InitGet::NoZero}); }
@@ -26,19 +27,21 @@ double askRotation(Editor& ed)
 {
     AskOptions options;
     options.enterEnds = options.endsWithArguments = true;
-    const Answer a = askDirection(ed, fmt::format("Specify rotation angle <{}>", angleText(0)), options);
+    const Answer a = askDirection(ed, fmt::format("Specify rotation angle <{}>", directionText(ed, 0)), options);
     return a.status == Answer::Status::Value ? a.real : 0;
 }
 
 // Factors for what is shown while dragging are taken and have no effect where nothing is dragged.
 void preset(Editor& ed, const std::string& option, Preset& preset)
 {
-    if (option == "Scale" || option == "PScale") {
+    if (option == "Basepoint") {
+        preset.base = ed.point("Specify base point in the block, from its insertion point").asVector();
+    } else if (option == "Scale" || option == "PScale") {
         const double s = factor(ed, "Specify scale factor for XYZ axes", 1);
         if (option == "Scale")
             preset.x = preset.y = preset.z = s;
     } else if (option == "Rotate" || option == "PRotate") {
-        const Answer a = askDirection(ed, fmt::format("Specify rotation angle <{}>", angleText(0)), {.enterEnds = true});
+        const Answer a = askDirection(ed, fmt::format("Specify rotation angle <{}>", directionText(ed, 0)), {.enterEnds = true});
         if (option == "Rotate")
             preset.rotation = a.status == Answer::Status::Value ? a.real : 0;
     } else {
@@ -66,8 +69,8 @@ VcGePoint3d askPoint(Editor& ed, Preset& presets, const VcDbBlockTableRecord* sh
     for (;;) {
         if (shown)
             show(ed, *shown);
-        const Answer a = ed.askPoint("Specify insertion point or [Scale/X/Y/Z/Rotate/PScale/PX/PY/PZ/PRotate]",
-                                     {.keywords = "Scale X Y Z Rotate PScale PX PY PZ PRotate"});
+        const Answer a = ed.askPoint("Specify insertion point or [Basepoint/Scale/X/Y/Z/Rotate/PScale/PX/PY/PZ/PRotate]",
+                                     {.keywords = "Basepoint Scale X Y Z Rotate PScale PX PY PZ PRotate"});
         if (a.status == Answer::Status::Value)
             return a.point;
         preset(ed, a.text, presets);
@@ -169,6 +172,7 @@ Placement askPlacement(Editor& ed, bool evenly, const VcDbBlockTableRecord* show
         placement.scale = {presets.x.value_or(1), presets.y.value_or(1), presets.z.value_or(1)};
     else
         placement.scale = evenly ? VcGeScale3d(factor(ed, "Specify scale factor for XYZ axes", 1)) : askScale(ed, placement.point);
+    placement.base = presets.base;
     placement.rotation = presets.rotation ? *presets.rotation : askRotation(ed);
     return placement;
 }
@@ -189,6 +193,7 @@ void place(Editor& ed, VcDbBlockReference& reference, const Placement& placement
     const VcGeScale3d& s = placement.scale;
     reference.setScaleFactors({s.sx * unitFactor, s.sy * unitFactor, s.sz * unitFactor});
     reference.setRotation(std::remainder(placement.rotation + ucsTwist(ed), 2 * M_PI));
+    reference.setPosition(reference.position() - reference.blockTransform() * placement.base);
 }
 
 std::vector<std::string> askAttributeValues(Editor& ed, const VcDbBlockTableRecord& block)

@@ -12,6 +12,7 @@ namespace vk::commands {
 
 struct Placement {
     VcGePoint3d point;  // in the UCS
+    VcGeVector3d base;  // of the block, what comes to lie at the point
     VcGeScale3d scale;
     double rotation = 0;
 };

@@ -1,4 +1,4 @@
-// REDRAW, REGEN, HELP, SCRIPT, INVOKE, and what belongs to the session rather than to the drawing.
+// REDRAW, REGEN, HELP, SCRIPT, RSCRIPT, RESUME, INVOKE, and what belongs to the session rather than to the drawing.
 #include "host/base/code_page.h"
 #include "host/base/files.h"
 #include "host/base/unicode.h"
@@ -6,6 +6,7 @@
 #include "host/edit/display.h"
 #include "host/edit/editor.h"
 #include "host/edit/module_loader.h"
+#include "host/edit/script_rest.h"
 #include "host/edit/support_path.h"
 #include "host/edit/sysvar_table.h"
 
@@ -44,16 +45,57 @@ void help(Editor& ed)
         ed.printLine(fmt::format("{:<17} {}", entry->name, entry->help.empty() ? "A command of a module." : entry->help));
 }
 
-// The whole script is one step of undo.
+struct Script {
+    std::string name, text;
+    int running = 0;
+    bool again = false;
+};
+Script s_script;
+
+// The whole script is one step of undo. The one that runs may ask to be run again.
+void play(Editor& ed, const std::string& name, const std::string& text)
+{
+    ++s_script.running;
+    do {
+        s_script.again = false;
+        ed.onMain([&] { ed.runScript(name, text); });
+    } while (s_script.again && !ed.isInterrupted() && !ed.isQuitting());
+    --s_script.running;
+}
+
 void script(Editor& ed)
 {
-    const std::string name = ed.text("Enter script file name");
-    const auto path = findSupportFile(name);
+    std::string name = ed.text("Enter script file name");
+    if (name.size() >= 2 && name.front() == '"' && name.back() == '"')
+        name = name.substr(1, name.size() - 2);
+    auto path = findSupportFile(name);
+    if (!path)
+        path = findSupportFile(name + ".scr");
     std::string error;
     const auto content = path ? readWholeFile(*path, &error) : std::nullopt;
     if (!content)
         throw CommandError{path ? error : fmt::format("Cannot find the script \"{}\" along the support path.", name)};
-    ed.onMain([&] { ed.runScript(std::string(fileNameOf(*path)), utf8OfTextFile(*content)); });
+    s_script.name = fileNameOf(*path);
+    s_script.text = utf8OfTextFile(*content);
+    play(ed, std::string(s_script.name), std::string(s_script.text));
+}
+
+void repeatScript(Editor& ed)
+{
+    if (s_script.running > 0)
+        s_script.again = true;
+    else if (s_script.name.empty())
+        throw CommandError{"No script has been run."};
+    else
+        play(ed, std::string(s_script.name), std::string(s_script.text));
+}
+
+void resumeScript(Editor& ed)
+{
+    const auto rest = takeScriptRest();
+    if (!rest)
+        throw CommandError{"No script has been interrupted."};
+    play(ed, rest->name, rest->text);
 }
 
 void invoke(Editor& ed)
@@ -82,6 +124,8 @@ const HostCommand kCommands[] = {
     {"TEXTSCR", nullptr, kTransparent | kNoUndoStep, "Shows the history of the command line.", nothing},
     {"HELP", "?", kTransparent | kNoUndoStep, "Lists the commands, or says what one does.", help},
     {"SCRIPT", "SCR", kPlain, "Runs the commands of a script file.", script},
+    {"RSCRIPT", nullptr, kPlain, "Runs the script again, from within it for ever.", repeatScript},
+    {"RESUME", nullptr, kPlain, "Goes on with a script that was interrupted.", resumeScript},
     {"INVOKE", nullptr, kPlain, "Runs an entry point that a module exports without a command name.", invoke},
     {"DELAY", nullptr, kTransparent | kNoUndoStep, "Waits for some milliseconds.", delay},
 };

@@ -61,7 +61,7 @@ struct Answers {
 Answers askAbout(Editor& ed, const Style& style)
 {
     Answers a;
-    a.font = ed.text("Specify full font name or font filename (TTF or stroke font)", fontOf(style));
+    a.font = ed.word("Specify full font name or font filename (TTF or stroke font)", fontOf(style));
     a.height = ed.distance("Specify height of text", style.textSize(), {.bits = InitGet::NoNegative});
     a.width = ed.real("Specify width factor", style.xScale(), {.bits = InitGet::NoZero | InitGet::NoNegative});
     const Answer slant = ed.askAngle(fmt::format("Specify obliquing angle <{}>", angleText(style.obliquingAngle())), {.enterEnds = true});
@@ -85,7 +85,7 @@ void apply(Style& style, const Answers& a)
 
 void style(Editor& ed)
 {
-    const std::string name = ed.text("Enter name of text style or [?]", ed.vars().text("TEXTSTYLE"));
+    const std::string name = ed.word("Enter name of text style or [?]", ed.vars().text("TEXTSTYLE"));
     if (name == "?")
         return listTextStyles(ed);
     auto* style = ed.db().liveAs<Style>(ed.db().findRecord(NameTable::TextStyle, name));

@@ -136,7 +136,7 @@ Placement askPlacement(Editor& ed)
         return p;
     }
     static double lastRotation = 0;
-    const Answer a = askDirection(ed, fmt::format("Specify rotation angle of text <{}>", angleText(lastRotation)), {.from = p.at, .enterEnds = true});
+    const Answer a = askDirection(ed, fmt::format("Specify rotation angle of text <{}>", directionText(ed, lastRotation)), {.from = p.at, .enterEnds = true});
     if (a.status != Answer::Status::Enter)
         lastRotation = a.real;
     p.rotation = lastRotation;

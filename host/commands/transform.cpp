@@ -139,7 +139,7 @@ void copy(Editor& ed)
 double askReferenceTurn(Editor& ed, const VcGePoint3d& base)
 {
     static double reference = 0;
-    const Answer first = ed.askAngle(fmt::format("Specify the reference angle <{}>", angleText(reference)), {.enterEnds = true});
+    const Answer first = ed.askAngle(fmt::format("Specify the reference angle <{}>", turnText(ed, reference)), {.enterEnds = true});
     if (first.status == Status::Value)
         reference = first.real;
     const Answer second = ed.askAngle("Specify the new angle or [Points]", {.keywords = "Points", .from = base});
@@ -164,7 +164,7 @@ void rotate(Editor& ed)
         showMoved(ed, *objects, [base](const VcGePoint3d& cursor) {
             return VcGeMatrix3d::rotation(std::atan2(cursor.y - base.y, cursor.x - base.x), VcGeVector3d::zAxis(), base);
         });
-        const Answer a = ed.askAngle(fmt::format("Specify rotation angle or [Copy/Reference] <{}>", angleText(known)),
+        const Answer a = ed.askAngle(fmt::format("Specify rotation angle or [Copy/Reference] <{}>", turnText(ed, known)),
                                      {.keywords = "Copy Reference", .from = base, .enterEnds = true});
         if (a.status == Status::Keyword && a.text == "Copy") {
             ed.printLine("Rotating a copy of the selected objects.");

@@ -4,12 +4,19 @@
 #include "host/commands/drawing.h"
 #include "host/commands/families.h"
 #include "host/commands/object_plane.h"
+#include "host/commands/ucs_names.h"
 #include "host/db/database.h"
+#include "host/db/layouts.h"
 #include "host/db/record_names.h"
 #include "host/edit/sysvars.h"
 #include "host/edit/ucs.h"
 #include "host/edit/view.h"
+#include "host/edit/viewports.h"
+#include "sdk/vcdb_curves.h"
+#include "sdk/vcdb_faces.h"
+#include "sdk/vcdb_polylines.h"
 #include "sdk/vcdb_records.h"
+#include "sdk/vcdb_viewport.h"
 
 namespace vk::commands {
 
@@ -61,10 +68,11 @@ void fromOrigin(Editor& ed, const VcGePoint3d& origin)
 void threePoints(Editor& ed)
 {
     const VcGePoint3d origin = pointOrDefault(ed, "Specify new origin point <0,0,0>", {}).value_or(VcGePoint3d());
-    const auto onX = pointOrDefault(ed, fmt::format("Specify point on positive portion of X-axis <{:.4f},{:.4f},{:.4f}>", origin.x + 1, origin.y, origin.z),
-                                    origin);
-    const auto onPlane = pointOrDefault(
-        ed, fmt::format("Specify point on positive-Y portion of the UCS XY plane <{:.4f},{:.4f},{:.4f}>", origin.x, origin.y + 1, origin.z), origin);
+    const auto axisPoint = [&](std::string_view prompt, const VcGeVector3d& axis) {
+        return pointOrDefault(ed, fmt::format("{} <{}>", prompt, typedPointText(origin + axis)), origin);
+    };
+    const auto onX = axisPoint("Specify point on positive portion of X-axis", VcGeVector3d::xAxis());
+    const auto onPlane = axisPoint("Specify point on positive-Y portion of the UCS XY plane", VcGeVector3d::yAxis());
     const VcGeVector3d x = onX ? *onX - origin : VcGeVector3d::xAxis();
     changeUcs(ed, fromUcs(ed, origin, x, onPlane ? *onPlane - origin : VcGeVector3d::yAxis()));
 }
@@ -73,8 +81,8 @@ void threePoints(Editor& ed)
 void zAxis(Editor& ed)
 {
     const VcGePoint3d origin = pointOrDefault(ed, "Specify new origin point <0,0,0>", {}).value_or(VcGePoint3d());
-    const auto onZ = pointOrDefault(ed, fmt::format("Specify point on positive portion of Z-axis <{:.4f},{:.4f},{:.4f}>", origin.x, origin.y, origin.z + 1),
-                                    origin);
+    const auto onZ = pointOrDefault(
+        ed, fmt::format("Specify point on positive portion of Z-axis <{}>", typedPointText(origin + VcGeVector3d::zAxis())), origin);
     const VcGeVector3d z = onZ ? *onZ - origin : VcGeVector3d::zAxis();
     if (!(z.length() > kSmallest))
         throw CommandError{"The Z axis has no direction: the two points coincide."};
@@ -103,33 +111,17 @@ void view(Editor& ed)
 void turn(Editor& ed, const char* name, const VcGeVector3d& axis)
 {
     const double byDefault = ed.vars().real("UCSAXISANG");
-    const Answer a = ed.askAngle(fmt::format("Specify rotation angle about {} axis <{}>", name, angleText(byDefault)), {.from = VcGePoint3d(), .enterEnds = true});
+    const Answer a = ed.askAngle(fmt::format("Specify rotation angle about {} axis <{}>", name, turnText(ed, byDefault)), {.from = VcGePoint3d(), .enterEnds = true});
     const double angle = a.status == Answer::Status::Value ? a.real : byDefault;
     changeUcs(ed, CoordinateSystem::of(ucsToWorld(ed) * VcGeMatrix3d::rotation(angle, axis)));
 }
 
-void list(Editor& ed, const std::string& names)
-{
-    const Wildcard pattern(names.empty() ? "*" : names);
-    const CoordinateSystem now = currentUcs(ed.db());
-    const std::string name = ed.vars().text("UCSNAME");
-    ed.printLine(fmt::format("Current UCS name:  {}", !name.empty() ? "\"" + name + "\"" : now.isWorld() ? "*WORLD*" : "*NO NAME*"));
-    for (const VcDbObjectId id : ed.db().table(NameTable::Ucs).records()) {
-        const auto* record = ed.db().objectAs<Record>(id);
-        if (!pattern.matches(record->nameUtf8()))
-            continue;
-        const auto three = [](const VcGeVector3d& v) { return fmt::format("<{}, {}, {}>", lengthText(v.x), lengthText(v.y), lengthText(v.z)); };
-        ed.printLine(fmt::format("\"{}\"  Origin = {}, X Axis = {}, Y Axis = {}", record->nameUtf8(), three(record->origin().asVector()),
-                                 three(record->xAxis()), three(record->yAxis())));
-    }
-}
-
-void askAndList(Editor& ed) { list(ed, ed.text("Enter UCS name(s) to list <*>")); }
+void askAndList(Editor& ed) { listUcs(ed, ed.word("Enter UCS name(s) to list", "*")); }
 
 void restore(Editor& ed)
 {
     for (;;) {
-        const std::string name = ed.text("Enter name of UCS to restore or [?]");
+        const std::string name = ed.word("Enter name of UCS to restore or [?]");
         if (name.empty())
             return;
         if (name == "?") {
@@ -141,7 +133,7 @@ void restore(Editor& ed)
             ed.printLine(fmt::format("Cannot find UCS \"{}\".", name));
             continue;
         }
-        return changeUcs(ed, {record->origin(), record->xAxis(), record->yAxis()}, record->nameUtf8());
+        return changeUcs(ed, {record->origin(), record->xAxis(), record->yAxis()}, record->objectId());
     }
 }
 
@@ -162,7 +154,7 @@ Record& recordFor(Editor& ed, const std::string& name)
 void save(Editor& ed)
 {
     for (;;) {
-        const std::string name = ed.text("Enter name to save current UCS or [?]");
+        const std::string name = ed.word("Enter name to save current UCS or [?]");
         if (name.empty())
             return;
         if (name == "?") {
@@ -180,13 +172,13 @@ void save(Editor& ed)
         Record& record = recordFor(ed, name);
         record.setOrigin(now.origin);
         record.setAxes(now.x, now.y);
-        return ed.vars().force("UCSNAME", record.nameUtf8());
+        return nameUcs(ed, record.objectId());
     }
 }
 
 void erase(Editor& ed)
 {
-    const std::string names = ed.text("Enter UCS name(s) to delete <none>");
+    const std::string names = ed.word("Enter UCS name(s) to delete <none>");
     if (names.empty())
         return;
     const Wildcard pattern(names);
@@ -196,13 +188,13 @@ void erase(Editor& ed)
         if (!pattern.matches(record->nameUtf8()))
             continue;
         const std::string name = record->nameUtf8();
+        if (currentUcsRecord(ed.db()) == id)
+            nameUcs(ed, {});
         if (record->erase() != Vcad::eOk) {
             ed.printLine(fmt::format("UCS \"{}\" is in use and cannot be deleted.", name));
             continue;
         }
         ++count;
-        if (equalNoCase(name, ed.vars().text("UCSNAME")))
-            ed.vars().force("UCSNAME", std::string());
     }
     ed.printLine(count > 0 ? fmt::format("Deleted {} UCS name(s).", count) : fmt::format("No UCS matches \"{}\".", names));
 }
@@ -213,6 +205,64 @@ void named(Editor& ed)
     what == "Restore" ? restore(ed) : what == "Save" ? save(ed) : what == "Delete" ? erase(ed) : askAndList(ed);
 }
 
+// The plane of a flat object with corners, turned about on request.
+void face(Editor& ed)
+{
+    const Answer a = ed.askEntity("Select a face");
+    const auto* entity = ed.db().liveAs<VcDbEntity>(a.entity);
+    if (!entity)
+        return;
+    const bool isFace = entity->isKindOf(VcDbFace::desc()) || entity->isKindOf(VcDbSolid::desc()) || entity->isKindOf(VcDbTrace::desc()) ||
+                        (entity->isKindOf(VcDbPolyline::desc()) && VcDbCurve::cast(entity)->isClosed());
+    const auto plane = isFace ? planeOfObject(*entity, a.hasPoint ? std::optional(toWorld(ed, a.point)) : std::nullopt) : std::nullopt;
+    if (!plane)
+        throw CommandError{"A 3D face, a solid area or a closed polyline is needed."};
+    CoordinateSystem ucs = *plane;
+    for (std::string what; what != "Accept";) {
+        what = ed.keyword("Enter an option [Xflip/Yflip] <accept>", "Xflip Yflip Accept", "Accept");
+        if (what != "Yflip")
+            ucs.y = what == "Xflip" ? -ucs.y : ucs.y;
+        else
+            ucs = {ucs.origin, -ucs.x, ucs.y};
+    }
+    changeUcs(ed, ucs);
+}
+
+// The axes stay.
+void move(Editor& ed)
+{
+    const CoordinateSystem now = currentUcs(ed.db());
+    const Answer a = ed.askPoint("Specify new origin point or [Zdepth] <0,0,0>", {.keywords = "Zdepth", .enterEnds = true});
+    VcGePoint3d origin = a.status == Answer::Status::Value ? a.point : VcGePoint3d();
+    if (a.status == Answer::Status::Keyword)
+        origin.z = ed.distance("Specify Zdepth", 0.0);
+    changeUcs(ed, {toWorld(ed, origin), now.x, now.y});
+}
+
+void orthographic(Editor& ed) { changeUcs(ed, askOrthographicSystem(ed)); }
+
+// Viewports that keep a system of their own get the present one.
+void applyToViewports(Editor& ed)
+{
+    if (!isOnSheet(ed))
+        throw CommandError{"The model's own tab shows one viewport; Apply is of use on a layout."};
+    const CoordinateSystem now = currentUcs(ed.db());
+    const VcDbObjectId record = currentUcsRecord(ed.db());
+    const Answer a = ed.askEntity("Pick viewport to apply current UCS or [All] <current>", {.keywords = "All", .enterEnds = true});
+    std::vector<VcDbViewport*> chosen;
+    if (a.status == Answer::Status::Keyword)
+        chosen = viewportsOf(ed.db(), ed.db().paperSpace());
+    else if (auto* picked = ed.db().liveAs<VcDbViewport>(a.entity))
+        chosen = {picked};
+    else if (a.status == Answer::Status::Value)
+        throw CommandError{"That is not a viewport."};
+    for (VcDbViewport* viewport : chosen)
+        if (viewport->number() != 1) {
+            viewport->setUcs(now.origin, now.x, now.y);
+            viewport->setUcsName(record);
+        }
+}
+
 struct Option {
     const char* keyword;
     void (*run)(Editor&);
@@ -220,32 +270,80 @@ struct Option {
 constexpr Option kOptions[] = {
     {"World", world},       {"Previous", previous}, {"Restore", restore},  {"Save", save},       {"Delete", erase},
     {"?", askAndList},      {"OBject", object},     {"Entity", object},    {"View", view},       {"NAmed", named},
-    {"3", threePoints},    {"3Point", threePoints}, {"ZAxis", zAxis},
+    {"3", threePoints},    {"3Point", threePoints}, {"ZAxis", zAxis},      {"Face", face},       {"Move", move},       {"Origin", move},
+    {"Apply", applyToViewports}, {"orthoGraphic", orthographic},
     {"X", [](Editor& ed) { turn(ed, "X", VcGeVector3d::xAxis()); }},
     {"Y", [](Editor& ed) { turn(ed, "Y", VcGeVector3d::yAxis()); }},
     {"Z", [](Editor& ed) { turn(ed, "Z", VcGeVector3d::zAxis()); }},
 };
+
+void runOption(Editor& ed, const std::string& keyword)
+{
+    for (const Option& option : kOptions)
+        if (keyword == option.keyword)
+            return option.run(ed);
+}
+
+// The options of older scripts that only make a system.
+void makeNew(Editor& ed)
+{
+    const Answer a = ed.askPoint("Specify origin of new UCS or [ZAxis/3point/OBject/Face/View/X/Y/Z] <0,0,0>",
+                                 {.keywords = "ZAxis 3 3Point OBject Entity Face View X Y Z", .enterEnds = true});
+    if (a.status == Answer::Status::Keyword)
+        return runOption(ed, a.text);
+    const CoordinateSystem now = currentUcs(ed.db());
+    changeUcs(ed, {toWorld(ed, a.status == Answer::Status::Value ? a.point : VcGePoint3d()), now.x, now.y});
+}
 
 // An origin is the question; the options that older scripts use are understood beside those that are shown.
 void ucs(Editor& ed)
 {
     const std::string name = ed.vars().text("UCSNAME");
     ed.printLine(fmt::format("Current UCS name:  {}", !name.empty() ? name : currentUcs(ed.db()).isWorld() ? "*WORLD*" : "*NO NAME*"));
-    const Answer a = ed.askPoint("Specify origin of UCS or [NAmed/OBject/Previous/Restore/Save/Delete/?/View/World/X/Y/Z/ZAxis/3point] <World>",
-                                 {.keywords = "World Previous Restore Save Delete ? OBject Entity View NAmed 3 3Point ZAxis X Y Z", .enterEnds = true});
+    const Answer a = ed.askPoint("Specify origin of UCS or [Face/NAmed/OBject/Previous/Restore/Save/Delete/?/View/World/X/Y/Z/ZAxis/3point] <World>",
+                                 {.keywords = "World Previous Restore Save Delete ? OBject Entity Face View NAmed New Move Origin Apply orthoGraphic "
+                                              "3 3Point ZAxis X Y Z",
+                                  .enterEnds = true});
     if (a.status == Answer::Status::Enter)
         return world(ed);
     if (a.status == Answer::Status::Value)
         return fromOrigin(ed, a.point);
-    for (const Option& option : kOptions)
-        if (a.text == option.keyword)
-            return option.run(ed);
+    a.text == "New" ? makeNew(ed) : runOption(ed, a.text);
 }
 
 const HostCommand kCommands[] = {
     {"UCS", nullptr, kPlain, "Sets, saves and restores coordinate systems.", ucs},
 };
 
+}
+
+void listUcs(Editor& ed, const std::string& names)
+{
+    const Wildcard pattern(names.empty() ? "*" : names);
+    const CoordinateSystem now = currentUcs(ed.db());
+    const std::string name = ed.vars().text("UCSNAME");
+    ed.printLine(fmt::format("Current UCS name:  {}", !name.empty() ? "\"" + name + "\"" : now.isWorld() ? "*WORLD*" : "*NO NAME*"));
+    for (const VcDbObjectId id : ed.db().table(NameTable::Ucs).records()) {
+        const auto* record = ed.db().objectAs<Record>(id);
+        if (!pattern.matches(record->nameUtf8()))
+            continue;
+        const auto three = [](const VcGeVector3d& v) { return fmt::format("<{}, {}, {}>", lengthText(v.x), lengthText(v.y), lengthText(v.z)); };
+        ed.printLine(fmt::format("\"{}\"  Origin = {}, X Axis = {}, Y Axis = {}", record->nameUtf8(), three(record->origin().asVector()),
+                                 three(record->xAxis()), three(record->yAxis())));
+    }
+}
+
+CoordinateSystem askOrthographicSystem(Editor& ed)
+{
+    struct Side {
+        const char* keyword;
+        VcGeVector3d x, y;
+    };
+    static const Side kSides[] = {{"Top", {1, 0, 0}, {0, 1, 0}},   {"Bottom", {-1, 0, 0}, {0, 1, 0}}, {"Front", {1, 0, 0}, {0, 0, 1}},
+                                  {"BAck", {-1, 0, 0}, {0, 0, 1}}, {"Left", {0, -1, 0}, {0, 0, 1}},   {"Right", {0, 1, 0}, {0, 0, 1}}};
+    const std::string side = ed.keyword("Enter an option [Top/Bottom/Front/BAck/Left/Right] <Top>", "Top Bottom Front BAck Left Right", "Top");
+    const Side* chosen = std::find_if(std::begin(kSides), std::end(kSides), [&](const Side& s) { return side == s.keyword; });
+    return {{}, chosen->x, chosen->y};
 }
 
 std::span<const HostCommand> ucsCommands() { return kCommands; }

@@ -3,6 +3,7 @@
 #include "host/base/wildcard.h"
 #include "host/commands/drawing.h"
 #include "host/commands/families.h"
+#include "host/commands/ucs_names.h"
 #include "host/db/coordinate_system.h"
 #include "host/db/database.h"
 #include "host/db/record_names.h"
@@ -25,7 +26,7 @@ bool seesPaper(const Editor& ed) { return isOnSheet(ed) && !activeViewport(ed); 
 
 void list(Editor& ed)
 {
-    const Wildcard pattern(ed.text("Enter view name(s) to list", "*"));
+    const Wildcard pattern(ed.word("Enter view name(s) to list", "*"));
     ed.printLine(fmt::format("{:<32}{}", "View name", "Space"));
     for (const VcDbObjectId id : ed.db().table(NameTable::View).records())
         if (const auto* record = ed.db().objectAs<Record>(id); pattern.matches(record->nameUtf8()))
@@ -34,23 +35,18 @@ void list(Editor& ed)
 
 void fill(Editor& ed, Record& record, const View& view)
 {
-    const VcGePoint2d pixels = viewportPixels(ed);
-    record.setCenterPoint({view.center.x, view.center.y});
-    record.setHeight(view.height);
-    record.setWidth(view.height * pixels.x / pixels.y);
-    record.setTarget(view.target);
-    record.setViewDirection(view.direction);
-    record.setViewTwist(view.twist);
+    fillViewRecord(ed, record, view);
     record.setIsPaperspaceView(seesPaper(ed));
     if (ed.vars().integer("UCSVIEW") != 0) {
         const CoordinateSystem ucs = currentUcs(ed.db());
         record.setUcs(ucs.origin, ucs.x, ucs.y);
+        record.setUcsName(currentUcsRecord(ed.db()));
     }
 }
 
 void saveAs(Editor& ed, const View& view)
 {
-    const std::string name = ed.text("Enter view name to save");
+    const std::string name = ed.word("Enter view name to save");
     if (name.empty())
         return;
     if (!isLegalRecordName(name) || name.front() == '*')
@@ -85,7 +81,7 @@ void window(Editor& ed)
 
 void restore(Editor& ed)
 {
-    const std::string name = ed.text("Enter view name to restore");
+    const std::string name = ed.word("Enter view name to restore");
     if (name.empty())
         return;
     const Record* record = recordNamed(ed, name);
@@ -97,13 +93,13 @@ void restore(Editor& ed)
     if (record->isUcsAssociatedToView() && ed.vars().integer("UCSVIEW") != 0) {
         CoordinateSystem ucs;
         record->getUcs(ucs.origin, ucs.x, ucs.y);
-        changeUcs(ed, ucs);
+        changeUcs(ed, ucs, record->ucsName());
     }
 }
 
 void erase(Editor& ed)
 {
-    const std::string names = ed.text("Enter view name(s) to delete");
+    const std::string names = ed.word("Enter view name(s) to delete");
     const Wildcard pattern(names);
     std::size_t count = 0;
     for (const VcDbObjectId id : ed.db().table(NameTable::View).records())
@@ -115,21 +111,10 @@ void erase(Editor& ed)
 
 void orthographic(Editor& ed)
 {
-    struct Side {
-        const char* keyword;
-        CoordinateSystem ucs;
-    };
-    static const Side kSides[] = {
-        {"Top", {{}, {1, 0, 0}, {0, 1, 0}}},   {"Bottom", {{}, {-1, 0, 0}, {0, 1, 0}}}, {"Front", {{}, {1, 0, 0}, {0, 0, 1}}},
-        {"BAck", {{}, {-1, 0, 0}, {0, 0, 1}}}, {"Left", {{}, {0, -1, 0}, {0, 0, 1}}},   {"Right", {{}, {0, 1, 0}, {0, 0, 1}}},
-    };
-    const std::string side = ed.keyword("Enter an option [Top/Bottom/Front/BAck/Left/Right] <Top>", "Top Bottom Front BAck Left Right", "Top");
-    for (const Side& s : kSides)
-        if (side == s.keyword) {
-            showPlan(ed, s.ucs);
-            if (ed.vars().integer("UCSORTHO") != 0)
-                changeUcs(ed, s.ucs);
-        }
+    const CoordinateSystem side = askOrthographicSystem(ed);
+    showPlan(ed, side);
+    if (ed.vars().integer("UCSORTHO") != 0)
+        changeUcs(ed, side);
 }
 
 void view(Editor& ed)

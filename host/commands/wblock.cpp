@@ -1,13 +1,11 @@
 // -WBLOCK - saves a block, some objects or the whole drawing as a drawing of its own.
-#include "host/base/files.h"
 #include "host/commands/block_definition.h"
 #include "host/commands/drawing.h"
 #include "host/commands/erased.h"
 #include "host/commands/families.h"
+#include "host/commands/output_file.h"
 #include "host/db/clone.h"
 #include "host/db/database.h"
-#include "host/edit/sysvars.h"
-#include "host/io/drawing_file.h"
 #include "sdk/vcdb_tables.h"
 
 namespace vk::commands {
@@ -41,32 +39,8 @@ std::unique_ptr<VcDbDatabase> drawingWith(Editor& ed, const VcDbObjectIdArray& o
 
 void write(Editor& ed, VcDbDatabase& drawing, const std::string& path)
 {
-    if (ed.writesNothing)
-        return ed.printLine(fmt::format("Nothing is written in this run; {} stays as it is.", path));
-    WriteOptions options;
-    options.progress = [&](double done) { ed.progress("Saving", done); };
-    const WriteResult result = writeDrawing(drawing, path, options);
-    if (!result.ok())
-        throw CommandError{result.message};
-    ed.printLine(fmt::format("Saved {} ({}).", result.path, releaseName(result.version)));
-}
-
-std::string askPath(Editor& ed)
-{
-    std::string path = ed.text("Enter name of output file");
-    if (path.size() >= 2 && path.front() == '"' && path.back() == '"')
-        path = path.substr(1, path.size() - 2);
-    if (path.empty())
-        throw CommandError{"A file name is required."};
-    path = nativePath(path);
-    return fileNameOf(path).find('.') == std::string_view::npos ? path + ".dxf" : path;
-}
-
-bool mayReplace(Editor& ed, const std::string& path)
-{
-    if (!fileExists(path) || ed.vars().integer("EXPERT") > 1 || ed.vars().integer("FILEDIA") == 0)
-        return true;
-    return ed.keyword(fmt::format("{} already exists. Replace it? [Yes/No] <N>", path), "Yes No", "No") == "Yes";
+    if (const auto result = writeTo(ed, drawing, path))
+        ed.printLine(fmt::format("Saved {} ({}).", result->path, releaseName(result->version)));
 }
 
 void writeBlock(Editor& ed, const Block& block, const std::string& path)
@@ -95,11 +69,11 @@ void writeSelection(Editor& ed, const std::string& path)
 
 void wblock(Editor& ed)
 {
-    const std::string path = askPath(ed);
-    if (!mayReplace(ed, path))
+    const std::string path = askOutputPath(ed, "Enter name of output file");
+    if (!mayReplaceFile(ed, path))
         return;
     for (;;) {
-        std::string name = ed.text("Enter name of existing block or\n[= (block=output file)/* (whole drawing)] <define new drawing>");
+        std::string name = ed.word("Enter name of existing block or\n[= (block=output file)/* (whole drawing)] <define new drawing>");
         if (name.empty())
             return writeSelection(ed, path);
         if (name == "*")

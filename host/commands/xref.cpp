@@ -34,7 +34,7 @@ std::vector<Block*> matching(Editor& ed, const std::string& names)
 
 void list(Editor& ed)
 {
-    const Wildcard pattern(ed.text("Enter xref name(s) to list", "*"));
+    const Wildcard pattern(ed.word("Enter xref name(s) to list", "*"));
     ed.printLine(fmt::format("{:<24}{:<10}{:<10}{}", "Xref name", "Type", "State", "Path"));
     std::size_t count = 0;
     for (const Block* reference : externalReferences(ed.db())) {
@@ -82,7 +82,7 @@ Block& attached(Editor& ed, const std::string& name, const std::string& path, bo
 
 void attach(Editor& ed, bool overlay)
 {
-    const std::string typed = ed.text(overlay ? "Enter name of file to overlay" : "Enter name of file to attach");
+    const std::string typed = ed.word(overlay ? "Enter name of file to overlay" : "Enter name of file to attach");
     if (typed.empty())
         return;
     const std::size_t equals = typed.find('=');
@@ -98,7 +98,7 @@ void attach(Editor& ed, bool overlay)
 
 void bind(Editor& ed)
 {
-    for (Block* reference : matching(ed, ed.text("Enter xref name(s) to bind"))) {
+    for (Block* reference : matching(ed, ed.word("Enter xref name(s) to bind"))) {
         if (!reference->isFromExternalReference())
             continue;  // it went with one that holds it
         const std::string name = reference->nameUtf8();
@@ -109,7 +109,7 @@ void bind(Editor& ed)
 
 void detach(Editor& ed)
 {
-    for (Block* reference : matching(ed, ed.text("Enter xref name(s) to detach"))) {
+    for (Block* reference : matching(ed, ed.word("Enter xref name(s) to detach"))) {
         const std::string name = reference->nameUtf8();
         detachExternalReference(ed.db(), *reference);
         ed.printLine(fmt::format("\"{}\" detached.", name));
@@ -118,9 +118,9 @@ void detach(Editor& ed)
 
 void changePath(Editor& ed)
 {
-    for (Block* reference : matching(ed, ed.text("Enter xref name(s) to edit path"))) {
+    for (Block* reference : matching(ed, ed.word("Enter xref name(s) to edit path"))) {
         ed.printLine(fmt::format("Xref name: {}\nOld path: {}", reference->nameUtf8(), reference->pathUtf8()));
-        const std::string path = ed.text("Enter new path", reference->pathUtf8());
+        const std::string path = ed.word("Enter new path", reference->pathUtf8());
         const std::string before = reference->pathUtf8();
         if (path == before)
             continue;
@@ -132,7 +132,7 @@ void changePath(Editor& ed)
 
 void unload(Editor& ed)
 {
-    for (Block* reference : matching(ed, ed.text("Enter xref name(s) to unload"))) {
+    for (Block* reference : matching(ed, ed.word("Enter xref name(s) to unload"))) {
         unloadExternalReference(ed.db(), *reference);
         ed.printLine(fmt::format("\"{}\" unloaded.", reference->nameUtf8()));
     }
@@ -141,7 +141,7 @@ void unload(Editor& ed)
 void reload(Editor& ed)
 {
     bool all = true;
-    for (Block* reference : matching(ed, ed.text("Enter xref name(s) to reload")))
+    for (Block* reference : matching(ed, ed.word("Enter xref name(s) to reload")))
         all &= load(ed, *reference);
     if (!all)
         throw CommandError{"Not every external reference could be loaded."};

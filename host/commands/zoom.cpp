@@ -1,8 +1,9 @@
-// ZOOM, PAN, PLAN, VPOINT - which part of the drawing is seen, and from where.
+// ZOOM, PAN, PLAN - which part of the drawing is seen.
 #include "host/base/numbers.h"
 #include "host/base/unicode.h"
 #include "host/commands/drawing.h"
 #include "host/commands/families.h"
+#include "host/commands/ucs_names.h"
 #include "host/db/coordinate_system.h"
 #include "host/db/database.h"
 #include "host/edit/sysvars.h"
@@ -103,8 +104,9 @@ void window(Editor& ed) { windowFrom(ed, ed.point("Specify first corner")); }
 
 void center(Editor& ed)
 {
-    const VcGePoint3d center = ed.point("Specify center point");
     View view = currentView(ed);
+    const Answer at = ed.askPoint("Specify center point", {.enterEnds = true});
+    const VcGePoint3d center = at.status == Answer::Status::Value ? toDisplay(ed, at.point) : view.center;
     for (;;) {
         const Answer a = ed.askDistance(fmt::format("Enter magnification or height <{}>", lengthText(view.height)),
                                         {.bits = InitGet::NoZero | InitGet::NoNegative | InitGet::Arbitrary, .enterEnds = true});
@@ -115,8 +117,7 @@ void center(Editor& ed)
             ed.printLine("Requires a height, or a scale such as 2X.");
             continue;
         }
-        view.center = toDisplay(ed, center);
-        view.center.z = 0;
+        view.center = {center.x, center.y, 0};
         view.height = *scaled;
         return setCurrentView(ed, view);
     }
@@ -138,20 +139,48 @@ void objects(Editor& ed)
     show(ed, box);
 }
 
+// A box of the view's shape is put where the view goes.
+void dynamic(Editor& ed)
+{
+    View view = currentView(ed);
+    for (;;) {
+        const Answer a = ed.askPoint("Specify center of view box or [Size] <show>", {.keywords = "Size", .enterEnds = true});
+        if (a.status == Answer::Status::Enter)
+            return setCurrentView(ed, view);
+        if (a.status == Answer::Status::Keyword) {
+            view.height = ed.distance("Specify height of view box", view.height, {.bits = InitGet::NoZero | InitGet::NoNegative});
+            continue;
+        }
+        view.center = toDisplay(ed, a.point);
+        view.center.z = 0;
+    }
+}
+
+// By its lower left corner, as older scripts have it.
+void left(Editor& ed)
+{
+    const VcGePoint3d corner = toDisplay(ed, ed.point("Specify lower left corner point"));
+    View view = currentView(ed);
+    view.height = ed.distance("Enter magnification or height", view.height, {.bits = InitGet::NoZero | InitGet::NoNegative});
+    const VcGePoint2d pixels = viewportPixels(ed);
+    view.center = {corner.x + view.height * pixels.x / pixels.y / 2, corner.y + view.height / 2, 0};
+    setCurrentView(ed, view);
+}
+
 struct Option {
     const char* keyword;
     void (*run)(Editor&);
 };
 constexpr Option kOptions[] = {
     {"All", all},     {"Center", center}, {"Extents", extents}, {"Previous", previous},
-    {"Scale", scale}, {"Window", window}, {"Object", objects},
+    {"Scale", scale}, {"Window", window}, {"Object", objects},  {"Dynamic", dynamic}, {"Left", left},
 };
 
 void zoom(Editor& ed)
 {
     for (;;) {
-        const Answer a = ed.askPoint("Specify corner of window, enter a scale factor (nX or nXP), or\n[All/Center/Extents/Previous/Scale/Window/Object] <exit>",
-                                     {.keywords = "All Center Extents Previous Scale Window Object", .bits = InitGet::Arbitrary, .enterEnds = true});
+        const Answer a = ed.askPoint("Specify corner of window, enter a scale factor (nX or nXP), or\n[All/Center/Dynamic/Extents/Previous/Scale/Window/Object] <exit>",
+                                     {.keywords = "All Center Dynamic Extents Previous Scale Window Object Left", .bits = InitGet::Arbitrary, .enterEnds = true});
         if (a.status == Answer::Status::Enter)
             return;
         if (a.status == Answer::Status::Value)
@@ -183,37 +212,18 @@ void plan(Editor& ed)
     const std::string what = ed.keyword("Enter an option [Current ucs/Ucs/World] <Current>", "Current Ucs World", "Current");
     if (what != "Ucs")
         return showPlan(ed, what == "World" ? CoordinateSystem() : currentUcs(ed.db()));
-    const std::string name = ed.text("Enter name of UCS");
-    const auto* record = ed.db().liveAs<VcDbUCSTableRecord>(ed.db().findRecord(NameTable::Ucs, name));
-    if (!record)
-        throw CommandError{fmt::format("Cannot find UCS \"{}\".", name)};
-    showPlan(ed, {record->origin(), record->xAxis(), record->yAxis()});
-}
-
-void lookFrom(Editor& ed, const VcGeVector3d& direction)
-{
-    if (!(direction.length() > 0))
-        throw CommandError{"The view point must not be the origin."};
-    View view = currentView(ed);
-    view.direction = ucsToWorld(ed) * direction;
-    view.target = {};
-    view.twist = 0;
-    const VcDbExtents drawn = displayExtents(ed, view);
-    setCurrentView(ed, drawn.isEmpty() ? view : viewOf(ed, view, drawn));
-}
-
-void viewPoint(Editor& ed)
-{
-    const VcGeVector3d now = ed.vars().point("VIEWDIR").asVector();
-    const Answer a = ed.askPoint(fmt::format("Specify a view point or [Rotate] <{},{},{}>", lengthText(now.x), lengthText(now.y), lengthText(now.z)),
-                                 {.keywords = "Rotate", .enterEnds = true});
-    if (a.status == Answer::Status::Enter)
-        return;
-    if (a.status == Answer::Status::Value)
-        return lookFrom(ed, a.point.asVector());
-    const double around = askDirection(ed, "Enter angle in XY plane from X axis").real;
-    const double above = ed.askAngle("Enter angle from XY plane").real;
-    lookFrom(ed, {std::cos(around) * std::cos(above), std::sin(around) * std::cos(above), std::sin(above)});
+    for (;;) {
+        const std::string name = ed.word("Enter name of UCS or [?]");
+        if (name.empty())
+            return;
+        const auto* record = ed.db().liveAs<VcDbUCSTableRecord>(ed.db().findRecord(NameTable::Ucs, name));
+        if (record)
+            return showPlan(ed, {record->origin(), record->xAxis(), record->yAxis()});
+        if (name == "?")
+            listUcs(ed, ed.word("Enter UCS name(s) to list", "*"));
+        else
+            ed.printLine(fmt::format("Cannot find UCS \"{}\".", name));
+    }
 }
 
 const HostCommand kCommands[] = {
@@ -221,7 +231,6 @@ const HostCommand kCommands[] = {
     {"PAN", "P", kTransparent, "Moves what is seen.", pan},
     {"-PAN", "-P", kTransparent, "Moves what is seen.", pan},
     {"PLAN", nullptr, kPlain, "Looks straight at the plane of a coordinate system.", plan},
-    {"VPOINT", "-VP", kPlain, "Looks at the drawing from a direction.", viewPoint},
 };
 
 }

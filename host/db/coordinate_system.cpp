@@ -9,11 +9,25 @@
 namespace {
 
 struct HeaderNames {
-    const char *origin, *x, *y;
+    const char *origin, *x, *y, *name;
 };
-constexpr HeaderNames kModel{"$UCSORG", "$UCSXDIR", "$UCSYDIR"}, kSheet{"$PUCSORG", "$PUCSXDIR", "$PUCSYDIR"};
+constexpr HeaderNames kModel{"$UCSORG", "$UCSXDIR", "$UCSYDIR", "$UCSNAME"}, kSheet{"$PUCSORG", "$PUCSXDIR", "$PUCSYDIR", "$PUCSNAME"};
+
+// Which viewport is worked in belongs to the session.
+struct Entered {
+    std::uint32_t database = 0;
+    VcDbObjectId viewport;
+};
+Entered s_entered;
 
 bool isOnSheet(const DatabaseCore& db) { return db.currentSpace() == db.paperSpace(); }
+
+// Null where the viewport takes the model's.
+VcDbViewport* viewportWithUcs(const DatabaseCore& db)
+{
+    auto* viewport = db.inModelViewport && s_entered.database == db.serial() ? db.liveAs<VcDbViewport>(s_entered.viewport) : nullptr;
+    return viewport && viewport->isUcsSavedWithViewport() ? viewport : nullptr;
+}
 
 VcDbViewportTableRecord* activeRecord(const DatabaseCore& db)
 {
@@ -29,8 +43,9 @@ CoordinateSystem fromHeader(const DatabaseCore& db, const HeaderNames& names)
     return {VcGePoint3d() + get(names.origin, {}), get(names.x, {1, 0, 0}), get(names.y, {0, 1, 0})};
 }
 
-void setHeader(DatabaseCore& db, const HeaderNames& names, const CoordinateSystem& ucs)
+void setHeader(DatabaseCore& db, const HeaderNames& names, const CoordinateSystem& ucs, const VcDbSymbolTableRecord* record)
 {
+    db.header().setText(names.name, 2, record ? record->nameUtf8() : std::string());
     db.header().setPoint(names.origin, ucs.origin.x, ucs.origin.y, ucs.origin.z);
     db.header().setPoint(names.x, ucs.x.x, ucs.x.y, ucs.x.z);
     db.header().setPoint(names.y, ucs.y.x, ucs.y.y, ucs.y.z);
@@ -60,16 +75,28 @@ CoordinateSystem CoordinateSystem::of(const VcGeMatrix3d& toWorld)
     return {toWorld * VcGePoint3d(), (toWorld * VcGeVector3d::xAxis()).normal(), (toWorld * VcGeVector3d::yAxis()).normal()};
 }
 
+void setUcsViewport(const DatabaseCore& db, VcDbObjectId viewport) { s_entered = {db.serial(), viewport}; }
+
 CoordinateSystem currentUcs(const DatabaseCore& db)
 {
     if (isOnSheet(db))
         return sound(fromHeader(db, kSheet));
-    const VcDbViewportTableRecord* record = activeRecord(db);
-    if (!record)
-        return sound(fromHeader(db, kModel));
     CoordinateSystem ucs;
-    record->getUcs(ucs.origin, ucs.x, ucs.y);
+    if (const VcDbViewport* viewport = viewportWithUcs(db))
+        viewport->getUcs(ucs.origin, ucs.x, ucs.y);
+    else if (const VcDbViewportTableRecord* record = activeRecord(db))
+        record->getUcs(ucs.origin, ucs.x, ucs.y);
+    else
+        ucs = fromHeader(db, kModel);
     return sound(ucs);
+}
+
+VcDbObjectId currentUcsRecord(const DatabaseCore& db)
+{
+    if (const VcDbViewport* viewport = isOnSheet(db) ? nullptr : viewportWithUcs(db))
+        return viewport->ucsName();
+    const std::string name = db.header().text((isOnSheet(db) ? kSheet : kModel).name, "");
+    return name.empty() ? VcDbObjectId() : db.findRecord(NameTable::Ucs, name);
 }
 
 void adoptHeaderUcs(DatabaseCore& db)
@@ -79,17 +106,25 @@ void adoptHeaderUcs(DatabaseCore& db)
         record->setUcs(ucs.origin, ucs.x, ucs.y);
 }
 
-void setCurrentUcs(DatabaseCore& db, const CoordinateSystem& ucs)
+template <class T>
+static void give(T* holder, const CoordinateSystem& ucs, VcDbObjectId record)
 {
-    if (isOnSheet(db)) {
-        setHeader(db, kSheet, ucs);
-        if (VcDbLayout* layout = layoutOfBlock(db, db.paperSpace()))
-            layout->setUcs(ucs.origin, ucs.x, ucs.y);
+    if (!holder)
         return;
+    holder->setUcs(ucs.origin, ucs.x, ucs.y);
+    holder->setUcsName(record);
+}
+
+void setCurrentUcs(DatabaseCore& db, const CoordinateSystem& ucs, VcDbObjectId id)
+{
+    const auto* record = db.liveAs<VcDbSymbolTableRecord>(id);
+    if (isOnSheet(db)) {
+        setHeader(db, kSheet, ucs, record);
+        return give(layoutOfBlock(db, db.paperSpace()), ucs, id);
     }
-    setHeader(db, kModel, ucs);
-    if (VcDbViewportTableRecord* record = activeRecord(db))
-        record->setUcs(ucs.origin, ucs.x, ucs.y);
-    if (VcDbLayout* layout = layoutOfBlock(db, db.modelSpace()))
-        layout->setUcs(ucs.origin, ucs.x, ucs.y);
+    if (VcDbViewport* viewport = viewportWithUcs(db))
+        return give(viewport, ucs, id);
+    setHeader(db, kModel, ucs, record);
+    give(activeRecord(db), ucs, id);
+    give(layoutOfBlock(db, db.modelSpace()), ucs, id);
 }

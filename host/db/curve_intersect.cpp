@@ -42,9 +42,12 @@ Vcad::ErrorStatus meetAll(const VcDbEntity& a, const VcDbEntity& b, bool within,
     bool any = false;
     DrawnCurves(within ? placeOf(first) : std::nullopt).visit(b, [&](const g::Curve& second) {
         any = true;
-        for (const g::Curve& curve : first)
-            for (const VcGePoint3d& p : meet(curve, second))
-                addDistinct(points, known, p, 2 * g::meetingTolerance(curve, second));
+        for (const g::Curve& curve : first) {
+            const Points met = meet(curve, second);
+            const double tolerance = met.empty() ? 0 : 2 * g::meetingTolerance(curve, second);
+            for (const VcGePoint3d& p : met)
+                addDistinct(points, known, p, tolerance);
+        }
         return true;
     });
     return any || within ? Vcad::eOk : Vcad::eNotApplicable;

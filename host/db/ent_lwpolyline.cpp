@@ -229,20 +229,47 @@ Vcad::ErrorStatus VcDbPolyline::transformBy(const VcGeMatrix3d& m)
     return Vcad::eOk;
 }
 
+namespace {
+
+struct FlatBox {
+    VcGePoint2d low{HUGE_VAL, HUGE_VAL}, high{-HUGE_VAL, -HUGE_VAL};
+    explicit FlatBox(const std::vector<VcGePoint2d>& points)
+    {
+        for (const VcGePoint2d& p : points) {
+            low = {std::min(low.x, p.x), std::min(low.y, p.y)};
+            high = {std::max(high.x, p.x), std::max(high.y, p.y)};
+        }
+    }
+    // An arc bows out from its chord by half the bulge of it; more than half circles bow back beyond their ends.
+    bool holdsArc(const VcGePoint2d& from, const VcGePoint2d& to, double bulge) const
+    {
+        const double bow = std::fabs(bulge) * from.distanceTo(to) / 2;
+        return std::fabs(bulge) <= 1 && std::min(from.x, to.x) - bow >= low.x && std::max(from.x, to.x) + bow <= high.x &&
+               std::min(from.y, to.y) - bow >= low.y && std::max(from.y, to.y) + bow <= high.y;
+    }
+};
+
+}
+
 Vcad::ErrorStatus VcDbPolyline::getGeomExtents(VcDbExtents& extents) const
 {
     const vk::geom::Frame frame = vk::geom::arbitraryFrame(normal());
-    VcDbExtents flat;
+    const auto inWorld = [&](const VcGePoint2d& p) { return frame.toWorld(VcGePoint3d(p.x, p.y, m_elevation)); };
+    const FlatBox box(m_points);
+    const bool upright = normal() == VcGeVector3d::zAxis();
     const std::size_t n = m_points.size();
-    for (std::size_t i = 0; i < n; ++i) {
-        const VcGePoint2d& from = m_points[i];
-        flat.addPoint(frame.toWorld(VcGePoint3d(from.x, from.y, m_elevation)));
-        if (m_bulges.empty() || (i + 1 == n && !isClosed()))
+    VcDbExtents flat;
+    if (upright && n > 0)
+        flat = {inWorld(box.low), inWorld(box.high)};
+    for (std::size_t i = 0; i < n && !upright; ++i)
+        flat.addPoint(inWorld(m_points[i]));
+    for (std::size_t i = 0; i < (isClosed() ? n : n - 1) && !m_bulges.empty(); ++i) {
+        const VcGePoint2d &from = m_points[i], &to = m_points[(i + 1) % n];
+        if (m_bulges[i] == 0 || (upright && box.holdsArc(from, to, m_bulges[i])))
             continue;
-        if (const auto arc = bulgeArc(from, m_points[(i + 1) % n], m_bulges[i])) {
-            const VcGePoint3d center = frame.toWorld(VcGePoint3d(arc->center.x, arc->center.y, m_elevation));
+        if (const auto arc = bulgeArc(from, to, m_bulges[i])) {
             const double sweep = turnOf(arc->end - arc->start);
-            addEllipse(flat, center, frame.x * arc->radius, frame.y * arc->radius, arc->start, arc->start + sweep);
+            addEllipse(flat, inWorld(arc->center), frame.x * arc->radius, frame.y * arc->radius, arc->start, arc->start + sweep);
         }
     }
     if (flat.isEmpty())

@@ -58,6 +58,24 @@ Vcad::ErrorStatus VcDbViewport::setOn(bool on)
     return Vcad::eOk;
 }
 
+Vcad::ErrorStatus VcDbViewport::setClipDistances(double front, double back)
+{
+    if (!isFinite(VcGePoint3d(front, back, 0)))
+        return Vcad::eInvalidInput;
+    assertWriteEnabled();
+    m_frontClip = front;
+    m_backClip = back;
+    return Vcad::eOk;
+}
+
+void VcDbViewport::setViewMode(std::int16_t mode)
+{
+    assertWriteEnabled();
+    m_viewFlags = (m_viewFlags & ~kViewMode) | (mode & kViewMode);
+}
+
+Vcad::ErrorStatus VcDbViewport::setShadePlot(std::int16_t mode) { return setMember(*this, m_shadePlotMode, mode, mode >= 0 && mode <= 3); }
+
 Vcad::ErrorStatus VcDbViewport::setLocked(bool locked)
 {
     setViewFlag(kLocked, locked);
@@ -134,7 +152,21 @@ Vcad::ErrorStatus VcDbViewport::setUcs(const VcGePoint3d& origin, const VcGeVect
     m_ucsOrigin = origin;
     m_ucsX = x;
     m_ucsY = y;
+    m_ucs = {};
+    m_orthoType = 0;
     return Vcad::eOk;
+}
+
+void VcDbViewport::setUcsName(VcDbObjectId ucs)
+{
+    assertWriteEnabled();
+    m_ucs = ucs;
+}
+
+void VcDbViewport::setUcsSavedWithViewport(bool saved)
+{
+    assertWriteEnabled();
+    m_ucsPerViewport = saved;
 }
 
 // Geometry

@@ -79,6 +79,8 @@ void keepHeaderIn(const DatabaseCore& db, VcDbLayout& layout)
     const auto origin = header.point("$PUCSORG"), x = header.point("$PUCSXDIR"), y = header.point("$PUCSYDIR");
     if (origin && x && y)
         layout.setUcs({origin->x, origin->y, origin->z}, {x->x, x->y, x->z}, {y->x, y->y, y->z});
+    const std::string name = header.text("$PUCSNAME", "");
+    layout.setUcsName(name.empty() ? VcDbObjectId() : db.findRecord(NameTable::Ucs, name));
 }
 
 void takeHeaderFrom(DatabaseCore& db, const VcDbLayout& layout)
@@ -96,6 +98,8 @@ void takeHeaderFrom(DatabaseCore& db, const VcDbLayout& layout)
     header.setPoint("$PUCSORG", origin.x, origin.y, origin.z);
     header.setPoint("$PUCSXDIR", x.x, x.y, x.z);
     header.setPoint("$PUCSYDIR", y.x, y.y, y.z);
+    const auto* record = db.liveAs<VcDbSymbolTableRecord>(layout.ucsName());
+    header.setText("$PUCSNAME", 2, record ? record->nameUtf8() : std::string());
 }
 
 void renameBlock(VcDbBlockTableRecord& block, const std::string& name)
@@ -145,15 +149,23 @@ VcDbLayout& addLayout(DatabaseCore& db, const std::string& name)
     return added;
 }
 
-VcDbLayout& copyLayout(DatabaseCore& db, VcDbLayout& source, const std::string& name)
+VcDbLayout& copyLayout(DatabaseCore& db, const VcDbLayout& source, const std::string& name)
 {
+    const DatabaseCore& from = *DatabaseCore::of(source.objectId());
     auto layout = std::make_unique<VcDbLayout>(source);
     layout->detach();
+    if (&from != &db)
+        layout->dropReferences();
     VcDbLayout& added = enter(db, std::move(layout), name);
+    if (source.getBlockTableRecordId() == from.paperSpace())
+        keepHeaderIn(from, added);
+    if (&from != &db)
+        added.setUcsName({});
     VcDbObjectIdArray members;
-    for (const std::uint32_t slot : db.objectAs<VcDbBlockTableRecord>(source.getBlockTableRecordId())->memberSlots())
-        if (const VcDbObject* member = db.objectAt(slot); member && !member->isErased())
-            members.push_back(member->objectId());
+    if (const auto* block = from.liveAs<VcDbBlockTableRecord>(source.getBlockTableRecordId()))
+        for (const std::uint32_t slot : block->memberSlots())
+            if (const VcDbObject* member = from.objectAt(slot); member && !member->isErased())
+                members.push_back(member->objectId());
     VcDbIdMapping mapping;
     cloneObjects(members, added.getBlockTableRecordId(), mapping);
     return added;

@@ -21,8 +21,8 @@ VKHOST_API bool isModelLayout(const DatabaseCore& db, const VcDbLayout& layout);
 
 // An empty sheet behind the last tab. The name must be legal and free.
 VKHOST_API VcDbLayout& addLayout(DatabaseCore& db, const std::string& name);
-// With everything that stands on it.
-VKHOST_API VcDbLayout& copyLayout(DatabaseCore& db, VcDbLayout& source, const std::string& name);
+// With everything that stands on it; the layout may be another drawing's.
+VKHOST_API VcDbLayout& copyLayout(DatabaseCore& db, const VcDbLayout& source, const std::string& name);
 // With everything that stands on it. Neither the model nor the paper space, which another sheet becomes beforehand.
 VKHOST_API void eraseLayout(DatabaseCore& db, VcDbLayout& layout);
 VKHOST_API void renameLayout(DatabaseCore& db, VcDbLayout& layout, const std::string& name);

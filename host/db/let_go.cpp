@@ -18,11 +18,13 @@ bool needsOwner(const DatabaseCore& db, const VcDbObject& object)
 
 }
 
-LetGo::LetGo(const DatabaseCore& db)
+LetGo::LetGo(const DatabaseCore& db, Members members)
 {
     gatherOwnerless(db);
     if (!isEmpty())
         spareListed(db);
+    if (members == Members::OwnAndReferences)
+        addMembersOfReferences(db);
     if (!isEmpty())
         addOwned(db);
 }
@@ -45,6 +47,22 @@ void LetGo::spareListed(const DatabaseCore& db)
             continue;
         for (const auto& [name, id] : dictionary->liveEntries())
             m_slots.erase(id.slot());
+    }
+}
+
+void LetGo::addMembersOfReferences(const DatabaseCore& db)
+{
+    for (const std::uint32_t reference : db.loadedReferences) {
+        const auto* block = VcDbBlockTableRecord::cast(db.objectAt(reference));
+        if (!block)
+            continue;
+        for (const std::uint32_t slot : block->memberSlots()) {
+            m_slots.insert(slot);
+            const auto* member = VcDbEntity::cast(db.objectAt(slot));
+            if (const auto* subs = member ? member->subEntities() : nullptr)
+                for (const VcDbObjectId sub : *subs)
+                    m_slots.insert(sub.slot());
+        }
     }
 }
 

@@ -12,7 +12,9 @@ class VcDbObject;
 
 class VKHOST_API LetGo {
 public:
-    explicit LetGo(const DatabaseCore& db);
+    // With what came from the files of external references, and is not saved either.
+    enum class Members { Own, OwnAndReferences };
+    explicit LetGo(const DatabaseCore& db, Members members = Members::Own);
 
     bool isEmpty() const { return m_slots.empty(); }
     bool contains(const VcDbObject& object) const;
@@ -21,6 +23,7 @@ public:
 private:
     void gatherOwnerless(const DatabaseCore& db);
     void spareListed(const DatabaseCore& db);
+    void addMembersOfReferences(const DatabaseCore& db);
     void addOwned(const DatabaseCore& db);
 
     std::unordered_set<std::uint32_t> m_slots;

@@ -256,6 +256,24 @@ Vcad::ErrorStatus VcDbLayout::setUcs(const VcGePoint3d& origin, const VcGeVector
     return Vcad::eOk;
 }
 
+void VcDbPlotSettings::dropShadePlot()
+{
+    assertWriteEnabled();
+    m_shadePlot = {};
+}
+
+void VcDbLayout::dropReferences()
+{
+    dropShadePlot();
+    m_block = m_lastViewport = m_ucsName = m_baseUcs = {};
+}
+
+void VcDbLayout::setUcsName(VcDbObjectId ucs)
+{
+    assertWriteEnabled();
+    m_ucsName = ucs;
+}
+
 void VcDbLayout::fields(FieldVisitor& v)
 {
     VcDbPlotSettings::fields(v);

@@ -105,15 +105,16 @@ VcDbObjectId VcDbSymbolTable::find(std::string_view name, bool erasedToo) const
 {
     const DatabaseCore* db = DatabaseCore::of(m_id);
     const auto [first, last] = m_index->byName.equal_range(foldKey(name));
-    VcDbObjectId erased;
+    const VcDbObject *live = nullptr, *erased = nullptr;
     for (auto at = first; at != last; ++at) {
         const VcDbObject* record = db->objectAt(at->second);
-        if (record && !record->isErased())
-            return record->objectId();
-        if (record)
-            erased = record->objectId();
+        if (record && record->isErased())
+            erased = record;
+        else if (record && (!live || record->order() < live->order()))
+            live = record;
     }
-    return erasedToo ? erased : VcDbObjectId();
+    const VcDbObject* found = live ? live : erasedToo ? erased : nullptr;
+    return found ? found->objectId() : VcDbObjectId();
 }
 
 void VcDbSymbolTable::recordAdded(VcDbSymbolTableRecord& record)
@@ -192,12 +193,14 @@ Vcad::ErrorStatus VcDbSymbolTable::add(VcDbObjectId& id, VcDbSymbolTableRecord* 
     const bool isShapeFile = record->nameUtf8().empty() && record->isKindOf(VcDbTextStyleTableRecord::desc());
     if (!isShapeFile && !isLegalRecordName(record->nameUtf8()))
         return Vcad::eInvalidInput;
-    if (record->nameUtf8().size() > 1 && record->nameUtf8()[0] == '*') {
+    // The viewports of one arrangement of the screen share its name, *Active that of the one that is shown.
+    const bool mayRepeat = record->isKindOf(VcDbViewportTableRecord::desc());
+    if (!mayRepeat && record->nameUtf8().size() > 1 && record->nameUtf8()[0] == '*') {
         record->setNameUtf8(freeAnonymousName(*this, record->nameUtf8()));
         if (auto* block = VcDbBlockTableRecord::cast(record); block && !block->isLayout())
             block->setBlockFlags(std::int16_t(block->blockFlags() | kAnonymous));
     }
-    if (!find(record->nameUtf8()).isNull())
+    if (!mayRepeat && !find(record->nameUtf8()).isNull())
         return Vcad::eDuplicateKey;
     assertWriteEnabled();
     completeRecord(*record, *db);

@@ -1,6 +1,7 @@
 // What is typed where a command is asked: names of commands and variables, Lisp.
 #include "host/edit/active_command.h"
 #include "host/edit/editor.h"
+#include "host/edit/script_rest.h"
 #include "host/edit/sysvars.h"
 #include "host/edit/typed_variable.h"
 
@@ -11,6 +12,34 @@ namespace vk::edit {
 namespace {
 
 using Kind = Question::Kind;
+
+std::optional<ScriptRest> s_rest;
+
+class CountedScript : public ScriptSource {
+public:
+    CountedScript(std::string name, std::string text, std::shared_ptr<std::size_t> linesTaken)
+        : ScriptSource(std::move(name), std::move(text)), m_linesTaken(std::move(linesTaken))
+    {
+    }
+
+protected:
+    std::optional<std::string> readLine(const std::string& prompt) override
+    {
+        ++*m_linesTaken;
+        return ScriptSource::readLine(prompt);
+    }
+
+private:
+    std::shared_ptr<std::size_t> m_linesTaken;
+};
+
+std::string afterLines(const std::string& text, std::size_t count)
+{
+    std::size_t at = 0;
+    for (; count > 0 && at < text.size(); --count)
+        at = std::min(text.find('\n', at), text.size() - 1) + 1;
+    return text.substr(at);
+}
 
 }
 
@@ -27,11 +56,18 @@ void Editor::run()
 void Editor::runScript(std::string name, std::string text)
 {
     std::vector<std::unique_ptr<InputSource>> below = std::exchange(m_sources, {});
-    pushSource(std::make_unique<ScriptSource>(std::move(name), std::move(text)));
+    const auto linesTaken = std::make_shared<std::size_t>(0);
+    pushSource(std::make_unique<CountedScript>(name, text, linesTaken));
     while (!m_quitting && runNext()) {
     }
     m_sources = std::move(below);
+    if (!m_interrupted)
+        return;
+    if (std::string rest = afterLines(text, *linesTaken); !rest.empty())
+        s_rest = {std::move(name), std::move(rest)};
 }
+
+std::optional<ScriptRest> takeScriptRest() { return std::exchange(s_rest, std::nullopt); }
 
 bool Editor::runNext()
 {

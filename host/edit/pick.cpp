@@ -33,12 +33,20 @@ std::optional<Picker::Hit> Picker::hit(const VcDbEntity& entity, const VcGePoint
     options.area = boxAbout(at).plan();
     ShapeWalk shape(m_db, m_layers, options);
     std::optional<Hit> best;
-    shape.walk(entity, [&](const Outline& outline) {
-        const double distance = distanceTo(p, outline, m_view, options.tolerance);
+    const auto offer = [&](double distance) {
         if (distance > m_view.reach || (best && distance > best->distance))
-            return true;
+            return;
         const auto& outside = shape.containers();
         best = Hit{distance, {shape.part(), {outside.rbegin(), outside.rend()}, shape.toWorld()}};
+    };
+    shape.passesOver = [&](const VcDbEntity& part) {
+        const auto plain = plainDistance(part, shape.toWorld(), at, m_view);
+        if (plain)
+            offer(*plain);
+        return plain.has_value();
+    };
+    shape.walk(entity, [&](const Outline& outline) {
+        offer(distanceTo(p, outline, m_view, options.tolerance));
         return true;
     });
     return best;
@@ -65,7 +73,7 @@ std::optional<Picker::Hit> Picker::nearest(const VcGePoint3d& at) const
     const auto isNearer = [&](double distance) { return best ? distance < best->distance : distance <= m_view.reach; };
     for (auto candidate = found.rbegin(); candidate != found.rend() && isNearer(0); ++candidate) {
         const auto& [entity, extents] = *candidate;
-        if (const auto plain = plainDistance(*entity, extents, at, m_view)) {
+        if (const auto plain = plainDistance(*entity, extents.isEmpty() ? nullptr : &extents, at, m_view)) {
             if (isNearer(*plain))
                 best = Hit{*plain, {entity->objectId(), {}, {}}};
         } else if (auto walked = hit(*entity, at); walked && isNearer(walked->distance)) {
@@ -111,7 +119,9 @@ std::vector<VcDbObjectId> Picker::takenBy(const SelectArea& area) const
     for (const auto& [entity, extents] : candidates(area)) {
         const bool known = m_layers.isSeen(entity->layerId()) && !extents.isEmpty();
         const bool tight = VcDbCurve::cast(entity) != nullptr;
-        const auto quick = known ? area.takesExtents(extents, tight) : std::nullopt;
+        auto quick = known ? area.takesExtents(extents, tight) : std::nullopt;
+        if (!quick)
+            quick = area.takesPlain(*entity, extents);
         if (quick ? *quick : area.takes(m_db, m_layers, *entity))
             taken.push_back(entity->objectId());
     }

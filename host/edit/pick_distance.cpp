@@ -15,7 +15,7 @@ using Distance = std::optional<double>;
 
 struct Pick {
     Point at;
-    const VcDbExtents& extents;
+    const VcDbExtents* extents;
 };
 
 bool isUpright(const VcGeVector3d& normal) { return normal.x == 0 && normal.y == 0 && normal.z > 0; }
@@ -104,13 +104,15 @@ Distance toPolyline(const VcDbEntity& e, const Pick& pick)
     return nearest;
 }
 
-// The box of an upright text is what it fills.
 Distance toText(const VcDbEntity& e, const Pick& pick)
 {
-    const auto& text = static_cast<const VcDbText&>(e);
-    if (!isUpright(text.normal()) || text.rotation() != 0 || pick.extents.isEmpty())
+    VcDbExtents own;
+    if (!fillsItsBox(e) || (!pick.extents && e.getGeomExtents(own) != Vcad::eOk))
         return std::nullopt;
-    const VcGePoint3d &low = pick.extents.minPoint(), &high = pick.extents.maxPoint();
+    const VcDbExtents& extents = pick.extents ? *pick.extents : own;
+    const VcGePoint3d &low = extents.minPoint(), &high = extents.maxPoint();
+    if (extents.isEmpty())
+        return std::nullopt;
     return distanceToBox(pick.at, {low.x, low.y}, {high.x, high.y});
 }
 
@@ -134,12 +136,21 @@ struct Entry {
 
 constexpr Entry kPlain[] = {
     {&VcDbLine::desc, toLine}, {&VcDbPolyline::desc, toPolyline}, {&VcDbCircle::desc, toCircle},
-    {&VcDbArc::desc, toArc},   {&VcDbText::desc, toText},     {&VcDbMText::desc, toMText},
+    {&VcDbArc::desc, toArc},   {&VcDbText::desc, toText},     {&VcDbMText::desc, toMText},  {&VcDbAttribute::desc, toText},
 };
 
 }
 
-std::optional<double> plainDistance(const VcDbEntity& entity, const VcDbExtents& extents, const VcGePoint3d& at, const PickView& view)
+bool fillsItsBox(const VcDbEntity& entity)
+{
+    const VcRxClass* cls = entity.isA();
+    if (cls != VcDbText::desc() && cls != VcDbAttribute::desc())
+        return false;
+    const auto& text = static_cast<const VcDbText&>(entity);
+    return isUpright(text.normal()) && text.rotation() == 0;
+}
+
+std::optional<double> plainDistance(const VcDbEntity& entity, const VcDbExtents* extents, const VcGePoint3d& at, const PickView& view)
 {
     if (!view.isLevel())
         return std::nullopt;
@@ -148,6 +159,19 @@ std::optional<double> plainDistance(const VcDbEntity& entity, const VcDbExtents&
         if (cls == entry.desc())
             return entry.distance(entity, {{at.x, at.y}, extents});
     return std::nullopt;
+}
+
+std::optional<double> plainDistance(const VcDbEntity& part, const VcGeMatrix3d& toWorld, const VcGePoint3d& at, const PickView& view)
+{
+    const auto& m = toWorld.entry;
+    const bool turns = m[0][0] == m[1][1] && m[0][1] == -m[1][0], mirrors = m[0][0] == -m[1][1] && m[0][1] == m[1][0];
+    const double squared = m[0][0] * m[0][0] + m[0][1] * m[0][1];
+    if (m[0][2] != 0 || m[1][2] != 0 || m[2][0] != 0 || m[2][1] != 0 || !(turns || mirrors) || !(squared > 0))
+        return std::nullopt;
+    const double x = at.x - m[0][3], y = at.y - m[1][3];
+    const VcGePoint3d inBlock((m[0][0] * x + m[1][0] * y) / squared, (m[0][1] * x + m[1][1] * y) / squared, 0);
+    const auto distance = plainDistance(part, nullptr, inBlock, view);
+    return distance ? std::optional(*distance * std::sqrt(squared)) : std::nullopt;
 }
 
 }  // namespace vk::edit

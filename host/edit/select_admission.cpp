@@ -111,9 +111,10 @@ std::shared_ptr<SelectionSet> admitted(Editor& ed, const SelectRequest& request,
     for (const VcDbObjectId id : from)
         if (pass.admits(id))
             set->add(id);
+    if (quiet)
+        return set;
     const std::string leftOut = tally.leftOut();
-    if (!quiet)
-        ed.printLine(fmt::format("{} found{}", set->size(), leftOut.empty() ? "" : " (" + leftOut + ")"));
+    ed.printLine(fmt::format("{} found{}", set->size(), leftOut.empty() ? "" : " (" + leftOut + ")"));
     return set;
 }
 

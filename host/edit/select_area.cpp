@@ -1,6 +1,9 @@
 #include "host/edit/select_area.h"
 
+#include "host/edit/pick_distance.h"
 #include "host/geom/region.h"
+#include "sdk/vcdb_curves.h"
+#include "sdk/vcdb_text.h"
 
 #include <cmath>
 
@@ -283,23 +286,84 @@ std::optional<bool> SelectArea::meetsChords(const Chain& chain, double chordErro
         for (const Point& p : chain)
             if (contains(p))
                 return true;
+    bool open = false;
     for (std::size_t i = 0; i + 1 < chain.size(); ++i) {
         Rectangle chord;
         chord.add(chain[i]);
         chord.add(chain[i + 1]);
-        if (isNearEdge({chord.min.x - slack, chord.min.y - slack}, {chord.max.x + slack, chord.max.y + slack}))
-            return std::nullopt;
+        if (!isNearEdge({chord.min.x - slack, chord.min.y - slack}, {chord.max.x + slack, chord.max.y + slack}))
+            continue;
+        if (crossesSurely(chain[i], chain[i + 1], slack))
+            return true;
+        open = true;
+    }
+    return open ? std::nullopt : std::optional(false);
+}
+
+// Whether what goes from one point to another, never further from the chord than the slack, must go through an edge: the
+// points lie on both sides of it, and nothing on the way can pass its ends.
+bool SelectArea::crossesSurely(const Point& from, const Point& to, double slack) const
+{
+    for (std::size_t e = 0; e < edgeCount(); ++e) {
+        const Point &a = m_points[e], &b = m_points[(e + 1) % m_points.size()];
+        const double length = a.distanceTo(b), left = turn(a, b, from), right = turn(a, b, to);
+        if (!(std::min(std::fabs(left), std::fabs(right)) > slack * length) || (left > 0) == (right > 0))
+            continue;
+        const double first = (from - a).dotProduct(b - a), second = (to - a).dotProduct(b - a);
+        if (std::min(first, second) > slack * length && std::max(first, second) < (length - slack) * length)
+            return true;
     }
     return false;
+}
+
+bool SelectArea::takesChain(const Chain& chain, bool filled) const { return m_kind == Kind::Window ? holds(chain) : meets(chain, filled); }
+
+std::optional<bool> SelectArea::takesPlain(const VcDbEntity& entity, const VcDbExtents& extents) const
+{
+    m_chain.clear();
+    const VcRxClass* cls = entity.isA();
+    if (cls == VcDbLine::desc()) {
+        const auto& line = static_cast<const VcDbLine&>(entity);
+        m_chain = {m_view.project(line.startPoint()), m_view.project(line.endPoint())};
+        return takesChain(m_chain, false);
+    }
+    if (cls == VcDbPolyline::desc()) {
+        const auto& line = static_cast<const VcDbPolyline&>(entity);
+        if (line.hasBulges() || line.hasWidth() || line.numVerts() < 2)
+            return std::nullopt;
+        VcGePoint3d at;
+        for (unsigned i = 0; i < line.numVerts(); ++i)
+            if (line.getPointAt(i, at) == Vcad::eOk)
+                m_chain.push_back(m_view.project(at));
+        if (line.isClosed())
+            m_chain.push_back(m_chain.front());
+        return takesChain(m_chain, false);
+    }
+    if (!m_view.isLevel() || extents.isEmpty() || !fillsItsBox(entity))
+        return std::nullopt;
+    const VcGePoint3d &low = extents.minPoint(), &high = extents.maxPoint();
+    m_chain = {{low.x, low.y}, {high.x, low.y}, {high.x, high.y}, {low.x, high.y}};
+    return takesChain(m_chain, true);
 }
 
 bool SelectArea::takesOutline(const Outline& outline, double chordError) const
 {
     const Chain chain = projected(m_view, outline.points);
     if (!outline.curve)
-        return m_kind == Kind::Window ? holds(chain) : meets(chain, outline.filled);
+        return takesChain(chain, outline.filled);
     const auto quick = takesChords(chain, chordError);
     return quick ? *quick : takesCurve(*outline.curve);
+}
+
+// Texts of many lines have more room than their extents, and a fence takes points that it comes near to.
+bool SelectArea::missesPart(const VcDbEntity& part, const VcGeMatrix3d& toWorld) const
+{
+    VcDbExtents extents;
+    const bool reachesOut = part.isA() == VcDbMText::desc() || part.isA() == VcDbPoint::desc();
+    if (reachesOut || part.getGeomExtents(extents) != Vcad::eOk || extents.isEmpty())
+        return false;
+    extents.transformBy(toWorld);
+    return takesExtents(extents, false) == std::optional(false);
 }
 
 bool SelectArea::takes(const DatabaseCore& db, const SeenLayers& layers, const VcDbEntity& entity) const
@@ -310,6 +374,7 @@ bool SelectArea::takes(const DatabaseCore& db, const SeenLayers& layers, const V
     options.wholeEntity = m_kind == Kind::Window;
     bool seen = false, taken = false;
     ShapeWalk shape(db, layers, options);
+    shape.passesOver = [&](const VcDbEntity& part) { return m_kind != Kind::Window && &part != &entity && missesPart(part, shape.toWorld()); };
     shape.walk(entity, [&](const Outline& outline) {
         seen = true;
         taken = takesOutline(outline, options.tolerance);

@@ -21,6 +21,8 @@ public:
 
     // Whether the outlines that are seen of the entity are taken.
     bool takes(const DatabaseCore& db, const SeenLayers& layers, const VcDbEntity& entity) const;
+    // The same without making outlines, for what has straight ones; nothing for all else. The extents are the entity's.
+    std::optional<bool> takesPlain(const VcDbEntity& entity, const VcDbExtents& extents) const;
     // What extents alone say: yes, no, or that the outlines must be looked at. Tight ones are touched on every side.
     std::optional<bool> takesExtents(const VcDbExtents& extents, bool tight) const;
     // In the world, on the plane of the picture.
@@ -34,10 +36,13 @@ private:
     bool contains(const VcGePoint2d& p) const;
     bool meets(const std::vector<VcGePoint2d>& chain, bool filled) const;
     bool holds(const std::vector<VcGePoint2d>& chain) const;
+    bool takesChain(const std::vector<VcGePoint2d>& chain, bool filled) const;
     bool takesCurve(const geom::Curve& curve) const;
     bool takesOutline(const Outline& outline, double chordError) const;
     std::optional<bool> takesChords(const std::vector<VcGePoint2d>& chain, double chordError) const;
     std::optional<bool> meetsChords(const std::vector<VcGePoint2d>& chain, double chordError) const;
+    bool crossesSurely(const VcGePoint2d& from, const VcGePoint2d& to, double slack) const;
+    bool missesPart(const VcDbEntity& part, const VcGeMatrix3d& toWorld) const;
     std::optional<bool> holdsChords(const std::vector<VcGePoint2d>& chain) const;
     bool isNearEdge(const VcGePoint2d& low, const VcGePoint2d& high) const;
     std::size_t edgeCount() const { return m_kind == Kind::Fence ? m_points.size() - 1 : m_points.size(); }
@@ -47,6 +52,7 @@ private:
     std::vector<VcGePoint2d> m_points;
     bool m_isRectangle;
     VcGePoint2d m_min, m_max;
+    mutable std::vector<VcGePoint2d> m_chain;  // under test, kept for its memory
 };
 
 // Distance of a point of the picture to an outline as it is seen, whose chords keep that near to its curve. What lies

@@ -109,24 +109,29 @@ void SpaceIndex::update(const VcDbEntity& entity)
         m_boxes.erase(entity.objectId().slot());
 }
 
-// What is found lies all over the memory: asked for ahead, it is waited for together.
-std::vector<SpaceIndex::Candidate> SpaceIndex::inDrawingOrder(const std::vector<Found>& found) const
+// What is found lies all over the memory: asked for ahead, it is waited for together. What was found twice comes once.
+std::vector<SpaceIndex::Candidate> SpaceIndex::inDrawingOrder() const
 {
     constexpr std::size_t kAhead = 12, kCacheLine = 64;
-    std::vector<Candidate> candidates;
-    candidates.reserve(found.size());
-    for (std::size_t i = 0; i < found.size() + kAhead; ++i) {
-        if (i < found.size()) {
-            const auto* start = reinterpret_cast<const char*>(m_db.objectAt(found[i].id));
+    m_places.clear();
+    for (std::size_t i = 0; i < m_found.size() + kAhead; ++i) {
+        if (i < m_found.size()) {
+            const auto* start = reinterpret_cast<const char*>(m_db.objectAt(m_found[i].id));
             __builtin_prefetch(start);
             __builtin_prefetch(start + kCacheLine);
         }
-        if (i < kAhead)
-            continue;
-        const Found& one = found[i - kAhead];
-        candidates.push_back({static_cast<const VcDbEntity*>(m_db.objectAt(one.id)), extentsOf(*one.box)});
+        if (i >= kAhead)
+            m_places.push_back(std::uint64_t(m_db.objectAt(m_found[i - kAhead].id)->order()) << 32 | (i - kAhead));
     }
-    std::sort(candidates.begin(), candidates.end(), [](const auto& a, const auto& b) { return a.entity->order() < b.entity->order(); });
+    std::sort(m_places.begin(), m_places.end());
+    std::vector<Candidate> candidates;
+    candidates.reserve(m_places.size());
+    for (const std::uint64_t place : m_places) {
+        const Found& one = m_found[std::uint32_t(place)];
+        const auto* entity = static_cast<const VcDbEntity*>(m_db.objectAt(one.id));
+        if (candidates.empty() || candidates.back().entity != entity)
+            candidates.push_back({entity, extentsOf(*one.box)});
+    }
     return candidates;
 }
 
@@ -135,7 +140,7 @@ std::vector<SpaceIndex::Candidate> SpaceIndex::candidates(const std::optional<Pl
     if (area) {
         m_found.clear();
         m_boxes.addTouching({{area->min.x, area->min.y, -Box3d::kInfinite}, {area->max.x, area->max.y, Box3d::kInfinite}}, m_found);
-        return inDrawingOrder(m_found);
+        return inDrawingOrder();
     }
     std::vector<Candidate> found;
     for (const std::uint32_t slot : members())
@@ -149,10 +154,7 @@ std::vector<SpaceIndex::Candidate> SpaceIndex::below(const std::vector<VcGePoint
     m_found.clear();
     for (std::size_t i = 0; i + 1 < chain.size(); ++i)
         m_boxes.addBelow(chain[i], chain[i + 1], m_found);
-    std::vector<Candidate> found = inDrawingOrder(m_found);
-    const auto same = [](const Candidate& a, const Candidate& b) { return a.entity == b.entity; };
-    found.erase(std::unique(found.begin(), found.end(), same), found.end());
-    return found;
+    return inDrawingOrder();
 }
 
 // Half a line against a rectangle, in the plan.
@@ -180,7 +182,7 @@ std::vector<SpaceIndex::Candidate> SpaceIndex::along(const VcGePoint3d& base, co
     m_found.clear();
     m_boxes.addTouching({{left, bottom, -Box3d::kInfinite}, {right, top, Box3d::kInfinite}}, m_found);
     std::erase_if(m_found, [&](const Found& f) { return f.box->isFinite() && !passesOver(base, direction, extentsOf(*f.box)); });
-    return inDrawingOrder(m_found);
+    return inDrawingOrder();
 }
 
 }  // namespace vk::edit

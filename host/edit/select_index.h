@@ -36,7 +36,7 @@ private:
     void refresh();
     void rebuild();
     using Found = geom::SpatialIndex::Found;
-    std::vector<Candidate> inDrawingOrder(const std::vector<Found>& found) const;
+    std::vector<Candidate> inDrawingOrder() const;
     bool follow(std::span<const std::uint32_t> changed);
     // False when more than the one object may lie elsewhere now.
     bool follow(const VcDbObject& changed);
@@ -47,7 +47,9 @@ private:
     VcDbObjectId m_space;
     std::optional<std::uint64_t> m_changes;  // up to which it is right
     geom::SpatialIndex m_boxes;              // by slot
-    mutable std::vector<Found> m_found;      // of the search under way, kept for its memory
+    // Of the search under way, kept for their memory.
+    mutable std::vector<Found> m_found;
+    mutable std::vector<std::uint64_t> m_places;  // in the order of drawing, and in m_found
 };
 
 }  // namespace vk::edit

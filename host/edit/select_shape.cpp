@@ -216,6 +216,8 @@ static std::optional<geom::Curve> bentCurve(const VcDbEntity& entity)
 
 bool ShapeWalk::walkOwn(const VcDbEntity& entity, const Visit& visit)
 {
+    if (passesOver && passesOver(entity))
+        return true;
     OutlineBuilder builder(m_options.tolerance / std::max(largestScale(m_toWorld), 1e-12));
     if (!buildOutline(entity, builder))
         return walkPieces(entity, visit);

@@ -47,6 +47,8 @@ public:
 
     // Whether to go on.
     using Visit = std::function<bool(const Outline&)>;
+    // Asked ahead of each part: true where no outline of it is needed.
+    std::function<bool(const VcDbEntity&)> passesOver;
     // False when visit ended it.
     bool walk(const VcDbEntity& entity, const Visit& visit);
 

@@ -54,17 +54,20 @@ SeenLayers::States SeenLayers::statesOf(const DatabaseCore& db, VcDbObjectId vie
 }
 
 // Picks ask one after the other: what was found last holds as long as nothing changes.
-SeenLayers::SeenLayers(const DatabaseCore& db, VcDbObjectId viewport) : m_zero(db.findRecord(NameTable::Layer, "0"))
+SeenLayers::SeenLayers(const DatabaseCore& db, VcDbObjectId viewport)
 {
-    using Key = std::tuple<VcDbObjectId, VcDbObjectId, std::uint64_t>;
+    using Key = std::tuple<std::uint32_t, VcDbObjectId, std::uint64_t>;
     static Key lastKey;
+    static VcDbObjectId lastZero;
     static std::shared_ptr<const States> last;
-    const Key key(m_zero, viewport, db.changeCount());
+    const Key key(db.serial(), viewport, db.changeCount());
     if (!last || key != lastKey) {
         last = std::make_shared<const States>(statesOf(db, viewport));
+        lastZero = db.findRecord(NameTable::Layer, "0");
         lastKey = key;
     }
     m_states = last;
+    m_zero = lastZero;
 }
 
 SeenLayers SeenLayers::of(const Editor& ed)

@@ -15,6 +15,7 @@
 #include "sdk/vcdb_layout.h"
 #include "sdk/vcdb_objects.h"
 #include "sdk/vcdb_tables.h"
+#include "sdk/vcdb_viewport.h"
 
 #include <chrono>
 #include <ctime>
@@ -130,6 +131,20 @@ const Computed kComputed[] = {
     {"LENSLENGTH", true, [](const Editor& ed) -> SysVarValue { return currentView(mutableEditor(ed)).lensLength; }},
     {"FRONTZ", true, [](const Editor& ed) -> SysVarValue { return currentView(mutableEditor(ed)).frontClip; }},
     {"BACKZ", true, [](const Editor& ed) -> SysVarValue { return currentView(mutableEditor(ed)).backClip; }},
+    {"VIEWMODE", true,
+     [](const Editor& ed) -> SysVarValue {
+         return std::int32_t(currentView(mutableEditor(ed)).mode | (ed.vars().integer("UCSFOLLOW") != 0 ? kUcsFollowOn : 0));
+     }},
+    {"UCSVP", true,
+     [](const Editor& ed) -> SysVarValue {
+         const VcDbViewport* viewport = activeViewport(ed);
+         return std::int32_t(!viewport || viewport->isUcsSavedWithViewport());
+     }},
+    {"UCSNAME", true,
+     [](const Editor& ed) -> SysVarValue {
+         const auto* record = ed.db().liveAs<VcDbSymbolTableRecord>(currentUcsRecord(ed.db()));
+         return record ? record->nameUtf8() : std::string();
+     }},
     {"UCSORG", true, [](const Editor& ed) -> SysVarValue { return currentUcs(ed.db()).origin; }},
     {"UCSXDIR", true, [](const Editor& ed) -> SysVarValue { return VcGePoint3d() + currentUcs(ed.db()).x; }},
     {"UCSYDIR", true, [](const Editor& ed) -> SysVarValue { return VcGePoint3d() + currentUcs(ed.db()).y; }},
@@ -205,6 +220,20 @@ SetVarResult setTileMode(Editor& ed, std::int32_t value)
     return layout && showLayout(ed, *layout) ? SetVarResult::Done : SetVarResult::Refused;
 }
 
+// A viewport without a system of its own works in the model's.
+SetVarResult setUcsOfViewport(Editor& ed, bool own)
+{
+    VcDbViewport* viewport = activeViewport(ed);
+    if (!viewport)
+        return own ? SetVarResult::Done : SetVarResult::Refused;
+    const CoordinateSystem now = currentUcs(ed.db());
+    const VcDbObjectId record = currentUcsRecord(ed.db());
+    viewport->setUcsSavedWithViewport(own);
+    if (own)
+        setCurrentUcs(ed.db(), now, record);
+    return SetVarResult::Done;
+}
+
 SetVarResult setTab(Editor& ed, const std::string& name)
 {
     VcDbLayout* layout = layoutNamed(ed.db(), name);
@@ -237,6 +266,8 @@ std::optional<SetVarResult> setSpecialSysVar(Editor& ed, const SysVarDef& def, c
         return setDrawingSysVar(ed.db(), def, value) ? SetVarResult::Done : SetVarResult::OutOfRange;
     if (name == "CANNOSCALE")
         return setAnnotationScale(ed, def, std::get<std::string>(value));
+    if (name == "UCSVP")
+        return setUcsOfViewport(ed, std::get<std::int32_t>(value) != 0);
     if (name == "CTAB")
         return setTab(ed, std::get<std::string>(value));
     if (name == "CVPORT")

@@ -66,6 +66,7 @@ View viewIn(const VcDbViewport& viewport)
     view.lensLength = viewport.lensLength();
     view.frontClip = viewport.frontClipDistance();
     view.backClip = viewport.backClipDistance();
+    view.mode = viewport.viewMode() & ~kUcsFollowOn;
     return view;
 }
 
@@ -76,6 +77,20 @@ void setView(VcDbViewport& viewport, const View& view)
     viewport.setViewTarget(view.target);
     viewport.setViewDirection(view.direction);
     viewport.setTwistAngle(view.twist);
+    viewport.setLensLength(view.lensLength);
+    viewport.setClipDistances(view.frontClip, view.backClip);
+    viewport.setViewMode(std::int16_t(view.mode | (viewport.viewMode() & kUcsFollowOn)));
+}
+
+void giveLensAndClips(VcDbAbstractViewTableRecord& record, const View& view)
+{
+    record.setLensLength(view.lensLength);
+    record.setFrontClipDistance(view.frontClip);
+    record.setBackClipDistance(view.backClip);
+    record.setPerspectiveEnabled((view.mode & kPerspectiveView) != 0);
+    record.setFrontClipEnabled((view.mode & kFrontClipOn) != 0);
+    record.setBackClipEnabled((view.mode & kBackClipOn) != 0);
+    record.setFrontClipAtEye((view.mode & kFrontClipNotAtEye) == 0);
 }
 
 // What the drawing opens with next time.
@@ -89,6 +104,7 @@ void keepInDrawing(Editor& editor, const View& view)
             record->setTarget(view.target);
             record->setViewDirection(view.direction);
             record->setViewTwist(view.twist);
+            giveLensAndClips(*record, view);
         }
         return;
     }
@@ -183,7 +199,22 @@ View viewOf(const VcDbViewTableRecord& record, View from)
     from.target = record.target();
     from.direction = record.viewDirection();
     from.twist = record.viewTwist();
+    from.lensLength = record.lensLength();
+    from.frontClip = record.frontClipDistance();
+    from.backClip = record.backClipDistance();
+    from.mode = record.viewMode() & ~kUcsFollowOn;
     return from;
+}
+
+void fillViewRecord(Editor& editor, VcDbViewTableRecord& record, const View& view)
+{
+    record.setCenterPoint({view.center.x, view.center.y});
+    record.setHeight(view.height);
+    record.setWidth(view.height * aspectOf(editor));
+    record.setTarget(view.target);
+    record.setViewDirection(view.direction);
+    record.setViewTwist(view.twist);
+    giveLensAndClips(record, view);
 }
 
 void resetView(Editor& editor) { viewsOf(editor).shown.erase(currentKey(editor)); }

@@ -19,7 +19,10 @@ struct View {
     double twist = 0;
     double lensLength = 50;
     double frontClip = 0, backClip = 0;
+    std::int16_t mode = 0;  // as VIEWMODE has it, without UCSFOLLOW
 };
+
+enum ViewMode : std::int16_t { kPerspectiveView = 1, kFrontClipOn = 2, kBackClipOn = 4, kUcsFollowOn = 8, kFrontClipNotAtEye = 16 };
 
 // Pixels of the screen that the runner stands for.
 constexpr double kScreenWidth = 1920, kScreenHeight = 1080;
@@ -28,6 +31,8 @@ constexpr double kScreenWidth = 1920, kScreenHeight = 1080;
 VKHOST_API View& currentView(Editor& editor);
 // The view that a named view stands for, from one that gives what the record does not hold.
 VKHOST_API View viewOf(const VcDbViewTableRecord& record, View from);
+// What a named view keeps of a view.
+VKHOST_API void fillViewRecord(Editor& editor, VcDbViewTableRecord& record, const View& view);
 VKHOST_API void resetView(Editor& editor);
 // Changes it as a person does: under undo, remembered for what goes back to it, and kept with the drawing. A viewport
 // that is locked refuses with an error of the command.

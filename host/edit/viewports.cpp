@@ -1,5 +1,6 @@
 #include "host/edit/viewports.h"
 
+#include "host/db/coordinate_system.h"
 #include "host/db/database.h"
 #include "host/db/layouts.h"
 #include "host/edit/editor.h"
@@ -59,6 +60,7 @@ bool setActiveViewport(Editor& editor, const VcDbViewport& viewport)
     if (!isOnSheet(editor) || !canEnter(db, &viewport))
         return false;
     s_entered = {db.serial(), viewport.objectId()};
+    setUcsViewport(db, viewport.objectId());
     db.inModelViewport = true;
     return true;
 }

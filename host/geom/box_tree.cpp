@@ -34,7 +34,7 @@ float floatBelow(double v)
 
 float floatAbove(double v) { return -floatBelow(-v); }
 
-Rectangle both(const Rectangle& a, const Rectangle& b)
+[[gnu::always_inline]] inline Rectangle both(const Rectangle& a, const Rectangle& b)
 {
     return {std::min(a.left, b.left), std::min(a.bottom, b.bottom), std::max(a.right, b.right), std::max(a.top, b.top)};
 }
@@ -58,20 +58,18 @@ void setRectangle(BoxTree::Node& node, unsigned place, const Rectangle& r)
 
 constexpr unsigned kSideBits = 14;
 
-// Place of a cell on a Hilbert curve through the square of cells.
+// Place of a cell on a Hilbert curve through the square of cells. In the lower half of a square the curve is turned over,
+// in its right quarter the other way round; without branches, which nobody could foretell.
 std::uint32_t alongHilbert(std::uint32_t x, std::uint32_t y)
 {
     std::uint32_t place = 0;
-    for (std::uint32_t side = 1u << (kSideBits - 1); side; side >>= 1) {
-        const bool right = x & side, up = y & side;
-        place = place << 2 | ((right ? 3u : 0u) ^ (up ? 1u : 0u));
-        if (up)
-            continue;
-        if (right) {
-            x = ~x;
-            y = ~y;
-        }
-        std::swap(x, y);
+    for (unsigned bit = kSideBits; bit-- > 0;) {
+        const std::uint32_t right = x >> bit & 1, up = y >> bit & 1;
+        place = place << 2 | ((3 * right) ^ up);
+        const std::uint32_t reversed = 0u - (right & ~up), turned = up - 1;
+        const std::uint32_t swapped = (x ^ y) & turned;
+        x ^= reversed ^ swapped;
+        y ^= reversed ^ swapped;
     }
     return place;
 }
@@ -162,11 +160,22 @@ public:
     }
 
 private:
-    using Key = double (*)(const Rectangle&);
-    static constexpr Key kKeys[] = {
-        [](const Rectangle& r) { return double(r.left) + r.right; },
-        [](const Rectangle& r) { return double(r.bottom) + r.top; },
-        [](const Rectangle& r) { return (double(r.right) - r.left) - (double(r.top) - r.bottom); },
+    // As types of their own, so that each search through the members is built for its key.
+    struct Across
+    {
+        double operator()(const Rectangle& r) const { return double(r.left) + r.right; }
+    };
+    struct Up
+    {
+        double operator()(const Rectangle& r) const { return double(r.bottom) + r.top; }
+    };
+    struct Lying
+    {
+        double operator()(const Rectangle& r) const
+        {
+            const double width = double(r.right) - r.left, height = double(r.top) - r.bottom;
+            return width == height ? 0 : width - height;  // both may be infinite
+        }
     };
 
     static Rectangle around(std::span<const Member> members)
@@ -181,8 +190,8 @@ private:
     {
         return count ? (r.right - r.left + m_reach) * (r.top - r.bottom + m_reach) * double(count) : 0;
     }
-    template <class KeyOf>
-    double costAboutMean(std::span<const Member> members, KeyOf key) const
+    template <class Key>
+    double costAboutMean(std::span<const Member> members, Key key) const
     {
         double sum = 0;
         for (const Member& m : members)
@@ -197,16 +206,25 @@ private:
         }
         return cost(sides[0], counts[0]) + cost(sides[1], counts[1]);
     }
+    template <class Key>
+    static void part(std::span<Member> members, std::size_t cut, Key key)
+    {
+        std::nth_element(members.begin(), members.begin() + cut, members.end(),
+                         [key](const Member& a, const Member& b) { return key(a.r) < key(b.r); });
+    }
     void divide(std::span<Member> members)
     {
         if (members.size() <= BoxTree::kWidth)
             return;
         const std::size_t leaves = (members.size() + BoxTree::kWidth - 1) / BoxTree::kWidth;
         const std::size_t cut = leaves / 2 * BoxTree::kWidth;
-        const double costs[] = {costAboutMean(members, kKeys[0]), costAboutMean(members, kKeys[1]), costAboutMean(members, kKeys[2])};
-        const Key key = kKeys[std::min_element(std::begin(costs), std::end(costs)) - costs];
-        std::nth_element(members.begin(), members.begin() + cut, members.end(),
-                         [key](const Member& a, const Member& b) { return key(a.r) < key(b.r); });
+        const double across = costAboutMean(members, Across()), up = costAboutMean(members, Up()), lying = costAboutMean(members, Lying());
+        if (across <= up && across <= lying)
+            part(members, cut, Across());
+        else if (up <= lying)
+            part(members, cut, Up());
+        else
+            part(members, cut, Lying());
         divide(members.first(cut));
         divide(members.subspan(cut));
     }

@@ -208,9 +208,8 @@ void addMeetings(const Operand& a, size_t i, const Operand& b, size_t j, const V
         meeting.overlaps.push_back({a.toCurve(i, s.a), b.toCurve(j, s.b), at(s.a.from), at(s.a.to)});
 }
 
-auto orderOf(const Curve& curve)
+auto orderOf(const Curve& curve, const Box3d& box)
 {
-    const Box3d box = finiteBox(curve);
     return std::make_tuple(curve.index(), box.min.x, box.min.y, box.min.z, box.max.x, box.max.y, box.max.z);
 }
 
@@ -239,27 +238,20 @@ bool extends(Extend extend, Extend which)
 
 } // namespace
 
-double meetingTolerance(const Curve& a, const Curve& b)
+static double meetingTolerance(const Box3d& boxA, const Box3d& boxB)
 {
-    const Box3d boxA = finiteBox(a), boxB = finiteBox(b);
     return kSizeShare * std::max(boxA.diagonal(), boxB.diagonal()) +
            kRounding * std::max(boxA.magnitude(), boxB.magnitude());
 }
 
-Meeting intersect(const Curve& a, const Curve& b, Extend extend, double tolerance)
+double meetingTolerance(const Curve& a, const Curve& b) { return meetingTolerance(finiteBox(a), finiteBox(b)); }
+
+// In the order of orderOf, so that swapped arguments give the same points.
+static Meeting intersectInOrder(const Curve& a, const Box3d& boxA, const Curve& b, const Box3d& boxB, Extend extend, double tolerance)
 {
-    if (!isValid(a) || !isValid(b))
-        return {};
-    if (orderOf(b) < orderOf(a)) {
-        const int turned = (int(extend) >> 1 & 1) | (int(extend) << 1 & 2);
-        Meeting meeting = intersect(b, a, Extend(turned), tolerance);
-        swapOrder(meeting);
-        return meeting;
-    }
     if (tolerance <= 0)
-        tolerance = meetingTolerance(a, b);
+        tolerance = meetingTolerance(boxA, boxB);
     // Near the origin coordinates have all their digits.
-    const Box3d boxA = finiteBox(a), boxB = finiteBox(b);
     const Vector3 origin = (boxA.diagonal() <= boxB.diagonal() ? boxA : boxB).center().asVector();
     const Operand first(a, -origin, extends(extend, Extend::First), tolerance);
     const Operand second(b, -origin, extends(extend, Extend::Second), tolerance);
@@ -268,6 +260,19 @@ Meeting intersect(const Curve& a, const Curve& b, Extend extend, double toleranc
                      [&](size_t i, size_t j) { addMeetings(first, i, second, j, origin, tolerance, meeting); });
     joinOverlaps(meeting.overlaps);
     keepDistinct(meeting, first, second, tolerance);
+    return meeting;
+}
+
+Meeting intersect(const Curve& a, const Curve& b, Extend extend, double tolerance)
+{
+    if (!isValid(a) || !isValid(b))
+        return {};
+    const Box3d boxA = finiteBox(a), boxB = finiteBox(b);
+    if (!(orderOf(b, boxB) < orderOf(a, boxA)))
+        return intersectInOrder(a, boxA, b, boxB, extend, tolerance);
+    const int turned = (int(extend) >> 1 & 1) | (int(extend) << 1 & 2);
+    Meeting meeting = intersectInOrder(b, boxB, a, boxA, Extend(turned), tolerance);
+    swapOrder(meeting);
     return meeting;
 }
 

@@ -58,7 +58,7 @@ void produce(DatabaseCore& db, const WriteOptions& options, WriteResult& result,
         groups = &legacy;
     else if (result.version < DxfVersion::R2018 && db.origin.version > result.version)
         groups = &older;
-    const LetGo letGo(db);
+    const LetGo letGo(db, LetGo::Members::OwnAndReferences);
     LetGoSink settled(*groups, handlesInPlace(db, letGo));
     DxfWriter writer(db, result.version, letGo.isEmpty() ? *groups : settled, letGo, options, result);
     if (!writer.write()) {

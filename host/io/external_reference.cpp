@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fmt/format.h>
+#include <set>
 
 namespace {
 
@@ -129,7 +130,8 @@ std::string locate(const std::string& path, const std::string& folder)
 
 class Loader {
 public:
-    Loader(DatabaseCore& db, ReferenceLoad& result) : m_db(db), m_result(result)
+    // Anew: those within that are there already are read again.
+    Loader(DatabaseCore& db, ReferenceLoad& result, bool anew) : m_db(db), m_result(result), m_anew(anew)
     {
         if (!db.origin.path.empty())
             m_open.push_back(canonical(db.origin.path));
@@ -156,31 +158,35 @@ private:
     bool isOpen(const std::string& path) const { return std::find(m_open.begin(), m_open.end(), canonical(path)) != m_open.end(); }
 
     // References that the file lays over itself are not seen from outside; those that lead back would never end.
-    void leaveOut(DatabaseCore& from, const std::string& folder)
+    // The names of the others.
+    std::vector<std::string> leaveOut(DatabaseCore& from, const std::string& folder)
     {
+        std::vector<std::string> kept;
         for (Block* nested : externalReferences(from)) {
             const std::string path = locate(nested->pathUtf8(), folder);
             const bool circular = !path.empty() && (isOpen(path) || m_open.size() > kDeepest);
             if (circular)
                 m_result.remarks.push_back(fmt::format("Circular reference \"{}\" in {} is left out.", nested->nameUtf8(), m_open.back()));
-            if (!circular && !nested->isFromOverlayReference())
+            if (!circular && !nested->isFromOverlayReference()) {
+                kept.push_back(nested->nameUtf8());
                 continue;
+            }
             VcDbObjectIdArray ids;
             nested->getBlockReferenceIds(ids);
             for (const VcDbObjectId id : ids)
                 if (VcDbObject* object = from.object(id))
                     object->erase();
         }
+        return kept;
     }
 
     std::string take(Block& reference, DatabaseCore& from, const std::string& folder)
     {
-        leaveOut(from, folder);
+        const std::vector<std::string> within = leaveOut(from, folder);
         prefixNames(from, reference.nameUtf8());
         removeMembers(m_db, reference);
         VcDbObjectIdArray members;
         forEachMember(from, *from.objectAs<Block>(from.modelSpace()), [&](VcDbEntity& member) { members.push_back(member.objectId()); });
-        const auto before = externalReferences(m_db);
         VcDbIdMapping mapping;
         if (!members.empty() && cloneObjects(members, reference.objectId(), mapping))
             return fmt::format("The objects of \"{}\" cannot be copied.", reference.nameUtf8());
@@ -191,19 +197,35 @@ private:
         setLoaded(m_db, reference, true);
         for (VcDbSymbolTableRecord* block : dependentsOf(m_db, reference, NameTable::Block))
             setLoaded(m_db, static_cast<Block&>(*block), true);
-        for (Block* nested : externalReferences(m_db))
-            if (std::find(before.begin(), before.end(), nested) == before.end())
-                if (const std::string error = load(*nested, folder); !error.empty()) {
-                    setResolved(*nested, false);
-                    m_result.remarks.push_back(error);
-                }
+        for (const std::string& name : within)
+            loadWithin(name, folder);
         return {};
+    }
+
+    void loadWithin(const std::string& name, const std::string& folder)
+    {
+        auto* nested = m_db.liveAs<Block>(m_db.findRecord(NameTable::Block, name));
+        if (!nested || !nested->isFromExternalReference() || (isLoaded(m_db, *nested) && !m_anew) || !m_taken.insert(foldKey(name)).second)
+            return;
+        if (const std::string error = load(*nested, folder); !error.empty()) {
+            setResolved(*nested, false);
+            m_result.remarks.push_back(error);
+        }
     }
 
     DatabaseCore& m_db;
     ReferenceLoad& m_result;
+    bool m_anew;
     std::vector<std::string> m_open;  // files that are being taken, outermost first
+    std::set<std::string> m_taken;    // references within, by name
 };
+
+ReferenceLoad loadFrom(DatabaseCore& db, Block& reference, bool anew)
+{
+    ReferenceLoad result;
+    result.error = Loader(db, result, anew).load(reference, std::string(folderOf(db.origin.path)));
+    return result;
+}
 
 std::string boundName(const DatabaseCore& db, NameTable table, const std::string& name)
 {
@@ -236,9 +258,7 @@ Block& addExternalReference(DatabaseCore& db, const std::string& name, const std
 
 ReferenceLoad loadExternalReference(DatabaseCore& db, Block& reference)
 {
-    ReferenceLoad result;
-    result.error = Loader(db, result).load(reference, std::string(folderOf(db.origin.path)));
-    return result;
+    return loadFrom(db, reference, true);
 }
 
 void unloadExternalReference(DatabaseCore& db, Block& reference)
@@ -257,7 +277,7 @@ std::vector<std::string> loadSavedReferences(DatabaseCore& db)
         forEachMember(db, *reference, [&](VcDbEntity&) { hasMembers = true; });
         if (!wasLoaded || hasMembers || isLoaded(db, *reference))
             continue;
-        const ReferenceLoad result = loadExternalReference(db, *reference);
+        const ReferenceLoad result = loadFrom(db, *reference, false);
         remarks.insert(remarks.end(), result.remarks.begin(), result.remarks.end());
         if (!result.ok())
             remarks.push_back(result.error);

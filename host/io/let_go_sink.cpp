@@ -33,3 +33,28 @@ HandleMap handlesInPlace(const DatabaseCore& db, const LetGo& letGo)
     }
     return handles;
 }
+
+// The brackets of reactors are written when one is left to stand in them.
+void LetGoSink::text(int code, std::string_view utf8)
+{
+    if (code == 102 && utf8 == "{ACAD_REACTORS") {
+        m_reactors = Reactors::Announced;
+        return;
+    }
+    const bool isEmpty = std::exchange(m_reactors, Reactors::None) == Reactors::Announced;
+    if (!isEmpty || code != 102)
+        m_next.text(code, utf8);
+}
+
+void LetGoSink::handle(int code, std::uint64_t handle)
+{
+    const auto found = m_inPlace.find(handle);
+    const std::uint64_t written = found == m_inPlace.end() ? handle : found->second;
+    if (m_reactors != Reactors::None && written == 0)
+        return;
+    if (m_reactors == Reactors::Announced) {
+        m_next.text(102, "{ACAD_REACTORS");
+        m_reactors = Reactors::Open;
+    }
+    m_next.handle(code, written);
+}

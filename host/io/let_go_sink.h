@@ -17,13 +17,9 @@ public:
 
     void real(int code, double value) override { m_next.real(code, value); }
     void integer(int code, std::int64_t value) override { m_next.integer(code, value); }
-    void text(int code, std::string_view utf8) override { m_next.text(code, utf8); }
+    void text(int code, std::string_view utf8) override;
     void bytes(int code, std::string_view data) override { m_next.bytes(code, data); }
-    void handle(int code, std::uint64_t handle) override
-    {
-        const auto found = m_inPlace.find(handle);
-        m_next.handle(code, found == m_inPlace.end() ? handle : found->second);
-    }
+    void handle(int code, std::uint64_t handle) override;
     void beginKept() override { m_next.beginKept(); }
     void endKept() override { m_next.endKept(); }
     void point(int code, const VcGePoint3d& p) override { m_next.point(code, p); }
@@ -32,4 +28,5 @@ public:
 private:
     GroupSink& m_next;
     HandleMap m_inPlace;
+    enum class Reactors { None, Announced, Open } m_reactors = Reactors::None;
 };

@@ -4,6 +4,7 @@
 #include "host/db/database.h"
 #include "host/render/layer_overrides.h"
 #include "host/render/list_painter.h"
+#include "host/render/page_cull.h"
 #include "sdk/vcdb_insert.h"
 #include "sdk/vcdb_layout.h"
 #include "sdk/vcdb_objects.h"
@@ -252,9 +253,12 @@ void Scene::paintSpace(VcDbObjectId space, Canvas& canvas, const View& view)
             paintViewport(*viewport, canvas, view);
     DisplayList list;
     ListBuilder builder(list, m_db, m_omissions);
+    PageCull cull(m_db, view.page);
     for (const VcDbEntity* entity : entities) {
         const ResolvedLook& look = looks.atTop(entity->props());
         if (!look.visible && (look.frozen || !entity->isKindOf(VcDbBlockReference::desc())))
+            continue;
+        if (cull.isOff(*entity))
             continue;
         list.clear();
         builder.add(*entity);

@@ -369,12 +369,32 @@ class Terminal(Case):
     def prompted(self, seen):
         return seen.rstrip(b"\x1b[0123456789;mK").endswith(b"Command: ")
 
-    def test_typing(self):
+    def start(self):
         pid, screen = pty.fork()
         if pid == 0:
             os.chdir(self.folder)
             os.environ["TERM"] = "vt100"
             os.execv(VEKAD, [VEKAD, "run", "a.dxf", "-o", "b.dxf", "--profile", "profile"])
+        return pid, screen
+
+    def test_a_script_that_was_interrupted_is_resumed(self):
+        self.put("s.scr", "POINT 1,1\nDELAY 30000\nPOINT 2,2\nPOINT 3,3\n")
+        pid, screen = self.start()
+        seen = self.read_until(screen, self.prompted)
+        os.write(screen, b"SCRIPT s\r")
+        seen += self.read_until(screen, lambda now: b"milliseconds" in now)
+        time.sleep(0.5)
+        os.kill(pid, signal.SIGINT)
+        for keys in ("RESUME\r", "RESUME\r", "\x04"):
+            seen += self.read_until(screen, self.prompted)
+            os.write(screen, keys.encode())
+        seen += self.read_until(screen, lambda _: False)
+        os.waitpid(pid, 0)
+        self.assertIn(b"No script has been interrupted.", seen)
+        self.assertEqual(self.entities("b.dxf"), {"POINT": 3}, seen)
+
+    def test_typing(self):
+        pid, screen = self.start()
         # Tab completes a command's name; Ctrl-D ends the typing.
         seen = b""
         for keys in (LINE + "\r", "(defun c:zebra () (princ (strcat \"stri\" \"ped\")) (princ))\r", "ZEB\t\r", "\x04"):

@@ -82,7 +82,7 @@ TEST_F(Spaces, PointsGoBetweenTheSystems)
 {
     const resbuf world = system(0), ucs = system(1), display = system(2);
     EXPECT_TRUE(trans({1, 2, 3}, world, ucs).isEqualTo({1, 2, 3}));
-    run("UCS\n_O\n100,50\n\n");
+    run("UCS\n_O\n100,50\n");
     run("UCS\n_Z\n90\n");
     EXPECT_TRUE(trans({0, 0, 0}, ucs, world).isEqualTo({100, 50, 0}));
     EXPECT_TRUE(trans({1, 0, 0}, ucs, world).isEqualTo({100, 51, 0}));
@@ -130,7 +130,7 @@ TEST_F(Spaces, TheUcsAsAMatrix)
     VcGeMatrix3d m;
     EXPECT_FALSE(vcdbUcsMatrix(m)) << "the world itself";
     EXPECT_TRUE((m * VcGePoint3d(1, 2, 3)).isEqualTo({1, 2, 3}));
-    run("UCS\n_O\n10,20\n\n");
+    run("UCS\n_O\n10,20\n");
     EXPECT_TRUE(vcdbUcsMatrix(m, &editor().drawing()));
     EXPECT_TRUE((m * VcGePoint3d(1, 2, 3)).isEqualTo({11, 22, 3}));
     VcDbDatabase other;

@@ -1,4 +1,5 @@
 // Drawings beside the current one: read from a file, changed, saved.
+#include "host/edit/environment.h"
 #include "tests/extend/sdk_support.h"
 
 #include <fstream>
@@ -125,6 +126,24 @@ TEST_F(Files, AreFoundAlongTheSupportPath)
     EXPECT_EQ(std::wstring(found), path("mixed case.lin")) << "the exact one first";
     EXPECT_EQ(vcedFindFile(path("a.dxf").c_str(), found), RTNORM) << "a whole path stands as it is";
     EXPECT_EQ(vcedFindFile(L"a.dxf", found, 4), RTERROR) << "there is no room";
+}
+
+TEST_F(Files, AreFoundInTheFoldersOfTheProfile)
+{
+    std::filesystem::create_directory(m_folder + "near");
+    std::filesystem::create_directory(m_folder + "far away");
+    write("far away/both.lin", "far");
+    write("far away/one.lin", "far");
+    write("near/both.lin", "near");
+    wchar_t found[1024] = L"";
+    EXPECT_EQ(vcedFindFile(L"one.lin", found), RTERROR);
+    ASSERT_TRUE(vk::edit::writeEnvironment("SupportPath", ";/no/such/folder;" + m_folder + "near;" + m_folder + "far away;"));
+    EXPECT_EQ(vcedFindFile(L"one.lin", found), RTNORM);
+    EXPECT_EQ(std::wstring(found), path("far away/one.lin"));
+    EXPECT_EQ(vcedFindFile(L"BOTH.lin", found), RTNORM) << "the first folder that has it";
+    EXPECT_EQ(std::wstring(found), path("near/both.lin"));
+    ASSERT_TRUE(vk::edit::writeEnvironment("SupportPath", ""));
+    EXPECT_EQ(vcedFindFile(L"one.lin", found), RTERROR);
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "host/io/external_reference.h"
 #include "sdk/vcdb_curves.h"
 #include "sdk/vcdb_insert.h"
+#include "sdk/vcdb_objects.h"
 #include "sdk/vcdb_tables.h"
 
 #include <gtest/gtest.h>
@@ -167,6 +168,35 @@ TEST_F(ExternalReferences, DetachingLeavesNothing)
     EXPECT_TRUE(db().findRecord(NameTable::Block, "xref-site").isNull());
     EXPECT_FALSE(hasLayer("xref-site|green"));
     EXPECT_EQ(liveMembers(*db().objectAs<Block>(db().modelSpace())), 0u);
+}
+
+// A dimension style knows the dimensions that follow it, and dictionaries hang on members.
+TEST_F(ExternalReferences, NothingThatIsSavedRefersToWhatIsNot)
+{
+    write("held", {});
+    Block& reference = attach("held");
+    ASSERT_TRUE(loadExternalReference(db(), reference).ok());
+    auto* member = VcDbEntity::cast(db().objectAt(reference.memberSlots().front()));
+    member->createExtensionDictionary();
+    auto* own = db().liveAs<VcDbDictionary>(member->extensionDictionary());
+    VcDbObjectId held;
+    auto* record = new VcDbXrecord;
+    own->setAt(L"KEPT", record, held);
+    record->close();
+    auto* style = db().liveAs<VcDbObject>(db().findRecord(NameTable::DimStyle, "Standard"));
+    style->addPersistentReactor(member->objectId());
+    auto* layer = db().liveAs<VcDbObject>(db().findRecord(NameTable::Layer, "0"));
+    layer->addPersistentReactor(member->objectId());
+    layer->addPersistentReactor(style->objectId());
+
+    ASSERT_TRUE(writeDrawing(m_drawing, path("holder")).ok());
+    VcDbDatabase again(false);
+    const ReadResult read = readDrawing(again, path("holder"));
+    ASSERT_TRUE(read.ok()) << read.message;
+    EXPECT_EQ(read.problems.total(), 0u) << read.problems.items().front().text;
+    EXPECT_NE(again.core().findHandle(db().handleOf(style->objectId())), VcDbObjectId());
+    EXPECT_EQ(again.core().findHandle(db().handleOf(held)), VcDbObjectId());
+    EXPECT_EQ(again.core().findHandle(db().handleOf(own->objectId())), VcDbObjectId());
 }
 
 }

@@ -184,34 +184,105 @@ TEST_F(RandomSelection, PicksFollowChangesAndUndo)
     }
 }
 
-// The quick distances say what the outlines say, of texts and figures in blocks too, in a view that is turned as well.
-TEST_F(RandomSelection, SomethingIsPickedWhereAnOutlineIs)
-{
-    draw(60);
-    for (int i = 0; i < 60; ++i) {
-        auto* text = new VcDbText(point(), L"Ag|", number(1, 4), i % 2 ? 0 : number(0, 6));
+// The quick distances say what the outlines say, of texts, notes and references that are turned, mirrored and stretched.
+class RandomPicks : public RandomSelection {
+protected:
+    template <class T>
+    T& add(T* entity, VcDbBlockTableRecord& owner)
+    {
+        EXPECT_EQ(owner.appendVcDbEntity(entity), Vcad::eOk);
+        entity->close();
+        return *entity;
+    }
+    VcDbText* text() { return new VcDbText(point(), L"Ag|", number(1, 4), m_random() % 2 ? 0 : number(0, 6)); }
+    VcDbMText* note()
+    {
         auto* note = new VcDbMText;
         note->setContents(L"first\\Psecond line");
         note->setLocation(point());
         note->setTextHeight(number(0.5, 2));
-        note->setAttachment(VcDbMText::AttachmentPoint(1 + i % 9));
-        for (VcDbEntity* entity : {static_cast<VcDbEntity*>(text), static_cast<VcDbEntity*>(note)}) {
-            ASSERT_EQ(space().appendVcDbEntity(entity), Vcad::eOk);
-            entity->close();
-            m_figures.push_back(entity);
+        note->setAttachment(VcDbMText::AttachmentPoint(1 + m_random() % 9));
+        return note;
+    }
+    VcDbObjectId smallBlock()
+    {
+        auto& block = *ed().db().objectAs<VcDbBlockTableRecord>(ed().db().recordFor(NameTable::Block, "SMALL"));
+        add(new VcDbLine({0, 0, 0}, {4, 3, 0}), block);
+        add(new VcDbCircle({5, 0, 0}, VcGeVector3d::zAxis(), 2), block);
+        add(new VcDbArc({0, 5, 0}, VcGeVector3d::zAxis(), 2, 1, 4), block);
+        add(new VcDbText({3, 5, 0}, L"in", 1.5, 0), block);
+        return block.objectId();
+    }
+    VcDbBlockReference* reference(VcDbObjectId block)
+    {
+        constexpr double kScales[][2] = {{1, 1}, {-2, 2}, {0.5, -0.5}, {1, 3}};
+        const auto& [sx, sy] = kScales[m_random() % 4];
+        auto* reference = new VcDbBlockReference(point(), block);
+        reference->setScaleFactors({sx, sy, 1});
+        reference->setRotation(number(0, 6));
+        return reference;
+    }
+    void drawAll()
+    {
+        const VcDbObjectId block = smallBlock();
+        for (int i = 0; i < 40; ++i)
+            for (VcDbEntity* entity : {static_cast<VcDbEntity*>(text()), static_cast<VcDbEntity*>(note()), static_cast<VcDbEntity*>(reference(block))})
+                m_figures.push_back(&add(entity, space()));
+    }
+
+    static double toPiece(const VcGePoint3d& p, const VcGePoint3d& a, const VcGePoint3d& b)
+    {
+        const VcGeVector3d along = b - a;
+        const double t = along.lengthSqrd() > 0 ? std::clamp((p - a).dotProduct(along) / along.lengthSqrd(), 0.0, 1.0) : 0;
+        return p.distanceTo(a + along * t);
+    }
+    static double toOutline(const VcGePoint3d& p, const edit::Outline& outline)
+    {
+        double nearest = 1e300;
+        bool inside = false;
+        const std::size_t n = outline.points.size();
+        for (std::size_t i = 0; i < (outline.filled ? n : n - 1); ++i) {
+            const VcGePoint3d &a = outline.points[i], &b = outline.points[(i + 1) % n];
+            nearest = std::min(nearest, toPiece(p, a, b));
+            if ((a.y > p.y) != (b.y > p.y) && p.x < a.x + (b.x - a.x) * (p.y - a.y) / (b.y - a.y))
+                inside = !inside;
+        }
+        return outline.filled && inside ? 0 : nearest;
+    }
+    double distanceTo(const VcDbEntity& figure, const VcGePoint3d& at)
+    {
+        const edit::SeenLayers layers = edit::SeenLayers::of(ed());
+        double nearest = 1e300;
+        edit::ShapeWalk(ed().db(), layers, {.tolerance = 1e-6, .area = {}}).walk(figure, [&](const edit::Outline& outline) {
+            nearest = std::min(nearest, toOutline(at, outline));
+            return true;
+        });
+        return nearest;
+    }
+};
+
+TEST_F(RandomPicks, TheNearestOutlineIsPicked)
+{
+    drawAll();
+    const edit::Picker picker = edit::Picker::of(ed());
+    const double reach = picker.view().reach;
+    std::size_t hits = 0;
+    for (int i = 0; i < 600; ++i) {
+        const VcGePoint3d at = point();
+        double nearest = 1e300;
+        for (const VcDbEntity* figure : m_figures)
+            if (mayBeAt(*figure, at))
+                nearest = std::min(nearest, distanceTo(*figure, at));
+        if (std::fabs(nearest - reach) < 1e-4)
+            continue;
+        const auto* picked = VcDbEntity::cast(ed().db().object(picker.entityAt(at)));
+        ASSERT_EQ(picked != nullptr, nearest < reach) << at.x << ", " << at.y;
+        if (picked) {
+            ++hits;
+            EXPECT_NEAR(distanceTo(*picked, at), nearest, 1e-5);
         }
     }
-    const edit::Picker picker = edit::Picker::of(ed());
-    std::size_t hits = 0;
-    for (int i = 0; i < 500; ++i) {
-        const VcGePoint3d at = point();
-        const VcDbObjectId picked = picker.entityAt(at);
-        const bool any = std::any_of(m_figures.begin(), m_figures.end(), [&](const VcDbEntity* f) { return mayBeAt(*f, at) && picker.isAt(f->objectId(), at); });
-        EXPECT_EQ(!picked.isNull(), any) << at.x << ", " << at.y;
-        EXPECT_TRUE(picked.isNull() || picker.isAt(picked, at));
-        hits += any;
-    }
-    EXPECT_GT(hits, 20u);
+    EXPECT_GT(hits, 50u);
 }
 
 }
