@@ -36,9 +36,9 @@ void makeDimensions(int count)
     for (int i = 0; i < count; ++i) {
         const double x = 20.0 * (i % 200), y = 15.0 * (i / 200);
         const vds_point from = {x, y, 0}, to = {x + 5 + i % 11, y, 0}, line = {x, y + 4, 0}, text = {x + 3, y + 4, 0};
-        const RbPtr chain(vcutBuildList(RTDXF0, L"DIMENSION", 100, L"AcDbEntity", 8, L"0", 100, L"AcDbDimension", 3, L"Site 0", 10,
-                                        line, 11, text, 70, 32, 100, L"AcDbAlignedDimension", 13, from, 14, to, 100,
-                                        L"AcDbRotatedDimension", 50, 0.0, RTNONE));
+        const RbPtr chain(vcutBuildList(RTDXF0, L"DIMENSION", 100, L"AcDbEntity", 8, L"0", 100, L"AcDbDimension", 3,
+                                        L"Site 0", 10, line, 11, text, 70, 32, 100, L"AcDbAlignedDimension", 13, from,
+                                        14, to, 100, L"AcDbRotatedDimension", 50, 0.0, RTNONE));
         vcdbEntMake(chain.get());
     }
 }

@@ -43,7 +43,8 @@ int countSelected(const resbuf* filter)
     return length;
 }
 
-void measureFilter(bench::Table& table, const bench::Drawing& drawing, std::size_t entities, const char* what, resbuf* filter)
+void measureFilter(bench::Table& table, const bench::Drawing& drawing, std::size_t entities, const char* what,
+                   resbuf* filter)
 {
     int found = 0;
     const double seconds = bench::bestOf(bench::kRuns, [&] { found = countSelected(filter); });
@@ -60,7 +61,8 @@ void measure(bench::Table& table, const bench::Drawing& drawing)
     table.row("entget", drawing, chains.entities, reading, fmt::format("{} groups", chains.groups));
     measureFilter(table, drawing, entities, "select texts", vcutBuildList(RTDXF0, L"TEXT", 0));
     measureFilter(table, drawing, entities, "select a layer", vcutBuildList(8, L"LAYER-007", 0));
-    measureFilter(table, drawing, entities, "select texts of some layers", vcutBuildList(RTDXF0, L"*TEXT", 8, L"LAYER-0*", 0));
+    measureFilter(table, drawing, entities, "select texts of some layers",
+                  vcutBuildList(RTDXF0, L"*TEXT", 8, L"LAYER-0*", 0));
     measureFilter(table, drawing, entities, "select circles by radius",
                   vcutBuildList(RTDXF0, L"CIRCLE", -4, L">", 40, 5.0, 0));
     vk::edit::Editor::instance().closeDrawing();

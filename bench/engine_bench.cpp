@@ -85,7 +85,8 @@ struct Selected {
 class EngineBench {
 public:
     EngineBench(bench::Table& table, const bench::Drawing& drawing, double loading, double scanning)
-        : m_table(table), m_drawing(drawing), m_ids(modelEntities()), m_loading(loading), m_scan(scanning / double(m_ids.size()))
+        : m_table(table), m_drawing(drawing), m_ids(modelEntities()), m_loading(loading),
+          m_scan(scanning / double(m_ids.size()))
     {
     }
     void run(std::string_view only);
@@ -124,7 +125,8 @@ void EngineBench::hits(const char* what, int runs, const std::function<int()>& o
             found += std::size_t(one());
     });
     const double each = seconds / double(std::max<std::size_t>(found, 1));
-    m_table.row(what, m_drawing, found, seconds, fmt::format("{:.1f} scans a hit, {:.1f} us a call", each / m_scan, 1e6 * seconds / runs));
+    m_table.row(what, m_drawing, found, seconds,
+                fmt::format("{:.1f} scans a hit, {:.1f} us a call", each / m_scan, 1e6 * seconds / runs));
 }
 
 void EngineBench::shareOfLoad(const char* what, std::size_t entities, double seconds)
@@ -149,7 +151,8 @@ void EngineBench::areas()
         return Selected(mode, &low, &high).count;
     };
     const double indexing = bench::secondsOf([&] { area(L"C", 1e-6); });
-    m_table.row("first window: the index", m_drawing, m_ids.size(), indexing, fmt::format("{:.1f} scans", indexing / (m_scan * double(m_ids.size()))));
+    m_table.row("first window: the index", m_drawing, m_ids.size(), indexing,
+                fmt::format("{:.1f} scans", indexing / (m_scan * double(m_ids.size()))));
     hits("crossing window", 100, [&] { return area(L"C", 0.05); });
     hits("window", 100, [&] { return area(L"W", 0.05); });
     hits("fence", 100, [&] {
@@ -214,7 +217,8 @@ void EngineBench::crossings()
     });
     vcutRelRb(fence);
     const double each = seconds / double(points.size());
-    m_table.row("crossings of a polyline", m_drawing, points.size(), seconds, fmt::format("{:.1f} scans a crossing", each / m_scan));
+    m_table.row("crossings of a polyline", m_drawing, points.size(), seconds,
+                fmt::format("{:.1f} scans a crossing", each / m_scan));
 }
 
 void EngineBench::copies()
@@ -251,8 +255,9 @@ void EngineBench::explosions()
 void EngineBench::run(std::string_view only)
 {
     static constexpr std::pair<std::string_view, void (EngineBench::*)()> kParts[] = {
-        {"extents", &EngineBench::extents},     {"areas", &EngineBench::areas},   {"picks", &EngineBench::picks},
-        {"crossings", &EngineBench::crossings}, {"copies", &EngineBench::copies}, {"explosions", &EngineBench::explosions},
+        {"extents", &EngineBench::extents}, {"areas", &EngineBench::areas},
+        {"picks", &EngineBench::picks},     {"crossings", &EngineBench::crossings},
+        {"copies", &EngineBench::copies},   {"explosions", &EngineBench::explosions},
     };
     for (const auto& [name, part] : kParts)
         if (only.empty() || only == name)
@@ -271,7 +276,8 @@ void measure(bench::Table& table, const bench::Drawing& drawing, std::string_vie
     volatile std::size_t keep = 0;
     const double scanning = bench::bestOf(bench::kRuns, [&] { keep = entitiesOnLayer(ids, VcDbObjectId()); });
     table.row("load", drawing, ids.size(), loading);
-    table.row("scan", drawing, ids.size(), scanning, fmt::format("{:.0f} ns an entity", 1e9 * scanning / double(ids.size())));
+    table.row("scan", drawing, ids.size(), scanning,
+              fmt::format("{:.0f} ns an entity", 1e9 * scanning / double(ids.size())));
     EngineBench(table, drawing, loading, scanning).run(only);
 }
 

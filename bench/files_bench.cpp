@@ -43,7 +43,8 @@ void measure(bench::Table& table, const bench::Drawing& drawing)
     const std::size_t used = bench::liveBytes() - before;
     const std::size_t entities = bench::countEntities(*database);
 
-    const std::string copy = (std::filesystem::temp_directory_path() / fmt::format("files_bench_{}.dxf", getpid())).string();
+    const std::string copy =
+        (std::filesystem::temp_directory_path() / fmt::format("files_bench_{}.dxf", getpid())).string();
     const double saving = bench::bestOf(bench::kRuns, [&] { save(*database, copy); });
     const std::string bytes = bench::bytesOf(copy);
     const double written = static_cast<double>(bytes.size()) / 1e6;
@@ -55,7 +56,8 @@ void measure(bench::Table& table, const bench::Drawing& drawing)
 
     table.row("load", drawing, entities, loading,
               fmt::format("{:.0f} MB/s, {:.0f} bytes an entity", megabytes / loading, double(used) / double(entities)));
-    table.row("save", drawing, entities, saving, fmt::format("{:.0f} MB/s, {:.4f} s of it the disk", written / saving, disk));
+    table.row("save", drawing, entities, saving,
+              fmt::format("{:.0f} MB/s, {:.4f} s of it the disk", written / saving, disk));
     table.row("close", drawing, entities, closing);
 }
 

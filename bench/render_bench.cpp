@@ -47,7 +47,8 @@ void measure(bench::Table& table, const bench::Drawing& drawing)
             }
             bytes = picture.bytes.size();
         });
-        table.row(what, drawing, entities, seconds, fmt::format("{:.2f} of the load, {} kB", seconds / loading, bytes / 1000));
+        table.row(what, drawing, entities, seconds,
+                  fmt::format("{:.2f} of the load, {} kB", seconds / loading, bytes / 1000));
     };
     row("png", requestFor(db, PictureFormat::Png));
     row("svg", requestFor(db, PictureFormat::Svg));

@@ -113,17 +113,19 @@ std::size_t liveBytes()
 
 Table::Table()
 {
-    fmt::print("{:<28}{:<10}{:>10}{:>10}{:>13}{:>9}{:>8}\n", "", "drawing", "entities", "seconds", "entities/s", "x floor", "growth");
+    fmt::print("{:<28}{:<10}{:>10}{:>10}{:>13}{:>9}{:>8}\n", "", "drawing", "entities", "seconds", "entities/s",
+               "x floor", "growth");
 }
 
-void Table::row(const std::string& what, const Drawing& drawing, std::size_t entities, double seconds, const std::string& more)
+void Table::row(const std::string& what, const Drawing& drawing, std::size_t entities, double seconds,
+                const std::string& more)
 {
     const double each = seconds / static_cast<double>(std::max<std::size_t>(entities, 1));
     double& before = m_secondsAnEntity[what];
     const std::string growth = before > 0 ? fmt::format("{:.2f}", each / before) : "";
     before = each;
-    fmt::print("{:<28}{:<10}{:>10}{:>10.4f}{:>13.0f}{:>9.2f}{:>8}  {}\n", what, drawing.name, entities, seconds, 1 / each,
-               seconds / drawing.floor, growth, more);
+    fmt::print("{:<28}{:<10}{:>10}{:>10.4f}{:>13.0f}{:>9.2f}{:>8}  {}\n", what, drawing.name, entities, seconds,
+               1 / each, seconds / drawing.floor, growth, more);
     std::fflush(stdout);
 }
 

@@ -59,7 +59,8 @@ std::size_t liveBytes();
 class Table {
 public:
     Table();
-    void row(const std::string& what, const Drawing& drawing, std::size_t entities, double seconds, const std::string& more = {});
+    void row(const std::string& what, const Drawing& drawing, std::size_t entities, double seconds,
+             const std::string& more = {});
 
 private:
     std::map<std::string, double> m_secondsAnEntity;

@@ -26,8 +26,7 @@ using Steps = std::vector<std::string>;
 
 // The host's own files lie in a folder of the benchmark's, with a catalogue that repeats the entries of the shipped
 // one.
-class Catalogue : public VcDbHostApplicationServices
-{
+class Catalogue : public VcDbHostApplicationServices {
 public:
     Catalogue() : m_shipped(readWholeFile(joinPath(hostFolder(), "Support/SYSVDLG.DAT")).value_or(""))
     {
@@ -76,8 +75,7 @@ void read()
     open({"pBtnRead", "pBtnCancel"}, filterPath() + "\n");
 }
 
-struct Row
-{
+struct Row {
     const char* what;
     void (*work)();
     double before = 0;

@@ -39,7 +39,8 @@ void makeTexts(int count)
     for (int i = 0; i < count; ++i) {
         const vds_point at = {double(i % 317), double(i * 7919LL % count), 0};
         const std::wstring text = L"Text number " + std::to_wstring(i) + L".and more";
-        const RbPtr chain(vcutBuildList(RTDXF0, L"TEXT", 8, L"0", 10, at, 40, 2.5 + i % 3, 62, 1 + i % 2, 1, text.c_str(), RTNONE));
+        const RbPtr chain(
+            vcutBuildList(RTDXF0, L"TEXT", 8, L"0", 10, at, 40, 2.5 + i % 3, 62, 1 + i % 2, 1, text.c_str(), RTNONE));
         vcdbEntMake(chain.get());
     }
 }

@@ -7,8 +7,7 @@
 #include <vector>
 
 template <class TYPE, class ARG_TYPE = const TYPE&>
-class CArray
-{
+class CArray {
 public:
     int GetSize() const { return static_cast<int>(m_items.size()); }
     int GetCount() const { return GetSize(); }
@@ -79,22 +78,13 @@ private:
     }
 };
 
-class CByteArray : public CArray<std::uint8_t, std::uint8_t>
-{
-};
-class CWordArray : public CArray<std::uint16_t, std::uint16_t>
-{
-};
-class CPtrArray : public CArray<void*, void*>
-{
-};
-class CStringArray : public CArray<CStdStrW, const CStdStrW&>
-{
-};
+class CByteArray : public CArray<std::uint8_t, std::uint8_t> {};
+class CWordArray : public CArray<std::uint16_t, std::uint16_t> {};
+class CPtrArray : public CArray<void*, void*> {};
+class CStringArray : public CArray<CStdStrW, const CStdStrW&> {};
 
 // A chain of memory blocks that the nodes of a list are cut from.
-class VK_SDK CPlex
-{
+class VK_SDK CPlex {
 public:
     static CPlex* Create(CPlex*& head, std::size_t count, std::size_t elementSize);
     void FreeDataChain();
@@ -102,15 +92,14 @@ public:
 
 private:
     CPlex* m_next;
-    void* m_padding; // keeps data() aligned for any element
+    void* m_padding;  // keeps data() aligned for any element
 };
 
 struct VkListPosition;
 using POSITION = VkListPosition*;
 
 template <class TYPE, class ARG_TYPE = const TYPE&>
-class CList
-{
+class CList {
 public:
     explicit CList(int blockSize = 10) : m_blockSize(blockSize > 0 ? blockSize : 10) {}
     CList(const CList& other) : m_blockSize(other.m_blockSize) { AddTail(other); }
@@ -152,7 +141,7 @@ public:
     POSITION AddTail(ARG_TYPE value) { return insert(m_tail, nullptr, value); }
     void AddTail(const CList& other)
     {
-        int left = other.m_count; // a list may be appended to itself
+        int left = other.m_count;  // a list may be appended to itself
         for (Node* n = other.m_head; left > 0; n = n->next, --left)
             AddTail(n->value);
     }
@@ -211,15 +200,14 @@ public:
     }
 
 private:
-    struct Node
-    {
+    struct Node {
         Node* next;
         Node* previous;
         TYPE value;
     };
     Node* m_head = nullptr;
     Node* m_tail = nullptr;
-    Node* m_free = nullptr; // linked by next, without values
+    Node* m_free = nullptr;  // linked by next, without values
     CPlex* m_blocks = nullptr;
     int m_count = 0;
     int m_blockSize;

@@ -6,8 +6,7 @@
 
 #include "classlib_windows.h"
 
-class VK_SDK CDialog : public CWnd
-{
+class VK_SDK CDialog : public CWnd {
 public:
     // The number under which the class is known; the parent may be null.
     explicit CDialog(UINT templateId = 0, CWnd* parent = nullptr);
@@ -31,8 +30,7 @@ private:
 };
 
 // One pass over the controls of a window.
-class VK_SDK CDataExchange
-{
+class VK_SDK CDataExchange {
 public:
     CDataExchange(CWnd* window, bool fromControls) : m_pDlgWnd(window), m_bSaveAndValidate(fromControls) {}
 
@@ -42,7 +40,7 @@ public:
 
     CWnd* m_pDlgWnd;
     bool m_bSaveAndValidate;
-    int m_lastId = 0; // of the control that was exchanged last
+    int m_lastId = 0;  // of the control that was exchanged last
 
 private:
     bool m_failed = false;
@@ -59,16 +57,14 @@ VK_SDK void DDX_Check(CDataExchange* exchange, int id, bool& value);
 // Refuses a longer text; where it can, the control takes no more.
 VK_SDK void DDV_MaxChars(CDataExchange* exchange, const CStdStrW& value, int most);
 
-enum : DWORD
-{
+enum : DWORD {
     OFN_OVERWRITEPROMPT = 2,
     OFN_HIDEREADONLY = 4,
     OFN_FILEMUSTEXIST = 0x1000,
 };
 
 // Asks for a file, in a window, or at the command line when FILEDIA is 0.
-class VK_SDK CFileDialog : public CDialog
-{
+class VK_SDK CFileDialog : public CDialog {
 public:
     // The filter is "Name|*.ext;*.other|Name|*.*||".
     explicit CFileDialog(bool forOpening, const wchar_t* defaultExtension = nullptr, const wchar_t* fileName = nullptr,
@@ -90,8 +86,7 @@ private:
 };
 
 // The host's application object. Settings lie in the current profile, a section each.
-class VK_SDK CWinApp
-{
+class VK_SDK CWinApp {
 public:
     virtual ~CWinApp();
     UINT GetProfileInt(const wchar_t* section, const wchar_t* key, int byDefault);

@@ -5,28 +5,17 @@
 
 #include <cstdio>
 
-class CFileException
-{
+class CFileException {
 public:
-    enum Cause
-    {
-        none,
-        fileNotFound,
-        accessDenied,
-        badPath,
-        diskFull,
-        generic
-    };
+    enum Cause { none, fileNotFound, accessDenied, badPath, diskFull, generic };
     int m_cause = none;
     CStdStrW m_strFileName;
 };
 
 // Writing that fails is remembered: Failed() tells, also after Close.
-class VK_SDK CFile
-{
+class VK_SDK CFile {
 public:
-    enum OpenFlags : UINT
-    {
+    enum OpenFlags : UINT {
         modeRead = 0,
         modeWrite = 1,
         modeReadWrite = 2,
@@ -39,12 +28,7 @@ public:
         typeText = 0x4000,
         typeBinary = 0x8000,
     };
-    enum SeekPosition
-    {
-        begin = 0,
-        current = 1,
-        end = 2
-    };
+    enum SeekPosition { begin = 0, current = 1, end = 2 };
 
     CFile() = default;
     CFile(const wchar_t* path, UINT flags) { CFile::Open(path, flags); }
@@ -57,7 +41,7 @@ public:
     virtual UINT Read(void* buffer, UINT count);
     virtual void Write(const void* buffer, UINT count);
     virtual void Flush();
-    virtual long long Seek(long long offset, UINT from); // the new place, -1 on failure
+    virtual long long Seek(long long offset, UINT from);  // the new place, -1 on failure
     void SeekToBegin() { Seek(0, begin); }
     long long SeekToEnd() { return Seek(0, end); }
     long long GetPosition() const;
@@ -79,8 +63,7 @@ private:
 
 // Lines of text. Without a byte-order mark the text is in the host's code page; characters that it lacks are
 // written as \U+XXXX and read back.
-class VK_SDK CStdioFile : public CFile
-{
+class VK_SDK CStdioFile : public CFile {
 public:
     CStdioFile() = default;
     CStdioFile(const wchar_t* path, UINT flags) { CStdioFile::Open(path, flags); }
@@ -95,14 +78,7 @@ public:
     bool ReadString(CStdStrW& line);
     virtual void WriteString(const wchar_t* text);
 
-    enum CharFormat
-    {
-        kUnknown,
-        kAnsi,
-        kUtf16LE,
-        kUtf16BE,
-        kUtf8
-    };
+    enum CharFormat { kUnknown, kAnsi, kUtf16LE, kUtf16BE, kUtf8 };
 
 protected:
     bool takeMark();
@@ -114,7 +90,7 @@ protected:
     bool m_foldNewlines = true;
 
 private:
-    std::wstring m_text; // what is left of the file from where reading began
+    std::wstring m_text;  // what is left of the file from where reading began
     std::size_t m_next = 0;
     bool m_loaded = false;
 
@@ -122,8 +98,7 @@ private:
 };
 
 // The text file of the host: its marks, its character format and its escapes are in the caller's hand.
-class VK_SDK VcCStdioFile : public CStdioFile
-{
+class VK_SDK VcCStdioFile : public CStdioFile {
 public:
     VcCStdioFile();
 
@@ -142,8 +117,7 @@ public:
     bool getExpandNewlines() const { return m_expandNewlines; }
 };
 
-class VK_SDK VcCodePage
-{
+class VK_SDK VcCodePage {
 public:
     // The number of the code page that a locale's programs use, 1252 for one that is not known.
     static int LanguageToCodePage(int localeId);

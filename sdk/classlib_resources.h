@@ -6,8 +6,7 @@
 #include "vchost.h"
 
 // The one record of a module. It knows a resource instance once it has been attached to one.
-class CVcExtensionModule
-{
+class CVcExtensionModule {
 public:
     CVcExtensionModule() = default;
     CVcExtensionModule(const CVcExtensionModule&) = delete;
@@ -36,8 +35,7 @@ private:
 
 // Texts and dialogs that name no handle come from the given library while this lives; from the module's own resources
 // when the handle is null. Guards nest.
-class CVcModuleResourceOverride
-{
+class CVcModuleResourceOverride {
 public:
     CVcModuleResourceOverride() : CVcModuleResourceOverride(nullptr) {}
     explicit CVcModuleResourceOverride(HINSTANCE resources)

@@ -15,8 +15,7 @@ class CStdStr;
 using CStdStrW = CStdStr<wchar_t>;
 
 template <>
-class VK_SDK CStdStr<wchar_t>
-{
+class VK_SDK CStdStr<wchar_t> {
 public:
     CStdStr() = default;
     CStdStr(std::nullptr_t) {}

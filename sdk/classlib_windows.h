@@ -10,21 +10,18 @@
 class CDataExchange;
 class QWidget;
 
-struct RECT
-{
+struct RECT {
     LONG left, top, right, bottom;
 };
 
-struct CRect : RECT
-{
+struct CRect : RECT {
     CRect() : RECT{} {}
     LONG Width() const { return right - left; }
     LONG Height() const { return bottom - top; }
 };
 
 // A key that is about to reach a control.
-struct MSG
-{
+struct MSG {
     HWND hwnd;
     UINT message;
     WPARAM wParam;
@@ -34,22 +31,19 @@ struct MSG
 struct VkIcon;
 using HICON = const VkIcon*;
 
-enum : UINT
-{
+enum : UINT {
     WM_CLOSE = 0x10,
     WM_KEYDOWN = 0x100,
     SWP_NOSIZE = 1,
     SWP_NOMOVE = 2,
     SWP_NOZORDER = 4,
 };
-enum
-{
+enum {
     SW_HIDE = 0,
     SW_SHOW = 5,
 };
 
-class VK_SDK CWnd
-{
+class VK_SDK CWnd {
 public:
     CWnd();
     CWnd(const CWnd&) = delete;
@@ -113,22 +107,19 @@ private:
     std::unique_ptr<Inner> m_inner;
 };
 
-class VK_SDK CStatic : public CWnd
-{
+class VK_SDK CStatic : public CWnd {
 public:
     ~CStatic() override;
 };
 
-class VK_SDK CButton : public CWnd
-{
+class VK_SDK CButton : public CWnd {
 public:
     ~CButton() override;
     int GetCheck() const;
     void SetCheck(int check);
 };
 
-class VK_SDK CEdit : public CWnd
-{
+class VK_SDK CEdit : public CWnd {
 public:
     ~CEdit() override;
     bool SetReadOnly(bool readOnly = true);
@@ -140,8 +131,7 @@ public:
 inline constexpr int LB_ERR = -1;
 inline constexpr int CB_ERR = -1;
 
-class VK_SDK CListBox : public CWnd
-{
+class VK_SDK CListBox : public CWnd {
 public:
     ~CListBox() override;
 
@@ -175,8 +165,7 @@ public:
     int GetSelItems(int most, int* indexes) const;
 };
 
-class VK_SDK CComboBox : public CWnd
-{
+class VK_SDK CComboBox : public CWnd {
 public:
     ~CComboBox() override;
     int GetCount() const;

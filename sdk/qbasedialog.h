@@ -8,8 +8,7 @@
 
 class CDialog;
 
-class VK_SDK QBaseDialog : public QDialog
-{
+class VK_SDK QBaseDialog : public QDialog {
     Q_OBJECT
 
 public:

@@ -28,13 +28,11 @@ using LPWSTR = wchar_t*;
 #endif
 
 // What a resource library exports as `extern "C" const VkResourceTable vkResourceTable`, in ascending order of id.
-struct VkResourceText
-{
+struct VkResourceText {
     unsigned id;
     const wchar_t* text;
 };
-struct VkResourceTable
-{
+struct VkResourceTable {
     unsigned count;
     const VkResourceText* texts;
 };
@@ -50,8 +48,7 @@ VK_SDK HINSTANCE AfxGetResourceHandle();
 VK_SDK void AfxSetResourceHandle(HINSTANCE instance);
 
 // Message boxes.
-enum : UINT
-{
+enum : UINT {
     MB_OK = 0,
     MB_OKCANCEL = 1,
     MB_ABORTRETRYIGNORE = 2,
@@ -68,16 +65,7 @@ enum : UINT
     MB_DEFBUTTON2 = 0x100,
     MB_DEFBUTTON3 = 0x200,
 };
-enum
-{
-    IDOK = 1,
-    IDCANCEL,
-    IDABORT,
-    IDRETRY,
-    IDIGNORE,
-    IDYES,
-    IDNO
-};
+enum { IDOK = 1, IDCANCEL, IDABORT, IDRETRY, IDIGNORE, IDYES, IDNO };
 VK_SDK int MessageBoxW(HWND owner, const wchar_t* text, const wchar_t* title, UINT style = MB_OK);
 VK_SDK int AfxMessageBox(const wchar_t* text, UINT style = MB_OK, UINT help = 0);
 VK_SDK int AfxMessageBox(UINT id, UINT style = MB_OK, UINT help = static_cast<UINT>(-1));
@@ -85,8 +73,7 @@ VK_SDK int AfxMessageBox(UINT id, UINT style = MB_OK, UINT help = static_cast<UI
 // The settings store. Texts have type REG_SZ and a size in bytes with their terminator.
 #define HKEY_CURRENT_USER (reinterpret_cast<HKEY>(static_cast<std::uintptr_t>(0x80000001)))
 #define HKEY_LOCAL_MACHINE (reinterpret_cast<HKEY>(static_cast<std::uintptr_t>(0x80000002)))
-enum : DWORD
-{
+enum : DWORD {
     REG_NONE = 0,
     REG_SZ = 1,
     REG_EXPAND_SZ = 2,
@@ -95,16 +82,14 @@ enum : DWORD
     REG_MULTI_SZ = 7,
     REG_QWORD = 11
 };
-enum : DWORD
-{
+enum : DWORD {
     KEY_QUERY_VALUE = 1,
     KEY_SET_VALUE = 2,
     KEY_READ = 0x20019,
     KEY_WRITE = 0x20006,
     KEY_ALL_ACCESS = 0xF003F
 };
-enum : LONG
-{
+enum : LONG {
     ERROR_SUCCESS = 0,
     ERROR_FILE_NOT_FOUND = 2,
     ERROR_ACCESS_DENIED = 5,
@@ -127,8 +112,7 @@ VK_SDK LONG RegCloseKey(HKEY key);
 
 // Files. Paths take '/'; a '\' counts as '/' where there is no file of that very name.
 #define INVALID_HANDLE_VALUE (reinterpret_cast<HANDLE>(static_cast<std::intptr_t>(-1)))
-enum : DWORD
-{
+enum : DWORD {
     GENERIC_READ = 0x80000000,
     GENERIC_WRITE = 0x40000000,
     FILE_SHARE_READ = 1,
@@ -154,16 +138,14 @@ VK_SDK BOOL CloseHandle(HANDLE handle);
 VK_SDK BOOL CopyFileW(const wchar_t* from, const wchar_t* to, BOOL failIfExists);
 VK_SDK BOOL DeleteFileW(const wchar_t* path);
 VK_SDK DWORD GetFileAttributesW(const wchar_t* path);
-VK_SDK DWORD GetTempPathW(DWORD size, wchar_t* buffer); // private to the run, with its separator
+VK_SDK DWORD GetTempPathW(DWORD size, wchar_t* buffer);  // private to the run, with its separator
 
 // Programs. They are not waited for; both handles must be closed.
-struct STARTUPINFOW
-{
+struct STARTUPINFOW {
     DWORD cb;
     void* reserved[8];
 };
-struct PROCESS_INFORMATION
-{
+struct PROCESS_INFORMATION {
     HANDLE hProcess;
     HANDLE hThread;
     DWORD dwProcessId;
@@ -174,16 +156,8 @@ VK_SDK BOOL CreateProcessW(const wchar_t* program, wchar_t* commandLine, void* p
                            PROCESS_INFORMATION* information);
 
 // Code pages, by number; 0 is the host's own.
-enum : UINT
-{
-    CP_ACP = 0,
-    CP_UTF8 = 65001
-};
-enum : DWORD
-{
-    MB_PRECOMPOSED = 1,
-    MB_ERR_INVALID_CHARS = 8
-};
+enum : UINT { CP_ACP = 0, CP_UTF8 = 65001 };
+enum : DWORD { MB_PRECOMPOSED = 1, MB_ERR_INVALID_CHARS = 8 };
 VK_SDK UINT GetACP();
 VK_SDK BOOL IsDBCSLeadByte(BYTE byte);
 // Counts of characters or bytes, 0 on failure. A length of -1 means up to the terminator and with it; a size of 0
@@ -193,13 +167,7 @@ VK_SDK int WideCharToMultiByte(UINT codePage, DWORD flags, const wchar_t* text, 
                                const char* unknown, BOOL* usedUnknown);
 
 // The high bit is set while the key is down.
-enum
-{
-    VK_SHIFT = 0x10,
-    VK_CONTROL = 0x11,
-    VK_MENU = 0x12,
-    VK_ESCAPE = 0x1B
-};
+enum { VK_SHIFT = 0x10, VK_CONTROL = 0x11, VK_MENU = 0x12, VK_ESCAPE = 0x1B };
 VK_SDK short GetKeyState(int key);
 
 // Texts. Numbers are read from the front, with the point, in every locale, and saturate.

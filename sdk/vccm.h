@@ -32,7 +32,10 @@ public:
     std::uint8_t green() const { return std::uint8_t(rgb() >> 8); }
     std::uint8_t blue() const { return std::uint8_t(rgb()); }
 
-    bool operator==(const VcCmColor& c) const { return m_method == c.m_method && m_index == c.m_index && m_rgb == c.m_rgb; }
+    bool operator==(const VcCmColor& c) const
+    {
+        return m_method == c.m_method && m_index == c.m_index && m_rgb == c.m_rgb;
+    }
     bool operator!=(const VcCmColor& c) const { return !(*this == c); }
 
 private:

@@ -158,8 +158,8 @@ class VK_SDK VcDbEllipse : public VcDbCurve {
     VCDB_DECLARE(VcDbEllipse)
 public:
     VcDbEllipse() = default;
-    VcDbEllipse(const VcGePoint3d& center, const VcGeVector3d& normal, const VcGeVector3d& majorAxis, double radiusRatio,
-                double startParam = 0, double endParam = 6.28318530717958647693);
+    VcDbEllipse(const VcGePoint3d& center, const VcGeVector3d& normal, const VcGeVector3d& majorAxis,
+                double radiusRatio, double startParam = 0, double endParam = 6.28318530717958647693);
 
     VcGePoint3d center() const { return m_center; }
     Vcad::ErrorStatus setCenter(const VcGePoint3d& center);

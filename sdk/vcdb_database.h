@@ -81,7 +81,9 @@ private:
 class VK_SDK VcDbIdPair {
 public:
     VcDbIdPair() = default;
-    VcDbIdPair(VcDbObjectId key, VcDbObjectId value, bool cloned = false) : m_key(key), m_value(value), m_cloned(cloned) {}
+    VcDbIdPair(VcDbObjectId key, VcDbObjectId value, bool cloned = false) : m_key(key), m_value(value), m_cloned(cloned)
+    {
+    }
     VcDbObjectId key() const { return m_key; }
     VcDbObjectId value() const { return m_value; }
     bool isCloned() const { return m_cloned; }

@@ -109,8 +109,8 @@ private:
     bool m_stale = false;  // what shows has changed since the block was made
 };
 
-#define VCDB_DIM_POINT(getter, setter, member)                     \
-    VcGePoint3d getter() const { return member; }                  \
+#define VCDB_DIM_POINT(getter, setter, member)                                                                         \
+    VcGePoint3d getter() const { return member; }                                                                      \
     Vcad::ErrorStatus setter(const VcGePoint3d& p) { return setPoint(member, p); }
 
 class VK_SDK VcDbAlignedDimension : public VcDbDimension {

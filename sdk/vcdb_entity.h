@@ -43,7 +43,8 @@ public:
     VcGeVector3d normal() const { return m_rare ? m_rare->normal : VcGeVector3d::zAxis(); }
     void set(double thickness, const VcGeVector3d& normal)
     {
-        m_rare = thickness == 0.0 && normal == VcGeVector3d::zAxis() ? nullptr : std::make_unique<Rare>(Rare{thickness, normal});
+        m_rare = thickness == 0.0 && normal == VcGeVector3d::zAxis() ? nullptr
+                                                                     : std::make_unique<Rare>(Rare{thickness, normal});
     }
     void setThickness(double t) { set(t, normal()); }
     void setNormal(const VcGeVector3d& n) { set(thickness(), n); }
@@ -101,8 +102,9 @@ public:
     virtual Vcad::ErrorStatus explode(std::vector<VcDbEntity*>& pieces) const;
     // Where this and the other meet; points are added. An entity with itself has none. Of blocks, dimensions and the like
     // the curves that are drawn count, of texts and faces their outlines.
-    virtual Vcad::ErrorStatus intersectWith(const VcDbEntity* other, VcDb::Intersect mode, std::vector<VcGePoint3d>& points,
-                                            std::intptr_t thisMarker = 0, std::intptr_t otherMarker = 0) const;
+    virtual Vcad::ErrorStatus intersectWith(const VcDbEntity* other, VcDb::Intersect mode,
+                                            std::vector<VcGePoint3d>& points, std::intptr_t thisMarker = 0,
+                                            std::intptr_t otherMarker = 0) const;
     // As both appear when they are looked at along the plane's normal; the points lie on this entity.
     virtual Vcad::ErrorStatus intersectWith(const VcDbEntity* other, VcDb::Intersect mode, const VcGePlane& projection,
                                             std::vector<VcGePoint3d>& points, std::intptr_t thisMarker = 0,

@@ -11,7 +11,14 @@ class VK_SDK VcDbHatch : public VcDbEntity {
 public:
     enum HatchStyle : int { kNormal = 0, kOuter = 1, kIgnore = 2 };
     enum HatchPatternType : int { kUserDefined = 0, kPreDefined = 1, kCustomDefined = 2 };
-    enum HatchLoopType : int { kDefault = 0, kExternal = 1, kPolyline = 2, kDerived = 4, kTextbox = 8, kOutermost = 16 };
+    enum HatchLoopType : int {
+        kDefault = 0,
+        kExternal = 1,
+        kPolyline = 2,
+        kDerived = 4,
+        kTextbox = 8,
+        kOutermost = 16
+    };
     enum HatchEdgeType : int { kLine = 1, kCirArc = 2, kEllArc = 3, kSpline = 4 };
     enum GradientPatternType : int { kPreDefinedGradient = 0, kUserDefinedGradient = 1 };
 
@@ -91,7 +98,8 @@ public:
     int numLoops() const { return int(m_loops.size()); }
     int loopTypeAt(int index) const;  // 0 for an index out of range
     // A polyline's vertices and bulges; eNotApplicable for a loop of edges.
-    Vcad::ErrorStatus getLoopAt(int index, int& type, std::vector<VcGePoint2d>& vertices, std::vector<double>& bulges) const;
+    Vcad::ErrorStatus getLoopAt(int index, int& type, std::vector<VcGePoint2d>& vertices,
+                                std::vector<double>& bulges) const;
     // The edges of the other loops; eNotApplicable for a polyline.
     Vcad::ErrorStatus getLoopAt(int index, int& type, std::vector<Edge>& edges) const;
     Vcad::ErrorStatus appendLoop(int type, const std::vector<VcGePoint2d>& vertices, const std::vector<double>& bulges,

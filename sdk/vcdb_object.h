@@ -72,7 +72,13 @@ namespace VcDb {
 enum OpenMode : int { kForRead = 0, kForWrite = 1, kForNotify = 2 };
 enum Visibility : int { kInvisible = 1, kVisible = 0 };
 // Hundredths of a millimetre.
-enum LineWeight : std::int16_t { kLnWtByLwDefault = -3, kLnWtByBlock = -2, kLnWtByLayer = -1, kLnWt000 = 0, kLnWt211 = 211 };
+enum LineWeight : std::int16_t {
+    kLnWtByLwDefault = -3,
+    kLnWtByBlock = -2,
+    kLnWtByLayer = -1,
+    kLnWt000 = 0,
+    kLnWt211 = 211
+};
 }
 
 // Base of everything that has a handle. Whoever opens an object closes it.
@@ -158,32 +164,32 @@ protected:
     friend class UndoJournal;
 
     VcDbObjectId m_id;
-    std::uint32_t m_owner = 0;      // slot in the same database
-    std::uint32_t m_order = 0;      // place in the order of main entities, or among the owner's members
-    std::uint32_t m_props = 0;      // of entities: index of the interned common properties
-    std::uint16_t m_present = 0;    // which optional groups its file carried at their default (interned)
+    std::uint32_t m_owner = 0;    // slot in the same database
+    std::uint32_t m_order = 0;    // place in the order of main entities, or among the owner's members
+    std::uint32_t m_props = 0;    // of entities: index of the interned common properties
+    std::uint16_t m_present = 0;  // which optional groups its file carried at their default (interned)
     std::uint16_t m_readers : 10 = 0;
     bool m_writing : 1 = false;
     bool m_erased : 1 = false;
     bool m_modified : 1 = false;
-    bool m_implicit : 1 = false;    // made for a name that was used before its record was read
-    bool m_recorded : 1 = false;    // its state is kept since the last undo mark
+    bool m_implicit : 1 = false;  // made for a name that was used before its record was read
+    bool m_recorded : 1 = false;  // its state is kept since the last undo mark
     bool m_erasedWithOwner : 1 = false;
     std::unique_ptr<ObjectExtras> m_extras;
 };
 
-#define VCDB_DECLARE(T)                                                          \
-    VCRX_DECLARE(T)                                                              \
-    std::unique_ptr<VcDbObject> copyOf() const override;                         \
+#define VCDB_DECLARE(T)                                                                                                \
+    VCRX_DECLARE(T)                                                                                                    \
+    std::unique_ptr<VcDbObject> copyOf() const override;                                                               \
     void assignFrom(const VcDbObject& other) override;
 
 // In a source file: T below Base; DXF is group 0 of the class in a file.
-#define VCDB_DEFINE(T, Base, DXF)                                                                 \
-    static VcDbObject* s_create_##T() { return new T; }                                           \
-    static VcRxClass s_class_##T(#T, &Base::desc, DXF, &s_create_##T);                            \
-    VcRxClass* T::desc() { return &s_class_##T; }                                                 \
-    VcRxClass* T::isA() const { return &s_class_##T; }                                            \
-    std::unique_ptr<VcDbObject> T::copyOf() const { return std::make_unique<T>(*this); }          \
+#define VCDB_DEFINE(T, Base, DXF)                                                                                      \
+    static VcDbObject* s_create_##T() { return new T; }                                                                \
+    static VcRxClass s_class_##T(#T, &Base::desc, DXF, &s_create_##T);                                                 \
+    VcRxClass* T::desc() { return &s_class_##T; }                                                                      \
+    VcRxClass* T::isA() const { return &s_class_##T; }                                                                 \
+    std::unique_ptr<VcDbObject> T::copyOf() const { return std::make_unique<T>(*this); }                               \
     void T::assignFrom(const VcDbObject& other) { *this = static_cast<const T&>(other); }
 
 // For bases that are never stored themselves.
@@ -208,12 +214,14 @@ private:
 };
 
 // Opening by id. The pointer is null unless the result is 0. Entities on locked layers refuse to be opened for write.
-VK_SDK Vcad::ErrorStatus vcdbOpenVcDbObject(VcDbObject*& object, VcDbObjectId id, VcDb::OpenMode mode, bool openErased = false);
-VK_SDK Vcad::ErrorStatus vcdbOpenVcDbObject(VcDbObject*& object, VcDbObjectId id, VcDb::OpenMode mode, const VcRxClass* cls,
+VK_SDK Vcad::ErrorStatus vcdbOpenVcDbObject(VcDbObject*& object, VcDbObjectId id, VcDb::OpenMode mode,
                                             bool openErased = false);
+VK_SDK Vcad::ErrorStatus vcdbOpenVcDbObject(VcDbObject*& object, VcDbObjectId id, VcDb::OpenMode mode,
+                                            const VcRxClass* cls, bool openErased = false);
 
 template <class T>
-Vcad::ErrorStatus vcdbOpenObject(T*& object, VcDbObjectId id, VcDb::OpenMode mode = VcDb::kForRead, bool openErased = false)
+Vcad::ErrorStatus vcdbOpenObject(T*& object, VcDbObjectId id, VcDb::OpenMode mode = VcDb::kForRead,
+                                 bool openErased = false)
 {
     VcDbObject* opened = nullptr;
     const Vcad::ErrorStatus status = vcdbOpenVcDbObject(opened, id, mode, T::desc(), openErased);

@@ -270,7 +270,7 @@ class VK_SDK VcDbRasterImageDef : public VcDbObject {
 public:
     wchar_t* sourceFileName() const;
     Vcad::ErrorStatus setSourceFileName(const wchar_t* file);
-    VcGeVector2d size() const { return m_size; }            // pixels
+    VcGeVector2d size() const { return m_size; }             // pixels
     VcGeVector2d resolution() const { return m_pixelSize; }  // millimetres a pixel
     bool isLoaded() const { return m_loaded; }
     enum Units : std::int16_t { kNone = 0, kCentimeter = 2, kInch = 5 };
@@ -307,7 +307,7 @@ class VK_SDK VcDbRasterVariables : public VcDbObject {
     VCDB_DECLARE(VcDbRasterVariables)
 public:
     std::int16_t imageFrame() const { return m_frame; }
-    Vcad::ErrorStatus setImageFrame(std::int16_t frame);      // 0 none, 1 shown and plotted, 2 shown
+    Vcad::ErrorStatus setImageFrame(std::int16_t frame);  // 0 none, 1 shown and plotted, 2 shown
     std::int16_t imageQuality() const { return m_quality; }
     Vcad::ErrorStatus setImageQuality(std::int16_t quality);  // 0 draft, 1 high
     std::int16_t userScale() const { return m_units; }

@@ -46,7 +46,7 @@ class VK_SDK VcDbVertex : public VcDbEntity {
     VCRX_DECLARE(VcDbVertex)
 public:
     enum Flag : std::int16_t {
-        kExtra = 1,      // made by curve fitting
+        kExtra = 1,  // made by curve fitting
         kTangent = 2,
         kSplineFit = 8,
         kSplineFrame = 16,
@@ -149,7 +149,10 @@ public:
     // The caller deletes it.
     VcDbObjectIterator* vertexIterator() const;
     std::vector<VcDbEntity*> vertices() const { return m_vertices.entities(*this); }
-    Vcad::ErrorStatus appendSubEntity(VcDbObjectId& id, VcDbEntity* vertex) { return m_vertices.append(*this, id, vertex); }
+    Vcad::ErrorStatus appendSubEntity(VcDbObjectId& id, VcDbEntity* vertex)
+    {
+        return m_vertices.append(*this, id, vertex);
+    }
     std::int16_t polylineFlags() const { return m_flags; }
 
     Vcad::ErrorStatus transformBy(const VcGeMatrix3d& m) override;
@@ -205,7 +208,10 @@ public:
     VcDb::Poly3dType polyType() const;
     bool isClosed() const override { return (m_flags & kClosed) != 0; }
     void setClosed(bool closed) { setFlag(kClosed, closed); }
-    Vcad::ErrorStatus appendVertex(VcDbObjectId& id, VcDb3dPolylineVertex* vertex) { return appendSubEntity(id, vertex); }
+    Vcad::ErrorStatus appendVertex(VcDbObjectId& id, VcDb3dPolylineVertex* vertex)
+    {
+        return appendSubEntity(id, vertex);
+    }
 
     Vcad::ErrorStatus explode(std::vector<VcDbEntity*>& pieces) const override;
     void fields(FieldVisitor& visitor) override;
@@ -228,7 +234,10 @@ public:
     void setMClosed(bool closed) { setFlag(kClosed, closed); }
     bool isNClosed() const { return (m_flags & kClosedN) != 0; }
     void setNClosed(bool closed) { setFlag(kClosedN, closed); }
-    Vcad::ErrorStatus appendVertex(VcDbObjectId& id, VcDbPolygonMeshVertex* vertex) { return appendSubEntity(id, vertex); }
+    Vcad::ErrorStatus appendVertex(VcDbObjectId& id, VcDbPolygonMeshVertex* vertex)
+    {
+        return appendSubEntity(id, vertex);
+    }
 
     Vcad::ErrorStatus explode(std::vector<VcDbEntity*>& pieces) const override;
     void fields(FieldVisitor& visitor) override;

@@ -65,8 +65,8 @@ public:
     Vcad::ErrorStatus setPriorSize(double size);
     double xScale() const { return m_xScale; }
     Vcad::ErrorStatus setXScale(double scale);
-    double obliquingAngle() const { return m_oblique; }  // radians
-    Vcad::ErrorStatus setObliquingAngle(double angle);   // within 85 degrees of upright
+    double obliquingAngle() const { return m_oblique; }                   // radians
+    Vcad::ErrorStatus setObliquingAngle(double angle);                    // within 85 degrees of upright
     std::uint8_t flagBits() const { return std::uint8_t(m_generation); }  // 2 backwards, 4 upside down
     Vcad::ErrorStatus setFlagBits(std::uint8_t bits);
     bool isBackwards() const { return (m_generation & 2) != 0; }
@@ -173,7 +173,13 @@ public:
     void setUcsName(VcDbObjectId ucs);
 
 protected:
-    enum Mode : std::int16_t { kPerspective = 1, kFrontClip = 2, kBackClip = 4, kUcsFollow = 8, kFrontClipNotAtEye = 16 };
+    enum Mode : std::int16_t {
+        kPerspective = 1,
+        kFrontClip = 2,
+        kBackClip = 4,
+        kUcsFollow = 8,
+        kFrontClipNotAtEye = 16
+    };
     VcDbAbstractViewTableRecord() = default;
     Vcad::ErrorStatus setMode(Mode bit, bool on);
     void ucsFields(FieldVisitor& visitor);

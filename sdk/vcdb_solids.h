@@ -70,11 +70,11 @@ protected:
     std::int16_t m_uIsolines = 6, m_vIsolines = 6;
 };
 
-#define VCDB_DECLARE_SURFACE(T)                        \
-    class VK_SDK T : public VcDbSurface {              \
-        VCDB_DECLARE(T)                                \
-    public:                                            \
-        void fields(FieldVisitor& visitor) override;   \
+#define VCDB_DECLARE_SURFACE(T)                                                                                        \
+    class VK_SDK T : public VcDbSurface {                                                                              \
+        VCDB_DECLARE(T)                                                                                                \
+    public:                                                                                                            \
+        void fields(FieldVisitor& visitor) override;                                                                   \
     };
 
 VCDB_DECLARE_SURFACE(VcDbExtrudedSurface)

@@ -61,7 +61,8 @@ public:
     // Takes over the record, which stays open for write and is closed by the caller.
     Vcad::ErrorStatus add(VcDbObjectId& id, VcDbSymbolTableRecord* record);
     Vcad::ErrorStatus add(VcDbSymbolTableRecord* record);
-    Vcad::ErrorStatus newIterator(VcDbSymbolTableIterator*& iterator, bool atBeginning = true, bool skipDeleted = true) const;
+    Vcad::ErrorStatus newIterator(VcDbSymbolTableIterator*& iterator, bool atBeginning = true,
+                                  bool skipDeleted = true) const;
 
     // Host side.
     struct Index;
@@ -89,7 +90,8 @@ public:
     bool done() const { return m_at < 0 || m_at >= static_cast<std::ptrdiff_t>(m_ids.size()); }
     void step(bool forward = true, bool skipErased = true);
     Vcad::ErrorStatus getRecordId(VcDbObjectId& id) const;
-    Vcad::ErrorStatus getRecord(VcDbSymbolTableRecord*& record, VcDb::OpenMode mode = VcDb::kForRead, bool openErased = false) const;
+    Vcad::ErrorStatus getRecord(VcDbSymbolTableRecord*& record, VcDb::OpenMode mode = VcDb::kForRead,
+                                bool openErased = false) const;
 
 protected:
     void skip(int direction, bool skipErased);
@@ -98,23 +100,23 @@ protected:
 };
 
 // Each table with its record and iterator, typed.
-#define VCDB_DECLARE_TABLE(Table, Record, Iterator)                                                             \
-    class Record;                                                                                               \
-    class VK_SDK Iterator : public VcDbSymbolTableIterator {                                                    \
-    public:                                                                                                     \
-        using VcDbSymbolTableIterator::VcDbSymbolTableIterator;                                                 \
-        Vcad::ErrorStatus getRecord(Record*& record, VcDb::OpenMode mode = VcDb::kForRead,                      \
-                                    bool openErased = false) const;                                             \
-    };                                                                                                          \
-    class VK_SDK Table : public VcDbSymbolTable {                                                               \
-        VCDB_DECLARE(Table)                                                                                     \
-    public:                                                                                                     \
-        using VcDbSymbolTable::getAt;                                                                           \
-        using VcDbSymbolTable::newIterator;                                                                     \
-        Vcad::ErrorStatus getAt(const wchar_t* name, Record*& record, VcDb::OpenMode mode = VcDb::kForRead,     \
-                                bool openErased = false) const;                                                 \
-        Vcad::ErrorStatus newIterator(Iterator*& iterator, bool atBeginning = true, bool skipDeleted = true) const; \
-        VcDbSymbolTableRecord* newRecord() const override;                                                      \
+#define VCDB_DECLARE_TABLE(Table, Record, Iterator)                                                                    \
+    class Record;                                                                                                      \
+    class VK_SDK Iterator : public VcDbSymbolTableIterator {                                                           \
+    public:                                                                                                            \
+        using VcDbSymbolTableIterator::VcDbSymbolTableIterator;                                                        \
+        Vcad::ErrorStatus getRecord(Record*& record, VcDb::OpenMode mode = VcDb::kForRead,                             \
+                                    bool openErased = false) const;                                                    \
+    };                                                                                                                 \
+    class VK_SDK Table : public VcDbSymbolTable {                                                                      \
+        VCDB_DECLARE(Table)                                                                                            \
+    public:                                                                                                            \
+        using VcDbSymbolTable::getAt;                                                                                  \
+        using VcDbSymbolTable::newIterator;                                                                            \
+        Vcad::ErrorStatus getAt(const wchar_t* name, Record*& record, VcDb::OpenMode mode = VcDb::kForRead,            \
+                                bool openErased = false) const;                                                        \
+        Vcad::ErrorStatus newIterator(Iterator*& iterator, bool atBeginning = true, bool skipDeleted = true) const;    \
+        VcDbSymbolTableRecord* newRecord() const override;                                                             \
     };
 
 VCDB_DECLARE_TABLE(VcDbLayerTable, VcDbLayerTableRecord, VcDbLayerTableIterator)
@@ -137,7 +139,7 @@ class VK_SDK VcDbLayerTableRecord : public VcDbSymbolTableRecord {
     VCDB_DECLARE(VcDbLayerTableRecord)
 public:
     bool isFrozen() const { return (m_flags & 1) != 0; }
-    Vcad::ErrorStatus setIsFrozen(bool frozen);  // the current layer and layer that viewports need refuse
+    Vcad::ErrorStatus setIsFrozen(bool frozen);         // the current layer and layer that viewports need refuse
     bool VPDFLT() const { return (m_flags & 2) != 0; }  // frozen in new viewports
     void setVPDFLT(bool frozen);
     bool isLocked() const { return (m_flags & 4) != 0; }
@@ -170,16 +172,25 @@ class VcDbBlockReferenceIdIterator;
 class VK_SDK VcDbBlockTableRecord : public VcDbSymbolTableRecord {
     VCDB_DECLARE(VcDbBlockTableRecord)
 public:
-    enum XrefStatus : int { kXrfNotAnXref = 0, kXrfResolved = 1, kXrfUnloaded = 2, kXrfUnreferenced = 3, kXrfFileNotFound = 4, kXrfUnresolved = 5 };
+    enum XrefStatus : int {
+        kXrfNotAnXref = 0,
+        kXrfResolved = 1,
+        kXrfUnloaded = 2,
+        kXrfUnreferenced = 3,
+        kXrfFileNotFound = 4,
+        kXrfUnresolved = 5
+    };
 
     // Takes over an entity that is in no database; it stays open for write and is closed by the caller.
     Vcad::ErrorStatus appendVcDbEntity(VcDbObjectId& id, VcDbEntity* entity);
     Vcad::ErrorStatus appendVcDbEntity(VcDbEntity* entity);
-    Vcad::ErrorStatus newIterator(VcDbBlockTableRecordIterator*& iterator, bool atBeginning = true, bool skipDeleted = true) const;
+    Vcad::ErrorStatus newIterator(VcDbBlockTableRecordIterator*& iterator, bool atBeginning = true,
+                                  bool skipDeleted = true) const;
     Vcad::ErrorStatus newBlockReferenceIdIterator(VcDbBlockReferenceIdIterator*& iterator) const;
     // The references to this record wherever they stand; without directOnly also those of the records that hold them,
     // and so outward.
-    Vcad::ErrorStatus getBlockReferenceIds(VcDbObjectIdArray& ids, bool directOnly = true, bool forceValidity = false) const;
+    Vcad::ErrorStatus getBlockReferenceIds(VcDbObjectIdArray& ids, bool directOnly = true,
+                                           bool forceValidity = false) const;
 
     VcGePoint3d origin() const { return m_origin; }
     Vcad::ErrorStatus setOrigin(const VcGePoint3d& origin);
@@ -237,7 +248,8 @@ public:
     bool done() const;
     void step(bool forward = true, bool skipErased = true);
     Vcad::ErrorStatus getEntityId(VcDbObjectId& id) const;
-    Vcad::ErrorStatus getEntity(VcDbEntity*& entity, VcDb::OpenMode mode = VcDb::kForRead, bool openErased = false) const;
+    Vcad::ErrorStatus getEntity(VcDbEntity*& entity, VcDb::OpenMode mode = VcDb::kForRead,
+                                bool openErased = false) const;
 
 private:
     void skip(int direction, bool skipErased);

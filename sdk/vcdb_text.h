@@ -128,7 +128,8 @@ class VK_SDK VcDbAttribute : public VcDbTaggedText {
 public:
     bool isMTextAttribute() const { return isManyLined(); }
     // Takes over text properties, flags and tag of a definition, moved by the matrix of the reference.
-    Vcad::ErrorStatus setAttributeFromBlock(const class VcDbAttributeDefinition* definition, const VcGeMatrix3d& blockTransform);
+    Vcad::ErrorStatus setAttributeFromBlock(const class VcDbAttributeDefinition* definition,
+                                            const VcGeMatrix3d& blockTransform);
     void fields(FieldVisitor& visitor) override;
 };
 

@@ -100,7 +100,13 @@ public:
     void fields(FieldVisitor& visitor) override;
 
 private:
-    enum ViewFlag : std::int32_t { kPerspective = 1, kViewMode = 0x1f, kLocked = 0x4000, kClipped = 0x10000, kOff = 0x20000 };
+    enum ViewFlag : std::int32_t {
+        kPerspective = 1,
+        kViewMode = 0x1f,
+        kLocked = 0x4000,
+        kClipped = 0x10000,
+        kOff = 0x20000
+    };
     void setViewFlag(std::int32_t flag, bool on);
     void viewFields(FieldVisitor& visitor);
     void layerFields(FieldVisitor& visitor);
@@ -118,7 +124,8 @@ private:
     VcDbObjectId m_clipEntity, m_ucs, m_baseUcs, m_visualStyle, m_shadePlot, m_background, m_sun;
     std::string m_plotStyleSheet;
     std::int32_t m_viewFlags = 0, m_ambientColor = 250, m_ambientRgb = 0;
-    std::int16_t m_status = 1, m_number = 0, m_circleSides = 1000, m_renderMode = 0, m_ucsPerViewport = 1, m_ucsIcon = 0;
+    std::int16_t m_status = 1, m_number = 0, m_circleSides = 1000, m_renderMode = 0, m_ucsPerViewport = 1,
+                 m_ucsIcon = 0;
     std::int16_t m_orthoType = 0, m_shadePlotMode = 0, m_gridMajor = 5, m_lightingType = 1;
     bool m_defaultLighting = true, m_frozenAreHard = false;
 };
@@ -144,7 +151,8 @@ public:
 private:
     std::string m_name;
     VcGePoint3d m_position, m_target;
-    double m_intensity = 1, m_attenuationStart = 1, m_attenuationEnd = 10, m_hotspot = 0.785398163397448, m_falloff = 0.872664625997165;
+    double m_intensity = 1, m_attenuationStart = 1, m_attenuationEnd = 10, m_hotspot = 0.785398163397448,
+           m_falloff = 0.872664625997165;
     std::int32_t m_version = 1, m_shadowMapSize = 256, m_color = 7, m_rgb = -1;
     std::int16_t m_type = 2, m_attenuation = 0, m_shadowType = 0, m_shadowSoftness = 1;
     bool m_on = true, m_plotGlyph = false, m_useLimits = false, m_castShadows = true;

@@ -38,7 +38,8 @@ VK_SDK int vcedNEntSelP(const wchar_t* prompt, vds_name nameOut, vds_point point
 // 1 after Esc or Ctrl-C since the command began.
 VK_SDK int vcedUsrBrk();
 typedef int (*VcEdDragSampler)(vds_point point, vds_matrix matrix);
-VK_SDK int vcedDragGen(const vds_name set, const wchar_t* prompt, int cursor, VcEdDragSampler sampler, vds_point pointOut);
+VK_SDK int vcedDragGen(const vds_name set, const wchar_t* prompt, int cursor, VcEdDragSampler sampler,
+                       vds_point pointOut);
 
 // Output.
 VK_SDK int vcedPrompt(const wchar_t* text);
@@ -96,7 +97,8 @@ VK_SDK int vcedRetVoid();
 VK_SDK int vcdbFail(const wchar_t* text);
 
 // Coordinates: codes in from and to are RTSHORT 0 world, 1 UCS, 2 display, 3 paper display, or an entity name or a normal (RT3DPOINT).
-VK_SDK int vcedTrans(const vds_point point, const resbuf* from, const resbuf* to, int displacement, vds_point resultOut);
+VK_SDK int vcedTrans(const vds_point point, const resbuf* from, const resbuf* to, int displacement,
+                     vds_point resultOut);
 
 VK_SDK int vcedMspace();
 VK_SDK int vcedPspace();
@@ -126,9 +128,10 @@ enum VcEdCommandFlags : int {
 class VK_SDK VcEdCommandStack : public VcRxObject {
     VCRX_DECLARE(VcEdCommandStack)
 public:
-    virtual Vcad::ErrorStatus addCommand(const wchar_t* group, const wchar_t* globalName, const wchar_t* localName, int flags,
-                                         VcEdCommandFunction handler, VcEdUIContext* context = nullptr, int functionCode = -1,
-                                         void* resourceHandle = nullptr, VcEdCommand** commandOut = nullptr) = 0;
+    virtual Vcad::ErrorStatus addCommand(const wchar_t* group, const wchar_t* globalName, const wchar_t* localName,
+                                         int flags, VcEdCommandFunction handler, VcEdUIContext* context = nullptr,
+                                         int functionCode = -1, void* resourceHandle = nullptr,
+                                         VcEdCommand** commandOut = nullptr) = 0;
     virtual Vcad::ErrorStatus removeCommand(const wchar_t* group, const wchar_t* globalName) = 0;
     virtual Vcad::ErrorStatus removeGroup(const wchar_t* group) = 0;
 };

@@ -11,14 +11,12 @@ class VcGeMatrix3d;
 class VcGePlane;
 class VcGeVector3d;
 
-struct VK_SDK VcGeTol
-{
+struct VK_SDK VcGeTol {
     double equalPoint = 1e-10;
     double equalVector = 1e-10;
 };
 
-class VK_SDK VcGeVector2d
-{
+class VK_SDK VcGeVector2d {
 public:
     double x = 0, y = 0;
 
@@ -42,7 +40,7 @@ public:
         return l > 0 ? *this / l : *this;
     }
     VcGeVector2d& normalize() { return *this = normal(); }
-    double angleTo(const VcGeVector2d& v) const; // 0 to pi
+    double angleTo(const VcGeVector2d& v) const;  // 0 to pi
     VcGeVector2d& rotateBy(double angle);
     VcGeVector2d& transformBy(const VcGeMatrix2d& m);
     bool isZeroLength(const VcGeTol& tol = {}) const { return length() <= tol.equalVector; }
@@ -51,8 +49,7 @@ public:
     constexpr bool operator==(const VcGeVector2d&) const = default;
 };
 
-class VK_SDK VcGePoint2d
-{
+class VK_SDK VcGePoint2d {
 public:
     double x = 0, y = 0;
 
@@ -73,8 +70,7 @@ public:
     constexpr bool operator==(const VcGePoint2d&) const = default;
 };
 
-class VK_SDK VcGeVector3d
-{
+class VK_SDK VcGeVector3d {
 public:
     double x = 0, y = 0, z = 0;
 
@@ -109,9 +105,9 @@ public:
     }
     VcGeVector3d& normalize() { return *this = normal(); }
     VcGeVector3d& negate() { return *this = -*this; }
-    double angleTo(const VcGeVector3d& v) const;                          // 0 to pi
-    double angleTo(const VcGeVector3d& v, const VcGeVector3d& ref) const; // 0 to 2 pi, anticlockwise about ref
-    VcGeVector3d perpVector() const; // the X axis that the arbitrary axis algorithm gives for this normal
+    double angleTo(const VcGeVector3d& v) const;                           // 0 to pi
+    double angleTo(const VcGeVector3d& v, const VcGeVector3d& ref) const;  // 0 to 2 pi, anticlockwise about ref
+    VcGeVector3d perpVector() const;  // the X axis that the arbitrary axis algorithm gives for this normal
     // A zero vector is parallel and perpendicular to nothing.
     bool isParallelTo(const VcGeVector3d& v, const VcGeTol& tol = {}) const;
     bool isCodirectionalTo(const VcGeVector3d& v, const VcGeTol& tol = {}) const;
@@ -128,8 +124,7 @@ public:
     constexpr bool operator==(const VcGeVector3d&) const = default;
 };
 
-class VK_SDK VcGePoint3d
-{
+class VK_SDK VcGePoint3d {
 public:
     double x = 0, y = 0, z = 0;
 
@@ -157,8 +152,7 @@ public:
     constexpr bool operator==(const VcGePoint3d&) const = default;
 };
 
-class VK_SDK VcGeScale3d
-{
+class VK_SDK VcGeScale3d {
 public:
     double sx = 1, sy = 1, sz = 1;
 
@@ -169,8 +163,7 @@ public:
     constexpr bool operator==(const VcGeScale3d&) const = default;
 };
 
-class VK_SDK VcGeMatrix2d
-{
+class VK_SDK VcGeMatrix2d {
 public:
     double entry[3][3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
 
@@ -183,7 +176,7 @@ public:
     VcGeMatrix2d& setToProduct(const VcGeMatrix2d& a, const VcGeMatrix2d& b);
     VcGeMatrix2d& setCoordSystem(const VcGePoint2d& origin, const VcGeVector2d& x, const VcGeVector2d& y);
     void getCoordSystem(VcGePoint2d& origin, VcGeVector2d& x, VcGeVector2d& y) const;
-    VcGeMatrix2d inverse() const; // a singular matrix gives the identity; see isSingular
+    VcGeMatrix2d inverse() const;  // a singular matrix gives the identity; see isSingular
     bool isSingular(const VcGeTol& tol = {}) const;
     double det() const;
     bool isEqualTo(const VcGeMatrix2d& m, const VcGeTol& tol = {}) const;
@@ -195,8 +188,7 @@ public:
     bool operator==(const VcGeMatrix2d&) const = default;
 };
 
-class VK_SDK VcGeMatrix3d
-{
+class VK_SDK VcGeMatrix3d {
 public:
     double entry[4][4] = {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}};
 
@@ -225,10 +217,10 @@ public:
     VcGeMatrix3d& setToAlignCoordSys(const VcGePoint3d& fromOrigin, const VcGeVector3d& fromX,
                                      const VcGeVector3d& fromY, const VcGeVector3d& fromZ, const VcGePoint3d& toOrigin,
                                      const VcGeVector3d& toX, const VcGeVector3d& toY, const VcGeVector3d& toZ);
-    VcGeMatrix3d inverse() const; // a singular matrix gives the identity; see isSingular
+    VcGeMatrix3d inverse() const;  // a singular matrix gives the identity; see isSingular
     bool isSingular(const VcGeTol& tol = {}) const;
     double det() const;
-    double scale() const; // length of the image of the X axis
+    double scale() const;  // length of the image of the X axis
     bool isUniScaledOrtho(const VcGeTol& tol = {}) const;
     bool isEqualTo(const VcGeMatrix3d& m, const VcGeTol& tol = {}) const;
 
@@ -248,19 +240,17 @@ class VcGeLine3d;
 class VcGeLineSeg3d;
 
 // What has a place in space and can be moved there.
-class VK_SDK VcGeEntity3d
-{
+class VK_SDK VcGeEntity3d {
 public:
     virtual ~VcGeEntity3d();
-    virtual VcGeEntity3d* copy() const = 0; // the caller deletes it
+    virtual VcGeEntity3d* copy() const = 0;  // the caller deletes it
     virtual VcGeEntity3d& transformBy(const VcGeMatrix3d& m) = 0;
     virtual bool isOn(const VcGePoint3d& p, const VcGeTol& tol = {}) const = 0;
 };
 
 // A plane with an origin and two axes. The axes need not be perpendicular; the normal always has unit length.
 // Degenerate input (a zero normal, parallel axes) gives the world's X-Y directions.
-class VK_SDK VcGePlane : public VcGeEntity3d
-{
+class VK_SDK VcGePlane : public VcGeEntity3d {
 public:
     VcGePlane() = default;
     VcGePlane(const VcGePoint3d& origin, const VcGeVector3d& normal) { set(origin, normal); }
@@ -271,7 +261,7 @@ public:
     VcGePlane& set(const VcGePoint3d& origin, const VcGeVector3d& normal);
     VcGePlane& set(const VcGePoint3d& origin, const VcGeVector3d& u, const VcGeVector3d& v);
     VcGePlane& set(const VcGePoint3d& p, const VcGePoint3d& q, const VcGePoint3d& r);
-    VcGePlane& set(double a, double b, double c, double d); // a x + b y + c z + d = 0
+    VcGePlane& set(double a, double b, double c, double d);  // a x + b y + c z + d = 0
 
     VcGePoint3d pointOnPlane() const { return m_origin; }
     VcGeVector3d normal() const { return m_normal; }
@@ -283,7 +273,7 @@ public:
     double signedDistanceTo(const VcGePoint3d& p) const;
     double distanceTo(const VcGePoint3d& p) const { return std::fabs(signedDistanceTo(p)); }
     VcGePoint3d closestPointTo(const VcGePoint3d& p) const;
-    VcGePoint2d paramOf(const VcGePoint3d& p) const; // of the closest point, in the plane's axes
+    VcGePoint2d paramOf(const VcGePoint3d& p) const;  // of the closest point, in the plane's axes
     VcGePoint3d evalPoint(const VcGePoint2d& uv) const;
 
     bool intersectWith(const VcGeLinearEnt3d& line, VcGePoint3d& p, const VcGeTol& tol = {}) const;
@@ -301,14 +291,13 @@ private:
     VcGeVector3d m_u{1, 0, 0}, m_v{0, 1, 0}, m_normal{0, 0, 1};
 };
 
-class VK_SDK VcGeCurve3d : public VcGeEntity3d
-{
+class VK_SDK VcGeCurve3d : public VcGeEntity3d {
 public:
     virtual VcGePoint3d closestPointTo(const VcGePoint3d& p, const VcGeTol& tol = {}) const = 0;
     virtual bool hasStartPoint(VcGePoint3d& p) const = 0;
     virtual bool hasEndPoint(VcGePoint3d& p) const = 0;
     virtual VcGePoint3d evalPoint(double param) const = 0;
-    virtual double paramOf(const VcGePoint3d& p, const VcGeTol& tol = {}) const = 0; // of the closest point
+    virtual double paramOf(const VcGePoint3d& p, const VcGeTol& tol = {}) const = 0;  // of the closest point
 
     double distanceTo(const VcGePoint3d& p, const VcGeTol& tol = {}) const;
     bool isOn(const VcGePoint3d& p, const VcGeTol& tol = {}) const override;
@@ -316,8 +305,7 @@ public:
 
 // What lines and line segments share. The parameter counts in lengths of the vector that the line was made from.
 // A line without a direction is the single point it starts from.
-class VK_SDK VcGeLinearEnt3d : public VcGeCurve3d
-{
+class VK_SDK VcGeLinearEnt3d : public VcGeCurve3d {
 public:
     VcGePoint3d pointOnLine() const { return m_start; }
     VcGeVector3d direction() const { return m_vector.normal(); }
@@ -344,8 +332,7 @@ protected:
     VcGeVector3d m_vector;
 };
 
-class VK_SDK VcGeLine3d : public VcGeLinearEnt3d
-{
+class VK_SDK VcGeLine3d : public VcGeLinearEnt3d {
 public:
     VcGeLine3d() : VcGeLinearEnt3d({}, {1, 0, 0}) {}
     VcGeLine3d(const VcGePoint3d& p, const VcGeVector3d& v) : VcGeLinearEnt3d(p, v) {}
@@ -362,8 +349,7 @@ protected:
     double clamped(double param) const override { return param; }
 };
 
-class VK_SDK VcGeLineSeg3d : public VcGeLinearEnt3d
-{
+class VK_SDK VcGeLineSeg3d : public VcGeLinearEnt3d {
 public:
     VcGeLineSeg3d() : VcGeLinearEnt3d({}, {1, 0, 0}) {}
     VcGeLineSeg3d(const VcGePoint3d& p, const VcGePoint3d& q) : VcGeLinearEnt3d(p, q - p), m_end(q) {}

@@ -42,18 +42,18 @@ public:
 };
 
 // Declares the descriptor, the cast and the type query of a class below VcRxObject.
-#define VCRX_DECLARE(T)                                                                    \
-public:                                                                                    \
-    static VcRxClass* desc();                                                              \
-    static T* cast(const VcRxObject* object)                                               \
-    {                                                                                      \
-        return object && object->isKindOf(T::desc()) ? (T*)(object) : nullptr;             \
-    }                                                                                      \
+#define VCRX_DECLARE(T)                                                                                                \
+public:                                                                                                                \
+    static VcRxClass* desc();                                                                                          \
+    static T* cast(const VcRxObject* object)                                                                           \
+    {                                                                                                                  \
+        return object && object->isKindOf(T::desc()) ? (T*)(object) : nullptr;                                         \
+    }                                                                                                                  \
     VcRxClass* isA() const override;
 
-#define VCRX_DEFINE(T, Base)                                  \
-    static VcRxClass s_class_##T(#T, &Base::desc);            \
-    VcRxClass* T::desc() { return &s_class_##T; }             \
+#define VCRX_DEFINE(T, Base)                                                                                           \
+    static VcRxClass s_class_##T(#T, &Base::desc);                                                                     \
+    VcRxClass* T::desc() { return &s_class_##T; }                                                                      \
     VcRxClass* T::isA() const { return &s_class_##T; }
 
 // A dictionary of named services.

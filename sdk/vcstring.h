@@ -7,8 +7,7 @@
 #include <utility>
 #include <vector>
 
-class VK_SDK VcString
-{
+class VK_SDK VcString {
 public:
     VcString() = default;
     VcString(const wchar_t* text) : m_text(text ? text : L"") {}
@@ -71,13 +70,12 @@ public:
 
 private:
     std::wstring m_text;
-    mutable std::string m_narrow; // what kszPtr gave
+    mutable std::string m_narrow;  // what kszPtr gave
 };
 
 // Indexes are checked: reading outside gives a value of its own, writing there is lost.
 template <class T>
-class VcArray
-{
+class VcArray {
 public:
     explicit VcArray(int physicalLength = 0, int growLength = 8) : m_growLength(growLength)
     {
@@ -207,8 +205,7 @@ private:
 };
 
 // A status kept for reporting.
-class VK_SDK VkErrorStatus
-{
+class VK_SDK VkErrorStatus {
 public:
     VkErrorStatus(Vcad::ErrorStatus status = Vcad::eOk) : m_status(status) {}
     ~VkErrorStatus();
@@ -221,8 +218,7 @@ private:
     Vcad::ErrorStatus m_status;
 };
 
-class VK_SDK VkExceptionWithMsg
-{
+class VK_SDK VkExceptionWithMsg {
 public:
     explicit VkExceptionWithMsg(const wchar_t* message, Vcad::ErrorStatus status = Vcad::eInvalidInput);
     virtual ~VkExceptionWithMsg();
@@ -235,8 +231,7 @@ private:
 };
 
 // Raw memory of the host's heap.
-class VK_SDK VcHeapOperators
-{
+class VK_SDK VcHeapOperators {
 public:
     static void* allocRawMem(std::size_t size);
     static void freeRawMem(void* memory);

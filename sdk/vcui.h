@@ -11,8 +11,7 @@ VK_SDK CWnd* vcedGetVkadDwgView();
 VK_SDK CWinApp* vcedGetVkadWinApp();
 
 // Told what becomes of dialogs; there is none without a window.
-class VkMainAppService
-{
+class VkMainAppService {
 public:
     virtual ~VkMainAppService() = default;
     virtual void dialogCancelled() = 0;
@@ -20,16 +19,14 @@ public:
 VK_SDK VkMainAppService* vekadMainAppService();
 
 // A dialog of the host's own look.
-class VK_SDK CVcUiDialog : public CDialog
-{
+class VK_SDK CVcUiDialog : public CDialog {
 public:
     explicit CVcUiDialog(UINT templateId = 0, CWnd* parent = nullptr, HINSTANCE resources = nullptr);
     ~CVcUiDialog() override;
 };
 
 // A dialog that lets the person pick in the drawing: between the two calls it is hidden, and questions are asked.
-class VK_SDK CVdUiDialog : public CVcUiDialog
-{
+class VK_SDK CVdUiDialog : public CVcUiDialog {
 public:
     explicit CVdUiDialog(UINT templateId = 0, CWnd* parent = nullptr, HINSTANCE resources = nullptr);
     ~CVdUiDialog() override;
@@ -45,8 +42,7 @@ private:
 
 // Asks for the path of a file: RTNORM and the path, or RTCAN. Extensions are those of the file types offered, "svf;scr".
 // With FILEDIA 0 it is asked for at the command line.
-enum
-{
+enum {
     kFileNavSave = 1,
 };
 VK_SDK int vcedGetFileNavDialog(const wchar_t* title, const wchar_t* preset, const wchar_t* extensions, int flags,

@@ -17,7 +17,7 @@ VK_SDK int vcutBuildRbBin(resbuf* node, std::size_t size, const char* bytes);
 // Strings that the caller owns. Sizes are in bytes; there is always room for a terminator beyond them.
 VK_SDK int vcutNewString(const wchar_t* source, wchar_t*& out);
 VK_SDK int vcutNewString(wchar_t*& out, std::size_t size);
-VK_SDK int vcutUpdString(const wchar_t* source, wchar_t*& out); // releases what stood in out; the two may be the same
+VK_SDK int vcutUpdString(const wchar_t* source, wchar_t*& out);  // releases what stood in out; the two may be the same
 VK_SDK int vcutDelString(wchar_t*& out);
 VK_SDK int vcutNewBuffer(char*& out, std::size_t size);
 VK_SDK int vcutDelBuffer(char*& out);

@@ -11,18 +11,9 @@
 #include <string>
 #include <type_traits>
 
-class VkFormatArg
-{
+class VkFormatArg {
 public:
-    enum class Kind : unsigned char
-    {
-        Integer,
-        Unsigned,
-        Real,
-        Wide,
-        Narrow,
-        Pointer
-    };
+    enum class Kind : unsigned char { Integer, Unsigned, Real, Wide, Narrow, Pointer };
 
     template <class T>
     VkFormatArg(const T& value)
@@ -50,7 +41,7 @@ public:
     }
 
     Kind kind;
-    unsigned char size = 8; // bytes of the argument's own type, so that a negative int prints as 32 bits in %x
+    unsigned char size = 8;  // bytes of the argument's own type, so that a negative int prints as 32 bits in %x
     union {
         std::int64_t integer;
         std::uint64_t number;

@@ -195,7 +195,8 @@ void expectFile(Play& play, Interpreter&, Args args)
     if (!written || !wanted)
         play.fault(fmt::format("{} cannot be read", print(written ? args[1] : args[0])));
     else if (*written != *wanted)
-        play.fault(fmt::format("{} differs from {}; {}", print(args[0]), print(args[1]), firstDifference(*wanted, *written)));
+        play.fault(
+            fmt::format("{} differs from {}; {}", print(args[0]), print(args[1]), firstDifference(*wanted, *written)));
 }
 
 void expectUndo(Play& play, Interpreter&, Args) { play.expectUndo(); }
@@ -205,11 +206,8 @@ constexpr struct {
     Expectation check;
     int operands;
 } kExpectations[] = {
-    {"EXPECT", expectEqual, 2},
-    {"EXPECT-SAID", expectSaid, 1},
-    {"EXPECT-NOT-SAID", expectNotSaid, 1},
-    {"EXPECT-FILE", expectFile, 2},
-    {"EXPECT-UNDO", expectUndo, 0},
+    {"EXPECT", expectEqual, 2},     {"EXPECT-SAID", expectSaid, 1}, {"EXPECT-NOT-SAID", expectNotSaid, 1},
+    {"EXPECT-FILE", expectFile, 2}, {"EXPECT-UNDO", expectUndo, 0},
 };
 
 void defineExpectations(Interpreter& lisp, Play& play)

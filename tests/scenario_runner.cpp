@@ -117,7 +117,8 @@ void registerAll(const std::vector<Scenario>& scenarios)
     for (const Scenario& scenario : scenarios) {
         const std::string suite = std::filesystem::path(scenario.file).stem().string();
         testing::RegisterTest(suite.c_str(), testName(scenario).c_str(), nullptr, nullptr, scenario.file.c_str(),
-                              scenario.firstLine, [&scenario]() -> testing::Test* { return new ScenarioTest(scenario); });
+                              scenario.firstLine,
+                              [&scenario]() -> testing::Test* { return new ScenarioTest(scenario); });
     }
 }
 

@@ -10,8 +10,7 @@ inline constexpr int kUsesPickSet = 0x2;
 inline constexpr int kRedraws = 0x4;
 inline constexpr int kChangesSpace = 0x200002A;
 
-struct CommandRow
-{
+struct CommandRow {
     const wchar_t* globalName;
     unsigned localNameId;
     int flags;

@@ -1,8 +1,7 @@
 // Silence around host commands that are driven: CMDECHO, BLIPMODE and EXPERT are 0 for its life.
 #pragma once
 
-class EchoBracket
-{
+class EchoBracket {
 public:
     EchoBracket();
     EchoBracket(const EchoBracket&) = delete;

@@ -47,8 +47,7 @@ namespace {
 
 enum Corner { kUpperLeft, kUpperRight, kLowerLeft, kLowerRight };
 
-struct Box
-{
+struct Box {
     double left, right, top, bottom;
 };
 

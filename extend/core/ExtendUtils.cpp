@@ -139,10 +139,7 @@ IntVarHolder::IntVarHolder(const wchar_t* name) : m_name(name)
     m_saved = m_variable.resval.rint;
 }
 
-int IntVarHolder::SetValue(short value)
-{
-    return m_name.IsEmpty() ? RTERROR : writeShort(m_name, m_variable, value);
-}
+int IntVarHolder::SetValue(short value) { return m_name.IsEmpty() ? RTERROR : writeShort(m_name, m_variable, value); }
 
 IntVarHolder::~IntVarHolder() noexcept
 {

@@ -9,8 +9,7 @@
 bool profileKey(const wchar_t* group, CStdStrW& key);
 
 // Choices of the layer tools.
-class LayerToolsUtils
-{
+class LayerToolsUtils {
 public:
     LayerToolsUtils() = delete;
 
@@ -21,7 +20,7 @@ public:
 
     static bool bLockFlag;
     static bool bFreezeFlag;
-    static int nLayLockFadectl; // percent
+    static int nLayLockFadectl;  // percent
 };
 
 // Values of the text tools are written as reals and read as integers: 1 on success, 0 on failure.
@@ -29,8 +28,7 @@ int SetEledimCheckReg(double value, const wchar_t* name);
 int GetEledimCheckReg(int& value, const wchar_t* name);
 
 // Puts a short system variable back when it goes. Without a name it does nothing.
-class IntVarHolder
-{
+class IntVarHolder {
 public:
     explicit IntVarHolder(const wchar_t* name);
     IntVarHolder(const IntVarHolder&) = delete;
@@ -46,8 +44,7 @@ private:
 };
 
 // No pick-first set for as long as it lives.
-class AutoSysVar_PICKFIRST
-{
+class AutoSysVar_PICKFIRST {
 public:
     AutoSysVar_PICKFIRST();
     AutoSysVar_PICKFIRST(const AutoSysVar_PICKFIRST&) = delete;
@@ -60,8 +57,7 @@ private:
 };
 
 // No echo of the host's commands for as long as it lives.
-class PrepareCmdEcho
-{
+class PrepareCmdEcho {
 public:
     PrepareCmdEcho();
     PrepareCmdEcho(const PrepareCmdEcho&) = delete;
@@ -73,8 +69,7 @@ private:
 };
 
 // A text by number, or the default where there is no such text.
-class __ResourceString
-{
+class __ResourceString {
 public:
     __ResourceString(UINT id, const wchar_t* defaultText);
     const CStdStrW& text() const { return m_found ? m_loaded : m_default; }

@@ -26,8 +26,7 @@ using EditionCheck = bool (*)();
 extern EditionCheck editionCheck;
 
 // A function that Lisp can call; the chain of arguments stays with the caller.
-struct LispFunctionRow
-{
+struct LispFunctionRow {
     const wchar_t* name;
     unsigned localNameId;
     int (*handler)(const resbuf* arguments);

@@ -30,7 +30,8 @@ bool isMetByPieces(const VcDbEntity& entity)
     return entity.isKindOf(VcDbMline::desc()) || entity.isKindOf(VcDbDimension::desc());
 }
 
-void meet(const VcDbEntity& first, const VcDbEntity& second, VcDb::Intersect extend, const VcGePlane& plane, Points& points)
+void meet(const VcDbEntity& first, const VcDbEntity& second, VcDb::Intersect extend, const VcGePlane& plane,
+          Points& points)
 {
     if (!isMetByPieces(second)) {
         first.intersectWith(&second, extend, plane, points);

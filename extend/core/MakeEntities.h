@@ -10,8 +10,7 @@ class VcDbBlockTableRecord;
 class VcDbEntity;
 
 // A vertex of a polyline.
-class SdsVertex
-{
+class SdsVertex {
 public:
     SdsVertex() = default;
     SdsVertex(double vx, double vy, double vz, double b) : x(vx), y(vy), z(vz), bulge(b) {}
@@ -28,7 +27,8 @@ int createLine(const vds_point from, const vds_point to);
 int create_lwpolyline(const CList<SdsVertex, SdsVertex>& vertices, double startWidth, double endWidth);
 
 // A new anonymous block, open for the caller; null with a status other than 0 when it cannot be added.
-Vcad::ErrorStatus defineNewAnonymousBlock(VcDbBlockTableRecord*& recordOut, VcDbObjectId& idOut, VcDbDatabase* database);
+Vcad::ErrorStatus defineNewAnonymousBlock(VcDbBlockTableRecord*& recordOut, VcDbObjectId& idOut,
+                                          VcDbDatabase* database);
 // Copies objects into a block and transforms the copies; those on locked layers stay as copied.
 Vcad::ErrorStatus cloneAndXformObjects(VcDbDatabase* database, const VcDbObjectIdArray& ids, VcDbObjectId owner,
                                        const VcGeMatrix3d& matrix);

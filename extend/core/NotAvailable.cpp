@@ -14,7 +14,7 @@ int reportNotAvailable(const wchar_t* name)
     return RTERROR;
 }
 
-#define NOT_AVAILABLE(handler, name) \
+#define NOT_AVAILABLE(handler, name)                                                                                   \
     void handler() { reportNotAvailable(L##name); }
 
 NOT_AVAILABLE(Dimreassoc, "DIMREASSOC")

@@ -33,12 +33,6 @@ void startRegisteredProgram(const wchar_t* key)
 
 }  // namespace
 
-void Excel()
-{
-    startRegisteredProgram(L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\Excel.exe");
-}
+void Excel() { startRegisteredProgram(L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\Excel.exe"); }
 
-void Word()
-{
-    startRegisteredProgram(L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\Winword.exe");
-}
+void Word() { startRegisteredProgram(L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\Winword.exe"); }

@@ -7,8 +7,7 @@
 #include <utility>
 
 template <class T = VcDbObject>
-class OpenedObject
-{
+class OpenedObject {
 public:
     explicit OpenedObject(const vds_name name, VcDb::OpenMode mode = VcDb::kForRead)
     {

@@ -7,8 +7,7 @@
 
 namespace {
 
-struct CodeRange
-{
+struct CodeRange {
     int first, last, type;
 };
 
@@ -22,17 +21,17 @@ int typeIn(const CodeRange (&ranges)[N], int code)
 }
 
 constexpr CodeRange kResultTypes[] = {
-    {-3, -3, RTSHORT},   {-2, -1, RTENAME},   {0, 9, RTSTR},       {10, 19, RT3DPOINT},   {20, 49, RTREAL},
-    {50, 59, RTANG},     {60, 79, RTSHORT},   {105, 105, RTSTR},   {140, 147, RTREAL},    {170, 179, RTSHORT},
-    {210, 239, RT3DPOINT}, {270, 289, RTSHORT}, {340, 369, RTSTR}, {370, 379, RTSHORT},   {999, 999, RTSTR},
+    {-3, -3, RTSHORT},     {-2, -1, RTENAME},   {0, 9, RTSTR},     {10, 19, RT3DPOINT}, {20, 49, RTREAL},
+    {50, 59, RTANG},       {60, 79, RTSHORT},   {105, 105, RTSTR}, {140, 147, RTREAL},  {170, 179, RTSHORT},
+    {210, 239, RT3DPOINT}, {270, 289, RTSHORT}, {340, 369, RTSTR}, {370, 379, RTSHORT}, {999, 999, RTSTR},
 };
 
 constexpr CodeRange kDataTypes[] = {
-    {0, 9, RTSTR},         {100, 102, RTSTR},     {105, 105, RTSTR},       {300, 309, RTSTR},     {410, 419, RTSTR},
-    {999, 1003, RTSTR},    {1005, 1009, RTSTR},   {10, 17, RT3DPOINT},     {110, 119, RT3DPOINT}, {210, 219, RT3DPOINT},
-    {1010, 1013, RT3DPOINT}, {38, 59, RTREAL},    {140, 149, RTREAL},      {1038, 1059, RTREAL},  {60, 79, RTSHORT},
-    {170, 179, RTSHORT},   {270, 299, RTSHORT},   {370, 389, RTSHORT},     {400, 409, RTSHORT},   {1060, 1070, RTSHORT},
-    {90, 99, RTLONG},      {1071, 1071, RTLONG},  {310, 369, RTENAME},     {390, 399, RTENAME},
+    {0, 9, RTSTR},           {100, 102, RTSTR},    {105, 105, RTSTR},   {300, 309, RTSTR},     {410, 419, RTSTR},
+    {999, 1003, RTSTR},      {1005, 1009, RTSTR},  {10, 17, RT3DPOINT}, {110, 119, RT3DPOINT}, {210, 219, RT3DPOINT},
+    {1010, 1013, RT3DPOINT}, {38, 59, RTREAL},     {140, 149, RTREAL},  {1038, 1059, RTREAL},  {60, 79, RTSHORT},
+    {170, 179, RTSHORT},     {270, 299, RTSHORT},  {370, 389, RTSHORT}, {400, 409, RTSHORT},   {1060, 1070, RTSHORT},
+    {90, 99, RTLONG},        {1071, 1071, RTLONG}, {310, 369, RTENAME}, {390, 399, RTENAME},
 };
 
 constexpr int kBinary = 1004;
@@ -89,8 +88,8 @@ bool IsLegalName(const wchar_t* text) { return text[std::wcscspn(text, L"\"'*,/:
 
 int MatchLineWidth(double width, int* hundredthsOut)
 {
-    constexpr double kWeights[] = {0,   0.05, 0.09, 0.13, 0.15, 0.18, 0.2, 0.25, 0.3,  0.35, 0.4,  0.5,
-                                   0.53, 0.6, 0.7,  0.8,  0.9,  1.0,  1.06, 1.2, 1.4,  1.58, 2.0,  2.11};
+    constexpr double kWeights[] = {0,    0.05, 0.09, 0.13, 0.15, 0.18, 0.2,  0.25, 0.3, 0.35, 0.4, 0.5,
+                                   0.53, 0.6,  0.7,  0.8,  0.9,  1.0,  1.06, 1.2,  1.4, 1.58, 2.0, 2.11};
     constexpr double kSame = 1e-9;
     for (const double weight : kWeights) {
         if (std::fabs(width - weight) < kSame) {

@@ -74,8 +74,7 @@ int GetEntType(const vds_name name, wchar_t* buffer, std::size_t size)
 
 namespace {
 
-struct EntityKind
-{
+struct EntityKind {
     const wchar_t* type;
     int code;
 };
@@ -83,11 +82,15 @@ struct EntityKind
 constexpr int kPolyline = 6;
 
 constexpr EntityKind kKinds[] = {
-    {L"LINE", 1},      {L"LWPOLYLINE", 2}, {L"ARC", 3},     {L"CIRCLE", 4},     {L"ELLIPSE", 5}, {L"POLYLINE", kPolyline},
-    {L"SPLINE", 8},    {L"POINT", 9},      {L"3DFACE", 10}, {L"3DSOLID", 12},   {L"REGION", 13}, {L"BODY", 14},
-    {L"INSERT", 15},   {L"TEXT", 16},      {L"ATTDEF", 17}, {L"ATTRIB", 18},    {L"HATCH", 20},  {L"DIMENSION", 21},
-    {L"TRACE", 22},    {L"SOLID", 23},     {L"MTEXT", 24},  {L"VERTEX", 25},    {L"SEQEND", 26}, {L"PLANT", 27},
-    {L"MLINE", 101},   {L"XLINE", 102},    {L"VIEWPORT", 201},
+    {L"LINE", 1},     {L"LWPOLYLINE", 2}, {L"ARC", 3},
+    {L"CIRCLE", 4},   {L"ELLIPSE", 5},    {L"POLYLINE", kPolyline},
+    {L"SPLINE", 8},   {L"POINT", 9},      {L"3DFACE", 10},
+    {L"3DSOLID", 12}, {L"REGION", 13},    {L"BODY", 14},
+    {L"INSERT", 15},  {L"TEXT", 16},      {L"ATTDEF", 17},
+    {L"ATTRIB", 18},  {L"HATCH", 20},     {L"DIMENSION", 21},
+    {L"TRACE", 22},   {L"SOLID", 23},     {L"MTEXT", 24},
+    {L"VERTEX", 25},  {L"SEQEND", 26},    {L"PLANT", 27},
+    {L"MLINE", 101},  {L"XLINE", 102},    {L"VIEWPORT", 201},
 };
 
 // The first of these flags that is set decides.

@@ -72,8 +72,8 @@ int getCurTextStyle(wchar_t* buffer, std::size_t size) { return currentName(L"TE
 int dsc_set_clayer(const wchar_t* name)
 {
     set_acad_int_var(L"CMDECHO", 0);
-    const int status = vcedCommand(RTSTR, L"_.-LAYER", RTSTR, L"_T", RTSTR, name, RTSTR, L"_M", RTSTR, name, RTSTR, L"_S",
-                                   RTSTR, name, RTSTR, L"", RTNONE);
+    const int status = vcedCommand(RTSTR, L"_.-LAYER", RTSTR, L"_T", RTSTR, name, RTSTR, L"_M", RTSTR, name, RTSTR,
+                                   L"_S", RTSTR, name, RTSTR, L"", RTNONE);
     if (status == RTNORM)
         set_acad_str_var(L"clayer", name);
     resbuf current = {};
@@ -90,16 +90,16 @@ int dsc_set_clayer(const wchar_t* name)
 bool dsc_frz_layer(const wchar_t* name)
 {
     set_acad_int_var(L"CMDECHO", 0);
-    return vcedCommand(RTSTR, L"_.-LAYER", RTSTR, L"_T", RTSTR, name, RTSTR, L"_M", RTSTR, name, RTSTR, L"_S", RTSTR, L"0",
-                       RTSTR, L"_F", RTSTR, name, RTSTR, L"", RTNONE) == RTNORM;
+    return vcedCommand(RTSTR, L"_.-LAYER", RTSTR, L"_T", RTSTR, name, RTSTR, L"_M", RTSTR, name, RTSTR, L"_S", RTSTR,
+                       L"0", RTSTR, L"_F", RTSTR, name, RTSTR, L"", RTNONE) == RTNORM;
 }
 
 int createLayer(const wchar_t* name, int colour)
 {
     set_acad_int_var(L"CMDECHO", 0);
     if (!layerExists(name))
-        vcedCommand(RTSTR, L"_.-LAYER", RTSTR, L"_NEW", RTSTR, name, RTSTR, L"_color", RTSHORT, colour, RTSTR, name, RTSTR,
-                    L"", RTNONE);
+        vcedCommand(RTSTR, L"_.-LAYER", RTSTR, L"_NEW", RTSTR, name, RTSTR, L"_color", RTSHORT, colour, RTSTR, name,
+                    RTSTR, L"", RTNONE);
     return 1;
 }
 

@@ -12,34 +12,31 @@
 namespace {
 
 // An arrow points along X with its tip at the origin and is one unit long: the dimension line begins at -1,0.
-struct Piece
-{
-    enum Kind
-    {
-        Line,   // from x1,y1 to x2,y2
-        Stroke, // the same, as a polyline with that width
-        Circle, // about x1,y1
-        Disc,   // a filled circle about the origin
-        Solid,  // a triangle of three points
-        Bow,    // from x1,y1 to x2,y2 with that bulge
+struct Piece {
+    enum Kind {
+        Line,    // from x1,y1 to x2,y2
+        Stroke,  // the same, as a polyline with that width
+        Circle,  // about x1,y1
+        Disc,    // a filled circle about the origin
+        Solid,   // a triangle of three points
+        Bow,     // from x1,y1 to x2,y2 with that bulge
     };
     Kind kind;
     double x1, y1, x2 = 0, y2 = 0;
-    double size = 0; // width, radius or bulge
-    double y3 = 0;   // of a solid, whose third point has size as its x
+    double size = 0;  // width, radius or bulge
+    double y3 = 0;    // of a solid, whose third point has size as its x
 };
 
 using enum Piece::Kind;
 
-struct ArrowDesign
-{
+struct ArrowDesign {
     const wchar_t* name;
     std::vector<Piece> pieces;
 };
 
-constexpr double kFlat = 1.0 / 6;                         // half the height of the usual arrow head
-constexpr double kHalfOf30 = 0.26794919243112270647;      // tan 15
-constexpr double kHalfOfTriangle = 0.57735026918962576451; // tan 30
+constexpr double kFlat = 1.0 / 6;                           // half the height of the usual arrow head
+constexpr double kHalfOf30 = 0.26794919243112270647;        // tan 15
+constexpr double kHalfOfTriangle = 0.57735026918962576451;  // tan 30
 constexpr Piece kAxis = {Line, 0, 0, -1, 0};
 constexpr Piece kTail = {Line, -0.5, 0, -1, 0};
 

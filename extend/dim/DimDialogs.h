@@ -6,8 +6,7 @@
 class CDialog;
 
 // Their controls.
-enum DimDialogControl : int
-{
+enum DimDialogControl : int {
     kBrowseButton = 2002,
     kFileEdit = 2003,
     kStyleList = 2004,

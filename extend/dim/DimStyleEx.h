@@ -4,8 +4,7 @@
 #include "classlib_arrays.h"
 #include "classlib_dialogs.h"
 
-class CDimStyleEx : public CDialog
-{
+class CDimStyleEx : public CDialog {
 public:
     explicit CDimStyleEx(CWnd* parent = nullptr);
     ~CDimStyleEx() override;

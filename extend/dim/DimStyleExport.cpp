@@ -43,8 +43,7 @@ CStdStrW stringLine(const wchar_t* name, const wchar_t* value, bool isFirst)
 }
 
 // The lines of one style. A number that the record lacks repeats the last one of its kind.
-class StyleLines
-{
+class StyleLines {
 public:
     StyleLines(CStringArray& lines, resbuf* record, int textStyleOption)
         : m_lines(lines), m_record(record), m_textStyleOption(textStyleOption)
@@ -123,8 +122,7 @@ private:
 };
 
 // The section on a text style, as long as its record has the groups.
-class TextStyleLines
-{
+class TextStyleLines {
 public:
     TextStyleLines(CStringArray& lines, resbuf* record) : m_lines(lines), m_record(record) {}
 

@@ -12,17 +12,13 @@
 #include <vector>
 
 // The lines of one style.
-class CStringArray2 : public CStringArray
-{
-};
+class CStringArray2 : public CStringArray {};
 
-enum TextStyleOption : int
-{
+enum TextStyleOption : int {
     kTextStyleNameOnly = 0,
     kTextStyleInFull = 1,
 };
-enum ImportOption : int
-{
+enum ImportOption : int {
     kKeepExisting = 0,
     kOverwriteExisting = 1,
 };

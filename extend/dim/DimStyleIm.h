@@ -3,8 +3,7 @@
 
 #include "classlib_dialogs.h"
 
-class CDimStyleIm : public CDialog
-{
+class CDimStyleIm : public CDialog {
 public:
     explicit CDimStyleIm(CWnd* parent = nullptr);
     ~CDimStyleIm() override;

@@ -14,8 +14,7 @@ namespace {
 
 bool contains(const wchar_t* line, const wchar_t* text) { return std::wcsstr(line, text) != nullptr; }
 
-class LineReader
-{
+class LineReader {
 public:
     explicit LineReader(VcCStdioFile& file) : m_file(file) {}
 
@@ -75,8 +74,7 @@ CStdStrW valueOfLineWith(const CStringArray& lines, const wchar_t* text)
 
 // The chain of a style as the lines give it. What is added first takes the place of all that stood behind the head, so
 // that a style which exists keeps nothing but what the file carries.
-class StyleChain
-{
+class StyleChain {
 public:
     StyleChain(OwnedChain head, const vds_name textStyle) : m_chain(std::move(head)), m_tail(m_chain.get())
     {

@@ -9,8 +9,7 @@
 #include <cstdint>
 #include <span>
 
-struct VariableRow
-{
+struct VariableRow {
     wchar_t name[64];
     std::int32_t code;
 };
@@ -18,8 +17,7 @@ struct VariableRow
 extern const VariableRow variableDim[68];
 extern const VariableRow varTxtStyle[7];
 
-enum TableSelector : int
-{
+enum TableSelector : int {
     kDimStyleTable = 0,
     kTextStyleTable = 1,
 };

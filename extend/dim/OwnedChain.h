@@ -5,8 +5,7 @@
 
 #include <memory>
 
-struct ReleaseChain
-{
+struct ReleaseChain {
     void operator()(resbuf* chain) const { vcutRelRb(chain); }
 };
 using OwnedChain = std::unique_ptr<resbuf, ReleaseChain>;

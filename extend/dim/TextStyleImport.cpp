@@ -90,8 +90,7 @@ int flagBit(const wchar_t* name)
 
 // What the lines between DIMTXT_FULLINFO and END_DIMTXT say, put into a record. A name that stands twice counts once, by
 // the first line of the style that contains it.
-class TextStyleSection
-{
+class TextStyleSection {
 public:
     TextStyleSection(resbuf* record, const CStringArray& lines) : m_record(record), m_lines(lines) {}
 
@@ -111,7 +110,8 @@ private:
             return;
         if (const int bit = flagBit(name))
             m_flags |= value == L"0" ? 0 : bit;
-        else if (const int code = GetCodeFromName(name, kTextStyleTable); ExistCode(code, kTextStyleTable) && isNew(code))
+        else if (const int code = GetCodeFromName(name, kTextStyleTable);
+                 ExistCode(code, kTextStyleTable) && isNew(code))
             modifyDimVariable(dxf(m_record, short(code)), m_lines, kTextStyleTable);
     }
 

@@ -32,8 +32,7 @@ void refresh(const vds_name set, int index)
 
 void refreshDimensions()
 {
-    const OwnedChain filter(
-        vcutBuildList(-4, L"<OR", RTDXF0, L"DIMENSION", RTDXF0, L"LEADER", -4, L"OR>", RTNONE));
+    const OwnedChain filter(vcutBuildList(-4, L"<OR", RTDXF0, L"DIMENSION", RTDXF0, L"LEADER", -4, L"OR>", RTNONE));
     vds_name set = {};
     if (vcedSSGet(L"X", nullptr, nullptr, filter.get(), set) != RTNORM)
         return;

@@ -10,8 +10,7 @@
 
 namespace {
 
-struct DefaultScale
-{
+struct DefaultScale {
     const wchar_t* name;
     double paperUnits;
     double drawingUnits;

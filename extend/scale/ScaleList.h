@@ -12,8 +12,7 @@
 #include <vector>
 
 // A row of the dialog.
-struct ScaleInfo
-{
+struct ScaleInfo {
     CStdStrW key;
     CStdStrW name;
     double paperUnits = 0;
@@ -22,8 +21,7 @@ struct ScaleInfo
 };
 
 // A row of the command line.
-struct ScaleListInfo
-{
+struct ScaleListInfo {
     VcString key;
     VcString name;
     double paperUnits = 0;
@@ -34,8 +32,7 @@ using ScaleList = VcArray<ScaleListInfo>;
 using ScaleNames = VcArray<VcString>;
 
 // The keys of a list, one after the other.
-class ScaleKeys
-{
+class ScaleKeys {
 public:
     CStdStrW next();
 
@@ -48,8 +45,7 @@ private:
 VcDbDictionary* createOrGetScaleListDictionary();
 VcDbDictionary* createOrGetScaleListDict();
 
-struct CloseObject
-{
+struct CloseObject {
     void operator()(VcDbObject* object) const { object->close(); }
 };
 using OpenScaleList = std::unique_ptr<VcDbDictionary, CloseObject>;

@@ -8,8 +8,7 @@
 inline constexpr int kPickViewports = 46;
 
 // Its controls.
-enum ScaleDialogControl : int
-{
+enum ScaleDialogControl : int {
     kScaleList = 6301,
     kNameEdit = 6302,
     kPaperEdit = 6303,
@@ -23,8 +22,7 @@ enum ScaleDialogControl : int
     kResetButton = 6311,
 };
 
-class CDlg_ScaleListEdit : public CDialog
-{
+class CDlg_ScaleListEdit : public CDialog {
 public:
     explicit CDlg_ScaleListEdit(CWnd* parent = nullptr);
     ~CDlg_ScaleListEdit() override;

@@ -13,11 +13,7 @@ namespace {
 constexpr std::size_t kBuffer = 512;
 constexpr unsigned kLongestName = 64;
 
-enum class Then
-{
-    AskAgain,
-    End
-};
+enum class Then { AskAgain, End };
 
 int askText(const CStdStrW& prompt, VcString& text)
 {
@@ -199,14 +195,16 @@ Then showList(ScaleList& list)
     return Then::AskAgain;
 }
 
-struct Option
-{
+struct Option {
     const wchar_t* keyword;
     Then (*run)(ScaleList& list);
 };
 
 constexpr Option kOptions[] = {
-    {L"?", &showList}, {L"Add", &addScale}, {L"Delete", &deleteScale}, {L"Reset", &reset},
+    {L"?", &showList},
+    {L"Add", &addScale},
+    {L"Delete", &deleteScale},
+    {L"Reset", &reset},
     {L"Exit", [](ScaleList&) { return Then::End; }},
 };
 

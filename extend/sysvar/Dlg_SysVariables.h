@@ -7,8 +7,7 @@
 #include "sysvar/SysvarFilters.h"
 
 // Controls of the form.
-enum SysvarControl
-{
+enum SysvarControl {
     kSearchEdit = 2078,
     kNameList,
     kNewValueEdit,
@@ -19,8 +18,7 @@ enum SysvarControl
     kDescriptionText,
 };
 
-class CDlg_SysVariables : public CDialog
-{
+class CDlg_SysVariables : public CDialog {
 public:
     explicit CDlg_SysVariables(CWnd* parent = nullptr);
     ~CDlg_SysVariables() override;

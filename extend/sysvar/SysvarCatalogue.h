@@ -9,8 +9,7 @@
 
 #include <string_view>
 
-struct SysvarData
-{
+struct SysvarData {
     CStdStrW name;
     CStdStrW type;
     CStdStrW savedIn;
@@ -25,8 +24,7 @@ struct SysvarData
 std::wstring readCatalogue(const wchar_t* path);
 
 // Goes through the entries of a catalogue. The text must outlive it.
-class CatalogueReader
-{
+class CatalogueReader {
 public:
     explicit CatalogueReader(std::wstring_view text) : m_text(text) {}
 
@@ -37,8 +35,7 @@ private:
     static constexpr std::size_t kNone = std::wstring_view::npos;
 
     // A mark is searched for anew only when reading has gone past it.
-    struct Mark
-    {
+    struct Mark {
         wchar_t character;
         std::size_t at = 0;
         bool searched = false;

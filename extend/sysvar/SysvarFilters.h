@@ -11,17 +11,12 @@
 using SysvarArray = CArray<SysvarData, SysvarData>;
 
 // Records by name: the first of a name counts.
-class SysvarIndex
-{
+class SysvarIndex {
 public:
     using Admits = std::function<bool(const SysvarData&)>;
 
     // Without regard to case, and without regard to an underscore at the front where that was asked for.
-    enum class Underscore
-    {
-        Counts,
-        Optional
-    };
+    enum class Underscore { Counts, Optional };
     SysvarIndex(const SysvarArray& records, Underscore underscore, const Admits& admits);
 
     // The place in the array, -1 for none.
@@ -41,8 +36,7 @@ CStdStrW globalName(const CStdStrW& name);
 // for any other ending.
 CStdStrW filterText(const CStdStrW& path, const SysvarArray& records, const CStringArray& names);
 
-struct FilterLine
-{
+struct FilterLine {
     CStdStrW name;  // with an underscore in front
     CStdStrW value;
 };

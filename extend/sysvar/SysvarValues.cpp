@@ -183,8 +183,7 @@ CStdStrW scriptText(const wchar_t* value)
 
 SysvarKind kindOf(const CStdStrW& type)
 {
-    static constexpr struct
-    {
+    static constexpr struct {
         const wchar_t* name;
         SysvarKind kind;
     } kKinds[] = {

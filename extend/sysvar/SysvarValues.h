@@ -6,18 +6,7 @@
 #include "resbuf.h"
 #include "sysvar/SysvarCatalogue.h"
 
-enum class SysvarKind
-{
-    Integer,
-    Long,
-    Real,
-    Point2d,
-    Point3d,
-    Switch,
-    String,
-    Character,
-    Other
-};
+enum class SysvarKind { Integer, Long, Real, Point2d, Point3d, Switch, String, Character, Other };
 // Of a type's name, without regard to case.
 SysvarKind kindOf(const CStdStrW& type);
 

@@ -49,10 +49,7 @@ void DialogTxt2MTxt::show(int flag)
     m_sortButton->SetCheck(m_sortTopDown);
 }
 
-int DialogTxt2MTxt::flag() const
-{
-    return (m_wordWrap ? 0 : kLineBreaksBit) + (m_sortTopDown ? kTopDownBit : 0);
-}
+int DialogTxt2MTxt::flag() const { return (m_wordWrap ? 0 : kLineBreaksBit) + (m_sortTopDown ? kTopDownBit : 0); }
 
 void DialogTxt2MTxt::OnRadio1()
 {

@@ -3,8 +3,7 @@
 
 #include "classlib_dialogs.h"
 
-class DialogTxt2MTxt : public CDialog
-{
+class DialogTxt2MTxt : public CDialog {
 public:
     explicit DialogTxt2MTxt(CWnd* parent);
     ~DialogTxt2MTxt() override;

@@ -16,8 +16,7 @@ constexpr UINT kTemplate = 2366;
 constexpr const wchar_t* kSection = L"TcaseDialog";
 constexpr const wchar_t* kLastChoice = L"LastChoiced";
 
-struct Conversion
-{
+struct Conversion {
     int choice;
     int controlId;
     void (*convert)(wchar_t*& text, bool isMText);
@@ -104,7 +103,7 @@ void TcaseDlg::OnOK()
 
 bool TcaseDlg::includeSymbol(const wchar_t* text)
 {
-    static constexpr wchar_t kSymbols[] = {8776, 8736, 57600, 8452, 916, 632,  57601, 8801, 57856,
+    static constexpr wchar_t kSymbols[] = {8776,  8736, 57600, 8452, 916,  632,  57601, 8801, 57856,
                                            57602, 8800, 8486,  937,  8522, 8322, 178,   179,  0};
     return text && std::wcspbrk(text, kSymbols) != nullptr;
 }

@@ -4,8 +4,7 @@
 #include "classlib_dialogs.h"
 
 // The conversions, as the profile remembers them.
-enum CaseChoice : int
-{
+enum CaseChoice : int {
     kSentenceCase = 'S',
     kLowerCase = 'L',
     kUpperCase = 'U',
@@ -13,8 +12,7 @@ enum CaseChoice : int
     kToggleCase = 'G',
 };
 
-class TcaseDlg : public CDialog
-{
+class TcaseDlg : public CDialog {
 public:
     TcaseDlg(CWnd* parent, const vds_name selection);
     ~TcaseDlg() override;

@@ -7,8 +7,7 @@
 namespace {
 
 // A text in its three forms, character by character: case mapping keeps the length.
-class CaseForms
-{
+class CaseForms {
 public:
     explicit CaseForms(const wchar_t* text) : m_text(text), m_upper(text), m_lower(text)
     {

@@ -8,8 +8,7 @@
 
 class VcDbText;
 
-enum class TextFilter
-{
+enum class TextFilter {
     TextOrMText,
     TextOnly,
     MTextOnly,
@@ -25,8 +24,7 @@ void forEachMember(const vds_name set, const std::function<void(vds_name)>& acti
 void forEachTextForWrite(const vds_name set, const std::function<void(VcDbText&)>& action);
 
 // Whether the entity is TEXT or MTEXT; attributes and their definitions are not. False also when it cannot be read.
-enum class PickedText
-{
+enum class PickedText {
     Good,
     Unreadable,
     WrongType,

@@ -17,14 +17,12 @@ namespace {
 constexpr int kByLayer = 256;
 constexpr std::size_t kFontNameSize = 512;
 
-struct ChainRelease
-{
+struct ChainRelease {
     void operator()(resbuf* chain) const { vcutRelRb(chain); }
 };
 using Chain = std::unique_ptr<resbuf, ChainRelease>;
 
-struct DataSSOrder
-{
+struct DataSSOrder {
     vds_name name;
     double x;
     double y;
@@ -96,8 +94,7 @@ double ucsAngle()
 }
 
 // What an mtext needs to know of its first text.
-struct BaseText
-{
+struct BaseText {
     vds_point at = {};
     double height = 0;
     int colour = 0;
@@ -116,16 +113,35 @@ BaseText baseOf(const resbuf* chain)
     for (const resbuf* node = chain; node; node = node->rbnext) {
         const auto& value = node->resval;
         switch (node->restype) {
-        case 0: break;
-        case 10: std::copy_n(value.rpoint, 3, base.at); break;
-        case 40: base.height = value.rreal; break;
-        case 62: base.colour = value.rint; break;
-        case 7: base.style = value.rstring; break;
-        case 1: base.text = value.rstring; break;
-        case 50: base.rotation = value.rreal; break;
-        case 8: base.layer = value.rstring; break;
-        case 210: base.normal = {value.rpoint[0], value.rpoint[1], value.rpoint[2]}; break;
-        default: base.direction = value.rint; break;
+        case 0:
+            break;
+        case 10:
+            std::copy_n(value.rpoint, 3, base.at);
+            break;
+        case 40:
+            base.height = value.rreal;
+            break;
+        case 62:
+            base.colour = value.rint;
+            break;
+        case 7:
+            base.style = value.rstring;
+            break;
+        case 1:
+            base.text = value.rstring;
+            break;
+        case 50:
+            base.rotation = value.rreal;
+            break;
+        case 8:
+            base.layer = value.rstring;
+            break;
+        case 210:
+            base.normal = {value.rpoint[0], value.rpoint[1], value.rpoint[2]};
+            break;
+        default:
+            base.direction = value.rint;
+            break;
         }
     }
     return base;
@@ -145,8 +161,7 @@ void topLeft(const BaseText& base, vds_point corner)
 }
 
 // How far texts reach from left to right.
-class Span
-{
+class Span {
 public:
     void add(const vds_name name)
     {
@@ -176,8 +191,7 @@ bool fontOf(const CStdStrW& style, CStdStrW& font)
 }
 
 // The contents as they grow. A code holds until the next of its kind, so only what differs from the text before is said.
-class Contents
-{
+class Contents {
 public:
     Contents(const BaseText& first, bool wordWrap)
         : m_text(first.text), m_style(first.style), m_height(first.height), m_colour(first.colour), m_wordWrap(wordWrap)

@@ -16,8 +16,7 @@ namespace {
 
 constexpr const wchar_t* kCheckFlag = L"CheckFlag";
 
-struct Joining
-{
+struct Joining {
     bool selectionOrder;
     bool wordWrap;
 };
@@ -27,10 +26,14 @@ Joining joiningOf(int flag)
 {
     switch (flag) {
     case 0:
-    case 3: return {true, true};
-    case 1: return {false, true};
-    case 2: return {true, false};
-    default: return {false, false};
+    case 3:
+        return {true, true};
+    case 1:
+        return {false, true};
+    case 2:
+        return {true, false};
+    default:
+        return {false, false};
     }
 }
 

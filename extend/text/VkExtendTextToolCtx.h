@@ -2,8 +2,7 @@
 // one command to the next.
 #pragma once
 
-class CVkExtendTextToolCtx
-{
+class CVkExtendTextToolCtx {
 public:
     CVkExtendTextToolCtx();
     ~CVkExtendTextToolCtx();

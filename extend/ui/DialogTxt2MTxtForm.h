@@ -13,8 +13,7 @@ class DialogTxt2MTxt;
 
 namespace VKUI {
 
-class DialogTxt2MTxt : public QBaseDialog
-{
+class DialogTxt2MTxt : public QBaseDialog {
     Q_OBJECT
 
 public:

@@ -13,8 +13,7 @@ class CDimStyleEx;
 
 namespace VKUI {
 
-class CDimStyleEx : public DimStyleForm
-{
+class CDimStyleEx : public DimStyleForm {
     Q_OBJECT
 
 public:

@@ -9,13 +9,11 @@ class QRadioButton;
 
 namespace VKUI {
 
-class DimStyleForm : public QBaseDialog
-{
+class DimStyleForm : public QBaseDialog {
     Q_OBJECT
 
 protected:
-    struct Widgets
-    {
+    struct Widgets {
         QLineEdit* file;
         QPushButton* browse;
         QRadioButton* firstOption;

@@ -13,8 +13,7 @@ class CDimStyleIm;
 
 namespace VKUI {
 
-class CDimStyleIm : public DimStyleForm
-{
+class CDimStyleIm : public DimStyleForm {
     Q_OBJECT
 
 public:

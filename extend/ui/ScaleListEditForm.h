@@ -13,8 +13,7 @@ class ScaleListEditDialog;
 
 namespace VKUI {
 
-class CDlg_ScaleListEdit : public QBaseDialog
-{
+class CDlg_ScaleListEdit : public QBaseDialog {
     Q_OBJECT
 
 public:

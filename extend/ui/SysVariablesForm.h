@@ -13,8 +13,7 @@ class DlgSysDialog;
 
 namespace VKUI {
 
-class CDlg_SysVariables : public QBaseDialog
-{
+class CDlg_SysVariables : public QBaseDialog {
     Q_OBJECT
 
 public:

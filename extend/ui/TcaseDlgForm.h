@@ -13,8 +13,7 @@ class TCaseDialog;
 
 namespace VKUI {
 
-class TcaseDlg : public QBaseDialog
-{
+class TcaseDlg : public QBaseDialog {
     Q_OBJECT
 
 public:

@@ -56,10 +56,11 @@ void printNames(std::string_view what, const std::vector<std::string>& names)
     fmt::print("{} ({}): {}\n", what, names.size(), fmt::join(names, ", "));
 }
 
-void printForPeople(const Contents& contents, const InfoOptions& options, const ReadResult& read, const DatabaseCore& db)
+void printForPeople(const Contents& contents, const InfoOptions& options, const ReadResult& read,
+                    const DatabaseCore& db)
 {
-    fmt::print("{}: version {}, code page {}, {} objects\n", options.drawing, releaseName(read.version), db.origin.codePage,
-               withSeparators(read.objects));
+    fmt::print("{}: version {}, code page {}, {} objects\n", options.drawing, releaseName(read.version),
+               db.origin.codePage, withSeparators(read.objects));
     printCounts("Model", contents.model);
     for (const auto& [layout, counts] : contents.paper)
         printCounts("Layout " + layout, counts);
@@ -70,7 +71,8 @@ void printForPeople(const Contents& contents, const InfoOptions& options, const 
     printNames("Linetypes", contents.linetypes);
     printNames("Layouts", contents.layouts);
     if (contents.extents)
-        fmt::print("Extents: {} to {}\n", fmt::join(contents.extents->first, ","), fmt::join(contents.extents->second, ","));
+        fmt::print("Extents: {} to {}\n", fmt::join(contents.extents->first, ","),
+                   fmt::join(contents.extents->second, ","));
     for (const FontEntry& font : contents.fonts)
         fmt::print("Font of {}: {} asked for, {} taken ({})\n", font.style, font.asked, font.taken, font.match);
 }
@@ -86,7 +88,8 @@ int info(const InfoOptions& options)
     DatabaseCore& db = loaded.database->core();
     const Contents contents = contentsOf(db);
     if (options.json)
-        fmt::print("{}\n", jsonOf(contents, options, loaded.read, db).dump(-1, ' ', false, Json::error_handler_t::replace));
+        fmt::print("{}\n",
+                   jsonOf(contents, options, loaded.read, db).dump(-1, ' ', false, Json::error_handler_t::replace));
     else
         printForPeople(contents, options, loaded.read, db);
     return kDone;

@@ -51,9 +51,10 @@ CLI::App* addRun(CLI::App& app, RunOptions& options)
         ->type_name("TEXT")
         ->take_all();
     run->add_option("-s,--script", options.script, "a script to run; - is standard input")->type_name("SCRIPT");
-    CLI::Option* out = run->add_option("-o,--output", options.out, "where to save; a folder for several drawings")
-                           ->type_name("OUT");
-    CLI::Option* inPlace = run->add_flag("--in-place", options.inPlace, "save where the drawing was; it is kept as NAME.bak");
+    CLI::Option* out =
+        run->add_option("-o,--output", options.out, "where to save; a folder for several drawings")->type_name("OUT");
+    CLI::Option* inPlace =
+        run->add_flag("--in-place", options.inPlace, "save where the drawing was; it is kept as NAME.bak");
     CLI::Option* dryRun = run->add_flag("--dry-run", options.dryRun, "say what would be saved; write no drawing");
     out->excludes(inPlace)->excludes(dryRun);
     inPlace->excludes(dryRun);
@@ -86,7 +87,8 @@ CLI::App* addAudit(CLI::App& app, AuditOptions& options)
                   "4 the mended drawing could not be saved.");
     audit->add_option("drawing", options.drawing, "the drawing")->required()->type_name("DRAWING");
     CLI::Option* fix = audit->add_flag("--fix", options.fix, "mend what can be mended");
-    CLI::Option* out = audit->add_option("-o,--output", options.out, "where to save the mended drawing")->type_name("OUT");
+    CLI::Option* out =
+        audit->add_option("-o,--output", options.out, "where to save the mended drawing")->type_name("OUT");
     fix->needs(out);
     out->needs(fix);
     addSaveOptions(*audit, options.save);
@@ -107,16 +109,20 @@ CLI::App* addConvert(CLI::App& app, ConvertOptions& options)
 CLI::App* addRender(CLI::App& app, RenderOptions& options)
 {
     CLI::App* render = app.add_subcommand("render", "make a picture of a drawing");
-    render->footer("\nThe picture is PNG, SVG or PDF by the ending of its name. Without --layout and --window it shows all of the\n"
-                   "model. Colour 7 is black on a light page and white on a dark one.\n"
-                   "\nStatus: 0 done; 2 wrong usage, also an unknown layout; 3 the drawing cannot be read; 4 the picture\n"
-                   "cannot be written.");
+    render->footer(
+        "\nThe picture is PNG, SVG or PDF by the ending of its name. Without --layout and --window it shows all of "
+        "the\n"
+        "model. Colour 7 is black on a light page and white on a dark one.\n"
+        "\nStatus: 0 done; 2 wrong usage, also an unknown layout; 3 the drawing cannot be read; 4 the picture\n"
+        "cannot be written.");
     render->add_option("drawing", options.drawing, "the drawing")->required()->type_name("DRAWING");
     render->add_option("out", options.out, "the picture: NAME.png, NAME.svg or NAME.pdf")->required()->type_name("OUT");
     render->add_option("--layout", options.layout, "the layout to show")->type_name("NAME");
     render->add_option("--window", options.window, "the part to show, in drawing units")->type_name("X1,Y1,X2,Y2");
     render->add_option("--size", options.size, "pixels of the picture; 1920x1080 by default")->type_name("WxH");
-    render->add_option("--background", options.background, "colour of the page: #rrggbb, a name, transparent; white by default")
+    render
+        ->add_option("--background", options.background,
+                     "colour of the page: #rrggbb, a name, transparent; white by default")
         ->type_name("COLOUR");
     render->add_flag("--recover", options.recover, "read what there is of a broken drawing");
     return render;

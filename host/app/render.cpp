@@ -50,7 +50,8 @@ std::string setWindow(render::PictureRequest& request, const std::string& text)
         return fmt::format("a window is X1,Y1,X2,Y2, not {}", text);
     const auto [x1, y1, x2, y2] = *v;
     request.window = {{std::min(x1, x2), std::min(y1, y2)}, {std::max(x1, x2), std::max(y1, y2)}};
-    if (!(request.window->width() > 0 && request.window->height() > 0 && request.window->width() < 1e100 && request.window->height() < 1e100))
+    if (!(request.window->width() > 0 && request.window->height() > 0 && request.window->width() < 1e100 &&
+          request.window->height() < 1e100))
         return fmt::format("the window {} has no size", text);
     return {};
 }
@@ -79,7 +80,8 @@ std::string readRequest(const RenderOptions& options, render::PictureRequest& re
     if (!options.background.empty()) {
         const auto colour = render::colourByName(options.background);
         if (!colour)
-            return fmt::format("there is no colour {}; say #rrggbb, a name, transparent or a number from 1 to 255", options.background);
+            return fmt::format("there is no colour {}; say #rrggbb, a name, transparent or a number from 1 to 255",
+                               options.background);
         request.background = *colour;
     }
     std::string wrong = options.window.empty() ? std::string() : setWindow(request, options.window);
@@ -124,7 +126,8 @@ void tellFonts()
             fmt::print(stderr, "vekad: font {}: {} taken instead; its texts may be longer or shorter\n", use.asked.font,
                        equalNoCase(use.asked.font, use.taken) ? "similar strokes" : use.taken);
         if (use.missingGlyphs > 0)
-            fmt::print(stderr, "vekad: font {}: {} characters are in no font and drawn as boxes\n", use.asked.font, use.missingGlyphs);
+            fmt::print(stderr, "vekad: font {}: {} characters are in no font and drawn as boxes\n", use.asked.font,
+                       use.missingGlyphs);
     }
 }
 

@@ -65,7 +65,7 @@ std::FILE* openStream(const std::string& path, UINT flags)
     return ::fdopen(fd, streamMode(flags));
 }
 
-} // namespace
+}  // namespace
 
 CFile::~CFile()
 {
@@ -116,10 +116,7 @@ long long CFile::Seek(long long offset, UINT from)
     return m_file && ::fseeko(m_file, offset, origin) == 0 ? GetPosition() : -1;
 }
 
-long long CFile::GetPosition() const
-{
-    return m_file ? ::ftello(m_file) : -1;
-}
+long long CFile::GetPosition() const { return m_file ? ::ftello(m_file) : -1; }
 
 unsigned long long CFile::GetLength() const
 {
@@ -129,10 +126,7 @@ unsigned long long CFile::GetLength() const
     return static_cast<unsigned long long>(info.st_size);
 }
 
-bool CFile::Remove(const wchar_t* path)
-{
-    return path && ::unlink(nativePath(path).c_str()) == 0;
-}
+bool CFile::Remove(const wchar_t* path) { return path && ::unlink(nativePath(path).c_str()) == 0; }
 
 bool CFile::Rename(const wchar_t* oldPath, const wchar_t* newPath)
 {

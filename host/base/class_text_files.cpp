@@ -9,8 +9,7 @@
 
 namespace {
 
-struct Mark
-{
+struct Mark {
     CStdioFile::CharFormat format;
     std::string_view bytes;
 };
@@ -122,7 +121,7 @@ std::wstring expandNewlines(std::wstring_view text)
     return expanded;
 }
 
-} // namespace
+}  // namespace
 
 bool CStdioFile::Open(const wchar_t* path, UINT flags, CFileException* error)
 {
@@ -224,10 +223,7 @@ void CStdioFile::WriteString(const wchar_t* text)
         Write(bytes.data() + at, static_cast<UINT>(std::min(kMost, bytes.size() - at)));
 }
 
-VcCStdioFile::VcCStdioFile()
-{
-    m_foldNewlines = false;
-}
+VcCStdioFile::VcCStdioFile() { m_foldNewlines = false; }
 
 bool VcCStdioFile::Open(const wchar_t* path, UINT flags, CFileException* error)
 {

@@ -39,8 +39,7 @@ constexpr CodePage kPages[] = {
 };
 constexpr std::size_t kPageCount = sizeof kPages / sizeof kPages[0];
 
-struct OtherName
-{
+struct OtherName {
     const char* other;
     const char* name;
 };
@@ -89,13 +88,12 @@ bool beginsWithEscape(std::string_view text, char letter)
     return text.size() >= 7 && text[0] == '\\' && (text[1] | 0x20) == (letter | 0x20) && text[2] == '+';
 }
 
-constexpr std::size_t kUnicodeEscapeSize = 7;   // \U+XXXX
-constexpr std::size_t kMultibyteEscapeSize = 8; // \M+nXXXX
+constexpr std::size_t kUnicodeEscapeSize = 7;    // \U+XXXX
+constexpr std::size_t kMultibyteEscapeSize = 8;  // \M+nXXXX
 
-struct Decoded
-{
+struct Decoded {
     char32_t character = 0;
-    std::size_t size = 0; // 0 when there is no escape that may be decoded
+    std::size_t size = 0;  // 0 when there is no escape that may be decoded
 };
 
 Decoded unicodeEscape(std::string_view text)
@@ -131,10 +129,7 @@ bool isAsciiOnly(std::string_view text)
     return std::none_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
 }
 
-bool isStrayByte(char32_t c)
-{
-    return c >= 0xDC80 && c <= 0xDCFF;
-}
+bool isStrayByte(char32_t c) { return c >= 0xDC80 && c <= 0xDCFF; }
 
 void appendBytes(std::string& out, unsigned code)
 {
@@ -143,7 +138,7 @@ void appendBytes(std::string& out, unsigned code)
     out += static_cast<char>(code & 0xFF);
 }
 
-} // namespace
+}  // namespace
 
 const CodePage* CodePage::byName(std::string_view name)
 {
@@ -163,10 +158,7 @@ const CodePage* CodePage::byDrawingIndex(int index)
     return index < 0 ? nullptr : findPage([&](const CodePage& page) { return page.m_index == index; });
 }
 
-const CodePage& CodePage::host()
-{
-    return *hostPage;
-}
+const CodePage& CodePage::host() { return *hostPage; }
 
 bool CodePage::setHost(int number)
 {
@@ -185,10 +177,7 @@ const CodePageTable& CodePage::table() const
     return *tables[i];
 }
 
-bool CodePage::isLeadByte(unsigned char byte) const
-{
-    return !isUtf8() && byte >= 0x80 && table().isLead(byte);
-}
+bool CodePage::isLeadByte(unsigned char byte) const { return !isUtf8() && byte >= 0x80 && table().isLead(byte); }
 
 char32_t CodePage::character(unsigned first, unsigned second) const
 {

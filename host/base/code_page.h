@@ -12,8 +12,7 @@
 
 class CodePageTable;
 
-class VKHOST_API CodePage
-{
+class VKHOST_API CodePage {
 public:
     // By the name in a file ("ANSI_1252", "dos850", "GB2312"; case does not count), by the number that the system
     // layer uses (1252, 932, 65001), or by the index of binary drawing files. Null when there is no such page.
@@ -24,19 +23,15 @@ public:
     static const CodePage& host();
     static bool setHost(int number);
 
-    const char* name() const { return m_name; } // as it stands in a drawing file
+    const char* name() const { return m_name; }  // as it stands in a drawing file
     int number() const { return m_number; }
-    int drawingIndex() const { return m_index; } // -1 for none
+    int drawingIndex() const { return m_index; }  // -1 for none
     bool isUtf8() const { return m_number == 65001; }
     bool isLeadByte(unsigned char byte) const;
 
     std::string toUtf8(std::string_view bytes) const;
 
-    enum class Unknown
-    {
-        Escape,
-        QuestionMark
-    };
+    enum class Unknown { Escape, QuestionMark };
     // What the page cannot hold is escaped, or replaced and counted.
     std::string fromUtf8(std::string_view utf8, Unknown how = Unknown::Escape, std::size_t* replaced = nullptr) const;
 

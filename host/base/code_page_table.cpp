@@ -10,8 +10,7 @@
 namespace {
 
 // The character of these bytes if they are exactly one.
-class IcuDecoder
-{
+class IcuDecoder {
 public:
     explicit IcuDecoder(const char* name)
     {
@@ -52,16 +51,14 @@ public:
     }
 
 private:
-    struct Close
-    {
+    struct Close {
         void operator()(UConverter* converter) const { ucnv_close(converter); }
     };
     std::unique_ptr<UConverter, Close> m_converter;
 };
 
 // For the one page that ICU's data lacks, the Korean JOHAB.
-class IconvDecoder
-{
+class IconvDecoder {
 public:
     explicit IconvDecoder(const char* name) : m_handle(iconv_open("UTF-32LE", name)) {}
     IconvDecoder(const IconvDecoder&) = delete;
@@ -90,7 +87,7 @@ private:
     iconv_t m_handle;
 };
 
-} // namespace
+}  // namespace
 
 CodePageTable::CodePageTable(const char* converter)
 {

@@ -6,8 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
-class CodePageTable
-{
+class CodePageTable {
 public:
     // An unknown converter gives a table of ASCII alone.
     explicit CodePageTable(const char* converter);

@@ -10,20 +10,14 @@ static ConsoleSink& sink()
     return instance;
 }
 
-void setConsoleSink(ConsoleSink newSink)
-{
-    sink() = std::move(newSink);
-}
+void setConsoleSink(ConsoleSink newSink) { sink() = std::move(newSink); }
 
 void consoleWrite(std::string_view text)
 {
-    if (const ConsoleSink to = sink()) // a copy, since printing may set another
+    if (const ConsoleSink to = sink())  // a copy, since printing may set another
         to(text);
     else
         std::fwrite(text.data(), 1, text.size(), stdout);
 }
 
-void consoleWrite(std::wstring_view text)
-{
-    consoleWrite(std::string_view(wideToUtf8(text)));
-}
+void consoleWrite(std::wstring_view text) { consoleWrite(std::string_view(wideToUtf8(text))); }

@@ -27,8 +27,7 @@ std::string systemError(std::string_view what, const std::string& path)
     return std::string(what) + " " + path + ": " + std::strerror(errno);
 }
 
-class Descriptor
-{
+class Descriptor {
 public:
     explicit Descriptor(int fd) : m_fd(fd) {}
     Descriptor(const Descriptor&) = delete;
@@ -119,7 +118,7 @@ std::optional<std::string> entryNoCase(const std::string& folder, std::string_vi
     return best ? std::optional(joinPath(folder, *best)) : std::nullopt;
 }
 
-} // namespace
+}  // namespace
 
 std::string nativePath(std::string_view path)
 {
@@ -130,10 +129,7 @@ std::string nativePath(std::string_view path)
     return native;
 }
 
-std::string nativePath(std::wstring_view path)
-{
-    return nativePath(std::string_view(wideToUtf8(path)));
-}
+std::string nativePath(std::wstring_view path) { return nativePath(std::string_view(wideToUtf8(path))); }
 
 bool fileExists(const std::string& path)
 {
@@ -158,13 +154,10 @@ bool makeFolders(const std::string& path)
 
 std::string_view fileNameOf(std::string_view path)
 {
-    return path.substr(path.find_last_of("/\\") + 1); // npos + 1 is 0
+    return path.substr(path.find_last_of("/\\") + 1);  // npos + 1 is 0
 }
 
-std::string_view folderOf(std::string_view path)
-{
-    return path.substr(0, path.find_last_of("/\\") + 1);
-}
+std::string_view folderOf(std::string_view path) { return path.substr(0, path.find_last_of("/\\") + 1); }
 
 std::string joinPath(std::string_view folder, std::string_view name)
 {

@@ -12,13 +12,13 @@
 VKHOST_API std::string nativePath(std::wstring_view path);
 VKHOST_API std::string nativePath(std::string_view path);
 
-VKHOST_API bool fileExists(const std::string& path); // and is no folder
+VKHOST_API bool fileExists(const std::string& path);  // and is no folder
 VKHOST_API bool folderExists(const std::string& path);
 VKHOST_API bool makeFolders(const std::string& path);
 
 // Pieces of a path; both '/' and '\' divide folders.
 VKHOST_API std::string_view fileNameOf(std::string_view path);
-VKHOST_API std::string_view folderOf(std::string_view path); // with its separator, empty if there is none
+VKHOST_API std::string_view folderOf(std::string_view path);  // with its separator, empty if there is none
 VKHOST_API std::string joinPath(std::string_view folder, std::string_view name);
 
 // The file of that name in the folder, without regard to case where there is no exact one. The name may hold folders.

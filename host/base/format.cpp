@@ -9,20 +9,16 @@
 
 namespace {
 
-constexpr int kMostWidth = 4096; // also of precisions; what a text asks beyond is cut, not obeyed
+constexpr int kMostWidth = 4096;  // also of precisions; what a text asks beyond is cut, not obeyed
 
-struct Conversion
-{
+struct Conversion {
     bool left = false, plus = false, space = false, alternate = false, zero = false;
     int width = 0;
     int precision = -1;
     wchar_t letter = 0;
 };
 
-bool isDigit(wchar_t c)
-{
-    return c >= L'0' && c <= L'9';
-}
+bool isDigit(wchar_t c) { return c >= L'0' && c <= L'9'; }
 
 int takeNumber(std::wstring_view& rest)
 {
@@ -41,8 +37,7 @@ bool takeIf(std::wstring_view& rest, wchar_t c)
 }
 
 // Walks the arguments in order, or by positions where the format names them.
-class ArgumentList
-{
+class ArgumentList {
 public:
     ArgumentList(const VkFormatArg* arguments, std::size_t count) : m_arguments(arguments), m_count(count) {}
 
@@ -87,8 +82,7 @@ double realOf(const VkFormatArg& argument)
 }
 
 // Digits of a number with its sign apart, so that zeros can be padded in between.
-struct NumberText
-{
+struct NumberText {
     std::string sign;
     std::string digits;
 };
@@ -105,10 +99,7 @@ std::string digitsOf(Number value, Style... style)
     }
 }
 
-std::string signOf(bool negative, const Conversion& c)
-{
-    return negative ? "-" : c.plus ? "+" : c.space ? " " : "";
-}
+std::string signOf(bool negative, const Conversion& c) { return negative ? "-" : c.plus ? "+" : c.space ? " " : ""; }
 
 std::string widenDigits(std::string digits, int precision)
 {
@@ -127,10 +118,7 @@ NumberText signedText(const VkFormatArg& argument, const Conversion& c)
     return {signOf(value < 0, c), widenDigits(digitsOf(size), c.precision)};
 }
 
-std::string upperAscii(std::string text)
-{
-    return toUpper(std::string_view(text));
-}
+std::string upperAscii(std::string text) { return toUpper(std::string_view(text)); }
 
 NumberText unsignedText(const VkFormatArg& argument, const Conversion& c)
 {
@@ -380,7 +368,7 @@ void formatConversion(std::wstring& out, std::wstring_view& rest, ArgumentList& 
     out += L'%';
 }
 
-} // namespace
+}  // namespace
 
 std::wstring vkFormat(const wchar_t* format, const VkFormatArg* arguments, std::size_t count)
 {

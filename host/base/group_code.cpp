@@ -6,8 +6,7 @@ namespace {
 
 using enum GroupKind;
 
-struct CodeRange
-{
+struct CodeRange {
     std::int16_t first;
     std::int16_t last;
     GroupKind kind;
@@ -72,8 +71,7 @@ constexpr CodeRange kRanges[] = {
 constexpr int kTableFirst = -6;
 constexpr int kTableLast = RTDXF0;
 
-struct KindTable
-{
+struct KindTable {
     GroupKind kinds[kTableLast - kTableFirst + 1] = {};
 
     constexpr KindTable()
@@ -86,7 +84,7 @@ struct KindTable
 
 constexpr KindTable kTable;
 
-} // namespace
+}  // namespace
 
 GroupKind groupKind(int code)
 {
@@ -99,12 +97,6 @@ GroupKind fileGroupKind(int code)
     return kind == Point ? Real : kind;
 }
 
-bool isStringKind(GroupKind kind)
-{
-    return kind == String || kind == Handle;
-}
+bool isStringKind(GroupKind kind) { return kind == String || kind == Handle; }
 
-bool isIntegerKind(GroupKind kind)
-{
-    return kind == Int16 || kind == Int32 || kind == Int64 || kind == Bool;
-}
+bool isIntegerKind(GroupKind kind) { return kind == Int16 || kind == Int32 || kind == Int64 || kind == Bool; }

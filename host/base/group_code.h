@@ -6,19 +6,18 @@
 
 #include <cstdint>
 
-enum class GroupKind : std::uint8_t
-{
-    None,      // carries no value in a chain: list marks, true, nil, the mark -3, unassigned codes
-    String,    // rstring
-    Handle,    // a handle as text, also in a chain: rstring
-    Reference, // a handle in a file, an entity name in a chain: rlname
-    Point,     // rpoint; in a file three groups, ten apart
-    Real,      // rreal
-    Int16,     // rint
-    Int32,     // rlong
-    Int64,     // rlname[0]
-    Bool,      // rint, 0 or 1
-    Binary,    // rbinary; hexadecimal text in an ASCII file
+enum class GroupKind : std::uint8_t {
+    None,       // carries no value in a chain: list marks, true, nil, the mark -3, unassigned codes
+    String,     // rstring
+    Handle,     // a handle as text, also in a chain: rstring
+    Reference,  // a handle in a file, an entity name in a chain: rlname
+    Point,      // rpoint; in a file three groups, ten apart
+    Real,       // rreal
+    Int16,      // rint
+    Int32,      // rlong
+    Int64,      // rlname[0]
+    Bool,       // rint, 0 or 1
+    Binary,     // rbinary; hexadecimal text in an ASCII file
 };
 
 // For codes of a chain: result codes (5001 and up), negative codes, group codes of entities and of extended data.

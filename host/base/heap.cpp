@@ -9,7 +9,8 @@
 // The allocator's list of small blocks that were freed last serves malloc only, and chains are made of small blocks.
 void* heapAllocate(std::size_t bytes)
 {
-    constexpr std::size_t kSmall = 1024, kLargest = PTRDIFF_MAX;  // what no allocator gives; some end the program when asked
+    constexpr std::size_t kSmall = 1024,
+                          kLargest = PTRDIFF_MAX;  // what no allocator gives; some end the program when asked
     if (bytes > kLargest)
         return nullptr;
     if (bytes > kSmall)
@@ -20,10 +21,7 @@ void* heapAllocate(std::size_t bytes)
     return memory;
 }
 
-void heapRelease(void* memory)
-{
-    std::free(memory);
-}
+void heapRelease(void* memory) { std::free(memory); }
 
 wchar_t* heapString(std::wstring_view text)
 {

@@ -7,20 +7,11 @@
 
 namespace {
 
-bool isAscii(char32_t c)
-{
-    return c < 0x80;
-}
+bool isAscii(char32_t c) { return c < 0x80; }
 
-bool isAsciiUpper(char32_t c)
-{
-    return c - U'A' < 26;
-}
+bool isAsciiUpper(char32_t c) { return c - U'A' < 26; }
 
-bool isAsciiLower(char32_t c)
-{
-    return c - U'a' < 26;
-}
+bool isAsciiLower(char32_t c) { return c - U'a' < 26; }
 
 template <char32_t (*Map)(char32_t)>
 std::string mapUtf8(std::string_view text)
@@ -41,10 +32,7 @@ std::wstring mapWide(std::wstring_view text)
     return out;
 }
 
-char32_t nextCharacter(std::string_view& text)
-{
-    return takeCharacter(text);
-}
+char32_t nextCharacter(std::string_view& text) { return takeCharacter(text); }
 
 char32_t nextCharacter(std::wstring_view& text)
 {
@@ -65,8 +53,7 @@ int compareFolded(View a, View b)
     return static_cast<int>(!a.empty()) - static_cast<int>(!b.empty());
 }
 
-struct CollatorClose
-{
+struct CollatorClose {
     void operator()(UCollator* collator) const { ucol_close(collator); }
 };
 
@@ -80,7 +67,7 @@ UCollator* collator()
     return instance.get();
 }
 
-} // namespace
+}  // namespace
 
 char32_t toUpper(char32_t c)
 {
@@ -103,50 +90,23 @@ char32_t foldCharacter(char32_t c)
     return static_cast<char32_t>(u_foldCase(static_cast<UChar32>(c), U_FOLD_CASE_DEFAULT));
 }
 
-std::string toUpper(std::string_view utf8)
-{
-    return mapUtf8<toUpper>(utf8);
-}
+std::string toUpper(std::string_view utf8) { return mapUtf8<toUpper>(utf8); }
 
-std::string toLower(std::string_view utf8)
-{
-    return mapUtf8<toLower>(utf8);
-}
+std::string toLower(std::string_view utf8) { return mapUtf8<toLower>(utf8); }
 
-std::wstring toUpper(std::wstring_view text)
-{
-    return mapWide<toUpper>(text);
-}
+std::wstring toUpper(std::wstring_view text) { return mapWide<toUpper>(text); }
 
-std::wstring toLower(std::wstring_view text)
-{
-    return mapWide<toLower>(text);
-}
+std::wstring toLower(std::wstring_view text) { return mapWide<toLower>(text); }
 
-std::string foldKey(std::string_view utf8)
-{
-    return mapUtf8<foldCharacter>(utf8);
-}
+std::string foldKey(std::string_view utf8) { return mapUtf8<foldCharacter>(utf8); }
 
-bool equalNoCase(std::string_view a, std::string_view b)
-{
-    return a == b || compareFolded(a, b) == 0;
-}
+bool equalNoCase(std::string_view a, std::string_view b) { return a == b || compareFolded(a, b) == 0; }
 
-bool equalNoCase(std::wstring_view a, std::wstring_view b)
-{
-    return a.size() == b.size() && compareFolded(a, b) == 0;
-}
+bool equalNoCase(std::wstring_view a, std::wstring_view b) { return a.size() == b.size() && compareFolded(a, b) == 0; }
 
-int compareNoCase(std::string_view a, std::string_view b)
-{
-    return compareFolded(a, b);
-}
+int compareNoCase(std::string_view a, std::string_view b) { return compareFolded(a, b); }
 
-int compareNoCase(std::wstring_view a, std::wstring_view b)
-{
-    return compareFolded(a, b);
-}
+int compareNoCase(std::wstring_view a, std::wstring_view b) { return compareFolded(a, b); }
 
 std::size_t hashNoCase(std::string_view utf8)
 {

@@ -2,9 +2,8 @@
 
 namespace {
 
-struct LanguagePage
-{
-    int language; // the low ten bits of a locale's number
+struct LanguagePage {
+    int language;  // the low ten bits of a locale's number
     int codePage;
 };
 
@@ -20,7 +19,7 @@ constexpr LanguagePage kLocales[] = {
     {0x0404, 950}, {0x0C04, 950}, {0x1404, 950}, {0x0C1A, 1251}, {0x1C1A, 1251}, {0x281A, 1251}, {0x082C, 1251},
 };
 
-} // namespace
+}  // namespace
 
 int VcCodePage::LanguageToCodePage(int localeId)
 {

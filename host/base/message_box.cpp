@@ -13,8 +13,7 @@ constexpr int kButtons[][4] = {
     {IDYES, IDNO, 0}, {IDRETRY, IDCANCEL, 0},
 };
 
-class PrintingService : public MessageService
-{
+class PrintingService : public MessageService {
 public:
     int show(std::string_view text, std::string_view, unsigned style) override
     {
@@ -33,17 +32,11 @@ MessageService*& service()
     return current;
 }
 
-std::string utf8(const wchar_t* text)
-{
-    return text ? wideToUtf8(text) : "";
-}
+std::string utf8(const wchar_t* text) { return text ? wideToUtf8(text) : ""; }
 
-} // namespace
+}  // namespace
 
-void setMessageService(MessageService* newService)
-{
-    service() = newService;
-}
+void setMessageService(MessageService* newService) { service() = newService; }
 
 const int* messageButtons(unsigned style)
 {
@@ -66,17 +59,11 @@ int MessageBoxW(HWND, const wchar_t* text, const wchar_t* title, UINT style)
     return service()->show(utf8(text), utf8(title), style);
 }
 
-int AfxMessageBox(const wchar_t* text, UINT style, UINT)
-{
-    return service()->show(utf8(text), "vekad", style);
-}
+int AfxMessageBox(const wchar_t* text, UINT style, UINT) { return service()->show(utf8(text), "vekad", style); }
 
 int AfxMessageBox(UINT id, UINT style, UINT help)
 {
     return AfxMessageBox(resourceText(currentResourceHandle(), id), style, help);
 }
 
-short GetKeyState(int key)
-{
-    return service()->keyState(key);
-}
+short GetKeyState(int key) { return service()->keyState(key); }

@@ -5,8 +5,7 @@
 
 #include <string_view>
 
-class MessageService
-{
+class MessageService {
 public:
     virtual ~MessageService() = default;
     // One of the numbers IDOK to IDNO; the style is that of MessageBoxW.

@@ -11,8 +11,7 @@
 #include <optional>
 #include <utility>
 
-struct LoadedModule
-{
+struct LoadedModule {
     std::string path;
     void* object = nullptr;
     int uses = 0;
@@ -82,7 +81,7 @@ bool namesFile(std::string_view wanted, const std::string& path)
            equalNoCase(std::string(wanted) + ".dll", file);
 }
 
-} // namespace
+}  // namespace
 
 LoadedModule* loadModule(std::string_view name, Binding binding, std::string& error)
 {
@@ -131,10 +130,7 @@ LoadedModule* findModule(std::string_view name)
     return nullptr;
 }
 
-LoadedModule* programModule()
-{
-    return &table().front();
-}
+LoadedModule* programModule() { return &table().front(); }
 
 bool isLoaded(const LoadedModule* module)
 {
@@ -142,10 +138,7 @@ bool isLoaded(const LoadedModule* module)
     return entry && entry->object;
 }
 
-std::string modulePath(const LoadedModule* module)
-{
-    return isLoaded(module) ? module->path : "";
-}
+std::string modulePath(const LoadedModule* module) { return isLoaded(module) ? module->path : ""; }
 
 void* moduleSymbol(const LoadedModule* module, const char* name)
 {

@@ -9,10 +9,9 @@
 // Entries stay for the life of the process, so that a handle that has been freed is recognised and not followed.
 struct LoadedModule;
 
-enum class Binding
-{
-    Local,  // modules: their symbols are their own
-    Global, // the user-interface library, which modules bind to
+enum class Binding {
+    Local,   // modules: their symbols are their own
+    Global,  // the user-interface library, which modules bind to
 };
 
 // Loads, or counts one more use of what is loaded. A name without a folder is looked for beside the host and beside

@@ -14,15 +14,9 @@ namespace {
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
-bool isBlank(char c)
-{
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
+bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
-bool isDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 std::string_view withoutPlus(std::string_view text)
 {
@@ -31,8 +25,7 @@ std::string_view withoutPlus(std::string_view text)
     return text;
 }
 
-struct SpecialReal
-{
+struct SpecialReal {
     std::string_view text;
     double value;
 };
@@ -66,7 +59,7 @@ std::optional<double> pointReal(std::string_view text)
 
 std::string shortest(double value, std::chars_format format)
 {
-    char buffer[400]; // the longest fixed form is a sign, 308 digits and a point
+    char buffer[400];  // the longest fixed form is a sign, 308 digits and a point
     const auto result = std::to_chars(buffer, buffer + sizeof buffer, value, format);
     return {buffer, result.ptr};
 }
@@ -103,14 +96,11 @@ void roundDecimal(std::string& digits, int places)
         digits.pop_back();
 }
 
-bool isZeroText(std::string_view digits)
-{
-    return digits.find_first_of("123456789") == digits.npos;
-}
+bool isZeroText(std::string_view digits) { return digits.find_first_of("123456789") == digits.npos; }
 
 constexpr int kMostPlaces = 340;
 
-} // namespace
+}  // namespace
 
 // A value of few decimals, as most coordinates are, in fixed notation: null for any other. A quotient is rounded to the
 // nearest, and no two decimals of up to 15 digits are read as the same value, so what divides back is the shortest form.
@@ -244,7 +234,7 @@ std::string scientificText(double value, int places)
     int exponent = static_cast<int>(leadingInteger(std::string_view(text).substr(e + 1)));
     std::string digits = text.substr(0, e);
     roundDecimal(digits, std::clamp(places, 0, kMostPlaces));
-    if (digits.size() > 1 && digits[0] == '1' && digits[1] == '0') { // 9.99 went up to 10.0
+    if (digits.size() > 1 && digits[0] == '1' && digits[1] == '0') {  // 9.99 went up to 10.0
         digits = fixedText(1, places);
         ++exponent;
     }
@@ -259,7 +249,7 @@ double leadingReal(std::string_view text, std::size_t* used)
         rest.remove_prefix(1);
     rest = withoutPlus(rest);
     const std::size_t first = rest.find_first_not_of('-');
-    const bool begins = first < 2 && (isDigit(rest[first]) || rest[first] == '.'); // no "inf", no "nan"
+    const bool begins = first < 2 && (isDigit(rest[first]) || rest[first] == '.');  // no "inf", no "nan"
     double value = 0;
     const auto result = fast_float::from_chars(rest.data(), rest.data() + rest.size(), value);
     const bool any = begins && result.ec != std::errc::invalid_argument;

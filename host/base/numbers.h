@@ -18,11 +18,7 @@ VKHOST_API void appendInteger(std::string& out, std::int64_t value);
 
 // The whole text must be the number, but for blanks around it. Reals take a leading '+', "inf" and "nan" in their
 // usual spellings; what is too large becomes infinite, what is too small zero.
-enum class DecimalSign
-{
-    Point,
-    PointOrComma
-};
+enum class DecimalSign { Point, PointOrComma };
 VKHOST_API std::optional<double> parseReal(std::string_view text, DecimalSign sign = DecimalSign::Point);
 VKHOST_API std::optional<std::int64_t> parseInteger(std::string_view text);
 

@@ -28,7 +28,7 @@ std::wstring_view textOf(const resbuf& node)
     return node.resval.rstring ? std::wstring_view(node.resval.rstring) : std::wstring_view();
 }
 
-} // namespace
+}  // namespace
 
 resbuf* newRb(int code)
 {
@@ -183,20 +183,11 @@ resbuf& RbBuilder::add(int code)
     return *node;
 }
 
-void RbBuilder::addString(int code, std::wstring_view text)
-{
-    setRbString(add(code), text);
-}
+void RbBuilder::addString(int code, std::wstring_view text) { setRbString(add(code), text); }
 
-void RbBuilder::addUtf8(int code, std::string_view text)
-{
-    setRbUtf8(add(code), text);
-}
+void RbBuilder::addUtf8(int code, std::string_view text) { setRbUtf8(add(code), text); }
 
-void RbBuilder::addReal(int code, double value)
-{
-    add(code).resval.rreal = value;
-}
+void RbBuilder::addReal(int code, double value) { add(code).resval.rreal = value; }
 
 void RbBuilder::addInteger(int code, std::int64_t value)
 {
@@ -213,10 +204,7 @@ void RbBuilder::addInteger(int code, std::int64_t value)
     }
 }
 
-void RbBuilder::addPoint(int code, double x, double y, double z)
-{
-    setRbPoint(add(code), x, y, z);
-}
+void RbBuilder::addPoint(int code, double x, double y, double z) { setRbPoint(add(code), x, y, z); }
 
 void RbBuilder::addName(int code, const vds_name name)
 {
@@ -225,10 +213,7 @@ void RbBuilder::addName(int code, const vds_name name)
     node.resval.rlname[1] = name[1];
 }
 
-void RbBuilder::addBytes(int code, std::string_view bytes)
-{
-    setRbBytes(add(code), bytes);
-}
+void RbBuilder::addBytes(int code, std::string_view bytes) { setRbBytes(add(code), bytes); }
 
 void RbBuilder::append(RbPtr chain)
 {

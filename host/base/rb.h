@@ -12,8 +12,7 @@
 VKHOST_API resbuf* newRb(int code);
 VKHOST_API void releaseRb(resbuf* chain);
 
-struct RbRelease
-{
+struct RbRelease {
     void operator()(resbuf* chain) const { releaseRb(chain); }
 };
 using RbPtr = std::unique_ptr<resbuf, RbRelease>;
@@ -27,7 +26,7 @@ VKHOST_API void setRbInt64(resbuf& node, std::int64_t value);
 
 // The value of a node, by the kind of its code; zero or empty where the node holds another kind.
 VKHOST_API std::int64_t rbInteger(const resbuf& node);
-VKHOST_API double rbReal(const resbuf& node); // integers are widened
+VKHOST_API double rbReal(const resbuf& node);  // integers are widened
 VKHOST_API std::string rbUtf8(const resbuf& node);
 VKHOST_API std::string_view rbBytes(const resbuf& node);
 
@@ -36,14 +35,13 @@ VKHOST_API RbPtr copyRbChain(const resbuf* chain);
 VKHOST_API bool sameRbValue(const resbuf& a, const resbuf& b);
 
 // Appends at the end in constant time.
-class VKHOST_API RbBuilder
-{
+class VKHOST_API RbBuilder {
 public:
     resbuf& add(int code);
     void addString(int code, std::wstring_view text);
     void addUtf8(int code, std::string_view text);
     void addReal(int code, double value);
-    void addInteger(int code, std::int64_t value); // stored by the kind of the code
+    void addInteger(int code, std::int64_t value);  // stored by the kind of the code
     void addPoint(int code, double x, double y, double z = 0);
     void addName(int code, const vds_name name);
     void addBytes(int code, std::string_view bytes);

@@ -32,10 +32,7 @@ void addNullable(RbBuilder& chain, int code, const wchar_t* text)
 }
 
 // A whole list behind one code, spliced in as a copy.
-void addList(RbBuilder& chain, const resbuf* list)
-{
-    chain.append(copyRbChain(list));
-}
+void addList(RbBuilder& chain, const resbuf* list) { chain.append(copyRbChain(list)); }
 
 bool addArgument(RbBuilder& chain, int code, std::va_list* arguments)
 {
@@ -52,7 +49,7 @@ bool addArgument(RbBuilder& chain, int code, std::va_list* arguments)
     }
     case GroupKind::Point: {
         const auto* point = va_arg(*arguments, const double*);
-        const bool flat = code == RTPOINT; // a caller's 2D point has two coordinates
+        const bool flat = code == RTPOINT;  // a caller's 2D point has two coordinates
         point ? chain.addPoint(code, point[0], point[1], flat ? 0 : point[2]) : chain.addPoint(code, 0, 0);
         return true;
     }
@@ -85,7 +82,7 @@ bool addArgument(RbBuilder& chain, int code, std::va_list* arguments)
     return isMark(code);
 }
 
-} // namespace
+}  // namespace
 
 RbPtr buildRbChain(int firstCode, std::va_list arguments)
 {

@@ -9,8 +9,7 @@
 
 namespace {
 
-struct OpenKey
-{
+struct OpenKey {
     std::string path;
     bool writable;
 };
@@ -44,10 +43,7 @@ std::string below(const OpenKey& parent, const wchar_t* path)
     return normalizedKey(parent.path + "/" + (path ? wideToUtf8(path) : ""));
 }
 
-std::string nameOf(const wchar_t* name)
-{
-    return name ? wideToUtf8(name) : "";
-}
+std::string nameOf(const wchar_t* name) { return name ? wideToUtf8(name) : ""; }
 
 DWORD typeOf(const SettingValue& value)
 {
@@ -129,7 +125,7 @@ LONG give(const std::string& data, BYTE* buffer, DWORD* size)
     return ERROR_SUCCESS;
 }
 
-} // namespace
+}  // namespace
 
 LONG RegOpenKeyExW(HKEY parent, const wchar_t* path, DWORD, DWORD access, HKEY* key)
 {

@@ -24,10 +24,7 @@ const wchar_t* resourceText(void* library, unsigned id)
     return found != end && found->id == id ? found->text : nullptr;
 }
 
-void pushResourceHandle(void* library)
-{
-    handles().push_back(library);
-}
+void pushResourceHandle(void* library) { handles().push_back(library); }
 
 void popResourceHandle()
 {
@@ -35,12 +32,6 @@ void popResourceHandle()
         handles().pop_back();
 }
 
-void* currentResourceHandle()
-{
-    return handles().back();
-}
+void* currentResourceHandle() { return handles().back(); }
 
-void setCurrentResourceHandle(void* library)
-{
-    handles().back() = library;
-}
+void setCurrentResourceHandle(void* library) { handles().back() = library; }

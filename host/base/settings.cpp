@@ -17,8 +17,7 @@ namespace {
 constexpr const char* kFileName = "settings.json";
 
 // Held while a change is read, applied and written; without it (a folder that cannot be written) we go on alone.
-class ProcessLock
-{
+class ProcessLock {
 public:
     explicit ProcessLock(const std::string& file)
     {
@@ -69,7 +68,7 @@ void putAside(const std::string& file)
         consoleWrite("The settings in " + file + " cannot be read; they are kept as " + kept + ".\n");
 }
 
-} // namespace
+}  // namespace
 
 std::string normalizedKey(std::string_view key)
 {
@@ -222,10 +221,7 @@ void setSettingsFolder(const std::string& folder)
     userInstance() = std::make_unique<Settings>(joinPath(folder, kFileName));
 }
 
-const wchar_t* productRootKey()
-{
-    return L"Software\\vekad";
-}
+const wchar_t* productRootKey() { return L"Software\\vekad"; }
 
 std::string profileKey(std::string_view profile)
 {

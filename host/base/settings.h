@@ -15,19 +15,12 @@
 #include <string_view>
 #include <vector>
 
-struct SettingValue
-{
-    enum class Kind
-    {
-        Text,
-        Number,
-        LongNumber,
-        Bytes
-    };
+struct SettingValue {
+    enum class Kind { Text, Number, LongNumber, Bytes };
     Kind kind = Kind::Text;
-    std::string text; // UTF-8, or the bytes
+    std::string text;  // UTF-8, or the bytes
     std::int64_t number = 0;
-    std::uint32_t type = 0; // of bytes: the system layer's own number
+    std::uint32_t type = 0;  // of bytes: the system layer's own number
 
     static SettingValue ofText(std::string_view text) { return {Kind::Text, std::string(text)}; }
     static SettingValue ofNumber(std::uint32_t number) { return {Kind::Number, {}, number}; }
@@ -43,28 +36,26 @@ struct SettingValue
 using SettingValues = std::map<std::string, SettingValue, NoCaseLess>;
 using SettingKeys = std::map<std::string, SettingValues, NoCaseLess>;
 
-class VKHOST_API Settings
-{
+class VKHOST_API Settings {
 public:
     explicit Settings(std::string file) : m_file(std::move(file)) {}
 
     bool hasKey(std::string_view key);
     std::optional<SettingValue> read(std::string_view key, std::string_view name);
-    std::vector<std::string> subkeys(std::string_view key); // the next part of each key below this one
+    std::vector<std::string> subkeys(std::string_view key);  // the next part of each key below this one
     std::vector<std::string> names(std::string_view key);
 
     // False when the change could not be put on disk; it then holds for this run only.
     bool createKey(std::string_view key);
     bool write(std::string_view key, std::string_view name, const SettingValue& value);
     bool remove(std::string_view key, std::string_view name);
-    bool removeKey(std::string_view key); // with all below it
+    bool removeKey(std::string_view key);  // with all below it
 
     const std::string& file() const { return m_file; }
     const std::string& lastError() const { return m_error; }
 
 private:
-    struct FileStamp
-    {
+    struct FileStamp {
         std::int64_t inode = 0, size = -1, seconds = 0, nanoseconds = 0;
         bool operator==(const FileStamp&) const = default;
     };
@@ -74,7 +65,7 @@ private:
     FileStamp m_stamp;
 
     FileStamp stampOfFile() const;
-    bool refresh(); // false when there is a file that cannot be read: it must not be overwritten
+    bool refresh();  // false when there is a file that cannot be read: it must not be overwritten
     bool save();
     template <class Change>
     bool change(Change apply);

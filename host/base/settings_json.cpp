@@ -7,7 +7,7 @@ using Json = nlohmann::ordered_json;
 
 namespace {
 
-constexpr std::uint32_t kTextType = 1; // texts that are no valid UTF-8 are kept as bytes of this type
+constexpr std::uint32_t kTextType = 1;  // texts that are no valid UTF-8 are kept as bytes of this type
 
 std::string toHex(std::string_view bytes)
 {
@@ -37,10 +37,7 @@ std::optional<std::string> fromHex(std::string_view hex)
     return bytes;
 }
 
-Json bytesToJson(std::string_view bytes, std::uint32_t type)
-{
-    return {{"type", type}, {"bytes", toHex(bytes)}};
-}
+Json bytesToJson(std::string_view bytes, std::uint32_t type) { return {{"type", type}, {"bytes", toHex(bytes)}}; }
 
 Json valueToJson(const SettingValue& value)
 {
@@ -91,7 +88,7 @@ std::optional<SettingValue> valueFromJson(const Json& json)
     return json.is_object() ? objectFromJson(json) : std::nullopt;
 }
 
-} // namespace
+}  // namespace
 
 std::string settingsToJson(const SettingKeys& keys)
 {

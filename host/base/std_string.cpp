@@ -9,28 +9,19 @@ namespace {
 
 constexpr const wchar_t* kBlanks = L" \t\n\v\f\r";
 
-const wchar_t* orEmpty(const wchar_t* text)
-{
-    return text ? text : L"";
-}
+const wchar_t* orEmpty(const wchar_t* text) { return text ? text : L""; }
 
-std::size_t clamped(int value)
-{
-    return value > 0 ? static_cast<std::size_t>(value) : 0;
-}
+std::size_t clamped(int value) { return value > 0 ? static_cast<std::size_t>(value) : 0; }
 
-int place(std::size_t found)
-{
-    return found == std::wstring::npos ? -1 : static_cast<int>(found);
-}
+int place(std::size_t found) { return found == std::wstring::npos ? -1 : static_cast<int>(found); }
 
-} // namespace
+}  // namespace
 
 CStdStrW::CStdStr(const char* utf8) : m_text(utf8 ? utf8ToWide(utf8) : L"") {}
 
 CStdStrW& CStdStrW::operator=(const wchar_t* text)
 {
-    m_text = std::wstring(orEmpty(text)); // a copy first: the text may lie within this string
+    m_text = std::wstring(orEmpty(text));  // a copy first: the text may lie within this string
     return *this;
 }
 
@@ -64,20 +55,14 @@ CStdStrW& CStdStrW::operator+=(wchar_t character)
     return *this;
 }
 
-CStdStrW CStdStrW::Left(int count) const
-{
-    return m_text.substr(0, clamped(count));
-}
+CStdStrW CStdStrW::Left(int count) const { return m_text.substr(0, clamped(count)); }
 
 CStdStrW CStdStrW::Right(int count) const
 {
     return m_text.substr(m_text.size() - std::min(clamped(count), m_text.size()));
 }
 
-CStdStrW CStdStrW::Mid(int first) const
-{
-    return m_text.substr(std::min(clamped(first), m_text.size()));
-}
+CStdStrW CStdStrW::Mid(int first) const { return m_text.substr(std::min(clamped(first), m_text.size())); }
 
 CStdStrW CStdStrW::Mid(int first, int count) const
 {
@@ -117,20 +102,11 @@ int CStdStrW::Find(wchar_t character, int start) const
     return start < 0 ? -1 : place(m_text.find(character, clamped(start)));
 }
 
-int CStdStrW::FindOneOf(const wchar_t* characters) const
-{
-    return place(m_text.find_first_of(orEmpty(characters)));
-}
+int CStdStrW::FindOneOf(const wchar_t* characters) const { return place(m_text.find_first_of(orEmpty(characters))); }
 
-int CStdStrW::ReverseFind(wchar_t character) const
-{
-    return place(m_text.rfind(character));
-}
+int CStdStrW::ReverseFind(wchar_t character) const { return place(m_text.rfind(character)); }
 
-int CStdStrW::Compare(const wchar_t* text) const
-{
-    return m_text.compare(orEmpty(text));
-}
+int CStdStrW::Compare(const wchar_t* text) const { return m_text.compare(orEmpty(text)); }
 
 int CStdStrW::CompareNoCase(const wchar_t* text) const
 {
@@ -168,10 +144,7 @@ int CStdStrW::Replace(wchar_t old, wchar_t replacement)
     return count;
 }
 
-int CStdStrW::Remove(wchar_t character)
-{
-    return static_cast<int>(std::erase(m_text, character));
-}
+int CStdStrW::Remove(wchar_t character) { return static_cast<int>(std::erase(m_text, character)); }
 
 int CStdStrW::Insert(int index, const wchar_t* text)
 {
@@ -210,30 +183,15 @@ CStdStrW& CStdStrW::MakeReverse()
     return *this;
 }
 
-CStdStrW& CStdStrW::Trim()
-{
-    return Trim(kBlanks);
-}
+CStdStrW& CStdStrW::Trim() { return Trim(kBlanks); }
 
-CStdStrW& CStdStrW::Trim(wchar_t character)
-{
-    return TrimRight(character).TrimLeft(character);
-}
+CStdStrW& CStdStrW::Trim(wchar_t character) { return TrimRight(character).TrimLeft(character); }
 
-CStdStrW& CStdStrW::Trim(const wchar_t* characters)
-{
-    return TrimRight(characters).TrimLeft(characters);
-}
+CStdStrW& CStdStrW::Trim(const wchar_t* characters) { return TrimRight(characters).TrimLeft(characters); }
 
-CStdStrW& CStdStrW::TrimLeft()
-{
-    return TrimLeft(kBlanks);
-}
+CStdStrW& CStdStrW::TrimLeft() { return TrimLeft(kBlanks); }
 
-CStdStrW& CStdStrW::TrimLeft(wchar_t character)
-{
-    return TrimLeft(std::wstring(1, character).c_str());
-}
+CStdStrW& CStdStrW::TrimLeft(wchar_t character) { return TrimLeft(std::wstring(1, character).c_str()); }
 
 CStdStrW& CStdStrW::TrimLeft(const wchar_t* characters)
 {
@@ -241,26 +199,17 @@ CStdStrW& CStdStrW::TrimLeft(const wchar_t* characters)
     return *this;
 }
 
-CStdStrW& CStdStrW::TrimRight()
-{
-    return TrimRight(kBlanks);
-}
+CStdStrW& CStdStrW::TrimRight() { return TrimRight(kBlanks); }
 
-CStdStrW& CStdStrW::TrimRight(wchar_t character)
-{
-    return TrimRight(std::wstring(1, character).c_str());
-}
+CStdStrW& CStdStrW::TrimRight(wchar_t character) { return TrimRight(std::wstring(1, character).c_str()); }
 
 CStdStrW& CStdStrW::TrimRight(const wchar_t* characters)
 {
-    m_text.erase(m_text.find_last_not_of(orEmpty(characters)) + 1); // npos + 1 is 0
+    m_text.erase(m_text.find_last_not_of(orEmpty(characters)) + 1);  // npos + 1 is 0
     return *this;
 }
 
-bool CStdStrW::LoadString(UINT id)
-{
-    return LoadString(currentResourceHandle(), id);
-}
+bool CStdStrW::LoadString(UINT id) { return LoadString(currentResourceHandle(), id); }
 
 bool CStdStrW::LoadString(void* instance, UINT id)
 {
@@ -287,7 +236,4 @@ void CStdStrW::ReleaseBuffer(int length)
     m_text.resize(std::min(wanted, m_text.size()));
 }
 
-void CStdStrW::Truncate(int length)
-{
-    m_text.resize(std::min(clamped(length), m_text.size()));
-}
+void CStdStrW::Truncate(int length) { m_text.resize(std::min(clamped(length), m_text.size())); }

@@ -65,12 +65,9 @@ BOOL finish(ssize_t moved, DWORD* count)
     return moved >= 0;
 }
 
-} // namespace
+}  // namespace
 
-SystemHandle* addHandle(const SystemHandle& handle)
-{
-    return &handles().emplace_back(handle);
-}
+SystemHandle* addHandle(const SystemHandle& handle) { return &handles().emplace_back(handle); }
 
 SystemHandle* findHandle(void* handle)
 {
@@ -143,10 +140,7 @@ BOOL CopyFileW(const wchar_t* from, const wchar_t* to, BOOL failIfExists)
     return fs::copy_file(nativePath(from), nativePath(to), how, error) && !error;
 }
 
-BOOL DeleteFileW(const wchar_t* path)
-{
-    return path && ::unlink(nativePath(path).c_str()) == 0;
-}
+BOOL DeleteFileW(const wchar_t* path) { return path && ::unlink(nativePath(path).c_str()) == 0; }
 
 DWORD GetFileAttributesW(const wchar_t* path)
 {

@@ -5,15 +5,9 @@
 #include "sdk/system.h"
 #include "sdk/vchost.h"
 
-static LoadedModule* moduleOf(HMODULE handle)
-{
-    return handle ? static_cast<LoadedModule*>(handle) : programModule();
-}
+static LoadedModule* moduleOf(HMODULE handle) { return handle ? static_cast<LoadedModule*>(handle) : programModule(); }
 
-HMODULE GetModuleHandleW(const wchar_t* name)
-{
-    return findModule(name ? wideToUtf8(name) : "");
-}
+HMODULE GetModuleHandleW(const wchar_t* name) { return findModule(name ? wideToUtf8(name) : ""); }
 
 DWORD GetModuleFileNameW(HMODULE module, wchar_t* buffer, DWORD size)
 {
@@ -26,10 +20,7 @@ DWORD GetModuleFileNameW(HMODULE module, wchar_t* buffer, DWORD size)
     return length < path.size() ? size : static_cast<DWORD>(length);
 }
 
-void* GetProcAddress(HMODULE module, const char* name)
-{
-    return moduleSymbol(moduleOf(module), name);
-}
+void* GetProcAddress(HMODULE module, const char* name) { return moduleSymbol(moduleOf(module), name); }
 
 HMODULE LoadLibraryW(const wchar_t* path)
 {
@@ -37,10 +28,7 @@ HMODULE LoadLibraryW(const wchar_t* path)
     return path ? loadModule(wideToUtf8(path), Binding::Local, error) : nullptr;
 }
 
-BOOL FreeLibrary(HMODULE module)
-{
-    return freeModule(static_cast<LoadedModule*>(module));
-}
+BOOL FreeLibrary(HMODULE module) { return freeModule(static_cast<LoadedModule*>(module)); }
 
 int LoadStringW(HINSTANCE instance, UINT id, wchar_t* buffer, int size)
 {
@@ -53,22 +41,10 @@ int LoadStringW(HINSTANCE instance, UINT id, wchar_t* buffer, int size)
     return static_cast<int>(length);
 }
 
-HINSTANCE AfxGetResourceHandle()
-{
-    return currentResourceHandle();
-}
+HINSTANCE AfxGetResourceHandle() { return currentResourceHandle(); }
 
-void AfxSetResourceHandle(HINSTANCE instance)
-{
-    setCurrentResourceHandle(instance);
-}
+void AfxSetResourceHandle(HINSTANCE instance) { setCurrentResourceHandle(instance); }
 
-void* loadResourceDll(const wchar_t* fileName)
-{
-    return LoadLibraryW(fileName);
-}
+void* loadResourceDll(const wchar_t* fileName) { return LoadLibraryW(fileName); }
 
-int getProductLocaleId()
-{
-    return 0x409;
-}
+int getProductLocaleId() { return 0x409; }

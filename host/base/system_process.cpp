@@ -51,7 +51,7 @@ int spawn(const std::string& program, std::vector<std::string> words, const wcha
     return failed ? 0 : process;
 }
 
-} // namespace
+}  // namespace
 
 BOOL CreateProcessW(const wchar_t* program, wchar_t* commandLine, void*, void*, BOOL, DWORD, void*,
                     const wchar_t* folder, STARTUPINFOW*, PROCESS_INFORMATION* information)

@@ -16,15 +16,9 @@ const CodePage* pageOf(UINT number)
     return number == CP_ACP ? &CodePage::host() : CodePage::byNumber(static_cast<int>(number));
 }
 
-std::wstring_view viewOf(const wchar_t* text)
-{
-    return text ? std::wstring_view(text) : std::wstring_view();
-}
+std::wstring_view viewOf(const wchar_t* text) { return text ? std::wstring_view(text) : std::wstring_view(); }
 
-std::string narrow(const wchar_t* text)
-{
-    return wideToUtf8(viewOf(text));
-}
+std::string narrow(const wchar_t* text) { return wideToUtf8(viewOf(text)); }
 
 // Copies what has been converted, or tells its length when there is no buffer.
 template <class Character>
@@ -61,17 +55,11 @@ void give(wchar_t* to, std::wstring_view text)
     to[text.size()] = 0;
 }
 
-} // namespace
+}  // namespace
 
-UINT GetACP()
-{
-    return static_cast<UINT>(CodePage::host().number());
-}
+UINT GetACP() { return static_cast<UINT>(CodePage::host().number()); }
 
-BOOL IsDBCSLeadByte(BYTE byte)
-{
-    return CodePage::host().isLeadByte(byte);
-}
+BOOL IsDBCSLeadByte(BYTE byte) { return CodePage::host().isLeadByte(byte); }
 
 int MultiByteToWideChar(UINT codePage, DWORD flags, const char* text, int length, wchar_t* buffer, int size)
 {
@@ -104,15 +92,12 @@ int WideCharToMultiByte(UINT codePage, DWORD, const wchar_t* text, int length, c
     return deliver(bytes, buffer, size);
 }
 
-int StrCmpI(const wchar_t* a, const wchar_t* b)
-{
-    return compareNoCase(viewOf(a), viewOf(b));
-}
+int StrCmpI(const wchar_t* a, const wchar_t* b) { return compareNoCase(viewOf(a), viewOf(b)); }
 
 void _wsplitpath(const wchar_t* path, wchar_t* drive, wchar_t* folder, wchar_t* name, wchar_t* extension)
 {
     const std::wstring_view all = viewOf(path);
-    const std::size_t nameAt = all.find_last_of(L"/\\") + 1; // npos + 1 is 0
+    const std::size_t nameAt = all.find_last_of(L"/\\") + 1;  // npos + 1 is 0
     const std::wstring_view file = all.substr(nameAt);
     const std::size_t dot = std::min(file.rfind(L'.'), file.size());
     give(drive, L"");
@@ -127,15 +112,9 @@ int _wtoi(const wchar_t* text)
     return static_cast<int>(std::clamp<std::int64_t>(leadingInteger(narrow(text)), Limits::min(), Limits::max()));
 }
 
-long _wtol(const wchar_t* text)
-{
-    return _wtoi(text);
-}
+long _wtol(const wchar_t* text) { return _wtoi(text); }
 
-double _wtof(const wchar_t* text)
-{
-    return leadingReal(narrow(text));
-}
+double _wtof(const wchar_t* text) { return leadingReal(narrow(text)); }
 
 int _wcsupr_s(wchar_t* text, std::size_t size)
 {
@@ -146,10 +125,7 @@ int _wcsupr_s(wchar_t* text, std::size_t size)
     return 0;
 }
 
-int wcscpy_s(wchar_t* to, std::size_t size, const wchar_t* from)
-{
-    return copyText(to, from ? size : 0, viewOf(from));
-}
+int wcscpy_s(wchar_t* to, std::size_t size, const wchar_t* from) { return copyText(to, from ? size : 0, viewOf(from)); }
 
 int wcscat_s(wchar_t* to, std::size_t size, const wchar_t* from)
 {
@@ -184,7 +160,4 @@ int memcpy_s(void* to, std::size_t size, const void* from, std::size_t count)
     return 0;
 }
 
-int _tvkstrcpy_s(wchar_t* to, std::size_t size, const wchar_t* from)
-{
-    return wcscpy_s(to, size, from);
-}
+int _tvkstrcpy_s(wchar_t* to, std::size_t size, const wchar_t* from) { return wcscpy_s(to, size, from); }

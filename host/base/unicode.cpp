@@ -2,18 +2,12 @@
 
 namespace {
 
-constexpr char32_t kEscapeBase = 0xDC00; // plus the stray byte
+constexpr char32_t kEscapeBase = 0xDC00;  // plus the stray byte
 constexpr char32_t kReplacement = 0xFFFD;
 
-bool isEscapedByte(char32_t c)
-{
-    return c >= 0xDC80 && c <= 0xDCFF;
-}
+bool isEscapedByte(char32_t c) { return c >= 0xDC80 && c <= 0xDCFF; }
 
-bool isContinuation(char byte)
-{
-    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
-}
+bool isContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
 
 // Length of the sequence that a leading byte announces, 1 for a byte that leads none.
 std::size_t announcedLength(unsigned char lead)
@@ -48,10 +42,7 @@ std::size_t decodeSequence(std::string_view text, char32_t& c)
     return isForbidden(c, length) ? 0 : length;
 }
 
-bool isAscii(char byte)
-{
-    return static_cast<unsigned char>(byte) < 0x80;
-}
+bool isAscii(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
 
 template <class Take>
 void eachCharacter(std::string_view text, Take take)
@@ -65,7 +56,7 @@ void eachCharacter(std::string_view text, Take take)
     }
 }
 
-} // namespace
+}  // namespace
 
 char32_t takeCharacter(std::string_view& text)
 {

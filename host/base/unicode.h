@@ -43,18 +43,15 @@ VKHOST_API int collate(std::string_view a, std::string_view b);
 VKHOST_API int collate(std::wstring_view a, std::wstring_view b);
 
 // For containers keyed by name.
-struct NoCaseHash
-{
+struct NoCaseHash {
     using is_transparent = void;
     std::size_t operator()(std::string_view text) const { return hashNoCase(text); }
 };
-struct NoCaseEqual
-{
+struct NoCaseEqual {
     using is_transparent = void;
     bool operator()(std::string_view a, std::string_view b) const { return equalNoCase(a, b); }
 };
-struct NoCaseLess
-{
+struct NoCaseLess {
     using is_transparent = void;
     bool operator()(std::string_view a, std::string_view b) const { return compareNoCase(a, b) < 0; }
 };

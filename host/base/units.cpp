@@ -10,8 +10,8 @@ namespace {
 
 constexpr int kDropLeadingZero = 4;
 constexpr int kDropTrailingZeros = 8;
-constexpr int kMostFractionPrecision = 8;  // 1/256
-constexpr double kLargestCounted = 9.0e15; // beyond it fractions of a double mean nothing
+constexpr int kMostFractionPrecision = 8;   // 1/256
+constexpr double kLargestCounted = 9.0e15;  // beyond it fractions of a double mean nothing
 
 void dropTrailingZeros(std::string& number)
 {
@@ -37,14 +37,10 @@ std::string withZeroRules(std::string number, int zeros)
     return number;
 }
 
-std::string decimalText(double value, int places, int zeros)
-{
-    return withZeroRules(fixedText(value, places), zeros);
-}
+std::string decimalText(double value, int places, int zeros) { return withZeroRules(fixedText(value, places), zeros); }
 
 // What to do with feet and inches that are zero.
-struct ZeroRule
-{
+struct ZeroRule {
     bool feet;
     bool inches;
 };
@@ -76,7 +72,7 @@ std::string engineeringText(double value, const LinearFormat& format)
     const double size = std::abs(value);
     double feet = std::floor(size / 12);
     double inches = size - feet * 12;
-    if (leadingReal(fixedText(inches, format.precision)) >= 12) { // 11.99 rounds up to the next foot
+    if (leadingReal(fixedText(inches, format.precision)) >= 12) {  // 11.99 rounds up to the next foot
         feet += 1;
         inches = 0;
     }
@@ -85,8 +81,7 @@ std::string engineeringText(double value, const LinearFormat& format)
 }
 
 // A count of whole units and a fraction in lowest terms.
-struct Fraction
-{
+struct Fraction {
     double whole;
     long numerator;
     long denominator;
@@ -141,12 +136,9 @@ std::string unsignedText(double value, const LinearFormat& format)
     }
 }
 
-bool isZero(std::string_view text)
-{
-    return text.find_first_of("123456789") == text.npos;
-}
+bool isZero(std::string_view text) { return text.find_first_of("123456789") == text.npos; }
 
-} // namespace
+}  // namespace
 
 std::string distanceText(double value, const LinearFormat& format)
 {
@@ -178,11 +170,10 @@ std::string turnText(double value, double fullTurn, const AngularFormat& format)
     return withZeroRules(text, format.zeros);
 }
 
-struct Sexagesimal
-{
+struct Sexagesimal {
     double degrees;
     double minutes;
-    std::string seconds; // empty when not asked for
+    std::string seconds;  // empty when not asked for
     bool showMinutes;
 };
 
@@ -236,7 +227,7 @@ std::string bearingText(double degrees, const AngularFormat& format)
     return std::string(north ? "N" : "S") + gap + sexagesimalText(split, format.zeros) + gap + (east ? "E" : "W");
 }
 
-} // namespace
+}  // namespace
 
 std::string angleText(double radians, const AngularFormat& format)
 {

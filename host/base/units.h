@@ -7,38 +7,22 @@
 #include <string>
 #include <string_view>
 
-enum class LinearNotation
-{
-    Scientific = 1,
-    Decimal,
-    Engineering,
-    Architectural,
-    Fractional
-};
-enum class AngularNotation
-{
-    Degrees,
-    DegreesMinutesSeconds,
-    Grads,
-    Radians,
-    Surveyor
-};
+enum class LinearNotation { Scientific = 1, Decimal, Engineering, Architectural, Fractional };
+enum class AngularNotation { Degrees, DegreesMinutesSeconds, Grads, Radians, Surveyor };
 
-struct LinearFormat
-{
+struct LinearFormat {
     LinearNotation notation = LinearNotation::Decimal;
-    int precision = 4; // decimal places, or the power of two of the smallest fraction
+    int precision = 4;  // decimal places, or the power of two of the smallest fraction
     // Bits 1 and 2 tell which zero feet and inches are written (0 neither, 1 both, 2 feet, 3 inches);
     // 4 drops the zero before the point, 8 the zeros at the end.
     int zeros = 0;
-    bool asTyped = false; // without the blanks and dashes that would end an answer: 1'6-1/2"
+    bool asTyped = false;  // without the blanks and dashes that would end an answer: 1'6-1/2"
 };
 
-struct AngularFormat
-{
+struct AngularFormat {
     AngularNotation notation = AngularNotation::Degrees;
-    int precision = 0; // decimal places; of degrees and minutes: 0 degrees, to 2 minutes, to 4 seconds, then places
-    int zeros = 0;     // bits 4 and 8, as above
+    int precision = 0;  // decimal places; of degrees and minutes: 0 degrees, to 2 minutes, to 4 seconds, then places
+    int zeros = 0;      // bits 4 and 8, as above
     bool asTyped = false;
 };
 

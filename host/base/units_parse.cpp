@@ -11,8 +11,7 @@ namespace {
 constexpr double kDegree = std::numbers::pi / 180;
 
 // Walks a text from the front; each take leaves it as it was when it finds nothing.
-class Scanner
-{
+class Scanner {
 public:
     explicit Scanner(std::string_view text) : m_rest(text) {}
 
@@ -146,10 +145,7 @@ bool hasFeet(LinearNotation notation)
     return notation == LinearNotation::Engineering || notation == LinearNotation::Architectural;
 }
 
-bool takeDegreeMark(Scanner& scanner)
-{
-    return scanner.take("d") || scanner.take("D") || scanner.take("\xC2\xB0");
-}
+bool takeDegreeMark(Scanner& scanner) { return scanner.take("d") || scanner.take("D") || scanner.take("\xC2\xB0"); }
 
 // "12d30'15.5"" with any of its parts at the end left out, the first number already taken; degrees.
 std::optional<double> takeMinutesAndSeconds(Scanner& scanner, double degrees)
@@ -230,7 +226,7 @@ std::optional<double> takeBearing(Scanner& scanner)
     return (north == east ? meridian - *degrees : meridian + *degrees) * kDegree;
 }
 
-} // namespace
+}  // namespace
 
 std::optional<double> parseDistance(std::string_view text, LinearNotation notation)
 {

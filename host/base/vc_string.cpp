@@ -6,17 +6,11 @@
 
 namespace {
 
-const wchar_t* orEmpty(const wchar_t* text)
-{
-    return text ? text : L"";
-}
+const wchar_t* orEmpty(const wchar_t* text) { return text ? text : L""; }
 
-int place(std::size_t found)
-{
-    return found == std::wstring::npos ? -1 : static_cast<int>(found);
-}
+int place(std::size_t found) { return found == std::wstring::npos ? -1 : static_cast<int>(found); }
 
-} // namespace
+}  // namespace
 
 VcString& VcString::assign(const wchar_t* text)
 {
@@ -25,15 +19,9 @@ VcString& VcString::assign(const wchar_t* text)
     return *this;
 }
 
-VcString& VcString::assign(const VcString& text)
-{
-    return assign(text.kwszPtr());
-}
+VcString& VcString::assign(const VcString& text) { return assign(text.kwszPtr()); }
 
-VcString& VcString::assign(const char* utf8)
-{
-    return assign(utf8ToWide(utf8 ? utf8 : "").c_str());
-}
+VcString& VcString::assign(const char* utf8) { return assign(utf8ToWide(utf8 ? utf8 : "").c_str()); }
 
 VcString& VcString::append(const wchar_t* text)
 {
@@ -49,20 +37,11 @@ VcString& VcString::append(wchar_t character)
     return *this;
 }
 
-VcString& VcString::append(const char* utf8)
-{
-    return append(utf8ToWide(utf8 ? utf8 : "").c_str());
-}
+VcString& VcString::append(const char* utf8) { return append(utf8ToWide(utf8 ? utf8 : "").c_str()); }
 
-VcString& VcString::setEmpty()
-{
-    return assign(L"");
-}
+VcString& VcString::setEmpty() { return assign(L""); }
 
-bool VcString::loadString(unsigned id)
-{
-    return loadString(currentResourceHandle(), id);
-}
+bool VcString::loadString(unsigned id) { return loadString(currentResourceHandle(), id); }
 
 bool VcString::loadString(void* instance, unsigned id)
 {
@@ -78,35 +57,20 @@ const char* VcString::kszPtr() const
     return m_narrow.c_str();
 }
 
-int VcString::compare(const wchar_t* text) const
-{
-    return m_text.compare(orEmpty(text));
-}
+int VcString::compare(const wchar_t* text) const { return m_text.compare(orEmpty(text)); }
 
 int VcString::compareNoCase(const wchar_t* text) const
 {
     return ::compareNoCase(std::wstring_view(m_text), std::wstring_view(orEmpty(text)));
 }
 
-int VcString::find(const wchar_t* text) const
-{
-    return place(m_text.find(orEmpty(text)));
-}
+int VcString::find(const wchar_t* text) const { return place(m_text.find(orEmpty(text))); }
 
-int VcString::find(wchar_t character) const
-{
-    return place(m_text.find(character));
-}
+int VcString::find(wchar_t character) const { return place(m_text.find(character)); }
 
-int VcString::findRev(wchar_t character) const
-{
-    return place(m_text.rfind(character));
-}
+int VcString::findRev(wchar_t character) const { return place(m_text.rfind(character)); }
 
-int VcString::findOneOf(const wchar_t* characters) const
-{
-    return place(m_text.find_first_of(orEmpty(characters)));
-}
+int VcString::findOneOf(const wchar_t* characters) const { return place(m_text.find_first_of(orEmpty(characters))); }
 
 VcString VcString::substr(int first, int count) const
 {
@@ -173,12 +137,6 @@ VkExceptionWithMsg::VkExceptionWithMsg(const wchar_t* message, Vcad::ErrorStatus
 
 VkExceptionWithMsg::~VkExceptionWithMsg() = default;
 
-void* VcHeapOperators::allocRawMem(std::size_t size)
-{
-    return heapAllocate(size);
-}
+void* VcHeapOperators::allocRawMem(std::size_t size) { return heapAllocate(size); }
 
-void VcHeapOperators::freeRawMem(void* memory)
-{
-    heapRelease(memory);
-}
+void VcHeapOperators::freeRawMem(void* memory) { heapRelease(memory); }

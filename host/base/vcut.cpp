@@ -10,10 +10,7 @@
 #include <limits>
 #include <numbers>
 
-resbuf* vcutNewRb(int type)
-{
-    return newRb(type);
-}
+resbuf* vcutNewRb(int type) { return newRb(type); }
 
 int vcutRelRb(resbuf* chain)
 {
@@ -90,20 +87,11 @@ int vcutDelBuffer(char*& out)
     return RTNORM;
 }
 
-void vcdbFree(void* memory)
-{
-    heapRelease(memory);
-}
+void vcdbFree(void* memory) { heapRelease(memory); }
 
-void vcad_free(void* memory)
-{
-    heapRelease(memory);
-}
+void vcad_free(void* memory) { heapRelease(memory); }
 
-void vkad_free(void* memory)
-{
-    heapRelease(memory);
-}
+void vkad_free(void* memory) { heapRelease(memory); }
 
 double vcutAngle(const vds_point from, const vds_point to)
 {
@@ -113,10 +101,7 @@ double vcutAngle(const vds_point from, const vds_point to)
     return positive < kFullTurn ? positive : 0;
 }
 
-double vcutDistance(const vds_point a, const vds_point b)
-{
-    return std::hypot(b[0] - a[0], b[1] - a[1], b[2] - a[2]);
-}
+double vcutDistance(const vds_point a, const vds_point b) { return std::hypot(b[0] - a[0], b[1] - a[1], b[2] - a[2]); }
 
 void vcutPolar(const vds_point origin, double angle, double distance, vds_point result)
 {

@@ -15,42 +15,24 @@ std::u32string characters(std::string_view text)
     return out;
 }
 
-std::u32string characters(std::wstring_view text)
-{
-    return {text.begin(), text.end()};
-}
+std::u32string characters(std::wstring_view text) { return {text.begin(), text.end()}; }
 
-bool isLetter(char32_t c)
-{
-    return u_isalpha(static_cast<UChar32>(c));
-}
+bool isLetter(char32_t c) { return u_isalpha(static_cast<UChar32>(c)); }
 
-bool isDigit(char32_t c)
-{
-    return c >= U'0' && c <= U'9';
-}
+bool isDigit(char32_t c) { return c >= U'0' && c <= U'9'; }
 
-} // namespace
+}  // namespace
 
-Wildcard::Wildcard(std::string_view pattern, Case letterCase) : m_case(letterCase)
-{
-    parse(characters(pattern));
-}
+Wildcard::Wildcard(std::string_view pattern, Case letterCase) : m_case(letterCase) { parse(characters(pattern)); }
 
-Wildcard::Wildcard(std::wstring_view pattern, Case letterCase) : m_case(letterCase)
-{
-    parse(characters(pattern));
-}
+Wildcard::Wildcard(std::wstring_view pattern, Case letterCase) : m_case(letterCase) { parse(characters(pattern)); }
 
-char32_t Wildcard::folded(char32_t c) const
-{
-    return m_case == Case::DoesNotCount ? foldCharacter(c) : c;
-}
+char32_t Wildcard::folded(char32_t c) const { return m_case == Case::DoesNotCount ? foldCharacter(c) : c; }
 
 void Wildcard::parse(std::u32string_view pattern)
 {
     m_alternatives.push_back(takeAlternative(pattern));
-    while (!pattern.empty()) { // stands at a comma
+    while (!pattern.empty()) {  // stands at a comma
         m_plain = false;
         pattern.remove_prefix(1);
         m_alternatives.push_back(takeAlternative(pattern));

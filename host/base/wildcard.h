@@ -8,14 +8,9 @@
 #include <string_view>
 #include <vector>
 
-class VKHOST_API Wildcard
-{
+class VKHOST_API Wildcard {
 public:
-    enum class Case
-    {
-        Counts,
-        DoesNotCount
-    };
+    enum class Case { Counts, DoesNotCount };
     explicit Wildcard(std::string_view pattern, Case letterCase = Case::DoesNotCount);
     explicit Wildcard(std::wstring_view pattern, Case letterCase = Case::DoesNotCount);
 
@@ -26,25 +21,14 @@ public:
     bool isPlain() const { return m_plain; }
 
 private:
-    enum class Kind : unsigned char
-    {
-        Literal,
-        Digit,
-        Letter,
-        Other,
-        Any,
-        Run,
-        Set
-    };
-    struct Element
-    {
+    enum class Kind : unsigned char { Literal, Digit, Letter, Other, Any, Run, Set };
+    struct Element {
         Kind kind = Kind::Literal;
         bool negated = false;
         char32_t character = 0;
         std::vector<std::pair<char32_t, char32_t>> ranges;
     };
-    struct Alternative
-    {
+    struct Alternative {
         bool negated = false;
         std::vector<Element> elements;
     };

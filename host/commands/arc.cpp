@@ -32,8 +32,8 @@ void addArc(Editor& ed, const ArcShape& arc)
     if (!(arc.radius > 0) || arc.start == arc.end)
         throw CommandError{"The arc does not exist: its points do not allow one."};
     const double twist = ucsTwist(ed);
-    addToSpace(ed, std::make_unique<VcDbArc>(toWorld(ed, arc.centre), ucsNormal(ed), arc.radius, withinTurn(arc.start + twist),
-                                             withinTurn(arc.end + twist)));
+    addToSpace(ed, std::make_unique<VcDbArc>(toWorld(ed, arc.centre), ucsNormal(ed), arc.radius,
+                                             withinTurn(arc.start + twist), withinTurn(arc.end + twist)));
 }
 
 ArcShape throughThree(const VcGePoint3d& a, const VcGePoint3d& b, const VcGePoint3d& c)
@@ -88,12 +88,16 @@ ArcShape endsWithAngle(const VcGePoint3d& start, const VcGePoint3d& end, double 
 // The rest of the questions when the centre and the start are known.
 void fromCentre(Editor& ed, const VcGePoint3d& centre, const VcGePoint3d& start)
 {
-    const Answer a = ed.askPoint("Specify end point of arc or [Angle/chord Length]", {.keywords = "Angle Length", .from = centre});
+    const Answer a =
+        ed.askPoint("Specify end point of arc or [Angle/chord Length]", {.keywords = "Angle Length", .from = centre});
     if (a.status == Answer::Status::Value)
         return addArc(ed, {centre, centre.distanceTo(start), directionOf(centre, start), directionOf(centre, a.point)});
     if (a.text == "Angle")
-        return addArc(ed, byAngle(centre, start, ed.askAngle("Specify included angle", {.from = centre, .bits = InitGet::NoZero}).real));
-    addArc(ed, byChord(centre, start, ed.askDistance("Specify length of chord", {.from = start, .bits = InitGet::NoZero}).real));
+        return addArc(ed,
+                      byAngle(centre, start,
+                              ed.askAngle("Specify included angle", {.from = centre, .bits = InitGet::NoZero}).real));
+    addArc(ed, byChord(centre, start,
+                       ed.askDistance("Specify length of chord", {.from = start, .bits = InitGet::NoZero}).real));
 }
 
 // In a given direction from the start.
@@ -107,34 +111,45 @@ void goOn(Editor& ed, const VcGePoint3d& start, const VcGeVector3d& direction, c
 void fromEnds(Editor& ed, const VcGePoint3d& start)
 {
     const VcGePoint3d end = levelWith(start, ed.point("Specify end point of arc", {.from = start}));
-    const Answer a = ed.askPoint("Specify center point of arc or [Angle/Direction/Radius]", {.keywords = "Angle Direction Radius", .from = start});
+    const Answer a = ed.askPoint("Specify center point of arc or [Angle/Direction/Radius]",
+                                 {.keywords = "Angle Direction Radius", .from = start});
     if (a.status == Answer::Status::Value) {
         const VcGePoint3d centre = levelWith(start, a.point);
         return addArc(ed, {centre, centre.distanceTo(start), directionOf(centre, start), directionOf(centre, end)});
     }
     if (a.text == "Direction") {
-        const double direction = askDirection(ed, "Specify tangent direction for the start point of arc", {.from = start}).real;
+        const double direction =
+            askDirection(ed, "Specify tangent direction for the start point of arc", {.from = start}).real;
         return goOn(ed, start, {std::cos(direction), std::sin(direction), 0}, end);
     }
     if (a.text == "Angle")
-        return addArc(ed, endsWithAngle(start, end, ed.askAngle("Specify included angle", {.from = start, .bits = InitGet::NoZero}).real));
-    addArc(ed, byRadius(start, end, ed.askDistance("Specify radius of arc", {.from = end, .bits = InitGet::NoZero}).real));
+        return addArc(
+            ed, endsWithAngle(start, end,
+                              ed.askAngle("Specify included angle", {.from = start, .bits = InitGet::NoZero}).real));
+    addArc(ed,
+           byRadius(start, end, ed.askDistance("Specify radius of arc", {.from = end, .bits = InitGet::NoZero}).real));
 }
 
 void arc(Editor& ed)
 {
     const auto last = lastCurveEnd(ed);
-    const Answer first = ed.askPoint("Specify start point of arc or [Center]", {.keywords = "Center", .enterEnds = last.has_value()});
+    const Answer first =
+        ed.askPoint("Specify start point of arc or [Center]", {.keywords = "Center", .enterEnds = last.has_value()});
     if (first.status == Answer::Status::Enter)
-        return goOn(ed, last->point, last->direction, levelWith(last->point, ed.point("Specify end point of arc", {.from = last->point})));
+        return goOn(ed, last->point, last->direction,
+                    levelWith(last->point, ed.point("Specify end point of arc", {.from = last->point})));
     if (first.status == Answer::Status::Keyword) {
         const VcGePoint3d centre = ed.point("Specify center point of arc");
         return fromCentre(ed, centre, levelWith(centre, ed.point("Specify start point of arc", {.from = centre})));
     }
-    const Answer second = ed.askPoint("Specify second point of arc or [Center/End]", {.keywords = "Center End", .from = first.point});
+    const Answer second =
+        ed.askPoint("Specify second point of arc or [Center/End]", {.keywords = "Center End", .from = first.point});
     if (second.status == Answer::Status::Keyword)
-        return second.text == "Center" ? fromCentre(ed, levelWith(first.point, ed.point("Specify center point of arc", {.from = first.point})), first.point)
-                                       : fromEnds(ed, first.point);
+        return second.text == "Center"
+                   ? fromCentre(ed,
+                                levelWith(first.point, ed.point("Specify center point of arc", {.from = first.point})),
+                                first.point)
+                   : fromEnds(ed, first.point);
     const VcGePoint3d end = ed.point("Specify end point of arc", {.from = second.point});
     addArc(ed, throughThree(first.point, levelWith(first.point, second.point), levelWith(first.point, end)));
 }

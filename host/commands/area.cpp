@@ -18,7 +18,8 @@ struct Measured {
 
 void tell(Editor& ed, const Measured& m)
 {
-    ed.printLine(fmt::format("Area = {}, {} = {}", lengthText(m.area), m.closed ? "Perimeter" : "Length", lengthText(m.perimeter)));
+    ed.printLine(fmt::format("Area = {}, {} = {}", lengthText(m.area), m.closed ? "Perimeter" : "Length",
+                             lengthText(m.perimeter)));
     ed.vars().force("AREA", m.area);
     ed.vars().force("PERIMETER", m.perimeter);
 }
@@ -28,7 +29,8 @@ std::optional<Measured> askOutline(Editor& ed, const VcGePoint3d& first)
 {
     std::vector<VcGePoint3d> points{first};
     for (;;) {
-        const Answer a = ed.askPoint(points.size() >= 3 ? "Specify next corner point or press ENTER for total" : "Specify next corner point",
+        const Answer a = ed.askPoint(points.size() >= 3 ? "Specify next corner point or press ENTER for total"
+                                                        : "Specify next corner point",
                                      {.from = points.back(), .enterEnds = true});
         if (a.status != Answer::Status::Value)
             break;
@@ -94,8 +96,12 @@ void area(Editor& ed)
     for (;;) {
         const bool once = total.mode == Mode::Once;
         const Answer a = ed.askPoint(once ? "Specify first corner point or [Object/Add area/Subtract area] <Object>"
-                                     : total.mode == Mode::Add ? "Specify first corner point or [Object/Subtract area]" : "Specify first corner point or [Object/Add area]",
-                                     {.keywords = once ? "Object Add Subtract" : total.mode == Mode::Add ? "Object Subtract" : "Object Add", .enterEnds = true});
+                                     : total.mode == Mode::Add ? "Specify first corner point or [Object/Subtract area]"
+                                                               : "Specify first corner point or [Object/Add area]",
+                                     {.keywords = once                      ? "Object Add Subtract"
+                                                  : total.mode == Mode::Add ? "Object Subtract"
+                                                                            : "Object Add",
+                                      .enterEnds = true});
         if (a.status == Answer::Status::Enter && !once)
             return;
         if (a.status == Answer::Status::Value) {

@@ -35,7 +35,8 @@ std::int64_t mostObjects()
 void checkCount(double copies, std::size_t objects)
 {
     if (copies * double(objects) > double(mostObjects()))
-        throw CommandError{fmt::format("An array of {:.0f} objects is more than the {} that MaxArray allows.", copies * double(objects), mostObjects())};
+        throw CommandError{fmt::format("An array of {:.0f} objects is more than the {} that MaxArray allows.",
+                                       copies * double(objects), mostObjects())};
 }
 
 std::int64_t askCount(Editor& ed, const char* prompt)
@@ -54,11 +55,13 @@ Spacing askRowSpacing(Editor& ed, bool withCell)
     for (;;) {
         Question q;
         q.kind = Question::Kind::Point;
-        q.prompt = withCell ? "Enter the distance between rows or specify unit cell (---): " : "Specify the distance between rows (---): ";
+        q.prompt = withCell ? "Enter the distance between rows or specify unit cell (---): "
+                            : "Specify the distance between rows (---): ";
         q.init.bits = InitGet::Arbitrary | InitGet::NoEnter;
         const Answer a = ed.ask(q);
         if (a.status == Status::Value) {
-            const VcGePoint3d other = ed.point(withCell ? "Specify opposite corner" : "Specify second point", {.from = a.point});
+            const VcGePoint3d other =
+                ed.point(withCell ? "Specify opposite corner" : "Specify second point", {.from = a.point});
             const VcGeVector3d cell = other - a.point;
             if (withCell ? cell.x == 0 || cell.y == 0 : cell.length() == 0) {
                 ed.printLine(withCell ? "A cell needs a width and a height." : "Value must be nonzero.");
@@ -97,7 +100,9 @@ void rectangular(Editor& ed, const SelectionSet& objects)
     for (std::int64_t row = 0; row < rows; ++row)
         for (std::int64_t column = 0; column < columns; ++column)
             if (row + column > 0)
-                placeCopy(ed, objects, VcGeMatrix3d::translation(x * (spacing.along.value_or(0) * double(column)) + y * (spacing.up * double(row))));
+                placeCopy(ed, objects,
+                          VcGeMatrix3d::translation(x * (spacing.along.value_or(0) * double(column)) +
+                                                    y * (spacing.up * double(row))));
 }
 
 // The place by which an object goes round when it is not turned: its centre, its insertion, its start.
@@ -128,12 +133,14 @@ struct PolarLayout {
 // Two of the number of items, the angle to fill and the angle between items.
 void askItems(Editor& ed, PolarLayout& layout)
 {
-    const Answer count = ed.askInteger("Enter the number of items in the array", {.bits = InitGet::NoZero | InitGet::NoNegative, .enterEnds = true});
+    const Answer count = ed.askInteger("Enter the number of items in the array",
+                                       {.bits = InitGet::NoZero | InitGet::NoNegative, .enterEnds = true});
     const bool hasCount = count.status == Status::Value;
     if (hasCount && count.integer < 2)
         throw CommandError{"An array of one element is what is there already."};
     const double whole = 2 * M_PI;
-    const Answer fill = ed.askAngle("Specify the angle to fill (+=ccw, -=cw) <360>", {.bits = hasCount ? 0 : int(InitGet::NoZero), .enterEnds = true});
+    const Answer fill = ed.askAngle("Specify the angle to fill (+=ccw, -=cw) <360>",
+                                    {.bits = hasCount ? 0 : int(InitGet::NoZero), .enterEnds = true});
     const double angle = fill.status == Status::Value ? fill.real : whole;
     const bool isWhole = std::fabs(std::fabs(angle) - whole) < 1e-9;
     if (hasCount && angle != 0) {
@@ -143,7 +150,8 @@ void askItems(Editor& ed, PolarLayout& layout)
     }
     const double between = ed.askAngle("Angle between items (+=ccw, -=cw)", {.bits = InitGet::NoZero}).real;
     layout.step = hasCount ? between : std::copysign(between, angle);
-    layout.items = hasCount ? count.integer : std::int64_t(std::floor(std::fabs(angle / between) + 1e-9)) + (isWhole ? 0 : 1);
+    layout.items =
+        hasCount ? count.integer : std::int64_t(std::floor(std::fabs(angle / between) + 1e-9)) + (isWhole ? 0 : 1);
 }
 
 void polar(Editor& ed, const SelectionSet& objects)
@@ -172,8 +180,9 @@ void array(Editor& ed)
     if (objects->empty())
         return;
     const bool wasPolar = lastWasPolar();
-    const std::string type = ed.keyword(fmt::format("Enter the type of array [Rectangular/Polar] <{}>", wasPolar ? "P" : "R"), "Rectangular Polar",
-                                        wasPolar ? "Polar" : "Rectangular");
+    const std::string type =
+        ed.keyword(fmt::format("Enter the type of array [Rectangular/Polar] <{}>", wasPolar ? "P" : "R"),
+                   "Rectangular Polar", wasPolar ? "Polar" : "Rectangular");
     lastWasPolar() = type == "Polar";
     type == "Polar" ? polar(ed, *objects) : rectangular(ed, *objects);
 }

@@ -25,7 +25,8 @@ struct Found {
 class Wanted {
 public:
     explicit Wanted(Editor& ed)
-        : m_ed(ed), m_block(ed.text("Enter block name specification", "*")), m_tag(ed.word("Enter attribute tag specification", "*")), m_value(askValue(ed))
+        : m_ed(ed), m_block(ed.text("Enter block name specification", "*")),
+          m_tag(ed.word("Enter attribute tag specification", "*")), m_value(askValue(ed))
     {
     }
 
@@ -38,13 +39,17 @@ public:
             auto* attribute = VcDbAttribute::cast(part);
             if (!attribute || !m_tag.matches(attribute->tagUtf8()) || !meansValue(attribute->textUtf8()))
                 continue;
-            isOnLockedLayer(*attribute) || isOnLockedLayer(reference) ? void(++found.locked) : found.attributes.push_back(attribute);
+            isOnLockedLayer(*attribute) || isOnLockedLayer(reference) ? void(++found.locked)
+                                                                      : found.attributes.push_back(attribute);
         }
     }
 
 private:
     static std::string askValue(Editor& ed) { return ed.text("Enter attribute value specification", "*"); }
-    bool meansValue(const std::string& value) const { return m_value == "\\" ? value.empty() : Wildcard(m_value, Wildcard::Case::Counts).matches(value); }
+    bool meansValue(const std::string& value) const
+    {
+        return m_value == "\\" ? value.empty() : Wildcard(m_value, Wildcard::Case::Counts).matches(value);
+    }
 
     Editor& m_ed;
     Wildcard m_block, m_tag;
@@ -85,7 +90,10 @@ bool exchange(VcDbAttribute& attribute, const std::string& from, const std::stri
     return attribute.setTextUtf8(value) == Vcad::eOk;
 }
 
-bool yes(Editor& ed, const std::string& question) { return ed.keyword(question + " [Yes/No] <Y>", "Yes No", "Yes") == "Yes"; }
+bool yes(Editor& ed, const std::string& question)
+{
+    return ed.keyword(question + " [Yes/No] <Y>", "Yes No", "Yes") == "Yes";
+}
 
 void globally(Editor& ed)
 {
@@ -124,18 +132,21 @@ void editPosition(Editor& ed, VcDbAttribute& attribute)
 {
     const Answer a = ed.askPoint("Specify new text insertion point <no change>", {.enterEnds = true});
     if (a.status == Answer::Status::Value)
-        attribute.isDefaultAlignment() ? attribute.setPosition(toWorld(ed, a.point)) : attribute.setAlignmentPoint(toWorld(ed, a.point));
+        attribute.isDefaultAlignment() ? attribute.setPosition(toWorld(ed, a.point))
+                                       : attribute.setAlignmentPoint(toWorld(ed, a.point));
 }
 
 void editHeight(Editor& ed, VcDbAttribute& attribute)
 {
-    attribute.setHeight(ed.distance("Specify new height", attribute.height(), {.bits = InitGet::NoZero | InitGet::NoNegative}));
+    attribute.setHeight(
+        ed.distance("Specify new height", attribute.height(), {.bits = InitGet::NoZero | InitGet::NoNegative}));
 }
 
 void editAngle(Editor& ed, VcDbAttribute& attribute)
 {
     const double now = attribute.rotation() - ucsTwist(ed);
-    const Answer a = askDirection(ed, fmt::format("Specify new rotation angle <{}>", directionText(ed, now)), {.enterEnds = true});
+    const Answer a =
+        askDirection(ed, fmt::format("Specify new rotation angle <{}>", directionText(ed, now)), {.enterEnds = true});
     if (a.status == Answer::Status::Value)
         attribute.setRotation(a.real + ucsTwist(ed));
 }
@@ -203,8 +214,10 @@ void values(Editor& ed)
         if (isOnLockedLayer(*reference))
             return ed.printLine("That block is on a locked layer.");
         for (VcDbEntity* part : reference->attributes())
-            if (auto* attribute = VcDbAttribute::cast(part); attribute && !attribute->isConstant() && !isOnLockedLayer(*attribute))
-                attribute->setTextUtf8(ed.text(fmt::format("Enter value for {}", attribute->tagUtf8()), attribute->textUtf8()));
+            if (auto* attribute = VcDbAttribute::cast(part);
+                attribute && !attribute->isConstant() && !isOnLockedLayer(*attribute))
+                attribute->setTextUtf8(
+                    ed.text(fmt::format("Enter value for {}", attribute->tagUtf8()), attribute->textUtf8()));
         return;
     }
 }

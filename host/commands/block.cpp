@@ -35,7 +35,8 @@ std::optional<std::string> askName(Editor& ed)
         if (known && known->isFromExternalReference())
             throw CommandError{fmt::format("\"{}\" is an external reference. -XREF changes it.", name)};
         if (known && ed.vars().integer("EXPERT") < 2 &&
-            ed.keyword(fmt::format("Block \"{}\" already exists. Redefine it? [Yes/No] <N>", name), "Yes No", "No") == "No")
+            ed.keyword(fmt::format("Block \"{}\" already exists. Redefine it? [Yes/No] <N>", name), "Yes No", "No") ==
+                "No")
             continue;
         return name;
     }
@@ -47,7 +48,8 @@ void refuseCircle(Editor& ed, const std::string& name, const SelectionSet& objec
     if (block.isNull())
         return;
     for (const VcDbObjectId id : objects.ids())
-        if (const auto* reference = ed.db().liveAs<VcDbBlockReference>(id); reference && refersTo(ed.db(), reference->blockTableRecord(), block))
+        if (const auto* reference = ed.db().liveAs<VcDbBlockReference>(id);
+            reference && refersTo(ed.db(), reference->blockTableRecord(), block))
             throw CommandError{fmt::format("Block \"{}\" would refer to itself.", name)};
 }
 
@@ -74,7 +76,8 @@ void block(Editor& ed)
     const VcGePoint3d base = ed.point("Specify insertion base point");
     const auto objects = ed.select();
     refuseCircle(ed, *name, *objects);
-    if (objects->empty() && ed.keyword("Nothing is selected. Make an empty block? [Yes/No] <N>", "Yes No", "No") == "No")
+    if (objects->empty() &&
+        ed.keyword("Nothing is selected. Make an empty block? [Yes/No] <N>", "Yes No", "No") == "No")
         return;
     define(ed, *name, base, *objects);
 }
@@ -82,7 +85,9 @@ void block(Editor& ed)
 void base(Editor& ed)
 {
     const VcGePoint3d now = ed.vars().point("INSBASE");
-    const Answer a = ed.askPoint(fmt::format("Enter base point <{},{},{}>", lengthText(now.x), lengthText(now.y), lengthText(now.z)), {.enterEnds = true});
+    const Answer a =
+        ed.askPoint(fmt::format("Enter base point <{},{},{}>", lengthText(now.x), lengthText(now.y), lengthText(now.z)),
+                    {.enterEnds = true});
     if (a.status == Answer::Status::Value)
         ed.vars().set("INSBASE", toWorld(ed, a.point));
 }

@@ -35,7 +35,10 @@ VcDbObjectIdArray membersOf(const DatabaseCore& db, const Block& block)
 
 }
 
-Block* blockNamed(Editor& ed, std::string_view name) { return ed.db().liveAs<Block>(ed.db().findRecord(NameTable::Block, name)); }
+Block* blockNamed(Editor& ed, std::string_view name)
+{
+    return ed.db().liveAs<Block>(ed.db().findRecord(NameTable::Block, name));
+}
 
 void listBlocks(Editor& ed, const std::string& names)
 {
@@ -47,11 +50,15 @@ void listBlocks(Editor& ed, const std::string& names)
         if (block->isLayout())
             continue;
         const std::string& name = block->nameUtf8();
-        ++(name.starts_with('*') ? anonymous : block->isFromExternalReference() ? references : block->isDependent() ? dependent : own);
+        ++(name.starts_with('*')              ? anonymous
+           : block->isFromExternalReference() ? references
+           : block->isDependent()             ? dependent
+                                              : own);
         if (!name.starts_with('*') && pattern.matches(name))
             ed.printLine(fmt::format("  \"{}\"{}", name, block->isFromExternalReference() ? "  Xref" : ""));
     }
-    ed.printLine(fmt::format("User Blocks: {}  External References: {}  Dependent Blocks: {}  Unnamed Blocks: {}", own, references, dependent, anonymous));
+    ed.printLine(fmt::format("User Blocks: {}  External References: {}  Dependent Blocks: {}  Unnamed Blocks: {}", own,
+                             references, dependent, anonymous));
 }
 
 Block& emptyBlock(Editor& ed, const std::string& name)
@@ -62,7 +69,8 @@ Block& emptyBlock(Editor& ed, const std::string& name)
         return *known;
     }
     if (!isLegalRecordName(name) || name.starts_with('*'))
-        throw CommandError{fmt::format("\"{}\" is no name for a block: it must not be empty nor hold any of <>/\\\":;?*|,=`.", name)};
+        throw CommandError{
+            fmt::format("\"{}\" is no name for a block: it must not be empty nor hold any of <>/\\\":;?*|,=`.", name)};
     return addBlockRecord(ed.db(), name);
 }
 
@@ -107,7 +115,9 @@ std::string findDrawing(Editor&, const std::string& typed)
     for (const char* ending : {"", ".dwg", ".dxf"})
         if (const auto path = findSupportFile(name + ending))
             return *path;
-    throw CommandError{fmt::format("Cannot find the drawing \"{}\": it is neither a block of this drawing nor a file along the support path.", name)};
+    throw CommandError{fmt::format(
+        "Cannot find the drawing \"{}\": it is neither a block of this drawing nor a file along the support path.",
+        name)};
 }
 
 std::unique_ptr<VcDbDatabase> readOther(Editor& ed, const std::string& path)
@@ -134,7 +144,8 @@ Block& blockFromFile(Editor& ed, const std::string& name, const std::string& pat
     const auto* model = from.objectAs<Block>(from.modelSpace());
     const VcDbObjectId inner = from.findRecord(NameTable::Block, name);
     if (!model || (!inner.isNull() && refersTo(from, from.modelSpace(), inner)))
-        throw CommandError{fmt::format("Block \"{}\" would refer to itself: the drawing {} holds a block of that name.", name, path)};
+        throw CommandError{
+            fmt::format("Block \"{}\" would refer to itself: the drawing {} holds a block of that name.", name, path)};
     Block& block = emptyBlock(ed, name);
     const auto base = from.header().point("$INSBASE");
     block.setOrigin(base ? VcGePoint3d(base->x, base->y, base->z) : VcGePoint3d());

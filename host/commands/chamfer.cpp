@@ -15,7 +15,8 @@ struct Distances {
 class Chamfer final : public CornerCommand {
 public:
     explicit Chamfer(Editor& ed)
-        : CornerCommand(ed, {"line", "Undo/Polyline/Distance/Angle/Trim/mEthod/Multiple", "Distance/Angle/mEthod", "chamfered"})
+        : CornerCommand(
+              ed, {"line", "Undo/Polyline/Distance/Angle/Trim/mEthod/Multiple", "Distance/Angle/mEthod", "chamfered"})
     {
     }
 
@@ -46,14 +47,17 @@ void Chamfer::tellSettings()
     const SysVars& vars = m_ed.vars();
     const char* mode = trims() ? "TRIM" : "NOTRIM";
     if (byAngle())
-        m_ed.printLine(fmt::format("({} mode) Current chamfer Length = {}, Angle = {}", mode, lengthText(vars.real("CHAMFERC")), angleText(vars.real("CHAMFERD"))));
+        m_ed.printLine(fmt::format("({} mode) Current chamfer Length = {}, Angle = {}", mode,
+                                   lengthText(vars.real("CHAMFERC")), angleText(vars.real("CHAMFERD"))));
     else
-        m_ed.printLine(fmt::format("({} mode) Current chamfer Dist1 = {}, Dist2 = {}", mode, lengthText(vars.real("CHAMFERA")), lengthText(vars.real("CHAMFERB"))));
+        m_ed.printLine(fmt::format("({} mode) Current chamfer Dist1 = {}, Dist2 = {}", mode,
+                                   lengthText(vars.real("CHAMFERA")), lengthText(vars.real("CHAMFERB"))));
 }
 
 void Chamfer::askDistances()
 {
-    const double first = m_ed.distance("Specify first chamfer distance", m_ed.vars().real("CHAMFERA"), {.bits = InitGet::NoNegative});
+    const double first =
+        m_ed.distance("Specify first chamfer distance", m_ed.vars().real("CHAMFERA"), {.bits = InitGet::NoNegative});
     const double second = m_ed.distance("Specify second chamfer distance", first, {.bits = InitGet::NoNegative});
     m_ed.vars().set("CHAMFERA", first);
     m_ed.vars().set("CHAMFERB", second);
@@ -62,9 +66,11 @@ void Chamfer::askDistances()
 
 void Chamfer::askAngle()
 {
-    const double length = m_ed.distance("Specify chamfer length on the first line", m_ed.vars().real("CHAMFERC"), {.bits = InitGet::NoNegative});
+    const double length = m_ed.distance("Specify chamfer length on the first line", m_ed.vars().real("CHAMFERC"),
+                                        {.bits = InitGet::NoNegative});
     const double known = m_ed.vars().real("CHAMFERD");
-    const Answer a = m_ed.askAngle(fmt::format("Specify chamfer angle from the first line <{}>", angleText(known)), {.enterEnds = true});
+    const Answer a = m_ed.askAngle(fmt::format("Specify chamfer angle from the first line <{}>", angleText(known)),
+                                   {.enterEnds = true});
     const double angle = a.status == Answer::Status::Enter ? known : a.real;
     if (!(angle >= 0 && angle < M_PI / 2))
         throw CommandError{"The angle of a chamfer lies between 0 and 90 degrees."};
@@ -76,17 +82,19 @@ void Chamfer::askAngle()
 void Chamfer::askMethod()
 {
     const char* now = byAngle() ? "Angle" : "Distance";
-    m_ed.vars().set("CHAMMODE", std::int32_t(m_ed.keyword(fmt::format("Enter trim method [Distance/Angle] <{}>", now), "Distance Angle", now) == "Angle"));
+    m_ed.vars().set("CHAMMODE", std::int32_t(m_ed.keyword(fmt::format("Enter trim method [Distance/Angle] <{}>", now),
+                                                          "Distance Angle", now) == "Angle"));
 }
 
 CornerMaker Chamfer::maker() const
 {
     const Distances d = distances();
-    return {[=](const geom::CornerSide& a, const geom::CornerSide& b) { return geom::chamfered(a, b, d.first, d.second); },
-            [=](const geom::Polyline& p, std::size_t vertex, bool swapped) {
-                return geom::chamferedAt(p, vertex, swapped ? d.second : d.first, swapped ? d.first : d.second);
-            },
-            trims()};
+    return {
+        [=](const geom::CornerSide& a, const geom::CornerSide& b) { return geom::chamfered(a, b, d.first, d.second); },
+        [=](const geom::Polyline& p, std::size_t vertex, bool swapped) {
+            return geom::chamferedAt(p, vertex, swapped ? d.second : d.first, swapped ? d.first : d.second);
+        },
+        trims()};
 }
 
 void Chamfer::askSetting(const std::string& keyword)

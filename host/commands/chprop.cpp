@@ -55,7 +55,8 @@ bool setThicknessOf(VcDbEntity& entity, double thickness)
 
 bool setThickness(VcDbEntity& entity, double thickness)
 {
-    return setThicknessOf<VcDbLine, VcDbPoint, VcDbCircle, VcDbArc, VcDbPolyline, VcDb2dPolyline, VcDbFilledQuad, VcDbText, VcDbShape>(entity, thickness);
+    return setThicknessOf<VcDbLine, VcDbPoint, VcDbCircle, VcDbArc, VcDbPolyline, VcDb2dPolyline, VcDbFilledQuad,
+                          VcDbText, VcDbShape>(entity, thickness);
 }
 
 template <class... Classes>
@@ -73,7 +74,8 @@ std::optional<double> thicknessAs(const VcDbEntity& entity)
 // Nothing for a class that has none.
 std::optional<double> thicknessOf(const VcDbEntity& entity)
 {
-    return thicknessAs<VcDbLine, VcDbPoint, VcDbCircle, VcDbArc, VcDbPolyline, VcDb2dPolyline, VcDbFilledQuad, VcDbText, VcDbShape>(entity);
+    return thicknessAs<VcDbLine, VcDbPoint, VcDbCircle, VcDbArc, VcDbPolyline, VcDb2dPolyline, VcDbFilledQuad, VcDbText,
+                       VcDbShape>(entity);
 }
 
 // The value that all have, or "varies".
@@ -107,34 +109,41 @@ VcDbObjectId askRecord(Editor& ed, NameTable table, std::string_view prompt, con
             return {};
         if (const VcDbObjectId id = ed.db().findRecord(table, name); !id.isNull())
             return id;
-        ed.printLine(table == NameTable::Layer ? fmt::format("Cannot find layer \"{}\".", name) : fmt::format("Linetype \"{}\" is not loaded.", name));
+        ed.printLine(table == NameTable::Layer ? fmt::format("Cannot find layer \"{}\".", name)
+                                               : fmt::format("Linetype \"{}\" is not loaded.", name));
     }
 }
 
 void layer(Editor& ed, const std::vector<VcDbEntity*>& entities)
 {
-    const VcDbObjectId id = askRecord(ed, NameTable::Layer, "Enter new layer name", common(entities, [&](const VcDbEntity& e) { return recordName(ed, e.layerId()); }));
+    const VcDbObjectId id =
+        askRecord(ed, NameTable::Layer, "Enter new layer name",
+                  common(entities, [&](const VcDbEntity& e) { return recordName(ed, e.layerId()); }));
     if (!id.isNull())
         changeAll(ed, entities, [&](VcDbEntity& e) { return e.setLayer(id) == Vcad::eOk; });
 }
 
 void linetype(Editor& ed, const std::vector<VcDbEntity*>& entities)
 {
-    const VcDbObjectId id = askRecord(ed, NameTable::Linetype, "Enter new linetype name", common(entities, [&](const VcDbEntity& e) { return recordName(ed, e.linetypeId()); }));
+    const VcDbObjectId id =
+        askRecord(ed, NameTable::Linetype, "Enter new linetype name",
+                  common(entities, [&](const VcDbEntity& e) { return recordName(ed, e.linetypeId()); }));
     if (!id.isNull())
         changeAll(ed, entities, [&](VcDbEntity& e) { return e.setLinetype(id) == Vcad::eOk; });
 }
 
 void linetypeScale(Editor& ed, const std::vector<VcDbEntity*>& entities)
 {
-    const double scale = ed.real("Specify new linetype scale", entities.front()->linetypeScale(), {.bits = InitGet::NoZero | InitGet::NoNegative});
+    const double scale = ed.real("Specify new linetype scale", entities.front()->linetypeScale(),
+                                 {.bits = InitGet::NoZero | InitGet::NoNegative});
     changeAll(ed, entities, [&](VcDbEntity& e) { return e.setLinetypeScale(scale) == Vcad::eOk; });
 }
 
 void lineWeight(Editor& ed, const std::vector<VcDbEntity*>& entities)
 {
     for (;;) {
-        const std::string typed = ed.word("Enter new lineweight (0.0mm - 2.11mm, ByLayer, ByBlock, Default)", std::string("ByLayer"));
+        const std::string typed =
+            ed.word("Enter new lineweight (0.0mm - 2.11mm, ByLayer, ByBlock, Default)", std::string("ByLayer"));
         if (const auto weight = lineWeightOf(typed))
             return changeAll(ed, entities, [&](VcDbEntity& e) { return e.setLineWeight(*weight) == Vcad::eOk; });
         ed.printLine("Requires a width from 0 to 2.11 millimetres, ByLayer, ByBlock or Default.");
@@ -159,7 +168,8 @@ void elevation(Editor& ed, const std::vector<VcDbEntity*>& entities)
         // What does not lie level in the UCS has no elevation.
         if (box.maxPoint().z - box.minPoint().z > 1e-9 * std::max(1.0, std::abs(box.maxPoint().z)))
             return false;
-        return e.transformBy(m * VcGeMatrix3d::translation({0, 0, value - box.minPoint().z}) * m.inverse()) == Vcad::eOk;
+        return e.transformBy(m * VcGeMatrix3d::translation({0, 0, value - box.minPoint().z}) * m.inverse()) ==
+               Vcad::eOk;
     });
 }
 
@@ -168,7 +178,7 @@ struct Option {
     void (*run)(Editor&, const std::vector<VcDbEntity*>&);
 };
 constexpr Option kOptions[] = {
-    {"Color", colour},        {"Elev", elevation},       {"LAyer", layer},         {"LType", linetype},
+    {"Color", colour},          {"Elev", elevation},     {"LAyer", layer},         {"LType", linetype},
     {"ltScale", linetypeScale}, {"LWeight", lineWeight}, {"Thickness", thickness},
 };
 

@@ -43,7 +43,8 @@ std::optional<VcCmColor> colourOf(std::string_view text)
     if (text.find(',') != std::string_view::npos)
         return trueColourOf(text);
     const auto index = parseInteger(text);
-    return index && *index >= 1 && *index <= 255 ? std::optional(VcCmColor::fromIndex(std::int16_t(*index))) : std::nullopt;
+    return index && *index >= 1 && *index <= 255 ? std::optional(VcCmColor::fromIndex(std::int16_t(*index)))
+                                                 : std::nullopt;
 }
 
 std::string colourText(const VcCmColor& colour)
@@ -52,7 +53,8 @@ std::string colourText(const VcCmColor& colour)
         return "BYLAYER";
     if (colour.isByBlock())
         return "BYBLOCK";
-    return colour.isByColor() ? fmt::format("{},{},{}", colour.red(), colour.green(), colour.blue()) : std::to_string(colour.colorIndex());
+    return colour.isByColor() ? fmt::format("{},{},{}", colour.red(), colour.green(), colour.blue())
+                              : std::to_string(colour.colorIndex());
 }
 
 VcCmColor askColour(edit::Editor& ed, std::string_view prompt, const VcCmColor& byDefault)

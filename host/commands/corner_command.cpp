@@ -27,7 +27,8 @@ void CornerCommand::askTrim()
 std::optional<CurvePick> CornerCommand::askCurve(const std::string& what)
 {
     for (;;) {
-        const Answer a = m_ed.askEntity(fmt::format("Select {} or [{}]", what, m_words.settings), {.keywords = keywordsOf(m_words.settings)});
+        const Answer a = m_ed.askEntity(fmt::format("Select {} or [{}]", what, m_words.settings),
+                                        {.keywords = keywordsOf(m_words.settings)});
         if (a.status == Status::Enter)
             return std::nullopt;
         if (a.status == Status::Keyword)
@@ -94,7 +95,8 @@ void CornerCommand::run()
 {
     tellSettings();
     for (;;) {
-        const Answer a = m_ed.askEntity(fmt::format("Select first {} or [{}]", m_words.side, m_words.options), {.keywords = keywordsOf(m_words.options)});
+        const Answer a = m_ed.askEntity(fmt::format("Select first {} or [{}]", m_words.side, m_words.options),
+                                        {.keywords = keywordsOf(m_words.options)});
         if (a.status == Status::Enter)
             return;
         if (a.status == Status::Keyword) {

@@ -11,8 +11,8 @@
 
 namespace vk::commands {
 
-using geom::Curve;
 using geom::CornerFailure;
+using geom::Curve;
 
 namespace {
 
@@ -72,7 +72,8 @@ std::optional<Curve> restOf(const CornerPick& side)
 void keepWidth(geom::Polyline& changed, const geom::Polyline& before)
 {
     const double width = before.vertices.front().startWidth;
-    const bool even = std::all_of(before.vertices.begin(), before.vertices.end(), [&](const auto& v) { return v.startWidth == width && v.endWidth == width; });
+    const bool even = std::all_of(before.vertices.begin(), before.vertices.end(),
+                                  [&](const auto& v) { return v.startWidth == width && v.endWidth == width; });
     for (auto& v : changed.vertices)
         if (even)
             v.startWidth = v.endWidth = width;
@@ -140,7 +141,8 @@ Remainder remainderOf(const geom::Polyline& p, std::size_t first, std::size_t se
     return rest;
 }
 
-bool farCorner(edit::Editor& ed, CurveEdits& edits, const CornerPick& a, const CornerPick& b, const CornerMaker& maker, bool firstLeads, bool closes)
+bool farCorner(edit::Editor& ed, CurveEdits& edits, const CornerPick& a, const CornerPick& b, const CornerMaker& maker,
+               bool firstLeads, bool closes)
 {
     const geom::Polyline& p = *polylineOf(a.pick);
     const CornerPick &lead = firstLeads ? a : b, &follow = firstLeads ? b : a;
@@ -148,7 +150,8 @@ bool farCorner(edit::Editor& ed, CurveEdits& edits, const CornerPick& a, const C
     geom::CornerSide leadSide = keptTowards(lead, rest.firstKept), followSide = keptTowards(follow, rest.secondKept);
     faceParallel(leadSide, followSide.curve);
     faceParallel(followSide, leadSide.curve);
-    const geom::CornerResult result = firstLeads ? maker.corner(leadSide, followSide) : maker.corner(followSide, leadSide);
+    const geom::CornerResult result =
+        firstLeads ? maker.corner(leadSide, followSide) : maker.corner(followSide, leadSide);
     if (result.failure != CornerFailure::None)
         return refuse(ed, reason(result.failure));
     for (const auto& part : {result.corner.first, result.corner.between, result.corner.second})
@@ -160,16 +163,20 @@ bool farCorner(edit::Editor& ed, CurveEdits& edits, const CornerPick& a, const C
     return edits.replace(*a.pick.entity, {Curve(*whole)});
 }
 
-bool onePolyline(edit::Editor& ed, CurveEdits& edits, const CornerPick& a, const CornerPick& b, const CornerMaker& maker)
+bool onePolyline(edit::Editor& ed, CurveEdits& edits, const CornerPick& a, const CornerPick& b,
+                 const CornerMaker& maker)
 {
     const geom::Polyline& p = *polylineOf(a.pick);
     const std::size_t n = p.vertices.size(), s = *a.segment, t = *b.segment;
-    const bool firstLeads = t == s + 1 || (p.closed && t == (s + 1) % n), secondLeads = s == t + 1 || (p.closed && s == (t + 1) % n);
+    const bool firstLeads = t == s + 1 || (p.closed && t == (s + 1) % n),
+               secondLeads = s == t + 1 || (p.closed && s == (t + 1) % n);
     if (!firstLeads && !secondLeads) {
         const std::size_t segments = n - (p.closed ? 0 : 1), ahead = t > s ? t - s : s - t;
-        const bool overOne = ahead == 2 || (p.closed && ahead + 2 == segments), closes = !overOne && isEndSegment(p, s) && isEndSegment(p, t);
+        const bool overOne = ahead == 2 || (p.closed && ahead + 2 == segments),
+                   closes = !overOne && isEndSegment(p, s) && isEndSegment(p, t);
         if (!overOne && !closes)
-            return refuse(ed, "Those segments of the polyline neither follow each other nor have just one between them.");
+            return refuse(ed,
+                          "Those segments of the polyline neither follow each other nor have just one between them.");
         return farCorner(ed, edits, a, b, maker, p.closed ? (s + 2) % n == t : s < t, closes);
     }
     if (p.vertices[s].bulge != 0 || p.vertices[t].bulge != 0)

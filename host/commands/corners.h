@@ -25,7 +25,8 @@ struct CornerMaker {
 };
 
 // False, with the reason told and nothing changed, when there can be no such corner. One step of the edits.
-bool makeCorner(edit::Editor& ed, CurveEdits& edits, const CornerPick& a, const CornerPick& b, const CornerMaker& maker);
+bool makeCorner(edit::Editor& ed, CurveEdits& edits, const CornerPick& a, const CornerPick& b,
+                const CornerMaker& maker);
 
 const geom::Polyline* polylineOf(const CurvePick& pick);
 

@@ -47,7 +47,8 @@ std::optional<CurvePick> curvePick(Editor& ed, const Answer& answer)
         ed.printLine("That object is on a locked layer.");
         return std::nullopt;
     }
-    auto pick = curvePickAt(ed, *entity, toWorld(ed, answer.hasPoint ? answer.point : pointOnEntity(ed, entity->objectId())));
+    auto pick =
+        curvePickAt(ed, *entity, toWorld(ed, answer.hasPoint ? answer.point : pointOnEntity(ed, entity->objectId())));
     if (!pick)
         ed.printLine("That object is not a curve.");
     return pick;
@@ -55,7 +56,8 @@ std::optional<CurvePick> curvePick(Editor& ed, const Answer& answer)
 
 static bool canGoOn(const VcDbEntity& entity)
 {
-    return entity.isKindOf(VcDbLine::desc()) || entity.isKindOf(VcDbArc::desc()) || entity.isKindOf(VcDbPolyline::desc());
+    return entity.isKindOf(VcDbLine::desc()) || entity.isKindOf(VcDbArc::desc()) ||
+           entity.isKindOf(VcDbPolyline::desc());
 }
 
 std::optional<CurveEnd> lastCurveEnd(Editor& ed)
@@ -72,9 +74,11 @@ std::optional<CurveEnd> lastCurveEnd(Editor& ed)
         const geom::Interval range = geom::paramRange(*curve);
         const VcGeMatrix3d toUcs = ucsToWorld(ed).inverse();
         const auto* p = std::get_if<geom::Polyline>(&*curve);
-        const bool isArc = std::holds_alternative<geom::Arc>(*curve), bent = isArc || (p && p->vertices[p->vertices.size() - 2].bulge != 0);
+        const bool isArc = std::holds_alternative<geom::Arc>(*curve),
+                   bent = isArc || (p && p->vertices[p->vertices.size() - 2].bulge != 0);
         // An arc always runs anticlockwise, but may have been drawn the other way: then it ended at its start.
-        const VcGePoint3d start = toUcs * geom::pointAt(*curve, range.from), end = toUcs * geom::pointAt(*curve, range.to);
+        const VcGePoint3d start = toUcs * geom::pointAt(*curve, range.from),
+                          end = toUcs * geom::pointAt(*curve, range.to);
         if (isArc && start.distanceTo(ed.lastPoint) < end.distanceTo(ed.lastPoint))
             return CurveEnd{start, -(toUcs * geom::derivativesAt(*curve, range.from).first).normal(), true};
         const VcGeVector3d along = geom::derivativesAt(*curve, range.to - 1e-12 * (range.to - range.from)).first;
@@ -102,7 +106,10 @@ VcDbEntity* CurveEdits::addNew(std::unique_ptr<VcDbEntity> entity, VcDbObjectId 
     return added;
 }
 
-VcDbEntity* CurveEdits::add(const geom::Curve& curve, const VcDbEntity& like) { return addNew(makeEntityOf(curve, like), like.ownerId()); }
+VcDbEntity* CurveEdits::add(const geom::Curve& curve, const VcDbEntity& like)
+{
+    return addNew(makeEntityOf(curve, like), like.ownerId());
+}
 
 void CurveEdits::erase(VcDbEntity& entity)
 {

@@ -37,8 +37,9 @@ void finishAxes(Editor& ed, Axes& axes)
     axes.first.z = 0;
     if (!(axes.first.length() > 0))
         throw CommandError{"The axis of the ellipse has no length."};
-    const Answer a = ed.askDistance("Specify distance to other axis or [Rotation]",
-                                    {.keywords = "Rotation", .from = axes.center, .bits = InitGet::NoZero | InitGet::NoNegative});
+    const Answer a =
+        ed.askDistance("Specify distance to other axis or [Rotation]",
+                       {.keywords = "Rotation", .from = axes.center, .bits = InitGet::NoZero | InitGet::NoNegative});
     if (a.status == Answer::Status::Value) {
         axes.other = a.real;
         return;
@@ -62,7 +63,8 @@ std::unique_ptr<VcDbEllipse> ellipseOf(Editor& ed, const Axes& axes)
         major = turned * (minor / length);
         minor = length;
     }
-    return std::make_unique<VcDbEllipse>(toWorld(ed, axes.center), ucsNormal(ed), inWorld(ed, major), minor / major.length());
+    return std::make_unique<VcDbEllipse>(toWorld(ed, axes.center), ucsNormal(ed), inWorld(ed, major),
+                                         minor / major.length());
 }
 
 // The parameter of the point of an ellipse that lies in a direction from its centre.
@@ -89,7 +91,8 @@ void cutToArc(Editor& ed, VcDbEllipse& e, const VcGePoint3d& center)
     const auto param = [&](double typed) { return parameters ? typed : paramInDirection(e, typed - major); };
     Answer start;
     for (;;) {
-        start = ask("Specify start angle or [Parameter]", "Specify start parameter or [Angle]", parameters ? "Angle" : "Parameter");
+        start = ask("Specify start angle or [Parameter]", "Specify start parameter or [Angle]",
+                    parameters ? "Angle" : "Parameter");
         if (start.status != Answer::Status::Keyword)
             break;
         parameters = !parameters;
@@ -97,8 +100,9 @@ void cutToArc(Editor& ed, VcDbEllipse& e, const VcGePoint3d& center)
     const double from = param(start.real);
     double to = 0;
     for (;;) {
-        const Answer end = ask("Specify end angle or [Parameter/Included angle]", "Specify end parameter or [Angle/Included angle]",
-                               parameters ? "Angle Included" : "Parameter Included");
+        const Answer end =
+            ask("Specify end angle or [Parameter/Included angle]", "Specify end parameter or [Angle/Included angle]",
+                parameters ? "Angle Included" : "Parameter Included");
         if (end.status == Answer::Status::Keyword && end.text == "Included") {
             to = param(start.real + ed.askAngle("Specify included angle for arc").real);
             break;
@@ -120,13 +124,20 @@ void cutToArc(Editor& ed, VcDbEllipse& e, const VcGePoint3d& center)
 void isocircle(Editor& ed)
 {
     const VcGePoint3d center = ed.point("Specify center of isocircle");
-    const Answer r = ed.askDistance("Specify radius of isocircle or [Diameter]", {.keywords = "Diameter", .from = center, .bits = InitGet::NoZero | InitGet::NoNegative});
+    const Answer r =
+        ed.askDistance("Specify radius of isocircle or [Diameter]",
+                       {.keywords = "Diameter", .from = center, .bits = InitGet::NoZero | InitGet::NoNegative});
     const double radius = r.status == Answer::Status::Keyword
-                              ? ed.askDistance("Specify diameter of isocircle", {.from = center, .bits = InitGet::NoZero | InitGet::NoNegative}).real / 2
+                              ? ed.askDistance("Specify diameter of isocircle",
+                                               {.from = center, .bits = InitGet::NoZero | InitGet::NoNegative})
+                                        .real /
+                                    2
                               : r.real;
     static constexpr double kMajorDirections[] = {-M_PI / 3, 0, M_PI / 3};
-    const double direction = kMajorDirections[std::clamp<std::int64_t>(ed.vars().integer("SNAPISOPAIR"), 0, 2)] + ed.vars().real("SNAPANG");
-    Axes axes{center, VcGeVector3d(std::cos(direction), std::sin(direction), 0) * (radius * std::sqrt(1.5)), radius * std::sqrt(0.5)};
+    const double direction =
+        kMajorDirections[std::clamp<std::int64_t>(ed.vars().integer("SNAPISOPAIR"), 0, 2)] + ed.vars().real("SNAPANG");
+    Axes axes{center, VcGeVector3d(std::cos(direction), std::sin(direction), 0) * (radius * std::sqrt(1.5)),
+              radius * std::sqrt(0.5)};
     addToSpace(ed, ellipseOf(ed, axes));
 }
 
@@ -134,7 +145,9 @@ void isoplane(Editor& ed)
 {
     static constexpr const char* kPlanes[] = {"Left", "Top", "Right"};
     const auto now = std::clamp<std::int64_t>(ed.vars().integer("SNAPISOPAIR"), 0, 2);
-    const std::string plane = ed.keyword(fmt::format("Enter isometric plane setting [Left/Top/Right] <{}>", kPlanes[(now + 1) % 3]), "Left Top Right", kPlanes[(now + 1) % 3]);
+    const std::string plane =
+        ed.keyword(fmt::format("Enter isometric plane setting [Left/Top/Right] <{}>", kPlanes[(now + 1) % 3]),
+                   "Left Top Right", kPlanes[(now + 1) % 3]);
     for (int i = 0; i < 3; ++i)
         if (plane == kPlanes[i])
             ed.vars().set("SNAPISOPAIR", std::int32_t(i));
@@ -145,7 +158,8 @@ void ellipse(Editor& ed)
 {
     bool arc = false;
     const bool isometric = ed.vars().integer("SNAPSTYL") == 1;
-    Answer a = ed.askPoint(isometric ? "Specify axis endpoint of ellipse or [Arc/Center/Isocircle]" : "Specify axis endpoint of ellipse or [Arc/Center]",
+    Answer a = ed.askPoint(isometric ? "Specify axis endpoint of ellipse or [Arc/Center/Isocircle]"
+                                     : "Specify axis endpoint of ellipse or [Arc/Center]",
                            {.keywords = isometric ? "Arc Center Isocircle" : "Arc Center"});
     if (a.status == Answer::Status::Keyword && a.text == "Isocircle")
         return isocircle(ed);
@@ -227,7 +241,9 @@ std::optional<PickedLine> askLine(Editor& ed)
             return std::nullopt;
         if (const auto direction = directionOf(ed, entity)) {
             const auto* line = VcDbLine::cast(entity);
-            return PickedLine{fromWorld(ed, line ? line->startPoint() : static_cast<const VcDbUnboundedLine*>(entity)->basePoint()), *direction};
+            return PickedLine{
+                fromWorld(ed, line ? line->startPoint() : static_cast<const VcDbUnboundedLine*>(entity)->basePoint()),
+                *direction};
         }
         ed.printLine("A line, a ray or a construction line is needed.");
     }
@@ -235,7 +251,8 @@ std::optional<PickedLine> askLine(Editor& ed)
 
 void atAngle(Editor& ed)
 {
-    const Answer a = askDirection(ed, "Enter angle of xline (0) or [Reference]", {.keywords = "Reference", .enterEnds = true});
+    const Answer a =
+        askDirection(ed, "Enter angle of xline (0) or [Reference]", {.keywords = "Reference", .enterEnds = true});
     double angle = a.status == Answer::Status::Value ? a.real : 0;
     if (a.status == Answer::Status::Keyword) {
         const auto line = askLine(ed);
@@ -269,7 +286,9 @@ void bisectors(Editor& ed)
 
 void offsets(Editor& ed)
 {
-    const Answer d = ed.askDistance("Specify offset distance or [Through] <Through>", {.keywords = "Through", .bits = InitGet::NoZero | InitGet::NoNegative, .enterEnds = true});
+    const Answer d =
+        ed.askDistance("Specify offset distance or [Through] <Through>",
+                       {.keywords = "Through", .bits = InitGet::NoZero | InitGet::NoNegative, .enterEnds = true});
     while (const auto line = askLine(ed)) {
         if (d.status != Answer::Status::Value) {
             addUnbounded<VcDbXline>(ed, ed.point("Specify through point"), line->direction);
@@ -283,11 +302,15 @@ void offsets(Editor& ed)
 
 void xline(Editor& ed)
 {
-    const Answer a = ed.askPoint("Specify a point or [Hor/Ver/Ang/Bisect/Offset]", {.keywords = "Hor Ver Ang Bisect Offset"});
+    const Answer a =
+        ed.askPoint("Specify a point or [Hor/Ver/Ang/Bisect/Offset]", {.keywords = "Hor Ver Ang Bisect Offset"});
     if (a.status == Answer::Status::Value)
         return throughPoints<VcDbXline>(ed, a.point);
-    a.text == "Hor" ? parallels(ed, {1, 0, 0}) : a.text == "Ver" ? parallels(ed, {0, 1, 0}) : a.text == "Ang" ? atAngle(ed)
-        : a.text == "Bisect" ? bisectors(ed) : offsets(ed);
+    a.text == "Hor"      ? parallels(ed, {1, 0, 0})
+    : a.text == "Ver"    ? parallels(ed, {0, 1, 0})
+    : a.text == "Ang"    ? atAngle(ed)
+    : a.text == "Bisect" ? bisectors(ed)
+                         : offsets(ed);
 }
 
 void ray(Editor& ed) { throughPoints<VcDbRay>(ed, ed.point("Specify start point")); }

@@ -48,7 +48,8 @@ std::string dimVarText(const DatabaseCore& db, const DimVariable& v, const VcDbD
         const auto* record = db.objectAs<VcDbSymbolTableRecord>(vars.**id);
         return record ? record->nameUtf8() : ".";
     }
-    return v.kind == DimVariable::Kind::Number ? std::to_string(int(dimNumber(vars, v))) : lengthText(dimNumber(vars, v));
+    return v.kind == DimVariable::Kind::Number ? std::to_string(int(dimNumber(vars, v)))
+                                               : lengthText(dimNumber(vars, v));
 }
 
 namespace {
@@ -126,7 +127,8 @@ DimStyleChoice chosenStyle(Editor& ed, const VcDbEntity& entity)
     if (!parent)
         return {current, now, now};
     const char* family = familyOf(entity);
-    const VcDbObjectId childId = family ? ed.db().findRecord(NameTable::DimStyle, parent->nameUtf8() + family) : VcDbObjectId();
+    const VcDbObjectId childId =
+        family ? ed.db().findRecord(NameTable::DimStyle, parent->nameUtf8() + family) : VcDbObjectId();
     const auto* child = ed.db().liveAs<VcDbDimStyleTableRecord>(childId);
     if (!child)
         return {current, withTextStyle(ed.db(), parent->dimVars()), now};
@@ -177,7 +179,9 @@ VcDbObjectId& lastDimension()
 // Beside the two points lies a vertical dimension, above or below them a horizontal one; in a corner the farther side wins.
 bool wantsHorizontal(const VcGePoint3d& first, const VcGePoint3d& second, const VcGePoint3d& at)
 {
-    const auto beyond = [](double a, double b, double v) { return std::max({std::min(a, b) - v, v - std::max(a, b), 0.0}); };
+    const auto beyond = [](double a, double b, double v) {
+        return std::max({std::min(a, b) - v, v - std::max(a, b), 0.0});
+    };
     const double x = beyond(first.x, second.x, at.x), y = beyond(first.y, second.y, at.y);
     if (x == y)
         return std::abs(second.x - first.x) >= std::abs(second.y - first.y);
@@ -208,13 +212,18 @@ NewDimension addDimension(Editor& ed, std::unique_ptr<VcDbDimension> made, const
     return {id, measurement};
 }
 
-void reportMeasure(Editor& ed, const DimMeasure& measure) { ed.report("Dimension text = {}", measureText(ed, measure)); }
+void reportMeasure(Editor& ed, const DimMeasure& measure)
+{
+    ed.report("Dimension text = {}", measureText(ed, measure));
+}
 
 std::string measureText(Editor& ed, const DimMeasure& measure)
 {
     VcDbDimVars vars = currentDimVars(ed);
     vars.dimfrac = 2;
-    const double factor = measure.kind == DimMeasure::Kind::Angle ? 1 : linearFactor(vars, ed.db().currentSpace() != ed.db().modelSpace());
+    const double factor = measure.kind == DimMeasure::Kind::Angle
+                              ? 1
+                              : linearFactor(vars, ed.db().currentSpace() != ed.db().modelSpace());
     std::string text = dimNumberText(measure.value * factor, measure.kind, vars);
     if (const std::size_t at = text.find("%%d"); at != std::string::npos)
         text.replace(at, 3, "");

@@ -31,7 +31,8 @@ std::vector<VcDbEntity*> selectDimensions(Editor& ed, bool leadersToo)
     const auto objects = ed.select();
     for (const VcDbObjectId id : objects->ids()) {
         auto* entity = ed.db().liveAs<VcDbEntity>(id);
-        const bool fits = entity && (VcDbDimension::cast(entity) || (leadersToo && (VcDbLeader::cast(entity) || VcDbFcf::cast(entity))));
+        const bool fits = entity && (VcDbDimension::cast(entity) ||
+                                     (leadersToo && (VcDbLeader::cast(entity) || VcDbFcf::cast(entity))));
         if (fits)
             found.push_back(entity);
         else
@@ -86,8 +87,9 @@ void dimTextEdit(Editor& ed)
     auto* d = static_cast<VcDbDimension*>(pickOf<VcDbDimension>(ed, "Select dimension", "A dimension is wanted."));
     if (refusesLocked(ed, *d))
         throw CommandError{"Nothing was changed."};
-    const Answer a = ed.askPoint("Specify new location for dimension text or [Left/Right/Center/Home/Angle]",
-                                 {.keywords = "Left Right Center Home Angle", .from = fromWorld(ed, d->textPosition())});
+    const Answer a =
+        ed.askPoint("Specify new location for dimension text or [Left/Right/Center/Home/Angle]",
+                    {.keywords = "Left Right Center Home Angle", .from = fromWorld(ed, d->textPosition())});
     if (a.status == Answer::Status::Value) {
         putText(*d, toWorld(ed, a.point));
     } else if (a.text == "Home") {
@@ -157,7 +159,8 @@ namespace {
 
 void dimEdit(Editor& ed)
 {
-    editDimensions(ed, ed.keyword("Enter type of dimension editing [Home/New/Rotate/Oblique] <Home>", "Home New Rotate Oblique", "Home"));
+    editDimensions(ed, ed.keyword("Enter type of dimension editing [Home/New/Rotate/Oblique] <Home>",
+                                  "Home New Rotate Oblique", "Home"));
 }
 
 // DIMOVERRIDE
@@ -189,7 +192,8 @@ VcDbObjectId recordNamed(Editor& ed, const DimVariable& v, const std::string& na
 {
     if (name.empty() || name == ".")
         return {};
-    const VcDbObjectId id = v.kind == DimVariable::Kind::Arrow ? arrowBlock(ed.db(), name) : ed.db().findRecord(v.recordTable(), name);
+    const VcDbObjectId id =
+        v.kind == DimVariable::Kind::Arrow ? arrowBlock(ed.db(), name) : ed.db().findRecord(v.recordTable(), name);
     if (id.isNull())
         throw CommandError{fmt::format("The drawing has no \"{}\" for {}.", name, v.name)};
     return id;
@@ -206,15 +210,18 @@ std::optional<double> numberFor(const DimVariable& v, const SysVarDef& def, cons
     if (const auto* real = std::get_if<double>(&*value))
         return *real;
     std::string_view rest = typed;
-    return v.kind == DimVariable::Kind::Number && !typed.empty() ? std::optional(double(takeCharacter(rest))) : std::nullopt;
+    return v.kind == DimVariable::Kind::Number && !typed.empty() ? std::optional(double(takeCharacter(rest)))
+                                                                 : std::nullopt;
 }
 
 double askNumber(Editor& ed, const DimVariable& v, double now)
 {
     const SysVarDef* def = findSysVar(v.name);
     for (;;) {
-        const std::string shown = def && def->type == SysVarType::String ? wideToUtf8(std::wstring(1, wchar_t(now))) : lengthText(now);
-        const std::string typed = ed.word(fmt::format("Enter new value for dimension variable <{}>", shown), std::string());
+        const std::string shown =
+            def && def->type == SysVarType::String ? wideToUtf8(std::wstring(1, wchar_t(now))) : lengthText(now);
+        const std::string typed =
+            ed.word(fmt::format("Enter new value for dimension variable <{}>", shown), std::string());
         if (typed.empty())
             return now;
         if (equalNoCase(typed, "ON") || equalNoCase(typed, "OFF"))
@@ -236,7 +243,7 @@ NewValue askValue(Editor& ed, const DimVariable& v)
     const std::string now = dimVarText(ed.db(), v, value.holder);
     const std::string prompt = "Enter new value for dimension variable";
     if (const auto* text = std::get_if<std::string VcDbDimVars::*>(&v.member))
-        value.holder.**text = ed.text(prompt, now);
+        value.holder.** text = ed.text(prompt, now);
     else
         value.holder.*std::get<VcDbObjectId VcDbDimVars::*>(v.member) = recordNamed(ed, v, ed.word(prompt, now));
     return value;

@@ -66,7 +66,9 @@ VcDbObjectId addNote(Editor& ed, const VcGePoint3d& end, bool right, const std::
     text->setContentsUtf8(contents);
     text->setTextHeight(textHeight(ed, v));
     text->setWidth(width);
-    text->setAttachment(v.dimtad ? (right ? VcDbMText::kBottomLeft : VcDbMText::kBottomRight) : right ? VcDbMText::kMiddleLeft : VcDbMText::kMiddleRight);
+    text->setAttachment(v.dimtad ? (right ? VcDbMText::kBottomLeft : VcDbMText::kBottomRight)
+                        : right  ? VcDbMText::kMiddleLeft
+                                 : VcDbMText::kMiddleRight);
     text->setLocation(toWorld(ed, end + VcGeVector3d(right ? gap : -gap, v.dimtad ? gap : 0, 0)));
     const VcDbObjectId id = addToSpace(ed, std::move(text));
     auto* added = ed.db().liveAs<VcDbMText>(id);
@@ -119,9 +121,9 @@ struct Symbol {
     char letter;  // in the font of symbols
 };
 constexpr Symbol kSymbols[] = {
-    {"POsition", 'j'},   {"COncentricity", 'r'}, {"SYmmetry", 'i'},       {"PArallelism", 'f'},    {"PErpendicularity", 'b'},
-    {"ANgularity", 'a'}, {"CYlindricity", 'g'},  {"FLatness", 'c'},       {"CIrcularity", 'e'},    {"STraightness", 'u'},
-    {"SUrface", 'd'},    {"LIne", 'k'},          {"Runout", 'h'},         {"TOtal", 't'},
+    {"POsition", 'j'},   {"COncentricity", 'r'}, {"SYmmetry", 'i'}, {"PArallelism", 'f'}, {"PErpendicularity", 'b'},
+    {"ANgularity", 'a'}, {"CYlindricity", 'g'},  {"FLatness", 'c'}, {"CIrcularity", 'e'}, {"STraightness", 'u'},
+    {"SUrface", 'd'},    {"LIne", 'k'},          {"Runout", 'h'},   {"TOtal", 't'},
 };
 
 std::string askFrameText(Editor& ed)
@@ -131,12 +133,14 @@ std::string askFrameText(Editor& ed)
         words += std::string(words.empty() ? "" : " ") + s.keyword;
         list += std::string(list.empty() ? "" : "/") + s.keyword;
     }
-    const std::string chosen = ed.keyword(fmt::format("Enter geometric symbol [{}/None] <None>", list), words + " None", "None");
+    const std::string chosen =
+        ed.keyword(fmt::format("Enter geometric symbol [{}/None] <None>", list), words + " None", "None");
     std::string text;
     for (const Symbol& s : kSymbols)
         if (chosen == s.keyword)
             text = fmt::format("{{\\Fgdt;{}}}", s.letter);
-    for (const char* prompt : {"Enter tolerance 1 <none>", "Enter tolerance 2 <none>", "Enter datum 1 <none>", "Enter datum 2 <none>", "Enter datum 3 <none>"})
+    for (const char* prompt : {"Enter tolerance 1 <none>", "Enter tolerance 2 <none>", "Enter datum 1 <none>",
+                               "Enter datum 2 <none>", "Enter datum 3 <none>"})
         text += "%%v" + ed.text(prompt, std::string());
     return text;
 }
@@ -154,7 +158,8 @@ void tolerance(Editor& ed)
 void askFormat(Editor& ed, Format& format)
 {
     for (;;) {
-        const std::string k = ed.keyword("Enter leader format option [Spline/STraight/Arrow/None] <Exit>", "Spline STraight Arrow None Exit", "Exit");
+        const std::string k = ed.keyword("Enter leader format option [Spline/STraight/Arrow/None] <Exit>",
+                                         "Spline STraight Arrow None Exit", "Exit");
         if (k == "Exit")
             return;
         if (k == "Spline" || k == "STraight")
@@ -187,7 +192,8 @@ Points askPoints(Editor& ed, Format& format)
 
 void attachCopy(Editor& ed, const Points& points, VcDbLeader& leader)
 {
-    auto* object = pickOf<VcDbMText, VcDbFcf, VcDbBlockReference>(ed, "Select an object to copy", "A text of many lines, a tolerance frame or a block is wanted.");
+    auto* object = pickOf<VcDbMText, VcDbFcf, VcDbBlockReference>(
+        ed, "Select an object to copy", "A text of many lines, a tolerance frame or a block is wanted.");
     VcDbIdMapping mapping;
     VcDbExtents box;
     VcDbIdPair pair(object->objectId(), {});
@@ -233,7 +239,8 @@ void attachBlock(Editor& ed, const Points& points, const Format& format)
 
 void annotate(Editor& ed, const Points& points, const Format& format)
 {
-    const std::string k = ed.keyword("Enter an annotation option [Tolerance/Copy/Block/None/Mtext] <Mtext>", "Tolerance Copy Block None Mtext", "Mtext");
+    const std::string k = ed.keyword("Enter an annotation option [Tolerance/Copy/Block/None/Mtext] <Mtext>",
+                                     "Tolerance Copy Block None Mtext", "Mtext");
     if (k == "Block")
         return attachBlock(ed, points, format);
     if (k == "Mtext") {

@@ -27,13 +27,15 @@ Ends endsOf(Editor& ed, const VcDbEntity& object, const VcGePoint3d& pick)
     const auto& circle = static_cast<const VcDbCircle&>(object);
     const VcGePoint3d center = fromWorld(ed, circle.center());
     const VcGeVector3d away = pick - center;
-    const VcGeVector3d out = std::abs(away.x) >= std::abs(away.y) ? VcGeVector3d(circle.radius(), 0, 0) : VcGeVector3d(0, circle.radius(), 0);
+    const VcGeVector3d out = std::abs(away.x) >= std::abs(away.y) ? VcGeVector3d(circle.radius(), 0, 0)
+                                                                  : VcGeVector3d(0, circle.radius(), 0);
     return {center - out, center + out};
 }
 
 Ends askObject(Editor& ed)
 {
-    const auto object = askMeasured<VcDbLine, VcDbArc, VcDbCircle>(ed, "Select object to dimension", "A line, an arc or a circle is wanted.");
+    const auto object = askMeasured<VcDbLine, VcDbArc, VcDbCircle>(ed, "Select object to dimension",
+                                                                   "A line, an arc or a circle is wanted.");
     return endsOf(ed, *object.get(), object.pick());
 }
 
@@ -58,7 +60,8 @@ VcGePoint3d onSecond(const Ends& ends, double angle, const VcGePoint3d& through)
     return ends.second + up * (through - ends.second).dotProduct(up);
 }
 
-std::unique_ptr<VcDbRotatedDimension> rotatedDimension(Editor& ed, const Ends& ends, double angle, const VcGePoint3d& through)
+std::unique_ptr<VcDbRotatedDimension> rotatedDimension(Editor& ed, const Ends& ends, double angle,
+                                                       const VcGePoint3d& through)
 {
     auto made = std::make_unique<VcDbRotatedDimension>();
     made->setXLine1Point(toWorld(ed, ends.first));
@@ -89,8 +92,9 @@ void locateLinear(Editor& ed, const Ends& ends, std::optional<double> angle)
 {
     DimChoices choices;
     for (;;) {
-        const Answer a = ed.askPoint("Specify dimension line location or [Mtext/Text/Angle/Horizontal/Vertical/Rotated]",
-                                     {.keywords = "Mtext Text Angle Horizontal Vertical Rotated", .from = ends.second});
+        const Answer a =
+            ed.askPoint("Specify dimension line location or [Mtext/Text/Angle/Horizontal/Vertical/Rotated]",
+                        {.keywords = "Mtext Text Angle Horizontal Vertical Rotated", .from = ends.second});
         if (a.status == Answer::Status::Value) {
             const double direction = angle ? *angle : wantsHorizontal(ends.first, ends.second, a.point) ? 0 : M_PI / 2;
             auto made = rotatedDimension(ed, ends, direction, a.point);
@@ -119,7 +123,8 @@ void dimAligned(Editor& ed)
     const Ends ends = askEnds(ed);
     DimChoices choices;
     for (;;) {
-        const Answer a = ed.askPoint("Specify dimension line location or [Mtext/Text/Angle]", {.keywords = "Mtext Text Angle", .from = ends.second});
+        const Answer a = ed.askPoint("Specify dimension line location or [Mtext/Text/Angle]",
+                                     {.keywords = "Mtext Text Angle", .from = ends.second});
         if (a.status == Answer::Status::Value) {
             auto made = alignedDimension(ed, ends, a.point);
             placeText(ed, *made, a.point);

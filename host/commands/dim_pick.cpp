@@ -13,7 +13,8 @@ namespace {
 std::unique_ptr<VcDbEntity> arcThrough(const VcGePoint3d& start, const VcGePoint3d& middle, const VcGePoint3d& end)
 {
     const VcGeVector3d u = middle - start, v = end - start, n = u.crossProduct(v);
-    const VcGeVector3d toCenter = (n.crossProduct(u) * v.dotProduct(v) + v.crossProduct(n) * u.dotProduct(u)) / (2 * n.dotProduct(n));
+    const VcGeVector3d toCenter =
+        (n.crossProduct(u) * v.dotProduct(v) + v.crossProduct(n) * u.dotProduct(u)) / (2 * n.dotProduct(n));
     const VcGePoint3d center = start + toCenter;
     const VcGeVector3d normal = n.normal();
     const geom::Frame frame = geom::arbitraryFrame(normal, center);
@@ -28,10 +29,12 @@ std::unique_ptr<VcDbEntity> segmentAt(const VcDbCurve& polyline, const VcGePoint
 {
     VcGePoint3d on, start, middle, end;
     double at = 0, last = 0;
-    if (polyline.getEndParam(last) || last < 1 || polyline.getClosestPointTo(pick, on) || polyline.getParamAtPoint(on, at))
+    if (polyline.getEndParam(last) || last < 1 || polyline.getClosestPointTo(pick, on) ||
+        polyline.getParamAtPoint(on, at))
         return nullptr;
     const double index = std::min(std::floor(at), last - 1);
-    if (polyline.getPointAtParam(index, start) || polyline.getPointAtParam(index + 0.5, middle) || polyline.getPointAtParam(index + 1, end))
+    if (polyline.getPointAtParam(index, start) || polyline.getPointAtParam(index + 0.5, middle) ||
+        polyline.getPointAtParam(index + 1, end))
         return nullptr;
     const double length = end.distanceTo(start), rise = (middle - start).crossProduct(end - start).length();
     const bool isStraight = rise <= 1e-9 * length * length;
@@ -40,7 +43,8 @@ std::unique_ptr<VcDbEntity> segmentAt(const VcDbCurve& polyline, const VcGePoint
 
 const VcDbCurve* polylineOf(const VcDbEntity* entity)
 {
-    const bool is = entity && (VcDbPolyline::cast(entity) || VcDb2dPolyline::cast(entity) || VcDb3dPolyline::cast(entity));
+    const bool is =
+        entity && (VcDbPolyline::cast(entity) || VcDb2dPolyline::cast(entity) || VcDb3dPolyline::cast(entity));
     return is ? VcDbCurve::cast(entity) : nullptr;
 }
 

@@ -32,7 +32,8 @@ bool addTo(Editor& ed, Geometry& g, const VcDbEntity& entity)
     }
     if (const auto* arc = VcDbArc::cast(&entity))
         g.rounds.push_back({fromWorld(ed, arc->center()), arc->radius()});
-    const bool isPolyline = VcDbPolyline::cast(&entity) || VcDb2dPolyline::cast(&entity) || VcDb3dPolyline::cast(&entity);
+    const bool isPolyline =
+        VcDbPolyline::cast(&entity) || VcDb2dPolyline::cast(&entity) || VcDb3dPolyline::cast(&entity);
     const auto* curve = VcDbCurve::cast(&entity);
     double last = 1;
     VcGePoint3d p;
@@ -61,7 +62,8 @@ Geometry selectGeometry(Editor& ed)
         left += !entity || !addTo(ed, g, *entity);
     }
     if (left > 0)
-        ed.report("{} {} no line, polyline, arc or circle and {} left out.", left, left == 1 ? "is" : "are", left == 1 ? "was" : "were");
+        ed.report("{} {} no line, polyline, arc or circle and {} left out.", left, left == 1 ? "is" : "are",
+                  left == 1 ? "was" : "were");
     return g;
 }
 
@@ -115,7 +117,8 @@ public:
             auto made = std::make_unique<VcDbOrdinateDimension>();
             made->setOrigin(toWorld(m_ed, datum.value_or(VcGePoint3d())));
             made->setDefiningPoint(toWorld(m_ed, p));
-            made->setLeaderEndPoint(toWorld(m_ed, m_isHorizontal ? VcGePoint3d(p.x, m_at.y, p.z) : VcGePoint3d(m_at.x, p.y, p.z)));
+            made->setLeaderEndPoint(
+                toWorld(m_ed, m_isHorizontal ? VcGePoint3d(p.x, m_at.y, p.z) : VcGePoint3d(m_at.x, p.y, p.z)));
             m_isHorizontal ? made->useXAxis() : made->useYAxis();
             addDimension(m_ed, std::move(made), {});
         }
@@ -127,7 +130,8 @@ private:
 
     void thinOut()
     {
-        std::sort(m_points.begin(), m_points.end(), [&](const VcGePoint3d& a, const VcGePoint3d& b) { return along(a) < along(b); });
+        std::sort(m_points.begin(), m_points.end(),
+                  [&](const VcGePoint3d& a, const VcGePoint3d& b) { return along(a) < along(b); });
         const double slack = 1e-9 * std::max(std::abs(along(m_points.front())), std::abs(along(m_points.back())));
         Points kept;
         for (const VcGePoint3d& p : m_points) {
@@ -146,7 +150,8 @@ private:
         auto made = std::make_unique<VcDbRotatedDimension>();
         made->setXLine1Point(toWorld(m_ed, a));
         made->setXLine2Point(toWorld(m_ed, b));
-        made->setDimLinePoint(toWorld(m_ed, m_isHorizontal ? VcGePoint3d(b.x, line, b.z) : VcGePoint3d(line, b.y, b.z)));
+        made->setDimLinePoint(
+            toWorld(m_ed, m_isHorizontal ? VcGePoint3d(b.x, line, b.z) : VcGePoint3d(line, b.y, b.z)));
         made->setRotation((m_isHorizontal ? 0 : M_PI / 2) + ucsTwist(m_ed));
         lastDimension() = addDimension(m_ed, std::move(made), {}).id;
     }
@@ -181,7 +186,8 @@ void dimensionRounds(Editor& ed, const std::vector<Round>& rounds, const VcGePoi
     }
 }
 
-void draw(Editor& ed, const Geometry& g, const std::string& kind, const VcGePoint3d& at, const std::optional<VcGePoint3d>& datum)
+void draw(Editor& ed, const Geometry& g, const std::string& kind, const VcGePoint3d& at,
+          const std::optional<VcGePoint3d>& datum)
 {
     if (kind == "Radius" || kind == "Diameter") {
         if (g.rounds.empty())
@@ -210,9 +216,13 @@ void quickDim(Editor& ed)
         return;
     std::optional<VcGePoint3d> datum;
     for (;;) {
-        const Answer a = ed.askPoint(
-            fmt::format("Specify dimension line position, or [Continuous/Staggered/Baseline/Ordinate/Radius/Diameter/datumPoint] <{}>", lastKind()),
-            {.keywords = "Continuous Staggered Baseline Ordinate Radius Diameter datumPoint", .from = g.points.front(), .enterEnds = true});
+        const Answer a =
+            ed.askPoint(fmt::format("Specify dimension line position, or "
+                                    "[Continuous/Staggered/Baseline/Ordinate/Radius/Diameter/datumPoint] <{}>",
+                                    lastKind()),
+                        {.keywords = "Continuous Staggered Baseline Ordinate Radius Diameter datumPoint",
+                         .from = g.points.front(),
+                         .enterEnds = true});
         if (a.status == Answer::Status::Value)
             return draw(ed, g, lastKind(), a.point, datum);
         if (a.status != Answer::Status::Keyword)

@@ -20,7 +20,8 @@ struct Round {
 Round roundOf(Editor& ed, const VcDbEntity& object)
 {
     if (const auto* arc = VcDbArc::cast(&object)) {
-        Round r{fromWorld(ed, arc->center()), arc->radius(), fromWorld(ed, arc->startPoint()), fromWorld(ed, arc->endPoint())};
+        Round r{fromWorld(ed, arc->center()), arc->radius(), fromWorld(ed, arc->startPoint()),
+                fromWorld(ed, arc->endPoint())};
         if (arc->normal().dotProduct(ucsNormal(ed)) < 0)
             std::swap(r.start, r.end);
         return r;
@@ -31,7 +32,8 @@ Round roundOf(Editor& ed, const VcDbEntity& object)
 
 Round askRound(Editor& ed)
 {
-    return roundOf(ed, *askMeasured<VcDbArc, VcDbCircle>(ed, "Select arc or circle", "A circle or an arc is wanted.").get());
+    return roundOf(
+        ed, *askMeasured<VcDbArc, VcDbCircle>(ed, "Select arc or circle", "A circle or an arc is wanted.").get());
 }
 
 VcGePoint3d onRound(const Round& r, const VcGePoint3d& towards, double sign = 1)
@@ -45,7 +47,8 @@ VcGePoint3d onRound(const Round& r, const VcGePoint3d& towards, double sign = 1)
 VcGePoint3d askLocation(Editor& ed, const Round& r, DimChoices& choices, const DimMeasure& measure)
 {
     for (;;) {
-        const Answer a = ed.askPoint("Specify dimension line location or [Mtext/Text/Angle]", {.keywords = "Mtext Text Angle", .from = r.center});
+        const Answer a = ed.askPoint("Specify dimension line location or [Mtext/Text/Angle]",
+                                     {.keywords = "Mtext Text Angle", .from = r.center});
         if (a.status == Answer::Status::Value)
             return a.point;
         takeTextChoice(ed, a.text, choices, measure);
@@ -125,7 +128,8 @@ std::unique_ptr<VcDbDimension> betweenLines(Editor& ed, const Lines& l, const Vc
     return made;
 }
 
-std::unique_ptr<VcDbDimension> aboutPoint(Editor& ed, const VcGePoint3d& center, const VcGePoint3d& first, const VcGePoint3d& second, const VcGePoint3d& arc)
+std::unique_ptr<VcDbDimension> aboutPoint(Editor& ed, const VcGePoint3d& center, const VcGePoint3d& first,
+                                          const VcGePoint3d& second, const VcGePoint3d& arc)
 {
     auto made = std::make_unique<VcDb3PointAngularDimension>();
     made->setCenterPoint(toWorld(ed, center));
@@ -138,7 +142,8 @@ std::unique_ptr<VcDbDimension> aboutPoint(Editor& ed, const VcGePoint3d& center,
 VcGePoint3d askArcLocation(Editor& ed, DimChoices& choices, const VcGePoint3d& from, double angle)
 {
     for (;;) {
-        const Answer a = ed.askPoint("Specify dimension arc line location or [Mtext/Text/Angle]", {.keywords = "Mtext Text Angle", .from = from});
+        const Answer a = ed.askPoint("Specify dimension arc line location or [Mtext/Text/Angle]",
+                                     {.keywords = "Mtext Text Angle", .from = from});
         if (a.status == Answer::Status::Value)
             return a.point;
         takeTextChoice(ed, a.text, choices, {angle, DimMeasure::Kind::Angle});
@@ -178,7 +183,8 @@ void angleOfLines(Editor& ed, const VcDbLine& first)
 {
     const auto picked = askMeasured<VcDbLine>(ed, "Select second line", "A line is wanted.");
     const VcDbLine& second = *picked.as<VcDbLine>();
-    const Lines l{fromWorld(ed, first.startPoint()), fromWorld(ed, first.endPoint()), fromWorld(ed, second.startPoint()), fromWorld(ed, second.endPoint())};
+    const Lines l{fromWorld(ed, first.startPoint()), fromWorld(ed, first.endPoint()),
+                  fromWorld(ed, second.startPoint()), fromWorld(ed, second.endPoint())};
     const auto vertex = crossing(l);
     if (!vertex)
         throw CommandError{"The lines are parallel and have no angle."};
@@ -206,7 +212,8 @@ void dimAngular(Editor& ed)
         if (object.as<VcDbCircle>()) {
             const Round r = roundOf(ed, *object.get());
             const VcGePoint3d first = onRound(r, a.hasPoint ? a.point : r.center);
-            return angleOfThreePoints(ed, r.center, first, ed.point("Specify second angle endpoint", {.from = r.center}));
+            return angleOfThreePoints(ed, r.center, first,
+                                      ed.point("Specify second angle endpoint", {.from = r.center}));
         }
         ed.printLine("A line, an arc or a circle is wanted.");
     }
@@ -219,14 +226,16 @@ void dimArc(Editor& ed)
     const VcGeVector3d a = *r.start - r.center, b = *r.end - r.center;
     const double sweep = std::fmod(std::atan2(b.y, b.x) - std::atan2(a.y, a.x) + 4 * M_PI, 2 * M_PI);
     for (;;) {
-        const Answer at = ed.askPoint("Specify arc length dimension location or [Mtext/Text/Angle]", {.keywords = "Mtext Text Angle", .from = r.center});
+        const Answer at = ed.askPoint("Specify arc length dimension location or [Mtext/Text/Angle]",
+                                      {.keywords = "Mtext Text Angle", .from = r.center});
         if (at.status != Answer::Status::Value) {
             takeTextChoice(ed, at.text, choices, {r.radius * sweep, DimMeasure::Kind::Length});
             continue;
         }
         // The dimension's arc lies on the side of the arc itself, whatever side the point is on.
         const double middle = std::atan2(a.y, a.x) + sweep / 2;
-        const VcGePoint3d through = r.center + VcGeVector3d(std::cos(middle), std::sin(middle), 0) * r.center.distanceTo(at.point);
+        const VcGePoint3d through =
+            r.center + VcGeVector3d(std::cos(middle), std::sin(middle), 0) * r.center.distanceTo(at.point);
         auto made = std::make_unique<VcDbArcDimension>();
         made->setCenterPoint(toWorld(ed, r.center));
         made->setXLine1Point(toWorld(ed, *r.start));
@@ -260,7 +269,8 @@ void dimOrdinate(Editor& ed)
         if (a.text == "Xdatum" || a.text == "Ydatum")
             useX = a.text == "Xdatum";
         else
-            takeTextChoice(ed, a.text, choices, {std::abs(useX.value_or(true) ? feature.x : feature.y), DimMeasure::Kind::Length});
+            takeTextChoice(ed, a.text, choices,
+                           {std::abs(useX.value_or(true) ? feature.x : feature.y), DimMeasure::Kind::Length});
     }
 }
 

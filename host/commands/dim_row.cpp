@@ -26,8 +26,8 @@ struct Line {
 Line lineOf(Editor& ed, const VcDbDimension& dimension)
 {
     if (const auto* rotated = VcDbRotatedDimension::cast(&dimension))
-        return {fromWorld(ed, rotated->xLine1Point()), fromWorld(ed, rotated->xLine2Point()), fromWorld(ed, rotated->dimLinePoint()),
-                rotated->rotation() - ucsTwist(ed)};
+        return {fromWorld(ed, rotated->xLine1Point()), fromWorld(ed, rotated->xLine2Point()),
+                fromWorld(ed, rotated->dimLinePoint()), rotated->rotation() - ucsTwist(ed)};
     const auto& aligned = static_cast<const VcDbAlignedDimension&>(dimension);
     const VcGePoint3d first = fromWorld(ed, aligned.xLine1Point()), second = fromWorld(ed, aligned.xLine2Point());
     return {first, second, fromWorld(ed, aligned.dimLinePoint()), std::atan2(second.y - first.y, second.x - first.x)};
@@ -63,8 +63,9 @@ VcGePoint3d rayEnd(const VcGePoint3d& vertex, const VcGePoint3d& a, const VcGePo
 
 std::optional<Angle> angleBetweenLines(Editor& ed, const VcDb2LineAngularDimension& d)
 {
-    const VcGePoint3d a = fromWorld(ed, d.xLine1Start()), b = fromWorld(ed, d.xLine1End()), c = fromWorld(ed, d.xLine2Start()),
-                      e = fromWorld(ed, d.xLine2End()), arc = fromWorld(ed, d.arcPoint());
+    const VcGePoint3d a = fromWorld(ed, d.xLine1Start()), b = fromWorld(ed, d.xLine1End()),
+                      c = fromWorld(ed, d.xLine2Start()), e = fromWorld(ed, d.xLine2End()),
+                      arc = fromWorld(ed, d.arcPoint());
     const VcGeVector3d u = b - a, v = e - c, w = c - a;
     const double cross = u.x * v.y - u.y * v.x;
     if (std::abs(cross) <= 1e-12 * u.length() * v.length())
@@ -87,8 +88,8 @@ std::optional<Angle> angleOf(Editor& ed, const VcDbDimension& dimension)
     if (const auto* lines = VcDb2LineAngularDimension::cast(&dimension))
         return angleBetweenLines(ed, *lines);
     const auto& points = static_cast<const VcDb3PointAngularDimension&>(dimension);
-    return Angle{fromWorld(ed, points.centerPoint()), fromWorld(ed, points.xLine1Point()), fromWorld(ed, points.xLine2Point()),
-                 fromWorld(ed, points.arcPoint())};
+    return Angle{fromWorld(ed, points.centerPoint()), fromWorld(ed, points.xLine1Point()),
+                 fromWorld(ed, points.xLine2Point()), fromWorld(ed, points.arcPoint())};
 }
 
 // A row from a base goes on turning the way that its base does; a continued one takes the smaller of the two angles.
@@ -121,12 +122,16 @@ Made nextOrdinate(Editor& ed, const VcDbOrdinateDimension& from, const VcGePoint
     auto made = std::make_unique<VcDbOrdinateDimension>();
     made->setOrigin(from.origin());
     made->setDefiningPoint(toWorld(ed, at));
-    made->setLeaderEndPoint(toWorld(ed, from.isUsingXAxis() ? VcGePoint3d(at.x, end.y, at.z) : VcGePoint3d(end.x, at.y, at.z)));
+    made->setLeaderEndPoint(
+        toWorld(ed, from.isUsingXAxis() ? VcGePoint3d(at.x, end.y, at.z) : VcGePoint3d(end.x, at.y, at.z)));
     from.isUsingXAxis() ? made->useXAxis() : made->useYAxis();
     return made;
 }
 
-bool isAngular(const VcDbDimension& d) { return VcDb2LineAngularDimension::cast(&d) || VcDb3PointAngularDimension::cast(&d); }
+bool isAngular(const VcDbDimension& d)
+{
+    return VcDb2LineAngularDimension::cast(&d) || VcDb3PointAngularDimension::cast(&d);
+}
 
 Made nextOf(Editor& ed, const VcDbDimension& from, const VcGePoint3d& at, bool fromBase)
 {
@@ -151,8 +156,9 @@ VcGePoint3d originOf(Editor& ed, const VcDbDimension& from, bool fromBase)
 VcDbDimension* select(Editor& ed, bool fromBase)
 {
     return static_cast<VcDbDimension*>(
-        pickOf<VcDbRotatedDimension, VcDbAlignedDimension, VcDb2LineAngularDimension, VcDb3PointAngularDimension, VcDbOrdinateDimension>(
-            ed, fromBase ? "Select base dimension" : "Select continued dimension", "A linear, ordinate or angular dimension is wanted.", true));
+        pickOf<VcDbRotatedDimension, VcDbAlignedDimension, VcDb2LineAngularDimension, VcDb3PointAngularDimension,
+               VcDbOrdinateDimension>(ed, fromBase ? "Select base dimension" : "Select continued dimension",
+                                      "A linear, ordinate or angular dimension is wanted.", true));
 }
 
 VcDbDimension* lastOne(Editor& ed)
@@ -190,9 +196,10 @@ private:
     Answer ask()
     {
         const bool isOrdinate = VcDbOrdinateDimension::cast(m_from) != nullptr;
-        return m_ed.askPoint(isOrdinate ? "Specify feature location or [Select/Undo] <Select>"
-                                        : "Specify second extension line origin or [Select/Undo] <Select>",
-                             {.keywords = "Select Undo", .from = originOf(m_ed, *m_from, m_fromBase), .enterEnds = true});
+        return m_ed.askPoint(
+            isOrdinate ? "Specify feature location or [Select/Undo] <Select>"
+                       : "Specify second extension line origin or [Select/Undo] <Select>",
+            {.keywords = "Select Undo", .from = originOf(m_ed, *m_from, m_fromBase), .enterEnds = true});
     }
 
     void add(const VcGePoint3d& at)

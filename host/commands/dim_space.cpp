@@ -54,7 +54,8 @@ double automaticStep(Editor& ed, const VcDbDimension& base)
 // Outwards from the base on either side, in the order in which they stand.
 void spaceOut(std::vector<Member>& members, double step)
 {
-    std::sort(members.begin(), members.end(), [](const Member& a, const Member& b) { return std::abs(a.offset) < std::abs(b.offset); });
+    std::sort(members.begin(), members.end(),
+              [](const Member& a, const Member& b) { return std::abs(a.offset) < std::abs(b.offset); });
     int above = 0, below = 0;
     for (const Member& m : members) {
         const double wanted = step * (m.offset < 0 ? -++below : ++above);
@@ -85,7 +86,8 @@ void dimSpace(Editor& ed)
         ed.report("{} {} not beside the base dimension and stayed as it was.", left, left == 1 ? "is" : "are");
     if (members.empty())
         return;
-    const Answer a = ed.askDistance("Enter value or [Auto] <Auto>", {.keywords = "Auto", .bits = InitGet::NoNegative, .enterEnds = true});
+    const Answer a = ed.askDistance("Enter value or [Auto] <Auto>",
+                                    {.keywords = "Auto", .bits = InitGet::NoNegative, .enterEnds = true});
     spaceOut(members, a.status == Answer::Status::Value ? a.real : automaticStep(ed, *base));
 }
 

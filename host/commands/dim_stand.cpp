@@ -24,7 +24,8 @@ std::optional<DimStand> lineStand(const VcGePoint3d& through, const VcGeVector3d
 
 std::optional<VcGePoint3d> vertexOf(const VcDb2LineAngularDimension& d)
 {
-    const VcGeVector3d u = d.xLine1End() - d.xLine1Start(), v = d.xLine2End() - d.xLine2Start(), w = d.xLine2Start() - d.xLine1Start();
+    const VcGeVector3d u = d.xLine1End() - d.xLine1Start(), v = d.xLine2End() - d.xLine2Start(),
+                       w = d.xLine2Start() - d.xLine1Start();
     const VcGeVector3d n = u.crossProduct(v);
     if (n.length() <= 1e-12 * u.length() * v.length())
         return std::nullopt;

@@ -14,10 +14,7 @@ struct DimStand {
     VcGeVector3d across;
     double at = 0;
 
-    double of(const VcGePoint3d& p) const
-    {
-        return isArc ? p.distanceTo(origin) : p.asVector().dotProduct(across);
-    }
+    double of(const VcGePoint3d& p) const { return isArc ? p.distanceTo(origin) : p.asVector().dotProduct(across); }
 };
 
 // Nothing for classes that have neither a line nor an arc between extension lines.

@@ -31,7 +31,8 @@ Style* findStyle(Editor& ed, const std::string& name)
 // The style of an object that a person picks.
 Style* styleOfPicked(Editor& ed)
 {
-    const auto* entity = pickOf<VcDbDimension, VcDbLeader, VcDbFcf>(ed, "Select dimension", "A dimension is wanted.", true);
+    const auto* entity =
+        pickOf<VcDbDimension, VcDbLeader, VcDbFcf>(ed, "Select dimension", "A dimension is wanted.", true);
     if (!entity)
         return nullptr;
     VcDbObjectId id;

@@ -14,7 +14,8 @@ VcGeVector3d askDisplacement(edit::Editor& ed, const edit::SelectionSet* moved =
 VcGeVector3d askWholeDisplacement(edit::Editor& ed);
 
 // Shows the objects with the next question as a matrix of the UCS moves them for each place of the cursor.
-void showMoved(edit::Editor& ed, const edit::SelectionSet& objects, std::function<VcGeMatrix3d(const VcGePoint3d& cursor)> inUcs);
+void showMoved(edit::Editor& ed, const edit::SelectionSet& objects,
+               std::function<VcGeMatrix3d(const VcGePoint3d& cursor)> inUcs);
 void showMovedFrom(edit::Editor& ed, const edit::SelectionSet& objects, const VcGePoint3d& base);
 
 }  // namespace vk::commands

@@ -88,7 +88,8 @@ void goOnFromLast(Editor& ed, Chain& chain)
     chain.points[0] = last ? last->point : ed.lastPoint;
     ed.lastPoint = chain.points[0];
     if (last && last->isArc)
-        chain.goTo(chain.points[0] + last->direction * ed.askDistance("Length of line", {.from = chain.points[0]}).real);
+        chain.goTo(chain.points[0] +
+                   last->direction * ed.askDistance("Length of line", {.from = chain.points[0]}).real);
 }
 
 void line(Editor& ed)
@@ -104,7 +105,8 @@ void line(Editor& ed)
         const bool canClose = chain.made.size() >= 2;
         AskOptions options = from(chain.points.back(), canClose ? "Close Undo" : "Undo");
         options.bits = waiting ? kTakesTangent : 0;
-        const Answer a = ed.askPoint(canClose ? "Specify next point or [Close/Undo]" : "Specify next point or [Undo]", options);
+        const Answer a =
+            ed.askPoint(canClose ? "Specify next point or [Close/Undo]" : "Specify next point or [Undo]", options);
         if (a.status == Answer::Status::Enter)
             return;
         if (a.status == Answer::Status::Keyword && a.text == "Undo") {
@@ -148,7 +150,8 @@ void addTouching(Editor& ed, std::array<Touch, 3>& touches)
 void circleByThree(Editor& ed)
 {
     std::array<Touch, 3> touches;
-    const char* prompts[] = {"Specify first point on circle", "Specify second point on circle", "Specify third point on circle"};
+    const char* prompts[] = {"Specify first point on circle", "Specify second point on circle",
+                             "Specify third point on circle"};
     for (int i = 0; i < 3; ++i)
         touches[i] = touchOf(ed, ed.askPoint(prompts[i], {.bits = kTakesTangent}));
     addTouching(ed, touches);
@@ -180,8 +183,10 @@ void circleByTangents(Editor& ed)
     const CurvePick a = askTangent(ed, "Specify point on object for first tangent of circle");
     const CurvePick b = askTangent(ed, "Specify point on object for second tangent of circle");
     const double known = ed.vars().real("CIRCLERAD");
-    const double radius = ed.distance("Specify radius of circle", known > 0 ? std::optional(known) : std::nullopt, {.bits = InitGet::NoZero | InitGet::NoNegative});
-    const auto found = geom::tangentCircleNear(geom::carrierOf(a.curve), geom::carrierOf(b.curve), radius, ucsNormal(ed), a.at, b.at);
+    const double radius = ed.distance("Specify radius of circle", known > 0 ? std::optional(known) : std::nullopt,
+                                      {.bits = InitGet::NoZero | InitGet::NoNegative});
+    const auto found =
+        geom::tangentCircleNear(geom::carrierOf(a.curve), geom::carrierOf(b.curve), radius, ucsNormal(ed), a.at, b.at);
     if (!found)
         throw CommandError{"The circle does not exist: none of that radius touches both objects."};
     addCircle(ed, fromWorld(ed, found->center), radius);
@@ -189,12 +194,14 @@ void circleByTangents(Editor& ed)
 
 void circleByThreeTangents(Editor& ed)
 {
-    static constexpr const char* kPrompts[] = {"Specify point on object for first tangent of circle", "Specify point on object for second tangent of circle",
+    static constexpr const char* kPrompts[] = {"Specify point on object for first tangent of circle",
+                                               "Specify point on object for second tangent of circle",
                                                "Specify point on object for third tangent of circle"};
     std::array<Touch, 3> touches;
     for (int i = 0; i < 3; ++i) {
         const CurvePick pick = askTangent(ed, kPrompts[i]);
-        touches[i] = {fromWorld(ed, geom::pointAt(pick.curve, pick.param)), geom::transformed(pieceAt(pick.curve, pick.param), ucsToWorld(ed).inverse())};
+        touches[i] = {fromWorld(ed, geom::pointAt(pick.curve, pick.param)),
+                      geom::transformed(pieceAt(pick.curve, pick.param), ucsToWorld(ed).inverse())};
     }
     addTouching(ed, touches);
 }
@@ -203,23 +210,32 @@ void circleByThreeTangents(Editor& ed)
 void showCircle(const VcGePoint3d& center, double radiusPerLength)
 {
     Display::instance().follow({{}, {}, [=](const VcGePoint3d& cursor) {
-        constexpr int kSides = 64;
-        const double radius = center.distanceTo(cursor) * radiusPerLength;
-        std::vector<VcGePoint3d> outline;
-        for (int i = 0; i <= kSides; ++i)
-            outline.push_back(center + VcGeVector3d(std::cos(2 * M_PI * i / kSides), std::sin(2 * M_PI * i / kSides), 0) * radius);
-        return Preview::Lines{outline};
-    }});
+                                    constexpr int kSides = 64;
+                                    const double radius = center.distanceTo(cursor) * radiusPerLength;
+                                    std::vector<VcGePoint3d> outline;
+                                    for (int i = 0; i <= kSides; ++i)
+                                        outline.push_back(center + VcGeVector3d(std::cos(2 * M_PI * i / kSides),
+                                                                                std::sin(2 * M_PI * i / kSides), 0) *
+                                                                       radius);
+                                    return Preview::Lines{outline};
+                                }});
 }
 
 void circle(Editor& ed)
 {
-    const Answer a = ed.askPoint("Specify center point for circle or [3P/2P/Ttr (tan tan radius)/TTT (tan tan tan)]", {.keywords = "3P 2P Ttr TTT"});
+    const Answer a = ed.askPoint("Specify center point for circle or [3P/2P/Ttr (tan tan radius)/TTT (tan tan tan)]",
+                                 {.keywords = "3P 2P Ttr TTT"});
     if (a.status == Answer::Status::Keyword)
-        return a.text == "3P" ? circleByThree(ed) : a.text == "2P" ? circleByTwo(ed) : a.text == "TTT" ? circleByThreeTangents(ed) : circleByTangents(ed);
+        return a.text == "3P"    ? circleByThree(ed)
+               : a.text == "2P"  ? circleByTwo(ed)
+               : a.text == "TTT" ? circleByThreeTangents(ed)
+                                 : circleByTangents(ed);
     const double known = ed.vars().real("CIRCLERAD");
-    const auto byDefault = [&](double value) { return known > 0 ? fmt::format(" <{}>", lengthText(value)) : std::string(); };
-    AskOptions options{.keywords = "Diameter", .from = a.point, .bits = InitGet::NoZero | InitGet::NoNegative, .enterEnds = known > 0};
+    const auto byDefault = [&](double value) {
+        return known > 0 ? fmt::format(" <{}>", lengthText(value)) : std::string();
+    };
+    AskOptions options{
+        .keywords = "Diameter", .from = a.point, .bits = InitGet::NoZero | InitGet::NoNegative, .enterEnds = known > 0};
     showCircle(a.point, 1);
     const Answer r = ed.askDistance("Specify radius of circle or [Diameter]" + byDefault(known), options);
     if (r.status != Answer::Status::Keyword)
@@ -232,7 +248,8 @@ void circle(Editor& ed)
 
 void point(Editor& ed)
 {
-    ed.printLine(fmt::format("Current point modes:  PDMODE={}  PDSIZE={}", ed.vars().integer("PDMODE"), lengthText(ed.vars().real("PDSIZE"))));
+    ed.printLine(fmt::format("Current point modes:  PDMODE={}  PDSIZE={}", ed.vars().integer("PDMODE"),
+                             lengthText(ed.vars().real("PDSIZE"))));
     const VcGePoint3d p = ed.point("Specify a point");
     auto made = std::make_unique<VcDbPoint>(toWorld(ed, p));
     made->setNormal(ucsNormal(ed));

@@ -29,7 +29,8 @@ VcDbObjectId addToSpace(edit::Editor& ed, std::unique_ptr<VcDbEntity> entity)
         throw edit::CommandError{"There is no space to draw in."};
     entity->setDatabaseDefaults(&ed.drawing());
     if (const double thickness = ed.vars().real("THICKNESS"); thickness != 0)
-        thicken<VcDbLine, VcDbPoint, VcDbCircle, VcDbArc, VcDbPolyline, VcDb2dPolyline, VcDbFilledQuad>(*entity, thickness);
+        thicken<VcDbLine, VcDbPoint, VcDbCircle, VcDbArc, VcDbPolyline, VcDb2dPolyline, VcDbFilledQuad>(*entity,
+                                                                                                        thickness);
     VcDbObjectId id;
     if (space->appendVcDbEntity(id, entity.get()))
         throw edit::CommandError{"The object cannot be added to the drawing."};
@@ -65,7 +66,10 @@ std::string pointText(const VcGePoint3d& p)
     return fmt::format("X = {}  Y = {}  Z = {}", lengthText(p.x), lengthText(p.y), lengthText(p.z));
 }
 
-std::string typedPointText(const VcGePoint3d& p) { return fmt::format("{},{},{}", lengthText(p.x), lengthText(p.y), lengthText(p.z)); }
+std::string typedPointText(const VcGePoint3d& p)
+{
+    return fmt::format("{},{},{}", lengthText(p.x), lengthText(p.y), lengthText(p.z));
+}
 
 edit::Answer askDirection(edit::Editor& ed, std::string_view prompt, const edit::AskOptions& options)
 {
@@ -86,7 +90,10 @@ std::string angleText(double radians)
     return vcdbAngToS(radians, -1, -1, text) == RTNORM ? wideToUtf8(text) : realText(radians);
 }
 
-std::string turnText(const edit::Editor& ed, double radians) { return angleText(ed.vars().integer("ANGDIR") != 0 ? -radians : radians); }
+std::string turnText(const edit::Editor& ed, double radians)
+{
+    return angleText(ed.vars().integer("ANGDIR") != 0 ? -radians : radians);
+}
 
 std::string directionText(const edit::Editor& ed, double radians)
 {

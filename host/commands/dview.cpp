@@ -11,7 +11,10 @@ namespace {
 using namespace edit;
 
 // Directions are answered in the world, or in the UCS.
-VcGeMatrix3d answersToWorld(Editor& ed) { return ed.vars().integer("WORLDVIEW") != 0 ? VcGeMatrix3d() : ucsToWorld(ed); }
+VcGeMatrix3d answersToWorld(Editor& ed)
+{
+    return ed.vars().integer("WORLDVIEW") != 0 ? VcGeMatrix3d() : ucsToWorld(ed);
+}
 
 VcGeVector3d directionOf(double around, double above)
 {
@@ -23,13 +26,15 @@ double elevationOf(const VcGeVector3d& d) { return std::atan2(d.z, std::hypot(d.
 double askAround(Editor& ed, const VcGeVector3d& now)
 {
     const double known = std::atan2(now.y, now.x);
-    const Answer a = askDirection(ed, fmt::format("Enter angle in XY plane from X axis <{}>", directionText(ed, known)), {.enterEnds = true});
+    const Answer a = askDirection(ed, fmt::format("Enter angle in XY plane from X axis <{}>", directionText(ed, known)),
+                                  {.enterEnds = true});
     return a.status == Answer::Status::Value ? a.real : known;
 }
 
 double askAbove(Editor& ed, const VcGeVector3d& now)
 {
-    const Answer a = ed.askAngle(fmt::format("Enter angle from XY plane <{}>", turnText(ed, elevationOf(now))), {.enterEnds = true});
+    const Answer a =
+        ed.askAngle(fmt::format("Enter angle from XY plane <{}>", turnText(ed, elevationOf(now))), {.enterEnds = true});
     return a.status == Answer::Status::Value ? a.real : elevationOf(now);
 }
 
@@ -58,9 +63,11 @@ void target(Editor& ed, View& view)
 void points(Editor& ed, View& view)
 {
     const VcGePoint3d eye = view.target + view.direction;
-    const Answer first = ed.askPoint(fmt::format("Specify target point <{}>", typedPointText(fromWorld(ed, view.target))), {.enterEnds = true});
+    const Answer first = ed.askPoint(
+        fmt::format("Specify target point <{}>", typedPointText(fromWorld(ed, view.target))), {.enterEnds = true});
     const VcGePoint3d to = first.status == Answer::Status::Value ? toWorld(ed, first.point) : view.target;
-    const Answer second = ed.askPoint(fmt::format("Specify camera point <{}>", typedPointText(fromWorld(ed, eye))), {.from = fromWorld(ed, to), .enterEnds = true});
+    const Answer second = ed.askPoint(fmt::format("Specify camera point <{}>", typedPointText(fromWorld(ed, eye))),
+                                      {.from = fromWorld(ed, to), .enterEnds = true});
     const VcGeVector3d direction = (second.status == Answer::Status::Value ? toWorld(ed, second.point) : eye) - to;
     if (!(direction.length() > 0))
         throw CommandError{"Target and camera must be apart."};
@@ -84,7 +91,8 @@ void zoom(Editor& ed, View& view)
 
 void twist(Editor& ed, View& view)
 {
-    const Answer a = ed.askAngle(fmt::format("Specify view twist angle <{}>", turnText(ed, view.twist)), {.enterEnds = true});
+    const Answer a =
+        ed.askAngle(fmt::format("Specify view twist angle <{}>", turnText(ed, view.twist)), {.enterEnds = true});
     if (a.status != Answer::Status::Value)
         return;
     const double turn = a.real - view.twist;
@@ -92,13 +100,17 @@ void twist(Editor& ed, View& view)
     view.twist = std::fmod(std::fmod(a.real, 2 * M_PI) + 2 * M_PI, 2 * M_PI);
 }
 
-void setMode(View& view, std::int16_t bit, bool on) { view.mode = std::int16_t(on ? view.mode | bit : view.mode & ~bit); }
+void setMode(View& view, std::int16_t bit, bool on)
+{
+    view.mode = std::int16_t(on ? view.mode | bit : view.mode & ~bit);
+}
 
 void clipPlane(Editor& ed, View& view, bool front)
 {
     double& distance = front ? view.frontClip : view.backClip;
-    const Answer a = ed.askDistance(fmt::format("Specify distance from target or [{}ON/OFF] <{}>", front ? "Eye/" : "", lengthText(distance)),
-                                    {.keywords = front ? "Eye ON OFF" : "ON OFF", .enterEnds = true});
+    const Answer a = ed.askDistance(
+        fmt::format("Specify distance from target or [{}ON/OFF] <{}>", front ? "Eye/" : "", lengthText(distance)),
+        {.keywords = front ? "Eye ON OFF" : "ON OFF", .enterEnds = true});
     const std::int16_t bit = front ? kFrontClipOn : kBackClipOn;
     setMode(view, bit, a.text != "OFF");
     if (a.status == Answer::Status::Value)
@@ -178,8 +190,9 @@ void lookFrom(Editor& ed, const VcGeVector3d& direction)
 void viewPoint(Editor& ed)
 {
     const VcGeVector3d now = answersToWorld(ed).inverse() * currentView(ed).direction;
-    const Answer a = ed.askPoint(fmt::format("Specify a view point or [Rotate] <{}>", typedPointText(VcGePoint3d() + now)),
-                                 {.keywords = "Rotate", .enterEnds = true});
+    const Answer a =
+        ed.askPoint(fmt::format("Specify a view point or [Rotate] <{}>", typedPointText(VcGePoint3d() + now)),
+                    {.keywords = "Rotate", .enterEnds = true});
     if (a.status == Answer::Status::Value)
         return lookFrom(ed, a.point.asVector());
     if (a.status != Answer::Status::Keyword)

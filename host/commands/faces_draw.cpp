@@ -45,7 +45,8 @@ std::optional<Corner> askCorner(Editor& ed, const std::string& what, bool mayEnd
 {
     Corner corner;
     for (;;) {
-        const Answer a = ed.askPoint(fmt::format("Specify {} point or [Invisible]{}", what, mayEnd ? " <exit>" : ""), {.keywords = "Invisible", .enterEnds = mayEnd});
+        const Answer a = ed.askPoint(fmt::format("Specify {} point or [Invisible]{}", what, mayEnd ? " <exit>" : ""),
+                                     {.keywords = "Invisible", .enterEnds = mayEnd});
         if (a.status == Answer::Status::Enter)
             return std::nullopt;
         if (a.status == Answer::Status::Value) {
@@ -97,7 +98,8 @@ void addTraces(Editor& ed, const std::vector<VcGePoint3d>& path, double width)
     for (std::size_t i = 0; i < last; ++i) {
         auto made = std::make_unique<VcDbTrace>();
         made->setNormal(ucsNormal(ed));
-        const VcGePoint3d corners[] = {path[i] + half[i], path[i] - half[i], path[i + 1] + half[i + 1], path[i + 1] - half[i + 1]};
+        const VcGePoint3d corners[] = {path[i] + half[i], path[i] - half[i], path[i + 1] + half[i + 1],
+                                       path[i + 1] - half[i + 1]};
         for (unsigned c = 0; c < 4; ++c)
             made->setPointAt(c, toWorld(ed, corners[c]));
         addToSpace(ed, std::move(made));
@@ -106,7 +108,8 @@ void addTraces(Editor& ed, const std::vector<VcGePoint3d>& path, double width)
 
 void trace(Editor& ed)
 {
-    const double width = ed.distance("Specify trace width", ed.vars().real("TRACEWID"), {.bits = InitGet::NoZero | InitGet::NoNegative});
+    const double width =
+        ed.distance("Specify trace width", ed.vars().real("TRACEWID"), {.bits = InitGet::NoZero | InitGet::NoNegative});
     ed.vars().set("TRACEWID", width);
     std::vector<VcGePoint3d> path{ed.point("Specify start point")};
     for (;;) {
@@ -147,8 +150,9 @@ void polyline3d(Editor& ed)
     VcDbObjectId id;
     for (;;) {
         const bool canClose = points.size() >= 3;
-        const Answer a = ed.askPoint(canClose ? "Specify endpoint of line or [Close/Undo]" : "Specify endpoint of line or [Undo]",
-                                     {.keywords = canClose ? "Close Undo" : "Undo", .from = points.back(), .enterEnds = true});
+        const Answer a =
+            ed.askPoint(canClose ? "Specify endpoint of line or [Close/Undo]" : "Specify endpoint of line or [Undo]",
+                        {.keywords = canClose ? "Close Undo" : "Undo", .from = points.back(), .enterEnds = true});
         if (a.status == Answer::Status::Enter)
             return;
         const bool closes = a.status == Answer::Status::Keyword && a.text == "Close";

@@ -13,8 +13,8 @@ using namespace edit;
 void save(Editor& ed, const std::string& path, const WriteOptions& how)
 {
     if (const auto result = writeTo(ed, ed.drawing(), path, how))
-        ed.printLine(fmt::format("Saved {} ({}): kept {}; rewrote {}; dropped {}.", result->path, releaseName(result->version), result->kept,
-                                 result->rewrote, result->dropped));
+        ed.printLine(fmt::format("Saved {} ({}): kept {}; rewrote {}; dropped {}.", result->path,
+                                 releaseName(result->version), result->kept, result->rewrote, result->dropped));
 }
 
 std::string askPath(Editor& ed) { return askOutputPath(ed, "Save drawing as", ed.db().origin.path); }

@@ -10,7 +10,10 @@ using namespace edit;
 
 class Fillet final : public CornerCommand {
 public:
-    explicit Fillet(Editor& ed) : CornerCommand(ed, {"object", "Undo/Polyline/Radius/Trim/Multiple", "Radius", "filleted"}) {}
+    explicit Fillet(Editor& ed)
+        : CornerCommand(ed, {"object", "Undo/Polyline/Radius/Trim/Multiple", "Radius", "filleted"})
+    {
+    }
 
 private:
     double radius() const { return m_ed.vars().real("FILLETRAD"); }
@@ -22,7 +25,8 @@ private:
 
 void Fillet::tellSettings()
 {
-    m_ed.printLine(fmt::format("Current settings: Mode = {}, Radius = {}", trims() ? "TRIM" : "NOTRIM", lengthText(radius())));
+    m_ed.printLine(
+        fmt::format("Current settings: Mode = {}, Radius = {}", trims() ? "TRIM" : "NOTRIM", lengthText(radius())));
 }
 
 void Fillet::askSetting(const std::string&)

@@ -30,7 +30,8 @@ void list(Editor& ed)
     ed.printLine(fmt::format("{:<32}{:<12}{}", "Defined groups.", "Selectable", "Objects"));
     for (const auto& [name, id] : groups(ed).liveEntries())
         if (const auto* group = ed.db().liveAs<VcDbGroup>(id); group && pattern.matches(name))
-            ed.printLine(fmt::format("{:<32}{:<12}{}", name, group->isSelectable() ? "Yes" : "No", group->numEntities()));
+            ed.printLine(
+                fmt::format("{:<32}{:<12}{}", name, group->isSelectable() ? "Yes" : "No", group->numEntities()));
 }
 
 // Null when the person leaves; asked again for a name that is not there.
@@ -136,11 +137,13 @@ void rename(Editor& ed)
 void selectable(Editor& ed)
 {
     if (VcDbGroup* group = askGroup(ed))
-        group->setSelectable(ed.keyword(fmt::format("This group is {}selectable. Should it be? [Yes/No] <Y>", group->isSelectable() ? "" : "not "),
+        group->setSelectable(ed.keyword(fmt::format("This group is {}selectable. Should it be? [Yes/No] <Y>",
+                                                    group->isSelectable() ? "" : "not "),
                                         "Yes No", "Yes") == "Yes");
 }
 
-std::size_t askPlace(Editor& ed, std::string_view prompt, std::size_t low, std::size_t high, std::optional<std::int64_t> byDefault = {})
+std::size_t askPlace(Editor& ed, std::string_view prompt, std::size_t low, std::size_t high,
+                     std::optional<std::int64_t> byDefault = {})
 {
     for (;;) {
         const std::int64_t place = ed.integer(fmt::format("{} ({} - {})", prompt, low, high), byDefault);
@@ -161,7 +164,9 @@ void order(Editor& ed)
     if (members.size() < 2)
         throw CommandError{"The group has no order: it has fewer than two members."};
     const std::size_t last = members.size() - 1;
-    const Answer a = ed.askInteger(fmt::format("Enter position number of the object to reorder (0 - {}) or [Reverse order]", last), {.keywords = "Reverse"});
+    const Answer a =
+        ed.askInteger(fmt::format("Enter position number of the object to reorder (0 - {}) or [Reverse order]", last),
+                      {.keywords = "Reverse"});
     if (a.status == Answer::Status::Keyword) {
         std::reverse(members.begin(), members.end());
     } else {
@@ -170,7 +175,8 @@ void order(Editor& ed)
         const auto from = std::size_t(a.integer);
         const std::size_t count = askPlace(ed, "Enter number of objects to reorder", 1, members.size() - from, 1);
         const std::size_t to = askPlace(ed, "Enter new position number for the object", 0, members.size() - count);
-        const VcDbObjectIdArray run(members.begin() + std::ptrdiff_t(from), members.begin() + std::ptrdiff_t(from + count));
+        const VcDbObjectIdArray run(members.begin() + std::ptrdiff_t(from),
+                                    members.begin() + std::ptrdiff_t(from + count));
         members.erase(members.begin() + std::ptrdiff_t(from), members.begin() + std::ptrdiff_t(from + count));
         members.insert(members.begin() + std::ptrdiff_t(to), run.begin(), run.end());
     }
@@ -180,10 +186,17 @@ void order(Editor& ed)
 
 void group(Editor& ed)
 {
-    const std::string what = ed.keyword("Enter a group option\n[?/Order/Add/Remove/Explode/REName/Selectable/Create] <Create>",
-                                        "? Order Add Remove Explode REName Selectable Create", "Create");
-    what == "?" ? list(ed) : what == "Order" ? order(ed) : what == "Add" ? add(ed) : what == "Remove" ? remove(ed)
-        : what == "Explode" ? disband(ed) : what == "REName" ? rename(ed) : what == "Selectable" ? selectable(ed) : create(ed);
+    const std::string what =
+        ed.keyword("Enter a group option\n[?/Order/Add/Remove/Explode/REName/Selectable/Create] <Create>",
+                   "? Order Add Remove Explode REName Selectable Create", "Create");
+    what == "?"            ? list(ed)
+    : what == "Order"      ? order(ed)
+    : what == "Add"        ? add(ed)
+    : what == "Remove"     ? remove(ed)
+    : what == "Explode"    ? disband(ed)
+    : what == "REName"     ? rename(ed)
+    : what == "Selectable" ? selectable(ed)
+                           : create(ed);
 }
 
 const HostCommand kCommands[] = {

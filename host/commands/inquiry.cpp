@@ -22,8 +22,9 @@ double alongPoints(Editor& ed, const VcGePoint3d& first)
     std::vector<VcGePoint3d> points{first};
     double total = 0;
     for (;;) {
-        const Answer a = ed.askPoint(points.size() > 1 ? "Specify next point or [Undo/Total] <Total>" : "Specify next point",
-                                     {.keywords = points.size() > 1 ? "Undo Total" : "", .from = points.back(), .enterEnds = true});
+        const Answer a =
+            ed.askPoint(points.size() > 1 ? "Specify next point or [Undo/Total] <Total>" : "Specify next point",
+                        {.keywords = points.size() > 1 ? "Undo Total" : "", .from = points.back(), .enterEnds = true});
         if (a.status == Answer::Status::Value) {
             total += points.back().distanceTo(a.point);
             points.push_back(a.point);
@@ -50,9 +51,10 @@ void distance(Editor& ed)
     const VcGeVector3d d = second.point - a;
     const double flat = std::hypot(d.x, d.y);
     const double inPlane = std::atan2(d.y, d.x);
-    ed.printLine(fmt::format("Distance = {},  Angle in XY Plane = {},  Angle from XY Plane = {}", lengthText(d.length()), directionText(ed, inPlane),
-                             angleText(std::atan2(d.z, flat))));
-    ed.printLine(fmt::format("Delta X = {},  Delta Y = {},   Delta Z = {}", lengthText(d.x), lengthText(d.y), lengthText(d.z)));
+    ed.printLine(fmt::format("Distance = {},  Angle in XY Plane = {},  Angle from XY Plane = {}",
+                             lengthText(d.length()), directionText(ed, inPlane), angleText(std::atan2(d.z, flat))));
+    ed.printLine(
+        fmt::format("Delta X = {},  Delta Y = {},   Delta Z = {}", lengthText(d.x), lengthText(d.y), lengthText(d.z)));
     ed.vars().force("DISTANCE", d.length());
 }
 

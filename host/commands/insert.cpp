@@ -140,9 +140,11 @@ Grid askGrid(Editor& ed)
             ed.printLine("One row and one column make no array; INSERT places a single block.");
     } while (grid.rows == 1 && grid.columns == 1);
     if (grid.rows > 1) {
-        const Answer a = ed.askReal("Enter distance between rows or specify unit cell (---)", {.keywords = "Cell", .bits = InitGet::NoZero});
+        const Answer a = ed.askReal("Enter distance between rows or specify unit cell (---)",
+                                    {.keywords = "Cell", .bits = InitGet::NoZero});
         if (a.status == Answer::Status::Keyword) {
-            const VcGePoint3d p = ed.point("Specify first corner"), q = ed.point("Specify opposite corner", {.from = p});
+            const VcGePoint3d p = ed.point("Specify first corner"),
+                              q = ed.point("Specify opposite corner", {.from = p});
             grid.rowSpacing = q.y - p.y;
             grid.columnSpacing = q.x - p.x;
             return grid;

@@ -91,7 +91,8 @@ void closeRound(Editor& ed, CurveEdits& edits, const Member& member)
 std::shared_ptr<SelectionSet> askMore(Editor& ed, const geom::Curve& source, bool& closes)
 {
     const bool round = std::holds_alternative<geom::Arc>(source) || std::holds_alternative<geom::Ellipse>(source);
-    auto more = round ? ed.select({.prompt = "Select arcs to join to source or [cLose]: ", .keywords = "cLose"}) : ed.select({.prompt = "Select objects to join: "});
+    auto more = round ? ed.select({.prompt = "Select arcs to join to source or [cLose]: ", .keywords = "cLose"})
+                      : ed.select({.prompt = "Select objects to join: "});
     closes = ed.selectKeyword() == "cLose";
     return more;
 }
@@ -118,7 +119,8 @@ void join(Editor& ed)
     const Outcome outcome = joinAll(ed, edits, std::move(members));
     if (outcome.made == 0)
         throw CommandError{"No objects were joined: none goes on from another."};
-    ed.report("{} objects joined into {}, {} discarded from the operation.", outcome.joined, outcome.made, offered - outcome.joined + refused);
+    ed.report("{} objects joined into {}, {} discarded from the operation.", outcome.joined, outcome.made,
+              offered - outcome.joined + refused);
 }
 
 const HostCommand kCommands[] = {

@@ -20,7 +20,10 @@ using namespace edit;
 using Layer = VcDbLayerTableRecord;
 
 Layer* currentLayer(Editor& ed) { return ed.db().liveAs<Layer>(ed.drawing().clayer()); }
-Layer* layerNamed(Editor& ed, std::string_view name) { return ed.db().liveAs<Layer>(ed.db().findRecord(NameTable::Layer, name)); }
+Layer* layerNamed(Editor& ed, std::string_view name)
+{
+    return ed.db().liveAs<Layer>(ed.db().findRecord(NameTable::Layer, name));
+}
 
 std::vector<Layer*> allLayers(Editor& ed)
 {
@@ -47,14 +50,16 @@ std::vector<Layer*> matching(Editor& ed, const std::string& names)
 
 std::vector<Layer*> askLayers(Editor& ed, std::string_view prompt, bool currentByDefault = false)
 {
-    const std::string names = ed.word(prompt, currentByDefault ? std::optional(currentLayer(ed)->nameUtf8()) : std::nullopt);
+    const std::string names =
+        ed.word(prompt, currentByDefault ? std::optional(currentLayer(ed)->nameUtf8()) : std::nullopt);
     return names.empty() ? std::vector<Layer*>() : matching(ed, names);
 }
 
 Layer* makeLayer(Editor& ed, const std::string& name)
 {
     if (!isLegalRecordName(name)) {
-        ed.printLine(fmt::format("\"{}\" is no name for a layer: it must not be empty nor hold any of <>/\\\":;?*|,=`.", name));
+        ed.printLine(
+            fmt::format("\"{}\" is no name for a layer: it must not be empty nor hold any of <>/\\\":;?*|,=`.", name));
         return nullptr;
     }
     auto layer = std::make_unique<Layer>();
@@ -73,14 +78,16 @@ void setCurrent(Editor& ed, const std::string& name)
     if (ed.vars().set("CLAYER", name) == SetVarResult::Done)
         return;
     const Layer* layer = layerNamed(ed, name);
-    ed.printLine(!layer                 ? fmt::format("Cannot find layer \"{}\".", name)
-                 : layer->isDependent() ? fmt::format("Layer \"{}\" comes from an external reference and cannot be current.", name)
-                                        : fmt::format("Layer \"{}\" is frozen and cannot be current.", name));
+    ed.printLine(!layer ? fmt::format("Cannot find layer \"{}\".", name)
+                 : layer->isDependent()
+                     ? fmt::format("Layer \"{}\" comes from an external reference and cannot be current.", name)
+                     : fmt::format("Layer \"{}\" is frozen and cannot be current.", name));
 }
 
 void make(Editor& ed)
 {
-    const std::string name = ed.word("Enter name for new layer (becomes the current layer)", currentLayer(ed)->nameUtf8());
+    const std::string name =
+        ed.word("Enter name for new layer (becomes the current layer)", currentLayer(ed)->nameUtf8());
     if (layerNamed(ed, name) || makeLayer(ed, name))
         setCurrent(ed, name);
 }
@@ -106,7 +113,8 @@ void rename(Editor& ed)
     if (!layer)
         return ed.printLine("There is no layer of that name.");
     if (layer->isDependent())
-        return ed.printLine(fmt::format("Layer \"{}\" comes from an external reference and keeps its name.", layer->nameUtf8()));
+        return ed.printLine(
+            fmt::format("Layer \"{}\" comes from an external reference and keeps its name.", layer->nameUtf8()));
     const bool current = layer == currentLayer(ed);
     if (layer->nameUtf8() == "0" || layer->setName(utf8ToWide(name).c_str()))
         return ed.printLine(fmt::format("The layer cannot be renamed to \"{}\".", name));
@@ -119,7 +127,8 @@ void off(Editor& ed)
 {
     for (Layer* layer : askLayers(ed, "Enter name list of layer(s) to turn off", true)) {
         if (layer == currentLayer(ed) &&
-            ed.keyword(fmt::format("Really want layer \"{}\" (the CURRENT layer) off? [Yes/No] <N>", layer->nameUtf8()), "Yes No", "No") == "No")
+            ed.keyword(fmt::format("Really want layer \"{}\" (the CURRENT layer) off? [Yes/No] <N>", layer->nameUtf8()),
+                       "Yes No", "No") == "No")
             continue;
         layer->setIsOff(true);
     }
@@ -139,7 +148,8 @@ std::optional<VcCmColor> parseColour(std::string_view text)
         if (equalNoCase(text, kNames[i]) || (text.size() == 1 && equalNoCase(text, kNames[i].substr(0, 1))))
             return VcCmColor::fromIndex(std::int16_t(i + 1));
     const auto index = parseInteger(text);
-    return index && *index >= 1 && *index <= 255 ? std::optional(VcCmColor::fromIndex(std::int16_t(*index))) : std::nullopt;
+    return index && *index >= 1 && *index <= 255 ? std::optional(VcCmColor::fromIndex(std::int16_t(*index)))
+                                                 : std::nullopt;
 }
 
 // A true colour as "red,green,blue".
@@ -147,7 +157,8 @@ std::optional<VcCmColor> askTrueColour(Editor& ed)
 {
     const std::string text = ed.word("Red,Green,Blue");
     unsigned rgb[3];
-    if (std::sscanf(text.c_str(), "%u,%u,%u", &rgb[0], &rgb[1], &rgb[2]) != 3 || rgb[0] > 255 || rgb[1] > 255 || rgb[2] > 255)
+    if (std::sscanf(text.c_str(), "%u,%u,%u", &rgb[0], &rgb[1], &rgb[2]) != 3 || rgb[0] > 255 || rgb[1] > 255 ||
+        rgb[2] > 255)
         return std::nullopt;
     VcCmColor colour;
     colour.setRGB(std::uint8_t(rgb[0]), std::uint8_t(rgb[1]), std::uint8_t(rgb[2]));
@@ -159,8 +170,9 @@ void colour(Editor& ed)
     const std::string typed = ed.word("New color [Truecolor] (1-255 or a name)");
     std::optional<VcCmColor> wanted;
     bool turnsOff = typed.starts_with('-');
-    wanted = equalNoCase(typed, "T") || equalNoCase(typed, "Truecolor") ? askTrueColour(ed)
-                                                                        : parseColour(std::string_view(typed).substr(turnsOff ? 1 : 0));
+    wanted = equalNoCase(typed, "T") || equalNoCase(typed, "Truecolor")
+                 ? askTrueColour(ed)
+                 : parseColour(std::string_view(typed).substr(turnsOff ? 1 : 0));
     if (!wanted)
         return ed.printLine("A colour number must be from 1 to 255, or a name such as red.");
     for (Layer* layer : askLayers(ed, fmt::format("Enter name list of layer(s) for color {}", typed), true)) {
@@ -186,7 +198,8 @@ void linetype(Editor& ed)
 
 void lineweight(Editor& ed)
 {
-    constexpr int kStandard[] = {0, 5, 9, 13, 15, 18, 20, 25, 30, 35, 40, 50, 53, 60, 70, 80, 90, 100, 106, 120, 140, 158, 200, 211};
+    constexpr int kStandard[] = {0,  5,  9,  13, 15, 18,  20,  25,  30,  35,  40,  50,
+                                 53, 60, 70, 80, 90, 100, 106, 120, 140, 158, 200, 211};
     const double millimetres = ed.real("Enter lineweight (0.0mm - 2.11mm)", -0.03);
     int weight = -3;
     if (millimetres >= 0)
@@ -233,7 +246,8 @@ void list(Editor& ed)
         if (layer->isLocked())
             state += " -L";
         const auto* linetype = ed.db().objectAs<VcDbSymbolTableRecord>(layer->linetypeObjectId());
-        ed.printLine(fmt::format("{:<32}{:<10}{:<8}{}", layer->nameUtf8(), state, layer->color().colorIndex(), linetype ? linetype->nameUtf8() : ""));
+        ed.printLine(fmt::format("{:<32}{:<10}{:<8}{}", layer->nameUtf8(), state, layer->color().colorIndex(),
+                                 linetype ? linetype->nameUtf8() : ""));
     }
     ed.printLine(fmt::format("Current layer: \"{}\"", currentLayer(ed)->nameUtf8()));
 }
@@ -275,18 +289,37 @@ void unlock(Editor& ed)
 }
 
 constexpr Option kOptions[] = {
-    {"?", list},   {"Make", make},     {"Set", set},       {"New", addNew}, {"Rename", rename}, {"ON", on},       {"OFF", off},    {"Color", colour},
-    {"Ltype", linetype}, {"LWeight", lineweight}, {"Plot", plot}, {"Freeze", freeze}, {"Thaw", thaw}, {"LOck", lock}, {"Unlock", unlock},
-    {"TRansparency", transparency}, {"Description", description}, {"MATerial", material}, {"stAte", layerStateOption}, {"rEconcile", reconcile},
+    {"?", list},
+    {"Make", make},
+    {"Set", set},
+    {"New", addNew},
+    {"Rename", rename},
+    {"ON", on},
+    {"OFF", off},
+    {"Color", colour},
+    {"Ltype", linetype},
+    {"LWeight", lineweight},
+    {"Plot", plot},
+    {"Freeze", freeze},
+    {"Thaw", thaw},
+    {"LOck", lock},
+    {"Unlock", unlock},
+    {"TRansparency", transparency},
+    {"Description", description},
+    {"MATerial", material},
+    {"stAte", layerStateOption},
+    {"rEconcile", reconcile},
 };
 
 void layer(Editor& ed)
 {
     ed.printLine(fmt::format("Current layer:  \"{}\"", currentLayer(ed)->nameUtf8()));
-    runOptions(ed,
-               "Enter an option [?/Make/Set/New/Rename/ON/OFF/Color/Ltype/LWeight/TRansparency/MATerial/Plot/Freeze/Thaw/LOck/Unlock/stAte/"
-               "Description/rEconcile]: ",
-               kOptions);
+    runOptions(
+        ed,
+        "Enter an option "
+        "[?/Make/Set/New/Rename/ON/OFF/Color/Ltype/LWeight/TRansparency/MATerial/Plot/Freeze/Thaw/LOck/Unlock/stAte/"
+        "Description/rEconcile]: ",
+        kOptions);
 }
 
 const HostCommand kCommands[] = {

@@ -52,7 +52,8 @@ bool isFree(Editor& ed, const std::string& name)
         return false;
     }
     return !layerState(ed.db(), name) ||
-           ed.keyword(fmt::format("Layer state \"{}\" already exists. Replace it? [Yes/No] <No>", name), "Yes No", "No") == "Yes";
+           ed.keyword(fmt::format("Layer state \"{}\" already exists. Replace it? [Yes/No] <No>", name), "Yes No",
+                      "No") == "Yes";
 }
 
 void save(Editor& ed)
@@ -74,7 +75,8 @@ void restore(Editor& ed)
     if (!state->current.empty())
         ed.vars().set("CLAYER", state->current);
     const auto missing = applyLayerState(ed.db(), activeViewport(ed), *state);
-    if (!state->current.empty() && ed.vars().text("CLAYER") != state->current && ed.vars().set("CLAYER", state->current) == SetVarResult::Done)
+    if (!state->current.empty() && ed.vars().text("CLAYER") != state->current &&
+        ed.vars().set("CLAYER", state->current) == SetVarResult::Done)
         applyLayerState(ed.db(), activeViewport(ed), *state);
     for (const std::string& name : missing)
         ed.printLine(fmt::format("\"{}\" is in the layer state and not in the drawing.", name));
@@ -86,9 +88,17 @@ struct PartName {
     int part;
 };
 constexpr PartName kParts[] = {
-    {"On", kStateOn},         {"Frozen", kStateFrozen},     {"Lock", kStateLocked},           {"Plot", kStatePlot},
-    {"Newvpfreeze", kStateNewViewports}, {"Color", kStateColour}, {"lineType", kStateLinetype}, {"lineWeight", kStateLineweight},
-    {"trAnsparency", kStateTransparency}, {"plotStyle", kStatePlotStyle}, {"Vpfreeze", kStateViewport},
+    {"On", kStateOn},
+    {"Frozen", kStateFrozen},
+    {"Lock", kStateLocked},
+    {"Plot", kStatePlot},
+    {"Newvpfreeze", kStateNewViewports},
+    {"Color", kStateColour},
+    {"lineType", kStateLinetype},
+    {"lineWeight", kStateLineweight},
+    {"trAnsparency", kStateTransparency},
+    {"plotStyle", kStatePlotStyle},
+    {"Vpfreeze", kStateViewport},
 };
 
 std::string partsOf(const LayerState& state)
@@ -108,8 +118,10 @@ void edit(Editor& ed)
         return;
     Question question;
     question.kind = Question::Kind::Keyword;
-    question.prompt = "Enter states to change [On/Frozen/Lock/Plot/Newvpfreeze/Color/lineType/lineWeight/trAnsparency/plotStyle/Vpfreeze]: ";
-    question.init.keywords = parseKeywords("On Frozen Lock Plot Newvpfreeze Color lineType lineWeight trAnsparency plotStyle Vpfreeze");
+    question.prompt = "Enter states to change "
+                      "[On/Frozen/Lock/Plot/Newvpfreeze/Color/lineType/lineWeight/trAnsparency/plotStyle/Vpfreeze]: ";
+    question.init.keywords =
+        parseKeywords("On Frozen Lock Plot Newvpfreeze Color lineType lineWeight trAnsparency plotStyle Vpfreeze");
     question.hasDefault = true;
     for (;;) {
         ed.printLine("Restored: " + partsOf(*state));
@@ -192,8 +204,8 @@ struct Option {
     void (*run)(Editor&);
 };
 constexpr Option kOptions[] = {
-    {"?", list},       {"Save", save},         {"Restore", restore}, {"Edit", edit},
-    {"Name", rename},  {"Delete", remove},     {"Import", importFile}, {"EXport", exportFile},
+    {"?", list},      {"Save", save},     {"Restore", restore},   {"Edit", edit},
+    {"Name", rename}, {"Delete", remove}, {"Import", importFile}, {"EXport", exportFile},
 };
 
 }

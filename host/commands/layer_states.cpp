@@ -44,8 +44,9 @@ std::string linetypeName(const DatabaseCore& db, VcDbObjectId id)
 
 int flagsOf(const Record& layer)
 {
-    return (layer.isOff() ? kStateOn : 0) | (layer.isFrozen() ? kStateFrozen : 0) | (layer.isLocked() ? kStateLocked : 0) |
-           (layer.isPlottable() ? kStatePlot : 0) | (layer.VPDFLT() ? kStateNewViewports : 0);
+    return (layer.isOff() ? kStateOn : 0) | (layer.isFrozen() ? kStateFrozen : 0) |
+           (layer.isLocked() ? kStateLocked : 0) | (layer.isPlottable() ? kStatePlot : 0) |
+           (layer.VPDFLT() ? kStateNewViewports : 0);
 }
 
 TagList groupsOf(const DatabaseCore& db, const LayerState& state)
@@ -123,7 +124,8 @@ LayerState layerStateNow(const DatabaseCore& db, const VcDbViewport* viewport, s
         const auto& layer = *db.objectAs<Record>(id);
         const int inViewport = viewport && viewport->isLayerFrozenInViewport(id) ? kStateViewport : 0;
         state.layers.push_back({layer.nameUtf8(), flagsOf(layer) | inViewport, layer.color(), layer.lineWeight(),
-                                linetypeName(db, layer.linetypeObjectId()), plotStyleOf(db, layer), transparencyOf(layer)});
+                                linetypeName(db, layer.linetypeObjectId()), plotStyleOf(db, layer),
+                                transparencyOf(layer)});
     }
     return state;
 }
@@ -203,7 +205,8 @@ void apply(DatabaseCore& db, const LayerState::Layer& from, int parts, Record& l
         layer.setLineWeight(VcDb::LineWeight(from.lineweight));
     // Where plot styles go by colour, layers have none of their own.
     const bool hasPlotStyles = db.header().integer("$PSTYLEMODE", 1) == 0;
-    if (parts & kStatePlotStyle && hasPlotStyles && !from.plotStyle.empty() && !setPlotStyleOf(db, layer, from.plotStyle))
+    if (parts & kStatePlotStyle && hasPlotStyles && !from.plotStyle.empty() &&
+        !setPlotStyleOf(db, layer, from.plotStyle))
         missing.push_back(from.plotStyle);
     if (parts & kStateTransparency && from.transparency != transparencyOf(layer))
         setTransparencyValue(layer, from.transparency);

@@ -33,7 +33,8 @@ enum LayerStatePart : int {
 struct LayerState {
     struct Layer {
         std::string name;
-        int flags = kStatePlot;  // off, frozen, locked, plotted, frozen in new and in the current viewport, by the bits above
+        int flags =
+            kStatePlot;  // off, frozen, locked, plotted, frozen in new and in the current viewport, by the bits above
         VcCmColor colour = VcCmColor::fromIndex(7);
         int lineweight = -3;
         std::string linetype = "Continuous", plotStyle;

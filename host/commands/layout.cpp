@@ -53,7 +53,8 @@ std::string askNewName(Editor& ed, std::string_view prompt, const std::string& b
     for (;;) {
         const std::string name = ed.word(prompt, byDefault);
         if (!isLegalRecordName(name))
-            ed.printLine(fmt::format("\"{}\" is no name for a layout: it must not be empty nor hold any of <>/\\\":;?*|,=`.", name));
+            ed.printLine(fmt::format(
+                "\"{}\" is no name for a layout: it must not be empty nor hold any of <>/\\\":;?*|,=`.", name));
         else if (layoutNamed(ed.db(), name))
             ed.printLine(fmt::format("Layout \"{}\" already exists.", name));
         else
@@ -138,7 +139,8 @@ void takeFromTemplate(Editor& ed)
             const bool isFree = !layoutNamed(ed.db(), layout->nameUtf8());
             const std::string name = isFree ? layout->nameUtf8() : copyName(ed, layout->nameUtf8());
             copyLayout(ed.db(), *layout, name);
-            ed.printLine(fmt::format("Layout \"{}\" taken{}.", layout->nameUtf8(), isFree ? "" : fmt::format(" as \"{}\"", name)));
+            ed.printLine(fmt::format("Layout \"{}\" taken{}.", layout->nameUtf8(),
+                                     isFree ? "" : fmt::format(" as \"{}\"", name)));
             ++taken;
         }
         if (taken > 0)
@@ -190,8 +192,14 @@ void layout(Editor& ed)
 {
     const std::string what = ed.keyword("Enter layout option [Copy/Delete/New/Template/Rename/SAveas/Set/?] <Set>",
                                         "Copy Delete New Template Rename SAveas Set ?", "Set");
-    what == "Copy" ? copy(ed) : what == "Delete" ? erase(ed) : what == "New" ? make(ed) : what == "Rename" ? rename(ed)
-        : what == "Set" ? set(ed) : what == "Template" ? takeFromTemplate(ed) : what == "SAveas" ? saveAsTemplate(ed) : list(ed);
+    what == "Copy"       ? copy(ed)
+    : what == "Delete"   ? erase(ed)
+    : what == "New"      ? make(ed)
+    : what == "Rename"   ? rename(ed)
+    : what == "Set"      ? set(ed)
+    : what == "Template" ? takeFromTemplate(ed)
+    : what == "SAveas"   ? saveAsTemplate(ed)
+                         : list(ed);
 }
 
 const HostCommand kCommands[] = {

@@ -68,7 +68,8 @@ void Lengthen::measure(const CurvePick& pick)
 void Lengthen::askDelta()
 {
     Settings& s = settings();
-    const Answer a = m_ed.askDistance(fmt::format("Enter delta length or [Angle] <{}>", lengthText(s.delta)), {.keywords = "Angle", .enterEnds = true});
+    const Answer a = m_ed.askDistance(fmt::format("Enter delta length or [Angle] <{}>", lengthText(s.delta)),
+                                      {.keywords = "Angle", .enterEnds = true});
     s.byAngle = a.status == Status::Keyword;
     if (a.status == Status::Value)
         s.delta = a.real;
@@ -82,26 +83,32 @@ void Lengthen::askDelta()
 void Lengthen::askTotal()
 {
     Settings& s = settings();
-    const Answer a = m_ed.askDistance(fmt::format("Specify total length or [Angle] <{}>", lengthText(s.total)),
-                                      {.keywords = "Angle", .bits = InitGet::NoZero | InitGet::NoNegative, .enterEnds = true});
+    const Answer a =
+        m_ed.askDistance(fmt::format("Specify total length or [Angle] <{}>", lengthText(s.total)),
+                         {.keywords = "Angle", .bits = InitGet::NoZero | InitGet::NoNegative, .enterEnds = true});
     s.byAngle = a.status == Status::Keyword;
     if (a.status == Status::Value)
         s.total = a.real;
     if (!s.byAngle)
         return;
-    const Answer b = m_ed.askAngle(fmt::format("Specify total angle <{}>", angleText(s.totalAngle)), {.bits = InitGet::NoZero | InitGet::NoNegative, .enterEnds = true});
+    const Answer b = m_ed.askAngle(fmt::format("Specify total angle <{}>", angleText(s.totalAngle)),
+                                   {.bits = InitGet::NoZero | InitGet::NoNegative, .enterEnds = true});
     if (b.status == Status::Value)
         s.totalAngle = b.real;
 }
 
 void Lengthen::askPercent()
 {
-    settings().percent = m_ed.real("Enter percentage length", settings().percent, {.bits = InitGet::NoZero | InitGet::NoNegative});
+    settings().percent =
+        m_ed.real("Enter percentage length", settings().percent, {.bits = InitGet::NoZero | InitGet::NoNegative});
 }
 
 void Lengthen::setting(const std::string& keyword)
 {
-    settings().way = keyword == "DElta" ? Way::Delta : keyword == "Percent" ? Way::Percent : keyword == "Total" ? Way::Total : Way::Dynamic;
+    settings().way = keyword == "DElta"     ? Way::Delta
+                     : keyword == "Percent" ? Way::Percent
+                     : keyword == "Total"   ? Way::Total
+                                            : Way::Dynamic;
     if (settings().way == Way::Delta)
         askDelta();
     else if (settings().way == Way::Total)
@@ -134,7 +141,9 @@ std::optional<double> Lengthen::newLength(const geom::Curve& curve) const
 std::optional<geom::Curve> Lengthen::dragged(const CurvePick& pick, bool atStart)
 {
     const geom::Interval range = geom::paramRange(pick.curve);
-    const VcGePoint3d end = toWorld(m_ed, m_ed.point("Specify new endpoint", {.from = fromWorld(m_ed, geom::pointAt(pick.curve, atStart ? range.from : range.to))}));
+    const VcGePoint3d end = toWorld(
+        m_ed, m_ed.point("Specify new endpoint",
+                         {.from = fromWorld(m_ed, geom::pointAt(pick.curve, atStart ? range.from : range.to))}));
     const auto path = geom::pathBeyond(pick.curve, atStart);
     if (!path)
         return std::nullopt;
@@ -148,10 +157,13 @@ std::optional<geom::Curve> Lengthen::dragged(const CurvePick& pick, bool atStart
     if (std::holds_alternative<geom::Arc>(pick.curve) || std::holds_alternative<geom::Ellipse>(pick.curve)) {
         double t = near->param;
         t += geom::kTwoPi * std::ceil((range.from - t) / geom::kTwoPi);
-        return atStart ? geom::betweenEnds(pick.curve, t - (t >= range.to ? geom::kTwoPi : 0), range.to) : geom::betweenEnds(pick.curve, range.from, t);
+        return atStart ? geom::betweenEnds(pick.curve, t - (t >= range.to ? geom::kTwoPi : 0), range.to)
+                       : geom::betweenEnds(pick.curve, range.from, t);
     }
     const auto own = geom::closestPoint(pick.curve, end);
-    return own ? (atStart ? geom::betweenEnds(pick.curve, own->param, range.to) : geom::betweenEnds(pick.curve, range.from, own->param)) : std::nullopt;
+    return own ? (atStart ? geom::betweenEnds(pick.curve, own->param, range.to)
+                          : geom::betweenEnds(pick.curve, range.from, own->param))
+               : std::nullopt;
 }
 
 void Lengthen::change(const CurvePick& pick)
@@ -199,8 +211,9 @@ void Lengthen::run()
     static const char* kWays[] = {"DElta", "Percent", "Total", "DYnamic"};
     for (;;) {
         const char* now = kWays[int(settings().way)];
-        const Answer a = m_ed.askEntity(fmt::format("Select an object to measure or [DElta/Percent/Total/DYnamic] <{}>", now),
-                                        {.keywords = "DElta Percent Total DYnamic"});
+        const Answer a =
+            m_ed.askEntity(fmt::format("Select an object to measure or [DElta/Percent/Total/DYnamic] <{}>", now),
+                           {.keywords = "DElta Percent Total DYnamic"});
         if (a.status == Status::Enter)
             return setting(now);
         if (a.status == Status::Keyword)

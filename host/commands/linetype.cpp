@@ -66,17 +66,33 @@ bool putText(const DatabaseCore& db, std::string_view item, Record::Dash& dash)
     dash.flags = Record::kText;
     for (std::size_t i = 2; i < parts.size(); ++i) {
         const std::string part = toUpper(parts[i]);
-        const auto value = part.size() > 2 && part[1] == '=' ? parseReal(std::string_view(part).substr(2)) : std::nullopt;
+        const auto value =
+            part.size() > 2 && part[1] == '=' ? parseReal(std::string_view(part).substr(2)) : std::nullopt;
         if (!value)
             return false;
         switch (part[0]) {
-        case 'S': dash.scale = *value; break;
-        case 'R': dash.rotation = *value * M_PI / 180; break;
-        case 'A': dash.rotation = *value * M_PI / 180; dash.flags |= Record::kAbsoluteRotation; break;
-        case 'U': dash.rotation = *value * M_PI / 180; dash.flags |= Record::kUprightText; break;
-        case 'X': dash.offset.x = *value; break;
-        case 'Y': dash.offset.y = *value; break;
-        default: return false;
+        case 'S':
+            dash.scale = *value;
+            break;
+        case 'R':
+            dash.rotation = *value * M_PI / 180;
+            break;
+        case 'A':
+            dash.rotation = *value * M_PI / 180;
+            dash.flags |= Record::kAbsoluteRotation;
+            break;
+        case 'U':
+            dash.rotation = *value * M_PI / 180;
+            dash.flags |= Record::kUprightText;
+            break;
+        case 'X':
+            dash.offset.x = *value;
+            break;
+        case 'Y':
+            dash.offset.y = *value;
+            break;
+        default:
+            return false;
         }
     }
     return true;
@@ -116,9 +132,11 @@ std::vector<Definition> definitionsIn(Editor& ed, std::string_view text, const W
             continue;
         const auto dashes = dashesOf(ed.db(), lines[i + 1]);
         if (!dashes || !isLegalRecordName(name))
-            ed.printLine(fmt::format("Linetype \"{}\" cannot be used: line {} of the file is no pattern.", name, i + 2));
+            ed.printLine(
+                fmt::format("Linetype \"{}\" cannot be used: line {} of the file is no pattern.", name, i + 2));
         else
-            found.push_back({name, std::string(comma < lines[i].size() ? trimBlanks(lines[i].substr(comma + 1)) : ""), *dashes});
+            found.push_back(
+                {name, std::string(comma < lines[i].size() ? trimBlanks(lines[i].substr(comma + 1)) : ""), *dashes});
     }
     return found;
 }
@@ -127,7 +145,8 @@ void take(Editor& ed, const Definition& definition)
 {
     auto* known = ed.db().liveAs<Record>(ed.db().findRecord(NameTable::Linetype, definition.name));
     if (known && ed.vars().integer("EXPERT") < 3 &&
-        ed.keyword(fmt::format("Linetype \"{}\" is already loaded. Reload it? [Yes/No] <Y>", definition.name), "Yes No", "Yes") == "No")
+        ed.keyword(fmt::format("Linetype \"{}\" is already loaded. Reload it? [Yes/No] <Y>", definition.name), "Yes No",
+                   "Yes") == "No")
         return;
     if (!known) {
         auto made = std::make_unique<Record>();

@@ -8,7 +8,8 @@ namespace vk::commands {
 
 std::optional<VcDb::LineWeight> lineWeightOf(std::string_view text)
 {
-    static constexpr int kStandard[] = {0, 5, 9, 13, 15, 18, 20, 25, 30, 35, 40, 50, 53, 60, 70, 80, 90, 100, 106, 120, 140, 158, 200, 211};
+    static constexpr int kStandard[] = {0,  5,  9,  13, 15, 18,  20,  25,  30,  35,  40,  50,
+                                        53, 60, 70, 80, 90, 100, 106, 120, 140, 158, 200, 211};
     if (equalNoCase(text, "ByLayer"))
         return VcDb::kLnWtByLayer;
     if (equalNoCase(text, "ByBlock"))

@@ -209,9 +209,9 @@ void describe(Listing& l, const VcDbText& text)
     l.number("width factor", text.widthFactor());
     l.angle("obliquing angle", text.oblique());
     l.pair("generation", text.isMirroredInX() && text.isMirroredInY() ? "backwards, upside down"
-                         : text.isMirroredInX()                      ? "backwards"
-                         : text.isMirroredInY()                      ? "upside down"
-                                                                     : "normal");
+                         : text.isMirroredInX()                       ? "backwards"
+                         : text.isMirroredInY()                       ? "upside down"
+                                                                      : "normal");
 }
 
 void describe(Listing& l, const VcDbMText& text)
@@ -251,7 +251,8 @@ std::string valueText(const resbuf& node)
 {
     switch (groupKind(node.restype)) {
     case GroupKind::Point:
-        return fmt::format("({} {} {})", lengthText(node.resval.rpoint[0]), lengthText(node.resval.rpoint[1]), lengthText(node.resval.rpoint[2]));
+        return fmt::format("({} {} {})", lengthText(node.resval.rpoint[0]), lengthText(node.resval.rpoint[1]),
+                           lengthText(node.resval.rpoint[2]));
     case GroupKind::Real:
         return realText(rbReal(node));
     case GroupKind::String:
@@ -294,9 +295,12 @@ void describeOwn(Listing& l, VcDbEntity& entity)
 {
     using Describe = bool (*)(Listing&, const VcDbEntity&);
     static constexpr Describe kDescribers[] = {
-        describeAs<VcDbLine>,    describeAs<VcDbPoint>, describeAs<VcDbCircle>, describeAs<VcDbArc>,   describeAs<VcDbEllipse>,        describeAs<VcDbUnboundedLine>,
-        describeAs<VcDbPolyline>, describeAs<VcDbSpline>, describeAs<VcDbText>,  describeAs<VcDbMText>, describeAs<VcDbBlockReference>, describeAs<VcDbDimension>,
-        describeAs<VcDb2dPolyline>, describeAs<VcDb3dPolyline>, describeAs<VcDbFilledQuad>, describeAs<VcDbFace>, describeAs<VcDbHatch>, describeAs<VcDbLeader>,
+        describeAs<VcDbLine>,       describeAs<VcDbPoint>,          describeAs<VcDbCircle>,
+        describeAs<VcDbArc>,        describeAs<VcDbEllipse>,        describeAs<VcDbUnboundedLine>,
+        describeAs<VcDbPolyline>,   describeAs<VcDbSpline>,         describeAs<VcDbText>,
+        describeAs<VcDbMText>,      describeAs<VcDbBlockReference>, describeAs<VcDbDimension>,
+        describeAs<VcDb2dPolyline>, describeAs<VcDb3dPolyline>,     describeAs<VcDbFilledQuad>,
+        describeAs<VcDbFace>,       describeAs<VcDbHatch>,          describeAs<VcDbLeader>,
         describeAs<VcDbViewport>,
     };
     for (const Describe describe : kDescribers)
@@ -321,7 +325,8 @@ void listEntity(Listing& l, VcDbEntity& entity)
     Editor& ed = l.editor();
     const auto* space = ed.db().objectAs<VcDbBlockTableRecord>(entity.ownerId());
     l.head(dxfNameOf(entity), fmt::format("Layer: \"{}\"", layerName(entity)));
-    l.line(fmt::format("Space: {}", space && space->objectId() == ed.db().modelSpace() ? "Model space" : "Paper space"));
+    l.line(
+        fmt::format("Space: {}", space && space->objectId() == ed.db().modelSpace() ? "Model space" : "Paper space"));
     l.line(fmt::format("Handle = {}", handleText(entity.handle().value())));
     describeProperties(l, entity);
     describeOwn(l, entity);

@@ -16,7 +16,9 @@ void setFlag(Editor& ed, const char* name, bool on) { ed.vars().set(name, std::i
 void ortho(Editor& ed)
 {
     const bool now = ed.vars().integer("ORTHOMODE") != 0;
-    setFlag(ed, "ORTHOMODE", ed.keyword(fmt::format("Enter mode [ON/OFF] <{}>", now ? "ON" : "OFF"), "ON OFF", now ? "ON" : "OFF") == "ON");
+    setFlag(ed, "ORTHOMODE",
+            ed.keyword(fmt::format("Enter mode [ON/OFF] <{}>", now ? "ON" : "OFF"), "ON OFF", now ? "ON" : "OFF") ==
+                "ON");
 }
 
 void setSpacing(Editor& ed, const char* variable, const char* mode, double x, double y)
@@ -41,8 +43,11 @@ void snapAspect(Editor& ed)
 void snapRotate(Editor& ed)
 {
     const VcGePoint3d base = ed.vars().point("SNAPBASE");
-    const Answer p = ed.askPoint(fmt::format("Specify base point <{:.4f},{:.4f}>", base.x, base.y), {.enterEnds = true});
-    const Answer a = askDirection(ed, fmt::format("Specify rotation angle <{}>", directionText(ed, ed.vars().real("SNAPANG"))), {.enterEnds = true});
+    const Answer p =
+        ed.askPoint(fmt::format("Specify base point <{:.4f},{:.4f}>", base.x, base.y), {.enterEnds = true});
+    const Answer a =
+        askDirection(ed, fmt::format("Specify rotation angle <{}>", directionText(ed, ed.vars().real("SNAPANG"))),
+                     {.enterEnds = true});
     if (p.status == Answer::Status::Value)
         ed.vars().set("SNAPBASE", VcGePoint2d(p.point.x, p.point.y));
     if (a.status == Answer::Status::Value)
@@ -52,31 +57,40 @@ void snapRotate(Editor& ed)
 void snapStyle(Editor& ed)
 {
     const bool isometric = ed.vars().integer("SNAPSTYL") != 0;
-    const std::string style = ed.keyword(fmt::format("Enter snap grid style [Standard/Isometric] <{}>", isometric ? "I" : "S"), "Standard Isometric",
-                                         isometric ? "Isometric" : "Standard");
+    const std::string style =
+        ed.keyword(fmt::format("Enter snap grid style [Standard/Isometric] <{}>", isometric ? "I" : "S"),
+                   "Standard Isometric", isometric ? "Isometric" : "Standard");
     setFlag(ed, "SNAPSTYL", style == "Isometric");
-    const double y = positive(ed, style == "Isometric" ? "Specify vertical spacing" : "Specify snap spacing", ed.vars().point("SNAPUNIT").y);
+    const double y = positive(ed, style == "Isometric" ? "Specify vertical spacing" : "Specify snap spacing",
+                              ed.vars().point("SNAPUNIT").y);
     ed.vars().set("SNAPUNIT", VcGePoint2d(y, y));
 }
 
 void snapType(Editor& ed)
 {
     const char* now = ed.vars().integer("SNAPTYPE") != 0 ? "Polar" : "Grid";
-    setFlag(ed, "SNAPTYPE", ed.keyword(fmt::format("Enter snap type [Polar/Grid] <{}>", now), "Polar Grid", now) == "Polar");
+    setFlag(ed, "SNAPTYPE",
+            ed.keyword(fmt::format("Enter snap type [Polar/Grid] <{}>", now), "Polar Grid", now) == "Polar");
 }
 
 void snap(Editor& ed)
 {
     const VcGePoint3d now = ed.vars().point("SNAPUNIT");
-    const Answer a = ed.askDistance(fmt::format("Specify snap spacing or [ON/OFF/Aspect/Rotate/Style/Type] <{}>", lengthText(now.x)),
-                                    {.keywords = "ON OFF Aspect Rotate Style Type", .bits = InitGet::NoZero | InitGet::NoNegative, .enterEnds = true});
+    const Answer a =
+        ed.askDistance(fmt::format("Specify snap spacing or [ON/OFF/Aspect/Rotate/Style/Type] <{}>", lengthText(now.x)),
+                       {.keywords = "ON OFF Aspect Rotate Style Type",
+                        .bits = InitGet::NoZero | InitGet::NoNegative,
+                        .enterEnds = true});
     if (a.status != Answer::Status::Keyword) {
         const double spacing = a.status == Answer::Status::Value ? a.real : now.x;
         return setSpacing(ed, "SNAPUNIT", "SNAPMODE", spacing, a.status == Answer::Status::Value ? spacing : now.y);
     }
     if (a.text == "ON" || a.text == "OFF")
         return setFlag(ed, "SNAPMODE", a.text == "ON");
-    a.text == "Aspect" ? snapAspect(ed) : a.text == "Rotate" ? snapRotate(ed) : a.text == "Style" ? snapStyle(ed) : snapType(ed);
+    a.text == "Aspect"   ? snapAspect(ed)
+    : a.text == "Rotate" ? snapRotate(ed)
+    : a.text == "Style"  ? snapStyle(ed)
+                         : snapType(ed);
 }
 
 // A spacing may be said as a multiple of the snap: 2X.
@@ -123,8 +137,12 @@ void grid(Editor& ed)
 {
     const VcGePoint3d now = ed.vars().point("GRIDUNIT"), snap = ed.vars().point("SNAPUNIT");
     for (;;) {
-        const Answer a = ed.askDistance(fmt::format("Specify grid spacing(X) or\n[ON/OFF/Snap/Major/aDaptive/Limits/Follow/Aspect] <{}>", lengthText(now.x)),
-                                        {.keywords = "ON OFF Snap Major aDaptive Limits Follow Aspect", .bits = InitGet::NoNegative | InitGet::Arbitrary, .enterEnds = true});
+        const Answer a = ed.askDistance(
+            fmt::format("Specify grid spacing(X) or\n[ON/OFF/Snap/Major/aDaptive/Limits/Follow/Aspect] <{}>",
+                        lengthText(now.x)),
+            {.keywords = "ON OFF Snap Major aDaptive Limits Follow Aspect",
+             .bits = InitGet::NoNegative | InitGet::Arbitrary,
+             .enterEnds = true});
         if (a.status == Answer::Status::Enter)
             return setSpacing(ed, "GRIDUNIT", "GRIDMODE", now.x, now.y);
         if (a.status == Answer::Status::Value)
@@ -149,7 +167,8 @@ void grid(Editor& ed)
             return askGridBit(ed, "Display grid beyond Limits", kBeyondLimits);
         if (a.text == "Follow")
             return askGridBit(ed, "Follow dynamic UCS", kFollowsUcs);
-        const auto major = ed.integer("Enter the number of grid divisions per major grid line", ed.vars().integer("GRIDMAJOR"));
+        const auto major =
+            ed.integer("Enter the number of grid divisions per major grid line", ed.vars().integer("GRIDMAJOR"));
         if (ed.vars().set("GRIDMAJOR", std::int32_t(major)) == SetVarResult::Done)
             return;
         ed.printLine("Requires a whole number from 1 to 100.");
@@ -161,12 +180,14 @@ void limits(Editor& ed)
     const VcGePoint3d low = ed.vars().point("LIMMIN"), high = ed.vars().point("LIMMAX");
     const bool paper = ed.db().currentSpace() == ed.db().paperSpace();
     ed.printLine(paper ? "Reset Paper space limits:" : "Reset Model space limits:");
-    const Answer a = ed.askPoint(fmt::format("Specify lower left corner or [ON/OFF] <{},{}>", lengthText(low.x), lengthText(low.y)),
-                                 {.keywords = "ON OFF", .enterEnds = true});
+    const Answer a =
+        ed.askPoint(fmt::format("Specify lower left corner or [ON/OFF] <{},{}>", lengthText(low.x), lengthText(low.y)),
+                    {.keywords = "ON OFF", .enterEnds = true});
     if (a.status == Answer::Status::Keyword)
         return setFlag(ed, "LIMCHECK", a.text == "ON");
     const VcGePoint3d corner = a.status == Answer::Status::Value ? a.point : low;
-    const Answer b = ed.askPoint(fmt::format("Specify upper right corner <{},{}>", lengthText(high.x), lengthText(high.y)), {.enterEnds = true});
+    const Answer b = ed.askPoint(
+        fmt::format("Specify upper right corner <{},{}>", lengthText(high.x), lengthText(high.y)), {.enterEnds = true});
     const VcGePoint3d opposite = b.status == Answer::Status::Value ? b.point : high;
     if (!(opposite.x > corner.x) || !(opposite.y > corner.y))
         throw CommandError{"The upper right corner must lie above and to the right of the lower left one."};
@@ -191,7 +212,8 @@ std::int32_t linearPrecision(Editor& ed, int units)
     if (units != 4 && units != 5)
         return choice(ed, "Enter number of digits to right of decimal point (0 to 8)", 0, 8, now);
     for (;;) {
-        const std::int64_t denominator = ed.integer("Enter denominator of smallest fraction to display\n(1, 2, 4, 8, 16, 32, 64, 128, or 256)", 1 << now);
+        const std::int64_t denominator = ed.integer(
+            "Enter denominator of smallest fraction to display\n(1, 2, 4, 8, 16, 32, 64, 128, or 256)", 1 << now);
         for (int precision = 0; precision <= 8; ++precision)
             if (denominator == 1 << precision)
                 return precision;
@@ -206,9 +228,11 @@ void units(Editor& ed)
                  "  3.  Engineering     1'-3.50\"\n  4.  Architectural   1'-3 1/2\"\n  5.  Fractional      15 1/2");
     const std::int32_t linear = choice(ed, "Enter choice, 1 to 5", 1, 5, vars.integer("LUNITS"));
     const std::int32_t places = linearPrecision(ed, linear);
-    ed.printLine("Systems of angle measure:\n  1.  Decimal degrees\n  2.  Degrees/minutes/seconds\n  3.  Grads\n  4.  Radians\n  5.  Surveyor's units");
+    ed.printLine("Systems of angle measure:\n  1.  Decimal degrees\n  2.  Degrees/minutes/seconds\n  3.  Grads\n  4.  "
+                 "Radians\n  5.  Surveyor's units");
     const std::int32_t angular = choice(ed, "Enter choice, 1 to 5", 1, 5, vars.integer("AUNITS") + 1);
-    const std::int32_t angularPlaces = choice(ed, "Enter number of fractional places for display of angles (0 to 8)", 0, 8, vars.integer("AUPREC"));
+    const std::int32_t angularPlaces =
+        choice(ed, "Enter number of fractional places for display of angles (0 to 8)", 0, 8, vars.integer("AUPREC"));
     const Answer base = ed.ask([&] {
         Question q;
         q.kind = Question::Kind::Angle;
@@ -216,8 +240,9 @@ void units(Editor& ed)
         q.hasDefault = true;
         return q;
     }());
-    const bool clockwise = ed.keyword(fmt::format("Measure angles clockwise? [Yes/No] <{}>", vars.integer("ANGDIR") ? "Y" : "N"), "Yes No",
-                                      vars.integer("ANGDIR") ? "Yes" : "No") == "Yes";
+    const bool clockwise =
+        ed.keyword(fmt::format("Measure angles clockwise? [Yes/No] <{}>", vars.integer("ANGDIR") ? "Y" : "N"), "Yes No",
+                   vars.integer("ANGDIR") ? "Yes" : "No") == "Yes";
     vars.set("LUNITS", linear);
     vars.set("LUPREC", places);
     vars.set("AUNITS", angular - 1);

@@ -74,7 +74,8 @@ const HostCommand kCommands[] = {
     {"ERASE", "E", kUsesPickSet, "Removes objects from the drawing.", erase},
     {"OOPS", nullptr, kPlain, "Brings back what was erased last.", oops},
     {"EXPLODE", "X", kUsesPickSet | kActsOnceDriven, "Breaks objects into their parts.", explode},
-    {"SELECT", nullptr, kUsesPickSet | kStaysWaiting | kNoUndoStep, "Puts objects into the previous selection set.", select},
+    {"SELECT", nullptr, kUsesPickSet | kStaysWaiting | kNoUndoStep, "Puts objects into the previous selection set.",
+     select},
 };
 
 }

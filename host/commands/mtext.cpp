@@ -34,7 +34,8 @@ double heightOfStyle(Editor& ed, VcDbObjectId style)
 void justify(Editor& ed, Frame& frame)
 {
     const std::string now = kAttachments[frame.attachment - 1];
-    const std::string k = ed.keyword(fmt::format("Enter justification [TL/TC/TR/ML/MC/MR/BL/BC/BR] <{}>", now), "TL TC TR ML MC MR BL BC BR", now);
+    const std::string k = ed.keyword(fmt::format("Enter justification [TL/TC/TR/ML/MC/MR/BL/BC/BR] <{}>", now),
+                                     "TL TC TR ML MC MR BL BC BR", now);
     for (int i = 0; i < 9; ++i)
         if (k == kAttachments[i])
             frame.attachment = i + 1;
@@ -43,10 +44,11 @@ void justify(Editor& ed, Frame& frame)
 void lineSpacing(Editor& ed, Frame& frame)
 {
     const bool atLeast = frame.spacingStyle == VcDb::kAtLeast;
-    frame.spacingStyle = ed.keyword(fmt::format("Enter line spacing type [At least/Exactly] <{}>", atLeast ? "At least" : "Exactly"), "At Exactly",
-                                    atLeast ? "At" : "Exactly") == "At"
-                             ? VcDb::kAtLeast
-                             : VcDb::kExactly;
+    frame.spacingStyle =
+        ed.keyword(fmt::format("Enter line spacing type [At least/Exactly] <{}>", atLeast ? "At least" : "Exactly"),
+                   "At Exactly", atLeast ? "At" : "Exactly") == "At"
+            ? VcDb::kAtLeast
+            : VcDb::kExactly;
     for (;;) {
         std::string typed = ed.word("Enter line spacing factor or distance", fmt::format("{}x", frame.spacing));
         const bool isFactor = typed.ends_with('x') || typed.ends_with('X');
@@ -84,7 +86,8 @@ void askOption(Editor& ed, const std::string& option, Frame& frame)
     } else if (option == "Line") {
         lineSpacing(ed, frame);
     } else if (option == "Rotation") {
-        const Answer a = askDirection(ed, fmt::format("Specify rotation angle <{}>", directionText(ed, frame.rotation)), {.from = frame.first, .enterEnds = true});
+        const Answer a = askDirection(ed, fmt::format("Specify rotation angle <{}>", directionText(ed, frame.rotation)),
+                                      {.from = frame.first, .enterEnds = true});
         frame.rotation = a.status == Answer::Status::Value ? a.real : frame.rotation;
     } else if (option == "Style") {
         style(ed, frame);
@@ -98,7 +101,8 @@ Frame askFrame(Editor& ed)
     Frame frame;
     frame.style = ed.drawing().textstyle();
     frame.height = heightOfStyle(ed, frame.style);
-    ed.printLine(fmt::format("Current text style:  \"{}\"  Text height:  {}", ed.vars().text("TEXTSTYLE"), lengthText(frame.height)));
+    ed.printLine(fmt::format("Current text style:  \"{}\"  Text height:  {}", ed.vars().text("TEXTSTYLE"),
+                             lengthText(frame.height)));
     frame.first = ed.point("Specify first corner");
     while (!frame.width) {
         const Answer a = ed.askPoint("Specify opposite corner or [Height/Justify/Line spacing/Rotation/Style/Width]",

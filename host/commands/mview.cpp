@@ -38,7 +38,8 @@ std::int16_t nextNumber(Editor& ed)
 void lookAtModel(Editor& ed, VcDbViewport& viewport)
 {
     const VcDbExtents box = extentsOfSpace(ed.db(), ed.db().modelSpace());
-    const VcGePoint3d low = box.isEmpty() ? VcGePoint3d(0, 0, 0) : box.minPoint(), high = box.isEmpty() ? VcGePoint3d(12, 9, 0) : box.maxPoint();
+    const VcGePoint3d low = box.isEmpty() ? VcGePoint3d(0, 0, 0) : box.minPoint(),
+                      high = box.isEmpty() ? VcGePoint3d(12, 9, 0) : box.maxPoint();
     const VcGeVector3d size = high - low;
     viewport.setViewCenter({low.x + size.x / 2, low.y + size.y / 2});
     viewport.setViewHeight(std::max({size.y, size.x * viewport.height() / viewport.width(), 1e-9}) * kMargin);
@@ -87,7 +88,8 @@ VcDbExtents printableArea(Editor& ed)
         return VcDbExtents(ed.vars().point("LIMMIN"), ed.vars().point("LIMMAX"));
     if (layout->plotRotation() % 2 != 0)
         std::swap(width, height);
-    const double unit = drawing / paper / (layout->plotPaperUnits() == VcDbPlotSettings::kInches ? kMillimetresPerInch : 1);
+    const double unit =
+        drawing / paper / (layout->plotPaperUnits() == VcDbPlotSettings::kInches ? kMillimetresPerInch : 1);
     const VcGeVector2d origin = layout->plotOrigin() * unit;
     const VcGePoint3d low(-origin.x, -origin.y, 0);
     return VcDbExtents(low, low + VcGeVector3d(width * unit, height * unit, 0));
@@ -125,7 +127,8 @@ void addParts(Editor& ed, std::initializer_list<Quarter> parts)
 
 void two(Editor& ed)
 {
-    if (ed.keyword("Enter viewport arrangement [Horizontal/Vertical] <Vertical>", "Horizontal Vertical", "Vertical") == "Vertical")
+    if (ed.keyword("Enter viewport arrangement [Horizontal/Vertical] <Vertical>", "Horizontal Vertical", "Vertical") ==
+        "Vertical")
         return addParts(ed, {{0, 0, 0.5, 1}, {0.5, 0, 1, 1}});
     addParts(ed, {{0, 0.5, 1, 1}, {0, 0, 1, 0.5}});
 }
@@ -133,8 +136,9 @@ void two(Editor& ed)
 void three(Editor& ed)
 {
     constexpr double k = 1.0 / 3;
-    const std::string how = ed.keyword("Enter viewport arrangement [Horizontal/Vertical/Above/Below/Left/Right] <Right>",
-                                       "Horizontal Vertical Above Below Left Right", "Right");
+    const std::string how =
+        ed.keyword("Enter viewport arrangement [Horizontal/Vertical/Above/Below/Left/Right] <Right>",
+                   "Horizontal Vertical Above Below Left Right", "Right");
     if (how == "Horizontal")
         return addParts(ed, {{0, 2 * k, 1, 1}, {0, k, 1, 2 * k}, {0, 0, 1, k}});
     if (how == "Vertical")
@@ -166,7 +170,8 @@ void lock(Editor& ed)
 void shadePlot(Editor& ed)
 {
     static constexpr std::string_view kModes[] = {"As", "Wireframe", "Hidden", "Rendered"};
-    const std::string how = ed.keyword("Shade plot? [As displayed/Wireframe/Hidden/Rendered] <As displayed>", "As Wireframe Hidden Rendered", "As");
+    const std::string how = ed.keyword("Shade plot? [As displayed/Wireframe/Hidden/Rendered] <As displayed>",
+                                       "As Wireframe Hidden Rendered", "As");
     const auto mode = std::int16_t(std::find(std::begin(kModes), std::end(kModes), how) - std::begin(kModes));
     for (VcDbViewport* viewport : selectViewports(ed))
         viewport->setShadePlot(mode);
@@ -174,7 +179,8 @@ void shadePlot(Editor& ed)
 
 void resetLayers(Editor& ed)
 {
-    if (ed.keyword("Reset viewport layer property overrides back to global properties? [Yes/No] <Y>", "Yes No", "Yes") == "Yes")
+    if (ed.keyword("Reset viewport layer property overrides back to global properties? [Yes/No] <Y>", "Yes No",
+                   "Yes") == "Yes")
         ed.printLine(fmt::format("{} overrides taken away.", dropLayerOverrides(ed, selectViewports(ed))));
 }
 
@@ -223,9 +229,10 @@ void restore(Editor& ed)
 bool canClip(const VcDbEntity* entity)
 {
     const auto* curve = VcDbCurve::cast(entity);
-    return curve && curve->isClosed() && (entity->isKindOf(VcDbCircle::desc()) || entity->isKindOf(VcDbEllipse::desc()) ||
-                                          entity->isKindOf(VcDbPolyline::desc()) || entity->isKindOf(VcDb2dPolyline::desc()) ||
-                                          entity->isKindOf(VcDbSpline::desc()));
+    return curve && curve->isClosed() &&
+           (entity->isKindOf(VcDbCircle::desc()) || entity->isKindOf(VcDbEllipse::desc()) ||
+            entity->isKindOf(VcDbPolyline::desc()) || entity->isKindOf(VcDb2dPolyline::desc()) ||
+            entity->isKindOf(VcDbSpline::desc()));
 }
 
 void clipBy(Editor& ed, VcDbEntity& entity)
@@ -255,8 +262,9 @@ void polygonal(Editor& ed)
 {
     std::vector<VcGePoint3d> points{ed.point("Specify start point")};
     for (;;) {
-        const Answer a = ed.askPoint(points.size() > 2 ? "Specify next point or [Close/Undo]" : "Specify next point or [Undo]",
-                                     {.keywords = points.size() > 2 ? "Close Undo" : "Undo", .from = points.back(), .enterEnds = true});
+        const Answer a = ed.askPoint(
+            points.size() > 2 ? "Specify next point or [Close/Undo]" : "Specify next point or [Undo]",
+            {.keywords = points.size() > 2 ? "Close Undo" : "Undo", .from = points.back(), .enterEnds = true});
         if (a.status == Answer::Status::Value)
             points.push_back(a.point);
         else if (a.status == Answer::Status::Keyword && a.text == "Undo") {
@@ -281,8 +289,9 @@ void polygonal(Editor& ed)
 void mview(Editor& ed)
 {
     requireSheet(ed);
-    const Answer a = ed.askPoint("Specify corner of viewport or\n[ON/OFF/Fit/Shadeplot/Lock/Object/Polygonal/Restore/LAyer/2/3/4] <Fit>",
-                                 {.keywords = "ON OFF Fit Shadeplot Lock Object Polygonal Restore LAyer 2 3 4", .enterEnds = true});
+    const Answer a = ed.askPoint(
+        "Specify corner of viewport or\n[ON/OFF/Fit/Shadeplot/Lock/Object/Polygonal/Restore/LAyer/2/3/4] <Fit>",
+        {.keywords = "ON OFF Fit Shadeplot Lock Object Polygonal Restore LAyer 2 3 4", .enterEnds = true});
     if (a.status == Answer::Status::Value) {
         addViewport(ed, rectangleFrom(ed, a.point));
         return;
@@ -291,15 +300,24 @@ void mview(Editor& ed)
     if (what == "Fit")
         addViewport(ed, printableArea(ed));
     else
-        what == "ON" ? turn(ed, true) : what == "OFF" ? turn(ed, false) : what == "Lock" ? lock(ed) : what == "Object" ? byObject(ed)
-            : what == "Polygonal" ? polygonal(ed) : what == "Shadeplot" ? shadePlot(ed) : what == "Restore" ? restore(ed)
-            : what == "LAyer" ? resetLayers(ed) : what == "2" ? two(ed) : what == "3" ? three(ed) : four(ed);
+        what == "ON"          ? turn(ed, true)
+        : what == "OFF"       ? turn(ed, false)
+        : what == "Lock"      ? lock(ed)
+        : what == "Object"    ? byObject(ed)
+        : what == "Polygonal" ? polygonal(ed)
+        : what == "Shadeplot" ? shadePlot(ed)
+        : what == "Restore"   ? restore(ed)
+        : what == "LAyer"     ? resetLayers(ed)
+        : what == "2"         ? two(ed)
+        : what == "3"         ? three(ed)
+                              : four(ed);
 }
 
 void vports(Editor& ed)
 {
     if (!isOnSheet(ed))
-        throw CommandError{"The model's own tab shows one viewport. On a layout -VPORTS makes viewports as MVIEW does."};
+        throw CommandError{
+            "The model's own tab shows one viewport. On a layout -VPORTS makes viewports as MVIEW does."};
     mview(ed);
 }
 

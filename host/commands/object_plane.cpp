@@ -41,10 +41,13 @@ bool isNearer(const std::optional<VcGePoint3d>& pick, const VcGePoint3d& b, cons
 System ofLine(const VcDbLine& line, const std::optional<VcGePoint3d>& pick)
 {
     const bool fromEnd = isNearer(pick, line.endPoint(), line.startPoint());
-    const VcGePoint3d origin = fromEnd ? line.endPoint() : line.startPoint(), other = fromEnd ? line.startPoint() : line.endPoint();
+    const VcGePoint3d origin = fromEnd ? line.endPoint() : line.startPoint(),
+                      other = fromEnd ? line.startPoint() : line.endPoint();
     const VcGeVector3d x = other - origin;
     // A line that leaves the plane of its normal lies in the XZ plane of its system.
-    const VcGeVector3d normal = x.normal().crossProduct(line.normal()).length() > 1e-9 ? x.crossProduct(line.normal()).crossProduct(x) : x.perpVector();
+    const VcGeVector3d normal = x.normal().crossProduct(line.normal()).length() > 1e-9
+                                    ? x.crossProduct(line.normal()).crossProduct(x)
+                                    : x.perpVector();
     return inPlane(origin, normal, x);
 }
 
@@ -119,7 +122,8 @@ std::optional<CoordinateSystem> planeOfObject(const VcDbEntity& e, const std::op
     if (const auto* arc = as<VcDbArc>(e))
         return ofArc(*arc, pick);
     if (const auto* circle = as<VcDbCircle>(e))
-        return inPlane(circle->center(), circle->normal(), pick ? *pick - circle->center() : geom::arbitraryXAxis(circle->normal()));
+        return inPlane(circle->center(), circle->normal(),
+                       pick ? *pick - circle->center() : geom::arbitraryXAxis(circle->normal()));
     if (const auto* ellipse = as<VcDbEllipse>(e))
         return inPlane(ellipse->center(), ellipse->normal(), ellipse->majorAxis());
     if (const auto* point = as<VcDbPoint>(e))

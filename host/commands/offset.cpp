@@ -51,28 +51,35 @@ private:
 
 void Offset::tellSettings()
 {
-    m_ed.printLine(fmt::format("Current settings: Erase source={}  Layer={}  OFFSETGAPTYPE={}", settings().erasesSource ? "Yes" : "No",
-                               settings().onCurrentLayer ? "Current" : "Source", m_ed.vars().integer("OFFSETGAPTYPE")));
+    m_ed.printLine(fmt::format("Current settings: Erase source={}  Layer={}  OFFSETGAPTYPE={}",
+                               settings().erasesSource ? "Yes" : "No", settings().onCurrentLayer ? "Current" : "Source",
+                               m_ed.vars().integer("OFFSETGAPTYPE")));
 }
 
 void Offset::askErase()
 {
     const bool now = settings().erasesSource;
-    settings().erasesSource = m_ed.keyword(fmt::format("Erase source object after offsetting? [Yes/No] <{}>", now ? "Yes" : "No"), "Yes No", now ? "Yes" : "No") == "Yes";
+    settings().erasesSource =
+        m_ed.keyword(fmt::format("Erase source object after offsetting? [Yes/No] <{}>", now ? "Yes" : "No"), "Yes No",
+                     now ? "Yes" : "No") == "Yes";
 }
 
 void Offset::askLayer()
 {
     const char* now = settings().onCurrentLayer ? "Current" : "Source";
-    settings().onCurrentLayer = m_ed.keyword(fmt::format("Enter layer option for offset objects [Current/Source] <{}>", now), "Current Source", now) == "Current";
+    settings().onCurrentLayer =
+        m_ed.keyword(fmt::format("Enter layer option for offset objects [Current/Source] <{}>", now), "Current Source",
+                     now) == "Current";
 }
 
 void Offset::askDistance()
 {
     for (;;) {
         const double known = m_ed.vars().real("OFFSETDIST");
-        const Answer a = m_ed.askDistance(fmt::format("Specify offset distance or [Through/Erase/Layer] <{}>", known < 0 ? "Through" : lengthText(known)),
-                                          {.keywords = "Through Erase Layer", .bits = InitGet::NoZero | InitGet::NoNegative, .enterEnds = true});
+        const Answer a = m_ed.askDistance(
+            fmt::format("Specify offset distance or [Through/Erase/Layer] <{}>",
+                        known < 0 ? "Through" : lengthText(known)),
+            {.keywords = "Through Erase Layer", .bits = InitGet::NoZero | InitGet::NoNegative, .enterEnds = true});
         if (a.status == Status::Keyword && a.text != "Through") {
             a.text == "Erase" ? askErase() : askLayer();
             continue;
@@ -208,7 +215,8 @@ void offsetGapType(Editor& ed)
 
 const HostCommand kCommands[] = {
     {"OFFSET", "O", kPlain, "Draws curves at an even distance from others.", offset},
-    {"OFFSETGAPTYPE", nullptr, kPlain, "Says how the gaps at the corners of offset polylines are filled.", offsetGapType},
+    {"OFFSETGAPTYPE", nullptr, kPlain, "Says how the gaps at the corners of offset polylines are filled.",
+     offsetGapType},
 };
 
 }

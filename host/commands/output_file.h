@@ -12,6 +12,7 @@ namespace vk::commands {
 std::string askOutputPath(edit::Editor& ed, std::string_view prompt, const std::string& byDefault = {});
 bool mayReplaceFile(edit::Editor& ed, const std::string& path);
 // Nothing where the run writes nothing; what goes wrong is an error of the command.
-std::optional<WriteResult> writeTo(edit::Editor& ed, VcDbDatabase& drawing, const std::string& path, WriteOptions options = {});
+std::optional<WriteResult> writeTo(edit::Editor& ed, VcDbDatabase& drawing, const std::string& path,
+                                   WriteOptions options = {});
 
 }  // namespace vk::commands

@@ -92,7 +92,8 @@ void Drawing::update()
     const VcGeMatrix3d toPlane = VcGeMatrix3d::worldToPlane(normal) * ucsToWorld(m_ed);
     for (unsigned i = 0; i < m_vertices.size(); ++i) {
         const VcGePoint3d p = toPlane * m_vertices[i].at;
-        polyline->addVertexAt(i, VcGePoint2d(p.x, p.y), m_vertices[i].bulge, m_vertices[i].startWidth, m_vertices[i].endWidth);
+        polyline->addVertexAt(i, VcGePoint2d(p.x, p.y), m_vertices[i].bulge, m_vertices[i].startWidth,
+                              m_vertices[i].endWidth);
     }
     polyline->setElevation((toPlane * m_vertices.front().at).z);
     polyline->setNormal(normal);
@@ -105,8 +106,10 @@ void Drawing::update()
 Widths askWidths(Editor& ed, Widths now, const char* what, double factor)
 {
     constexpr int kNotNegative = InitGet::NoNegative;
-    const double start = ed.distance(fmt::format("Specify starting {}", what), now.start / factor, {.bits = kNotNegative}) * factor;
-    const double end = ed.distance(fmt::format("Specify ending {}", what), start / factor, {.bits = kNotNegative}) * factor;
+    const double start =
+        ed.distance(fmt::format("Specify starting {}", what), now.start / factor, {.bits = kNotNegative}) * factor;
+    const double end =
+        ed.distance(fmt::format("Specify ending {}", what), start / factor, {.bits = kNotNegative}) * factor;
     ed.vars().set("PLINEWID", end);
     return {start, end};
 }
@@ -146,17 +149,22 @@ struct ArcStep {
 
 ArcStep aboutCenter(const VcGePoint3d& at, const VcGePoint3d& center, double included)
 {
-    return {moved(center, directionOf(center, at) + included, std::hypot(at.x - center.x, at.y - center.y)), bulgeOf(included)};
+    return {moved(center, directionOf(center, at) + included, std::hypot(at.x - center.x, at.y - center.y)),
+            bulgeOf(included)};
 }
 
 ArcStep byRadius(Editor& ed, const VcGePoint3d& at, double radius, double included, double direction)
 {
-    const Answer a = askDirection(ed, fmt::format("Specify direction of chord for arc <{}>", angleText(direction)), {.from = at, .enterEnds = true});
+    const Answer a = askDirection(ed, fmt::format("Specify direction of chord for arc <{}>", angleText(direction)),
+                                  {.from = at, .enterEnds = true});
     const double chord = 2 * radius * std::abs(std::sin(included / 2));
     return {moved(at, a.status == Answer::Status::Value ? a.real : direction, chord), bulgeOf(included)};
 }
 
-double askIncluded(Editor& ed, const VcGePoint3d& at) { return ed.askAngle("Specify included angle", {.from = at, .bits = InitGet::NoZero}).real; }
+double askIncluded(Editor& ed, const VcGePoint3d& at)
+{
+    return ed.askAngle("Specify included angle", {.from = at, .bits = InitGet::NoZero}).real;
+}
 double askRadius(Editor& ed, const VcGePoint3d& at)
 {
     return ed.askDistance("Specify radius of arc", {.from = at, .bits = InitGet::NoZero | InitGet::NoNegative}).real;
@@ -165,7 +173,8 @@ double askRadius(Editor& ed, const VcGePoint3d& at)
 ArcStep arcByAngle(Editor& ed, const VcGePoint3d& at, double direction)
 {
     const double included = askIncluded(ed, at);
-    const Answer a = ed.askPoint("Specify endpoint of arc or [CEnter/Radius]", {.keywords = "CEnter Radius", .from = at});
+    const Answer a =
+        ed.askPoint("Specify endpoint of arc or [CEnter/Radius]", {.keywords = "CEnter Radius", .from = at});
     if (a.status == Answer::Status::Value)
         return {a.point, bulgeOf(included)};
     if (a.text == "CEnter")
@@ -178,7 +187,8 @@ ArcStep arcByCenter(Editor& ed, const VcGePoint3d& at, double)
 {
     const VcGePoint3d center = ed.point("Specify center point of arc", {.from = at});
     const double radius = std::hypot(at.x - center.x, at.y - center.y);
-    const Answer a = ed.askPoint("Specify endpoint of arc or [Angle/Length]", {.keywords = "Angle Length", .from = center});
+    const Answer a =
+        ed.askPoint("Specify endpoint of arc or [Angle/Length]", {.keywords = "Angle Length", .from = center});
     if (a.status == Answer::Status::Value) {
         const double turn = directionOf(center, a.point) - directionOf(center, at);
         return aboutCenter(at, center, turn - std::floor(turn / (2 * M_PI)) * 2 * M_PI);
@@ -194,7 +204,8 @@ ArcStep arcByCenter(Editor& ed, const VcGePoint3d& at, double)
 
 ArcStep arcByDirection(Editor& ed, const VcGePoint3d& at, double)
 {
-    const double direction = askDirection(ed, "Specify tangent direction for the start point of arc", {.from = at}).real;
+    const double direction =
+        askDirection(ed, "Specify tangent direction for the start point of arc", {.from = at}).real;
     const VcGePoint3d end = ed.point("Specify endpoint of the arc", {.from = at});
     return {end, tangentBulge(direction, at, end)};
 }
@@ -224,7 +235,11 @@ ArcStep arcThrough(Editor& ed, const VcGePoint3d& at, double)
 constexpr struct {
     const char* keyword;
     ArcStep (*ask)(Editor&, const VcGePoint3d& at, double direction);
-} kArcs[] = {{"Angle", arcByAngle}, {"CEnter", arcByCenter}, {"Direction", arcByDirection}, {"Radius", arcByRadius}, {"Second", arcThrough}};
+} kArcs[] = {{"Angle", arcByAngle},
+             {"CEnter", arcByCenter},
+             {"Direction", arcByDirection},
+             {"Radius", arcByRadius},
+             {"Second", arcThrough}};
 
 enum class Next { Lines, Arcs, Done };
 
@@ -249,11 +264,14 @@ Next arcSegment(Editor& ed, Drawing& pline, Widths& widths)
 {
     const bool canClose = pline.vertices().size() > 2;
     const VcGePoint3d at = pline.last().at;
-    const Answer a = ed.askPoint(canClose ? "Specify endpoint of arc or [Angle/CEnter/CLose/Direction/Halfwidth/Line/Radius/Second pt/Undo/Width]"
-                                          : "Specify endpoint of arc or [Angle/CEnter/Direction/Halfwidth/Line/Radius/Second pt/Undo/Width]",
-                                 {.keywords = canClose ? "Angle CEnter CLose Direction Halfwidth Line Radius Second Undo Width"
-                                                       : "Angle CEnter Direction Halfwidth Line Radius Second Undo Width",
-                                  .from = at, .enterEnds = true});
+    const Answer a = ed.askPoint(
+        canClose
+            ? "Specify endpoint of arc or [Angle/CEnter/CLose/Direction/Halfwidth/Line/Radius/Second pt/Undo/Width]"
+            : "Specify endpoint of arc or [Angle/CEnter/Direction/Halfwidth/Line/Radius/Second pt/Undo/Width]",
+        {.keywords = canClose ? "Angle CEnter CLose Direction Halfwidth Line Radius Second Undo Width"
+                              : "Angle CEnter Direction Halfwidth Line Radius Second Undo Width",
+         .from = at,
+         .enterEnds = true});
     if (a.status == Answer::Status::Enter)
         return Next::Done;
     if (a.status == Answer::Status::Value) {
@@ -285,8 +303,10 @@ Next lineSegment(Editor& ed, Drawing& pline, Widths& widths)
     const std::string prompt = canClose ? "Specify next point or [Arc/Close/Halfwidth/Length/Undo/Width]"
                                         : "Specify next point or [Arc/Halfwidth/Length/Undo/Width]";
     const VcGePoint3d at = pline.last().at;
-    const Answer a = ed.askPoint(prompt, {.keywords = canClose ? "Arc Close Halfwidth Length Undo Width" : "Arc Halfwidth Length Undo Width",
-                                          .from = at, .enterEnds = true});
+    const Answer a = ed.askPoint(
+        prompt, {.keywords = canClose ? "Arc Close Halfwidth Length Undo Width" : "Arc Halfwidth Length Undo Width",
+                 .from = at,
+                 .enterEnds = true});
     if (a.status == Answer::Status::Enter)
         return Next::Done;
     if (a.status == Answer::Status::Value) {
@@ -297,7 +317,8 @@ Next lineSegment(Editor& ed, Drawing& pline, Widths& widths)
         pline.close(0, widths);
         return Next::Done;
     } else if (a.text == "Length") {
-        const double length = ed.askDistance("Specify length of line", {.from = at}).real, direction = pline.direction();
+        const double length = ed.askDistance("Specify length of line", {.from = at}).real,
+                     direction = pline.direction();
         pline.add(at + VcGeVector3d(std::cos(direction), std::sin(direction), 0) * length, 0, widths);
         ed.lastPoint = pline.last().at;
     } else if (a.text == "Undo") {

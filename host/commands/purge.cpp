@@ -137,7 +137,10 @@ Items purgeable(Editor& ed, const Kind& kind)
 
 class Purge {
 public:
-    Purge(Editor& ed, const std::string& names, bool verifies) : m_ed(ed), m_pattern(names.empty() ? "*" : names), m_verifies(verifies) {}
+    Purge(Editor& ed, const std::string& names, bool verifies)
+        : m_ed(ed), m_pattern(names.empty() ? "*" : names), m_verifies(verifies)
+    {
+    }
 
     // What a purged record alone referred to goes as well.
     void run(std::span<const Kind> kinds)
@@ -166,7 +169,8 @@ private:
 
     bool take(const Kind& kind, const Item& item)
     {
-        if (m_verifies && m_ed.keyword(fmt::format("Purge {} \"{}\"? [Yes/No] <N>", kind.singular, item.name), "Yes No", "No") == "No") {
+        if (m_verifies && m_ed.keyword(fmt::format("Purge {} \"{}\"? [Yes/No] <N>", kind.singular, item.name), "Yes No",
+                                       "No") == "No") {
             m_kept.insert(item.object->objectId());
             return false;
         }
@@ -223,15 +227,18 @@ void eraseWhere(Editor& ed, const char* what, bool (*matches)(const VcDbEntity&)
             continue;
         isOnLockedLayer(*entity) ? ++locked : (entity->erase() == Vcad::eOk ? ++count : count);
     }
-    ed.printLine(fmt::format("{} {} purged{}.", count, what, locked > 0 ? fmt::format(", {} on locked layers left", locked) : ""));
+    ed.printLine(fmt::format("{} {} purged{}.", count, what,
+                             locked > 0 ? fmt::format(", {} on locked layers left", locked) : ""));
 }
 
 void purge(Editor& ed)
 {
     const std::string what = ed.keyword(
-        "Enter type of unused objects to purge\n[Blocks/Dimstyles/Groups/LAyers/LTypes/MAterials/MUltileaderstyles/Plotstyles/SHapes/textSTyles/"
+        "Enter type of unused objects to "
+        "purge\n[Blocks/Dimstyles/Groups/LAyers/LTypes/MAterials/MUltileaderstyles/Plotstyles/SHapes/textSTyles/"
         "MLinestyles/Tablestyles/Visualstyles/Regapps/Zero-length geometry/Empty text objects/All]",
-        "Blocks Dimstyles Groups LAyers LTypes MAterials MUltileaderstyles Plotstyles SHapes textSTyles MLinestyles Tablestyles Visualstyles Regapps "
+        "Blocks Dimstyles Groups LAyers LTypes MAterials MUltileaderstyles Plotstyles SHapes textSTyles MLinestyles "
+        "Tablestyles Visualstyles Regapps "
         "Zero-length Empty All");
     if (what == "Zero-length")
         return eraseWhere(ed, "objects without length", hasNoLength);
@@ -256,10 +263,14 @@ struct Renamed {
     const char* variable;  // holds the name while the record is current, or null
 };
 constexpr Renamed kRenamed[] = {
-    {"Block", "block", NameTable::Block, "INSNAME"},     {"Dimstyle", "dimension style", NameTable::DimStyle, "DIMSTYLE"},
-    {"LAyer", "layer", NameTable::Layer, "CLAYER"},      {"LType", "linetype", NameTable::Linetype, "CELTYPE"},
-    {"Style", "text style", NameTable::TextStyle, "TEXTSTYLE"}, {"Ucs", "UCS", NameTable::Ucs, "UCSNAME"},
-    {"VIew", "view", NameTable::View, nullptr},          {"VPort", "viewport", NameTable::Viewport, nullptr},
+    {"Block", "block", NameTable::Block, "INSNAME"},
+    {"Dimstyle", "dimension style", NameTable::DimStyle, "DIMSTYLE"},
+    {"LAyer", "layer", NameTable::Layer, "CLAYER"},
+    {"LType", "linetype", NameTable::Linetype, "CELTYPE"},
+    {"Style", "text style", NameTable::TextStyle, "TEXTSTYLE"},
+    {"Ucs", "UCS", NameTable::Ucs, "UCSNAME"},
+    {"VIew", "view", NameTable::View, nullptr},
+    {"VPort", "viewport", NameTable::Viewport, nullptr},
 };
 
 bool mayRename(const Renamed& kind, const VcDbSymbolTableRecord& record)
@@ -269,7 +280,8 @@ bool mayRename(const Renamed& kind, const VcDbSymbolTableRecord& record)
         return false;
     if (kind.table == NameTable::Layer)
         return name != "0";
-    return kind.table != NameTable::Linetype || !(equalNoCase(name, "ByLayer") || equalNoCase(name, "ByBlock") || equalNoCase(name, "Continuous"));
+    return kind.table != NameTable::Linetype ||
+           !(equalNoCase(name, "ByLayer") || equalNoCase(name, "ByBlock") || equalNoCase(name, "Continuous"));
 }
 
 void renameRecord(Editor& ed, const Renamed& kind)

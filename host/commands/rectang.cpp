@@ -43,7 +43,10 @@ struct Style {
 };
 Style s_style;
 
-double asked(Editor& ed, std::string_view prompt, double now, int bits = InitGet::NoNegative) { return ed.distance(prompt, now, {.bits = bits}); }
+double asked(Editor& ed, std::string_view prompt, double now, int bits = InitGet::NoNegative)
+{
+    return ed.distance(prompt, now, {.bits = bits});
+}
 
 void setOption(Editor& ed, const std::string& option)
 {
@@ -86,13 +89,16 @@ Rectangle spanned(const VcGePoint3d& corner, const VcGePoint3d& opposite)
 std::vector<Vertex> outlineOf(const Rectangle& r)
 {
     const double u = r.length, v = r.breadth, su = u < 0 ? -1 : 1, sv = v < 0 ? -1 : 1;
-    const double first = s_style.radius > 0 ? s_style.radius : s_style.chamferA, second = s_style.radius > 0 ? s_style.radius : s_style.chamferB;
+    const double first = s_style.radius > 0 ? s_style.radius : s_style.chamferA,
+                 second = s_style.radius > 0 ? s_style.radius : s_style.chamferB;
     const double shorter = std::min(std::abs(u), std::abs(v));
     if (!(first + second > 0) || first + second > shorter)
         return {{placed(r, 0, 0)}, {placed(r, u, 0)}, {placed(r, u, v)}, {placed(r, 0, v)}};
     const double bulge = s_style.radius > 0 ? std::tan(M_PI / 8) * su * sv : 0;
-    return {{placed(r, su * second, 0)},     {placed(r, u - su * first, 0), bulge},  {placed(r, u, sv * second)},     {placed(r, u, v - sv * first), bulge},
-            {placed(r, u - su * second, v)}, {placed(r, su * first, v), bulge},      {placed(r, 0, v - sv * second)}, {placed(r, 0, sv * first), bulge}};
+    return {{placed(r, su * second, 0)},     {placed(r, u - su * first, 0), bulge},
+            {placed(r, u, sv * second)},     {placed(r, u, v - sv * first), bulge},
+            {placed(r, u - su * second, v)}, {placed(r, su * first, v), bulge},
+            {placed(r, 0, v - sv * second)}, {placed(r, 0, sv * first), bulge}};
 }
 
 void addRectangle(Editor& ed, Rectangle r)
@@ -108,7 +114,8 @@ Rectangle byArea(Editor& ed, const VcGePoint3d& corner)
 {
     constexpr int kPositive = InitGet::NoZero | InitGet::NoNegative;
     s_style.area = ed.real("Enter area of rectangle in current units", s_style.area, {.bits = kPositive});
-    const bool byLength = ed.keyword("Calculate rectangle dimensions based on [Length/Width] <Length>", "Length Width", "Length") == "Length";
+    const bool byLength = ed.keyword("Calculate rectangle dimensions based on [Length/Width] <Length>", "Length Width",
+                                     "Length") == "Length";
     double& known = byLength ? s_style.length : s_style.breadth;
     known = asked(ed, byLength ? "Enter rectangle length" : "Enter rectangle width", known, kPositive);
     (byLength ? s_style.breadth : s_style.length) = s_style.area / known;
@@ -127,7 +134,9 @@ Rectangle byDimensions(Editor& ed, const VcGePoint3d& corner)
 
 void askRotation(Editor& ed)
 {
-    const Answer a = askDirection(ed, fmt::format("Specify rotation angle or [Pick points] <{}>", directionText(ed, s_style.rotation)), {.keywords = "Pick", .enterEnds = true});
+    const Answer a = askDirection(
+        ed, fmt::format("Specify rotation angle or [Pick points] <{}>", directionText(ed, s_style.rotation)),
+        {.keywords = "Pick", .enterEnds = true});
     if (a.status == Answer::Status::Value)
         s_style.rotation = a.real;
     if (a.status != Answer::Status::Keyword)
@@ -160,20 +169,23 @@ void showModes(Editor& ed)
 void rectangle(Editor& ed)
 {
     showModes(ed);
-    Answer first = ed.askPoint("Specify first corner point or [Chamfer/Elevation/Fillet/Thickness/Width]", {.keywords = "Chamfer Elevation Fillet Thickness Width"});
+    Answer first = ed.askPoint("Specify first corner point or [Chamfer/Elevation/Fillet/Thickness/Width]",
+                               {.keywords = "Chamfer Elevation Fillet Thickness Width"});
     while (first.status == Answer::Status::Keyword) {
         setOption(ed, first.text);
-        first = ed.askPoint("Specify first corner point or [Chamfer/Elevation/Fillet/Thickness/Width]", {.keywords = "Chamfer Elevation Fillet Thickness Width"});
+        first = ed.askPoint("Specify first corner point or [Chamfer/Elevation/Fillet/Thickness/Width]",
+                            {.keywords = "Chamfer Elevation Fillet Thickness Width"});
     }
     for (;;) {
         Display::instance().follow({{}, {}, [corner = first.point](const VcGePoint3d& cursor) {
-            std::vector<VcGePoint3d> outline;
-            for (const Vertex& v : outlineOf(spanned(corner, cursor)))
-                outline.push_back(v.at);
-            outline.push_back(outline.front());
-            return Preview::Lines{outline};
-        }});
-        const Answer a = ed.askPoint("Specify other corner point or [Area/Dimensions/Rotation]", {.keywords = "Area Dimensions Rotation", .from = first.point});
+                                        std::vector<VcGePoint3d> outline;
+                                        for (const Vertex& v : outlineOf(spanned(corner, cursor)))
+                                            outline.push_back(v.at);
+                                        outline.push_back(outline.front());
+                                        return Preview::Lines{outline};
+                                    }});
+        const Answer a = ed.askPoint("Specify other corner point or [Area/Dimensions/Rotation]",
+                                     {.keywords = "Area Dimensions Rotation", .from = first.point});
         if (a.status == Answer::Status::Keyword && a.text == "Rotation") {
             askRotation(ed);
             continue;
@@ -200,7 +212,8 @@ std::vector<Vertex> regular(const VcGePoint3d& center, double radius, double fir
 
 void byEdge(Editor& ed, int sides)
 {
-    const VcGePoint3d a = ed.point("Specify first endpoint of edge"), b = ed.point("Specify second endpoint of edge", {.from = a});
+    const VcGePoint3d a = ed.point("Specify first endpoint of edge"),
+                      b = ed.point("Specify second endpoint of edge", {.from = a});
     const double edge = std::hypot(b.x - a.x, b.y - a.y);
     if (!(edge > 0))
         throw CommandError{"The edge has no length."};
@@ -223,14 +236,17 @@ void polygon(Editor& ed)
     if (c.status == Answer::Status::Keyword)
         return byEdge(ed, int(sides));
     static bool about = false;
-    about = ed.keyword(fmt::format("Enter an option [Inscribed in circle/Circumscribed about circle] <{}>", about ? "C" : "I"), "Inscribed Circumscribed",
-                       about ? "Circumscribed" : "Inscribed") == "Circumscribed";
+    about = ed.keyword(
+                fmt::format("Enter an option [Inscribed in circle/Circumscribed about circle] <{}>", about ? "C" : "I"),
+                "Inscribed Circumscribed", about ? "Circumscribed" : "Inscribed") == "Circumscribed";
     // A point shows where a corner, or the middle of a side, lies; a typed radius lets the lowest side run level.
     const VcGePoint3d before = ed.lastPoint;
-    const Answer r = ed.askDistance("Specify radius of circle", {.from = c.point, .bits = InitGet::NoZero | InitGet::NoNegative});
+    const Answer r =
+        ed.askDistance("Specify radius of circle", {.from = c.point, .bits = InitGet::NoZero | InitGet::NoNegative});
     const bool shown = ed.lastPoint != before && ed.lastPoint != c.point;
     const double half = M_PI / double(sides), radius = about ? r.real / std::cos(half) : r.real;
-    const double first = shown ? std::atan2(ed.lastPoint.y - c.point.y, ed.lastPoint.x - c.point.x) + (about ? half : 0) : -M_PI / 2 + half;
+    const double first = shown ? std::atan2(ed.lastPoint.y - c.point.y, ed.lastPoint.x - c.point.x) + (about ? half : 0)
+                               : -M_PI / 2 + half;
     addToSpace(ed, closedPolyline(ed, regular(c.point, radius, first, int(sides)), 0));
     ed.lastPoint = c.point;
 }
@@ -238,7 +254,8 @@ void polygon(Editor& ed)
 void donut(Editor& ed)
 {
     double inside = asked(ed, "Specify inside diameter of donut", ed.vars().real("DONUTID"));
-    double outside = asked(ed, "Specify outside diameter of donut", ed.vars().real("DONUTOD"), InitGet::NoZero | InitGet::NoNegative);
+    double outside = asked(ed, "Specify outside diameter of donut", ed.vars().real("DONUTOD"),
+                           InitGet::NoZero | InitGet::NoNegative);
     if (outside < inside)
         std::swap(inside, outside);
     ed.vars().set("DONUTID", inside);

@@ -21,7 +21,10 @@ struct Preset {
     VcGeVector3d base;
 };
 
-double factor(Editor& ed, std::string_view prompt, double byDefault) { return ed.real(prompt, byDefault, {.bits = InitGet::NoZero}); }
+double factor(Editor& ed, std::string_view prompt, double byDefault)
+{
+    return ed.real(prompt, byDefault, {.bits = InitGet::NoZero});
+}
 
 double askRotation(Editor& ed)
 {
@@ -41,7 +44,8 @@ void preset(Editor& ed, const std::string& option, Preset& preset)
         if (option == "Scale")
             preset.x = preset.y = preset.z = s;
     } else if (option == "Rotate" || option == "PRotate") {
-        const Answer a = askDirection(ed, fmt::format("Specify rotation angle <{}>", directionText(ed, 0)), {.enterEnds = true});
+        const Answer a =
+            askDirection(ed, fmt::format("Specify rotation angle <{}>", directionText(ed, 0)), {.enterEnds = true});
         if (option == "Rotate")
             preset.rotation = a.status == Answer::Status::Value ? a.real : 0;
     } else {
@@ -69,8 +73,9 @@ VcGePoint3d askPoint(Editor& ed, Preset& presets, const VcDbBlockTableRecord* sh
     for (;;) {
         if (shown)
             show(ed, *shown);
-        const Answer a = ed.askPoint("Specify insertion point or [Basepoint/Scale/X/Y/Z/Rotate/PScale/PX/PY/PZ/PRotate]",
-                                     {.keywords = "Basepoint Scale X Y Z Rotate PScale PX PY PZ PRotate"});
+        const Answer a =
+            ed.askPoint("Specify insertion point or [Basepoint/Scale/X/Y/Z/Rotate/PScale/PX/PY/PZ/PRotate]",
+                        {.keywords = "Basepoint Scale X Y Z Rotate PScale PX PY PZ PRotate"});
         if (a.status == Answer::Status::Value)
             return a.point;
         preset(ed, a.text, presets);
@@ -95,8 +100,9 @@ VcGeScale3d askThree(Editor& ed)
 VcGeScale3d askScale(Editor& ed, const VcGePoint3d& from)
 {
     for (;;) {
-        const Answer a = ed.askReal("Enter X scale factor, specify opposite corner, or [Corner/XYZ] <1>",
-                                    {.keywords = "Corner XYZ", .bits = InitGet::NoZero | InitGet::Arbitrary, .enterEnds = true});
+        const Answer a =
+            ed.askReal("Enter X scale factor, specify opposite corner, or [Corner/XYZ] <1>",
+                       {.keywords = "Corner XYZ", .bits = InitGet::NoZero | InitGet::Arbitrary, .enterEnds = true});
         if (a.status == Answer::Status::Keyword && a.text == "XYZ")
             return askThree(ed);
         std::optional<VcGePoint3d> corner;
@@ -111,7 +117,8 @@ VcGeScale3d askScale(Editor& ed, const VcGePoint3d& from)
             continue;
         }
         const double x = a.status == Answer::Status::Value ? a.real : 1;
-        const Answer y = ed.askReal("Enter Y scale factor <use X scale factor>", {.bits = InitGet::NoZero, .enterEnds = true});
+        const Answer y =
+            ed.askReal("Enter Y scale factor <use X scale factor>", {.bits = InitGet::NoZero, .enterEnds = true});
         return {x, y.status == Answer::Status::Value ? y.real : x, x};
     }
 }
@@ -119,8 +126,30 @@ VcGeScale3d askScale(Editor& ed, const VcGePoint3d& from)
 // Millimetres that one unit has, by the numbers of INSUNITS; 0 for none.
 double millimetresOf(std::int64_t units)
 {
-    static constexpr double kMillimetres[] = {0,      25.4,  304.8, 1609344, 1,    10,     1000,       1e6,    2.54e-5,        0.0254,          914.4, 1e-7,
-                                              1e-6,   1e-3,  100,   1e4,     1e5,  1e12,   1.495978707e14, 9.4607304725808e18, 3.0856775814913673e19, 304.800609601219, 25.4000508001016, 914.401828803658,
+    static constexpr double kMillimetres[] = {0,
+                                              25.4,
+                                              304.8,
+                                              1609344,
+                                              1,
+                                              10,
+                                              1000,
+                                              1e6,
+                                              2.54e-5,
+                                              0.0254,
+                                              914.4,
+                                              1e-7,
+                                              1e-6,
+                                              1e-3,
+                                              100,
+                                              1e4,
+                                              1e5,
+                                              1e12,
+                                              1.495978707e14,
+                                              9.4607304725808e18,
+                                              3.0856775814913673e19,
+                                              304.800609601219,
+                                              25.4000508001016,
+                                              914.401828803658,
                                               1609347.21869444};
     return units > 0 && units < std::int64_t(std::size(kMillimetres)) ? kMillimetres[units] : 0;
 }
@@ -131,7 +160,8 @@ std::vector<VcDbAttributeDefinition*> definitionsOf(const DatabaseCore& db, cons
 {
     std::vector<VcDbAttributeDefinition*> definitions;
     for (const std::uint32_t slot : block.memberSlots())
-        if (auto* definition = VcDbAttributeDefinition::cast(db.objectAt(slot)); definition && !definition->isErased() && !definition->isConstant())
+        if (auto* definition = VcDbAttributeDefinition::cast(db.objectAt(slot));
+            definition && !definition->isErased() && !definition->isConstant())
             definitions.push_back(definition);
     return definitions;
 }
@@ -171,7 +201,8 @@ Placement askPlacement(Editor& ed, bool evenly, const VcDbBlockTableRecord* show
     if (presets.x || presets.y || presets.z)
         placement.scale = {presets.x.value_or(1), presets.y.value_or(1), presets.z.value_or(1)};
     else
-        placement.scale = evenly ? VcGeScale3d(factor(ed, "Specify scale factor for XYZ axes", 1)) : askScale(ed, placement.point);
+        placement.scale =
+            evenly ? VcGeScale3d(factor(ed, "Specify scale factor for XYZ axes", 1)) : askScale(ed, placement.point);
     placement.base = presets.base;
     placement.rotation = presets.rotation ? *presets.rotation : askRotation(ed);
     return placement;

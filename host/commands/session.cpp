@@ -42,7 +42,8 @@ void help(Editor& ed)
     std::vector<const CommandEntry*> entries = table.all();
     std::sort(entries.begin(), entries.end(), [](const auto* a, const auto* b) { return a->name < b->name; });
     for (const CommandEntry* entry : entries)
-        ed.printLine(fmt::format("{:<17} {}", entry->name, entry->help.empty() ? "A command of a module." : entry->help));
+        ed.printLine(
+            fmt::format("{:<17} {}", entry->name, entry->help.empty() ? "A command of a module." : entry->help));
 }
 
 struct Script {

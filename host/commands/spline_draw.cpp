@@ -31,7 +31,8 @@ void addSpline(Editor& ed, const Path& path, bool closed)
     for (auto* direction : {&fit.start, &fit.end})
         if (*direction)
             *direction = m * **direction;
-    auto spline = path.byVertices ? splineByVertices(world, int(ed.vars().integer("SPLDEGREE")), closed) : splineThrough(world, closed, fit);
+    auto spline = path.byVertices ? splineByVertices(world, int(ed.vars().integer("SPLDEGREE")), closed)
+                                  : splineThrough(world, closed, fit);
     if (!spline)
         throw CommandError{"These points make no spline: at least two must differ."};
     addToSpace(ed, std::move(spline));
@@ -70,7 +71,9 @@ void convert(Editor& ed)
     for (const VcDbObjectId id : ed.select({.prompt = "Select spline-fit polyline: "})->ids()) {
         auto* entity = ed.db().liveAs<VcDbEntity>(id);
         const std::vector<VcGePoint3d> frame = frameOf(entity);
-        auto spline = frame.size() >= 2 ? splineByVertices(frame, isQuadratic(*entity) ? 2 : 3, static_cast<const VcDbCurve*>(entity)->isClosed()) : nullptr;
+        auto spline = frame.size() >= 2 ? splineByVertices(frame, isQuadratic(*entity) ? 2 : 3,
+                                                           static_cast<const VcDbCurve*>(entity)->isClosed())
+                                        : nullptr;
         if (!spline) {
             ++left;
             continue;
@@ -82,18 +85,24 @@ void convert(Editor& ed)
         ++made;
     }
     if (left > 0)
-        ed.printLine(fmt::format("{} made into splines; {} left, since only polylines that are smoothed as splines can be.", made, left));
+        ed.printLine(fmt::format(
+            "{} made into splines; {} left, since only polylines that are smoothed as splines can be.", made, left));
 }
 
 // Questions
 
-const char* knotsName(FitKnots knots) { return knots == FitKnots::Chord ? "Chord" : knots == FitKnots::SquareRoot ? "Square root" : "Uniform"; }
+const char* knotsName(FitKnots knots)
+{
+    return knots == FitKnots::Chord ? "Chord" : knots == FitKnots::SquareRoot ? "Square root" : "Uniform";
+}
 
 void askKnots(Editor& ed)
 {
     const auto now = FitKnots(ed.vars().integer("SPLKNOTS"));
     const char* keyword = now == FitKnots::Chord ? "Chord" : now == FitKnots::SquareRoot ? "Square" : "Uniform";
-    const std::string k = ed.keyword(fmt::format("Enter knot parameterization [Chord/Square root/Uniform] <{}>", knotsName(now)), "Chord Square Uniform", keyword);
+    const std::string k =
+        ed.keyword(fmt::format("Enter knot parameterization [Chord/Square root/Uniform] <{}>", knotsName(now)),
+                   "Chord Square Uniform", keyword);
     ed.vars().set("SPLKNOTS", std::int32_t(k == "Chord" ? 0 : k == "Square" ? 1 : 2));
 }
 
@@ -113,9 +122,11 @@ bool askFirst(Editor& ed, Path& path)
     for (;;) {
         path.byVertices = ed.vars().integer("SPLMETHOD") == 1;
         path.fit.knots = FitKnots(ed.vars().integer("SPLKNOTS"));
-        ed.printLine(path.byVertices ? fmt::format("Current settings:  Method=CV  Degree={}", ed.vars().integer("SPLDEGREE"))
-                                     : fmt::format("Current settings:  Method=Fit  Knots={}", knotsName(path.fit.knots)));
-        const Answer a = ed.askPoint(path.byVertices ? "Specify first point or [Method/Degree/Object]" : "Specify first point or [Method/Knots/Object]",
+        ed.printLine(path.byVertices
+                         ? fmt::format("Current settings:  Method=CV  Degree={}", ed.vars().integer("SPLDEGREE"))
+                         : fmt::format("Current settings:  Method=Fit  Knots={}", knotsName(path.fit.knots)));
+        const Answer a = ed.askPoint(path.byVertices ? "Specify first point or [Method/Degree/Object]"
+                                                     : "Specify first point or [Method/Knots/Object]",
                                      {.keywords = path.byVertices ? "Method Degree Object" : "Method Knots Object"});
         if (a.status == Answer::Status::Value) {
             path.points.push_back(a.point);
@@ -130,8 +141,9 @@ bool askFirst(Editor& ed, Path& path)
         else if (a.text == "Degree")
             askDegree(ed);
         else
-            ed.vars().set("SPLMETHOD", std::int32_t(ed.keyword(fmt::format("Enter spline creation method [Fit/CV] <{}>", path.byVertices ? "CV" : "Fit"), "Fit CV",
-                                                               path.byVertices ? "CV" : "Fit") == "CV"));
+            ed.vars().set("SPLMETHOD", std::int32_t(ed.keyword(fmt::format("Enter spline creation method [Fit/CV] <{}>",
+                                                                           path.byVertices ? "CV" : "Fit"),
+                                                               "Fit CV", path.byVertices ? "CV" : "Fit") == "CV"));
     }
 }
 
@@ -140,7 +152,9 @@ std::string optionsNow(const Path& path)
     const std::size_t count = path.points.size();
     if (path.byVertices)
         return count < 2 ? "" : count < 3 ? "Undo" : "Close/Undo";
-    return count < 2 ? "start Tangency/toLerance" : count < 3 ? "end Tangency/toLerance/Undo" : "end Tangency/toLerance/Undo/Close";
+    return count < 2   ? "start Tangency/toLerance"
+           : count < 3 ? "end Tangency/toLerance/Undo"
+                       : "end Tangency/toLerance/Undo/Close";
 }
 
 std::string keywordsNow(const Path& path)
@@ -165,8 +179,9 @@ void spline(Editor& ed)
         return;
     for (;;) {
         const std::string options = optionsNow(path);
-        const Answer a = ed.askPoint(options.empty() ? "Specify next point" : fmt::format("Specify next point or [{}]", options),
-                                     {.keywords = keywordsNow(path), .from = path.points.back(), .enterEnds = true});
+        const Answer a =
+            ed.askPoint(options.empty() ? "Specify next point" : fmt::format("Specify next point or [{}]", options),
+                        {.keywords = keywordsNow(path), .from = path.points.back(), .enterEnds = true});
         const bool isWord = a.status == Answer::Status::Keyword;
         if (a.status == Answer::Status::Value) {
             path.points.push_back(a.point);

@@ -129,8 +129,8 @@ std::unique_ptr<VcDbSpline> splineThrough(std::vector<VcGePoint3d> points, bool 
     std::vector<VcGePoint3d> vertices;
     for (std::size_t i = 0; i < spans + 3; ++i) {
         const std::size_t span = std::min(i > 1 ? i - 2 : 0, spans - 1);
-        const VcGePoint3d bezier[4] = {points[span], points[span] + tangents[span] * (h[span] / 3), points[span + 1] - tangents[span + 1] * (h[span] / 3),
-                                       points[span + 1]};
+        const VcGePoint3d bezier[4] = {points[span], points[span] + tangents[span] * (h[span] / 3),
+                                       points[span + 1] - tangents[span + 1] * (h[span] / 3), points[span + 1]};
         vertices.push_back(blossom(bezier, at[span], at[span + 1], {knots[i + 1], knots[i + 2], knots[i + 3]}));
     }
     auto spline = std::make_unique<VcDbSpline>();

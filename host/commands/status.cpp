@@ -17,11 +17,15 @@ using namespace edit;
 
 // STATUS
 
-void line(Editor& ed, std::string_view name, std::string_view value) { ed.printLine(fmt::format("{:<28}{}", name, value)); }
+void line(Editor& ed, std::string_view name, std::string_view value)
+{
+    ed.printLine(fmt::format("{:<28}{}", name, value));
+}
 
 std::string flatText(const VcGePoint3d& p) { return fmt::format("X: {}  Y: {}", lengthText(p.x), lengthText(p.y)); }
 
-void corners(Editor& ed, const std::string& name, const VcGePoint3d& low, const VcGePoint3d& high, std::string_view remark = {})
+void corners(Editor& ed, const std::string& name, const VcGePoint3d& low, const VcGePoint3d& high,
+             std::string_view remark = {})
 {
     line(ed, name, fmt::format("{}  {}", flatText(low), remark));
     line(ed, "", flatText(high));
@@ -55,7 +59,8 @@ void status(Editor& ed)
     const bool paper = ed.db().currentSpace() == ed.db().paperSpace();
     const std::string space = paper ? "Paper space" : "Model space";
     ed.printLine(fmt::format("{} objects in {}{}", countObjects(ed), vars.text("DWGPREFIX"), vars.text("DWGNAME")));
-    corners(ed, space + " limits are", vars.point("LIMMIN"), vars.point("LIMMAX"), vars.integer("LIMCHECK") ? "(On)" : "(Off)");
+    corners(ed, space + " limits are", vars.point("LIMMIN"), vars.point("LIMMAX"),
+            vars.integer("LIMCHECK") ? "(On)" : "(Off)");
     used(ed, space);
     corners(ed, "Display shows", vars.point("VSMIN"), vars.point("VSMAX"));
     line(ed, "Insertion base is", pointText(vars.point("INSBASE")));
@@ -67,9 +72,11 @@ void status(Editor& ed)
     line(ed, "Current color:", colourText(ed));
     line(ed, "Current linetype:", fmt::format("\"{}\"", vars.text("CELTYPE")));
     line(ed, "Current lineweight:", lineWeightText(int(vars.integer("CELWEIGHT"))));
-    line(ed, "Current elevation:", fmt::format("{}  thickness: {}", lengthText(vars.real("ELEVATION")), lengthText(vars.real("THICKNESS"))));
-    ed.printLine(fmt::format("Fill {}  Grid {}  Ortho {}  Qtext {}  Snap {}", onOff(ed, "FILLMODE"), onOff(ed, "GRIDMODE"), onOff(ed, "ORTHOMODE"),
-                             onOff(ed, "QTEXTMODE"), onOff(ed, "SNAPMODE")));
+    line(ed, "Current elevation:",
+         fmt::format("{}  thickness: {}", lengthText(vars.real("ELEVATION")), lengthText(vars.real("THICKNESS"))));
+    ed.printLine(fmt::format("Fill {}  Grid {}  Ortho {}  Qtext {}  Snap {}", onOff(ed, "FILLMODE"),
+                             onOff(ed, "GRIDMODE"), onOff(ed, "ORTHOMODE"), onOff(ed, "QTEXTMODE"),
+                             onOff(ed, "SNAPMODE")));
     const int snaps = int(vars.integer("OSMODE"));
     line(ed, "Object snap modes:", snaps & 16384 || !(snaps & 16383) ? "None" : snapNames(snaps));
 }
@@ -86,13 +93,15 @@ std::string momentText(double day)
     long f = long(whole) + 1401 + (4 * long(whole) + 274277) / 146097 * 3 / 4 - 38;
     const long e = 4 * f + 3, g = e % 1461 / 4, h = 5 * g + 2;
     const long dayOfMonth = h % 153 / 5 + 1, month = (h / 153 + 2) % 12 + 1, year = e / 1461 - 4716 + (14 - month) / 12;
-    return fmt::format("{:04}-{:02}-{:02}  {:02}:{:02}:{:02}", year, month, dayOfMonth, seconds / 3600 % 24, seconds / 60 % 60, seconds % 60);
+    return fmt::format("{:04}-{:02}-{:02}  {:02}:{:02}:{:02}", year, month, dayOfMonth, seconds / 3600 % 24,
+                       seconds / 60 % 60, seconds % 60);
 }
 
 std::string spanText(double days)
 {
     const long seconds = std::lround(std::max(days, 0.0) * 86400);
-    return fmt::format("{} days {:02}:{:02}:{:02}", seconds / 86400, seconds / 3600 % 24, seconds / 60 % 60, seconds % 60);
+    return fmt::format("{} days {:02}:{:02}:{:02}", seconds / 86400, seconds / 3600 % 24, seconds / 60 % 60,
+                       seconds % 60);
 }
 
 void showTimes(Editor& ed)
@@ -103,7 +112,8 @@ void showTimes(Editor& ed)
     line(ed, "  Created:", momentText(vars.real("TDCREATE")));
     line(ed, "  Last updated:", momentText(vars.real("TDUPDATE")));
     line(ed, "  Total editing time:", spanText(vars.real("TDINDWG")));
-    line(ed, vars.integer("USRTIMER") != 0 ? "  Elapsed timer (on):" : "  Elapsed timer (off):", spanText(vars.real("TDUSRTIMER")));
+    line(ed, vars.integer("USRTIMER") != 0 ? "  Elapsed timer (on):" : "  Elapsed timer (off):",
+         spanText(vars.real("TDUSRTIMER")));
 }
 
 void time(Editor& ed)
@@ -135,10 +145,12 @@ void time(Editor& ed)
 void lineWeight(Editor& ed)
 {
     for (;;) {
-        const std::string typed = ed.word("Enter default lineweight for new objects or [?]", lineWeightText(int(ed.vars().integer("CELWEIGHT"))));
+        const std::string typed = ed.word("Enter default lineweight for new objects or [?]",
+                                          lineWeightText(int(ed.vars().integer("CELWEIGHT"))));
         if (typed == "?") {
-            ed.printLine("ByLayer  ByBlock  Default\n0.00  0.05  0.09  0.13  0.15  0.18  0.20  0.25  0.30  0.35  0.40  0.50\n"
-                         "0.53  0.60  0.70  0.80  0.90  1.00  1.06  1.20  1.40  1.58  2.00  2.11 mm");
+            ed.printLine(
+                "ByLayer  ByBlock  Default\n0.00  0.05  0.09  0.13  0.15  0.18  0.20  0.25  0.30  0.35  0.40  0.50\n"
+                "0.53  0.60  0.70  0.80  0.90  1.00  1.06  1.20  1.40  1.58  2.00  2.11 mm");
             continue;
         }
         if (const auto weight = lineWeightOf(typed.substr(0, typed.find(' ')))) {
@@ -153,9 +165,10 @@ std::string runningSnaps(Editor& ed)
 {
     std::string names;
     static constexpr std::pair<int, const char*> kNames[] = {
-        {kSnapEnd, "END"}, {kSnapMiddle, "MID"}, {kSnapCenter, "CEN"}, {kSnapNode, "NOD"}, {kSnapQuadrant, "QUA"}, {kSnapIntersection, "INT"},
-        {kSnapInsertion, "INS"}, {kSnapPerpendicular, "PER"}, {kSnapTangent, "TAN"}, {kSnapNearest, "NEA"}, {kSnapGeometricCenter, "GCE"},
-        {kSnapApparent, "APP"}, {kSnapExtension, "EXT"}, {kSnapParallel, "PAR"}};
+        {kSnapEnd, "END"},       {kSnapMiddle, "MID"},       {kSnapCenter, "CEN"},          {kSnapNode, "NOD"},
+        {kSnapQuadrant, "QUA"},  {kSnapIntersection, "INT"}, {kSnapInsertion, "INS"},       {kSnapPerpendicular, "PER"},
+        {kSnapTangent, "TAN"},   {kSnapNearest, "NEA"},      {kSnapGeometricCenter, "GCE"}, {kSnapApparent, "APP"},
+        {kSnapExtension, "EXT"}, {kSnapParallel, "PAR"}};
     for (const auto& [bit, name] : kNames)
         if (ed.vars().integer("OSMODE") & bit)
             names += (names.empty() ? "" : ",") + std::string(name);
@@ -184,7 +197,9 @@ void attributeDisplay(Editor& ed)
 {
     static constexpr const char* kModes[] = {"OFF", "Normal", "ON"};
     const auto now = std::clamp<std::int64_t>(ed.vars().integer("ATTMODE"), 0, 2);
-    const std::string mode = ed.keyword(fmt::format("Enter attribute visibility setting [Normal/ON/OFF] <{}>", kModes[now]), "Normal ON OFF", kModes[now]);
+    const std::string mode =
+        ed.keyword(fmt::format("Enter attribute visibility setting [Normal/ON/OFF] <{}>", kModes[now]), "Normal ON OFF",
+                   kModes[now]);
     for (int i = 0; i < 3; ++i)
         if (mode == kModes[i])
             ed.vars().set("ATTMODE", std::int32_t(i));
@@ -192,7 +207,8 @@ void attributeDisplay(Editor& ed)
 
 const HostCommand kCommands[] = {
     {"STATUS", nullptr, kTransparent | kNoUndoStep, "Shows what is in force in the drawing.", status},
-    {"TIME", nullptr, kTransparent | kNoUndoStep, "Shows when the drawing was made and how long it was worked on.", time},
+    {"TIME", nullptr, kTransparent | kNoUndoStep, "Shows when the drawing was made and how long it was worked on.",
+     time},
     {"LWEIGHT", "LW", kTransparent, "Sets the lineweight of new objects.", lineWeight},
     {"-LWEIGHT", nullptr, kTransparent, "Sets the lineweight of new objects.", lineWeight},
     {"OSNAP", "OS", kTransparent | kNoUndoStep, "Sets the running object snaps.", objectSnap},

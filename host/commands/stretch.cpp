@@ -39,7 +39,8 @@ std::unordered_set<VcDbObjectId> takenByRegions(Editor& ed, const std::vector<Se
     const Picker picker = Picker::of(ed);
     std::unordered_set<VcDbObjectId> taken;
     for (const SelectedRegion& r : regions)
-        for (const VcDbObjectId id : picker.takenBy(SelectArea::polygon(picker.view(), r.corners, SelectArea::Kind::Crossing)))
+        for (const VcDbObjectId id :
+             picker.takenBy(SelectArea::polygon(picker.view(), r.corners, SelectArea::Kind::Crossing)))
             taken.insert(id);
     return taken;
 }

@@ -47,8 +47,10 @@ void stretchArc(VcDbEntity& e, const Pull& pull)
     const auto center = geom::centerThrough(from, from + chord * 0.5 + outward * rise, to);
     if (!center || std::fabs(chord.dotProduct(arc.normal())) > 1e-9 * chord.length())
         return;
-    const double first = geom::angleInPlane(from - *center, arc.normal()), last = geom::angleInPlane(to - *center, arc.normal());
-    setCurveOf(e, geom::Arc{*center, center->distanceTo(from), first, last > first ? last : last + geom::kTwoPi, arc.normal()});
+    const double first = geom::angleInPlane(from - *center, arc.normal()),
+                 last = geom::angleInPlane(to - *center, arc.normal());
+    setCurveOf(e, geom::Arc{*center, center->distanceTo(from), first, last > first ? last : last + geom::kTwoPi,
+                            arc.normal()});
 }
 
 void stretchCircle(VcDbEntity& e, const Pull& pull) { moveBy(e, static_cast<VcDbCircle&>(e).center(), pull); }
@@ -129,7 +131,9 @@ template <class Move>
 void stretchArcEdge(VcDbHatch::Edge& edge, const Move& move)
 {
     const double sense = edge.isAnticlockwise ? 1 : -1;
-    const auto at = [&](double angle) { return edge.first + VcGeVector2d(std::cos(angle), sense * std::sin(angle)) * edge.radius; };
+    const auto at = [&](double angle) {
+        return edge.first + VcGeVector2d(std::cos(angle), sense * std::sin(angle)) * edge.radius;
+    };
     const VcGePoint2d from = at(edge.startAngle), to = at(edge.endAngle);
     VcGePoint2d newFrom = from, newTo = to;
     move(newFrom);
@@ -186,15 +190,20 @@ template <class Dimension>
 void stretchLinear(VcDbEntity& e, const Pull& pull)
 {
     using D = Dimension;
-    static const DimPoint<D> kPoints[] = {{&D::xLine1Point, &D::setXLine1Point}, {&D::xLine2Point, &D::setXLine2Point}, {&D::dimLinePoint, &D::setDimLinePoint}};
+    static const DimPoint<D> kPoints[] = {{&D::xLine1Point, &D::setXLine1Point},
+                                          {&D::xLine2Point, &D::setXLine2Point},
+                                          {&D::dimLinePoint, &D::setDimLinePoint}};
     stretchDimension(static_cast<D&>(e), pull, kPoints);
 }
 
 void stretchAngular(VcDbEntity& e, const Pull& pull)
 {
     using D = VcDb2LineAngularDimension;
-    static const DimPoint<D> kPoints[] = {{&D::xLine1Start, &D::setXLine1Start}, {&D::xLine1End, &D::setXLine1End}, {&D::xLine2Start, &D::setXLine2Start},
-                                          {&D::xLine2End, &D::setXLine2End},     {&D::arcPoint, &D::setArcPoint}};
+    static const DimPoint<D> kPoints[] = {{&D::xLine1Start, &D::setXLine1Start},
+                                          {&D::xLine1End, &D::setXLine1End},
+                                          {&D::xLine2Start, &D::setXLine2Start},
+                                          {&D::xLine2End, &D::setXLine2End},
+                                          {&D::arcPoint, &D::setArcPoint}};
     stretchDimension(static_cast<D&>(e), pull, kPoints);
 }
 
@@ -202,8 +211,10 @@ template <class Dimension>
 void stretchAboutCenter(VcDbEntity& e, const Pull& pull)
 {
     using D = Dimension;
-    static const DimPoint<D> kPoints[] = {
-        {&D::centerPoint, &D::setCenterPoint}, {&D::xLine1Point, &D::setXLine1Point}, {&D::xLine2Point, &D::setXLine2Point}, {&D::arcPoint, &D::setArcPoint}};
+    static const DimPoint<D> kPoints[] = {{&D::centerPoint, &D::setCenterPoint},
+                                          {&D::xLine1Point, &D::setXLine1Point},
+                                          {&D::xLine2Point, &D::setXLine2Point},
+                                          {&D::arcPoint, &D::setArcPoint}};
     stretchDimension(static_cast<D&>(e), pull, kPoints);
 }
 
@@ -217,22 +228,27 @@ void stretchRadial(VcDbEntity& e, const Pull& pull)
 void stretchDiametric(VcDbEntity& e, const Pull& pull)
 {
     using D = VcDbDiametricDimension;
-    static const DimPoint<D> kPoints[] = {{&D::farChordPoint, &D::setFarChordPoint}, {&D::chordPoint, &D::setChordPoint}};
+    static const DimPoint<D> kPoints[] = {{&D::farChordPoint, &D::setFarChordPoint},
+                                          {&D::chordPoint, &D::setChordPoint}};
     stretchDimension(static_cast<D&>(e), pull, kPoints);
 }
 
 void stretchJogged(VcDbEntity& e, const Pull& pull)
 {
     using D = VcDbRadialDimensionLarge;
-    static const DimPoint<D> kPoints[] = {
-        {&D::center, &D::setCenter}, {&D::overrideCenter, &D::setOverrideCenter}, {&D::jogPoint, &D::setJogPoint}, {&D::chordPoint, &D::setChordPoint}};
+    static const DimPoint<D> kPoints[] = {{&D::center, &D::setCenter},
+                                          {&D::overrideCenter, &D::setOverrideCenter},
+                                          {&D::jogPoint, &D::setJogPoint},
+                                          {&D::chordPoint, &D::setChordPoint}};
     stretchDimension(static_cast<D&>(e), pull, kPoints);
 }
 
 void stretchOrdinate(VcDbEntity& e, const Pull& pull)
 {
     using D = VcDbOrdinateDimension;
-    static const DimPoint<D> kPoints[] = {{&D::origin, &D::setOrigin}, {&D::definingPoint, &D::setDefiningPoint}, {&D::leaderEndPoint, &D::setLeaderEndPoint}};
+    static const DimPoint<D> kPoints[] = {{&D::origin, &D::setOrigin},
+                                          {&D::definingPoint, &D::setDefiningPoint},
+                                          {&D::leaderEndPoint, &D::setLeaderEndPoint}};
     stretchDimension(static_cast<D&>(e), pull, kPoints);
 }
 

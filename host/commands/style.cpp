@@ -48,7 +48,8 @@ std::unique_ptr<Style> newStyle(const std::string& name)
 
 bool yes(Editor& ed, const std::string& question, bool byDefault)
 {
-    return ed.keyword(fmt::format("{} [Yes/No] <{}>", question, byDefault ? "Y" : "N"), "Yes No", byDefault ? "Yes" : "No") == "Yes";
+    return ed.keyword(fmt::format("{} [Yes/No] <{}>", question, byDefault ? "Y" : "N"), "Yes No",
+                      byDefault ? "Yes" : "No") == "Yes";
 }
 
 struct Answers {
@@ -64,7 +65,8 @@ Answers askAbout(Editor& ed, const Style& style)
     a.font = ed.word("Specify full font name or font filename (TTF or stroke font)", fontOf(style));
     a.height = ed.distance("Specify height of text", style.textSize(), {.bits = InitGet::NoNegative});
     a.width = ed.real("Specify width factor", style.xScale(), {.bits = InitGet::NoZero | InitGet::NoNegative});
-    const Answer slant = ed.askAngle(fmt::format("Specify obliquing angle <{}>", angleText(style.obliquingAngle())), {.enterEnds = true});
+    const Answer slant = ed.askAngle(fmt::format("Specify obliquing angle <{}>", angleText(style.obliquingAngle())),
+                                     {.enterEnds = true});
     a.oblique = slant.status == Answer::Status::Enter ? style.obliquingAngle() : std::remainder(slant.real, 2 * M_PI);
     a.backwards = yes(ed, "Display text backwards?", style.isBackwards());
     a.upsideDown = yes(ed, "Display text upside-down?", style.isUpsideDown());
@@ -111,9 +113,9 @@ void listTextStyles(Editor& ed)
     for (const VcDbObjectId id : ed.db().table(NameTable::TextStyle).records()) {
         const auto* style = ed.db().objectAs<Style>(id);
         if (!style->nameUtf8().empty() && pattern.matches(style->nameUtf8()))
-            ed.printLine(fmt::format("Style name: \"{}\"  Font: {}  Height: {}  Width factor: {}  Obliquing angle: {}", style->nameUtf8(),
-                                     fontOf(*style), lengthText(style->textSize()), lengthText(style->xScale()),
-                                     angleText(style->obliquingAngle())));
+            ed.printLine(fmt::format("Style name: \"{}\"  Font: {}  Height: {}  Width factor: {}  Obliquing angle: {}",
+                                     style->nameUtf8(), fontOf(*style), lengthText(style->textSize()),
+                                     lengthText(style->xScale()), angleText(style->obliquingAngle())));
     }
 }
 

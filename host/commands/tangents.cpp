@@ -31,7 +31,8 @@ VcGePoint3d footOn(const Touch& touch, const VcGePoint3d& from)
 }
 
 // The one of the four lines along both discs whose ends lie nearest to the picks.
-std::optional<std::pair<VcGePoint3d, VcGePoint3d>> alongDiscs(const Disc& a, const Disc& b, const VcGePoint3d& nearA, const VcGePoint3d& nearB)
+std::optional<std::pair<VcGePoint3d, VcGePoint3d>> alongDiscs(const Disc& a, const Disc& b, const VcGePoint3d& nearA,
+                                                              const VcGePoint3d& nearB)
 {
     const VcGeVector3d d(b.center.x - a.center.x, b.center.y - a.center.y, 0);
     const double apart = d.length(), direction = std::atan2(d.y, d.x);
@@ -108,7 +109,8 @@ std::optional<TouchingCircle> improved(const std::array<Touch, 3>& touches, cons
         return std::nullopt;
     const double before = totalMiss(touches, c);
     for (double part = 1; part > 1e-6; part /= 2) {
-        const TouchingCircle next{c.center + VcGeVector3d((*step)[0], (*step)[1], 0) * part, c.radius + (*step)[2] * part};
+        const TouchingCircle next{c.center + VcGeVector3d((*step)[0], (*step)[1], 0) * part,
+                                  c.radius + (*step)[2] * part};
         if (next.radius > 0 && totalMiss(touches, next) < before)
             return next;
     }
@@ -119,7 +121,9 @@ std::optional<TouchingCircle> improved(const std::array<Touch, 3>& touches, cons
 
 std::optional<std::pair<VcGePoint3d, VcGePoint3d>> lineTouching(const Touch& from, const Touch& to)
 {
-    const auto squareTo = [](const Touch& touch, const VcGePoint3d& other) { return std::pair{footOn(touch, other), other}; };
+    const auto squareTo = [](const Touch& touch, const VcGePoint3d& other) {
+        return std::pair{footOn(touch, other), other};
+    };
     if (from.curve && from.squarely && !to.curve)
         return squareTo(from, to.at);
     if (to.curve && to.squarely && !from.curve)
@@ -131,7 +135,8 @@ std::optional<std::pair<VcGePoint3d, VcGePoint3d>> lineTouching(const Touch& fro
 std::optional<TouchingCircle> circleTouching(const std::array<Touch, 3>& touches)
 {
     const auto middle = geom::centerThrough(touches[0].at, touches[1].at, touches[2].at);
-    const VcGePoint3d mean((touches[0].at.x + touches[1].at.x + touches[2].at.x) / 3, (touches[0].at.y + touches[1].at.y + touches[2].at.y) / 3, touches[0].at.z);
+    const VcGePoint3d mean((touches[0].at.x + touches[1].at.x + touches[2].at.x) / 3,
+                           (touches[0].at.y + touches[1].at.y + touches[2].at.y) / 3, touches[0].at.z);
     TouchingCircle c{middle.value_or(mean), 0};
     c.radius = c.center.distanceTo(touches[0].at);
     const double size = c.radius + c.center.asVector().length();

@@ -57,7 +57,10 @@ struct Placement {
     VcDbObjectId style;
 };
 
-VcDbTextStyleTableRecord* currentStyle(Editor& ed) { return ed.db().liveAs<VcDbTextStyleTableRecord>(ed.drawing().textstyle()); }
+VcDbTextStyleTableRecord* currentStyle(Editor& ed)
+{
+    return ed.db().liveAs<VcDbTextStyleTableRecord>(ed.drawing().textstyle());
+}
 
 void askStyle(Editor& ed)
 {
@@ -79,7 +82,8 @@ void showSettings(Editor& ed, const Placement& p)
 {
     const VcDbTextStyleTableRecord* style = currentStyle(ed);
     const double height = style && style->textSize() > 0 ? style->textSize() : ed.vars().real("TEXTSIZE");
-    ed.printLine(fmt::format("Current text style:  \"{}\"  Text height:  {}  Justify:  {}", ed.vars().text("TEXTSTYLE"), lengthText(height), p.justification->keyword));
+    ed.printLine(fmt::format("Current text style:  \"{}\"  Text height:  {}  Justify:  {}", ed.vars().text("TEXTSTYLE"),
+                             lengthText(height), p.justification->keyword));
 }
 
 // False when the text goes on beneath the last one.
@@ -88,8 +92,9 @@ bool askStart(Editor& ed, Placement& p)
     const bool canGoOn = s_next && ed.db().liveAs<VcDbText>(s_next->text);
     showSettings(ed, p);
     for (bool isChosen = false;;) {
-        const Answer a = ed.askPoint(isChosen ? p.justification->prompt : "Specify start point of text or [Justify/Style]",
-                                     {.keywords = isChosen ? "" : "Justify Style", .enterEnds = canGoOn && !isChosen});
+        const Answer a =
+            ed.askPoint(isChosen ? p.justification->prompt : "Specify start point of text or [Justify/Style]",
+                        {.keywords = isChosen ? "" : "Justify Style", .enterEnds = canGoOn && !isChosen});
         if (a.status == Answer::Status::Value) {
             p.at = a.point;
             return true;
@@ -110,7 +115,10 @@ bool askStart(Editor& ed, Placement& p)
     }
 }
 
-bool spansTwoPoints(const Placement& p) { return p.justification->horizontal == VcDb::kTextAlign || p.justification->horizontal == VcDb::kTextFit; }
+bool spansTwoPoints(const Placement& p)
+{
+    return p.justification->horizontal == VcDb::kTextAlign || p.justification->horizontal == VcDb::kTextFit;
+}
 
 Placement askPlacement(Editor& ed)
 {
@@ -127,7 +135,8 @@ Placement askPlacement(Editor& ed)
             throw CommandError{"The baseline needs two different points."};
     }
     if (fixed <= 0 && p.justification->horizontal != VcDb::kTextAlign) {
-        p.height = ed.distance("Specify height", p.height, {.from = p.at, .bits = InitGet::NoZero | InitGet::NoNegative});
+        p.height =
+            ed.distance("Specify height", p.height, {.from = p.at, .bits = InitGet::NoZero | InitGet::NoNegative});
         ed.vars().force("TEXTSIZE", p.height);
     }
     if (spansTwoPoints(p)) {
@@ -136,7 +145,9 @@ Placement askPlacement(Editor& ed)
         return p;
     }
     static double lastRotation = 0;
-    const Answer a = askDirection(ed, fmt::format("Specify rotation angle of text <{}>", directionText(ed, lastRotation)), {.from = p.at, .enterEnds = true});
+    const Answer a =
+        askDirection(ed, fmt::format("Specify rotation angle of text <{}>", directionText(ed, lastRotation)),
+                     {.from = p.at, .enterEnds = true});
     if (a.status != Answer::Status::Enter)
         lastRotation = a.real;
     p.rotation = lastRotation;
@@ -191,10 +202,12 @@ void text(Editor& ed)
 
 void askModes(Editor& ed, std::int32_t& flags)
 {
-    static constexpr std::pair<const char*, int> kModes[] = {{"Invisible", 1}, {"Constant", 2}, {"Verify", 4}, {"Preset", 8}};
+    static constexpr std::pair<const char*, int> kModes[] = {
+        {"Invisible", 1}, {"Constant", 2}, {"Verify", 4}, {"Preset", 8}};
     for (;;) {
         const auto yes = [&](int bit) { return flags & bit ? "Y" : "N"; };
-        ed.printLine(fmt::format("Current attribute modes:  Invisible={}  Constant={}  Verify={}  Preset={}", yes(1), yes(2), yes(4), yes(8)));
+        ed.printLine(fmt::format("Current attribute modes:  Invisible={}  Constant={}  Verify={}  Preset={}", yes(1),
+                                 yes(2), yes(4), yes(8)));
         const Answer a = [&] {
             Question q;
             q.kind = Question::Kind::Keyword;

@@ -63,14 +63,16 @@ void Copier::undo()
 void Copier::askMode()
 {
     const char* now = isSingle() ? "Single" : "Multiple";
-    const std::string word = m_ed.keyword(fmt::format("Enter a copy mode option [Single/Multiple] <{}>", now), "Single Multiple", now);
+    const std::string word =
+        m_ed.keyword(fmt::format("Enter a copy mode option [Single/Multiple] <{}>", now), "Single Multiple", now);
     m_ed.vars().set("COPYMODE", std::int32_t(word == "Single"));
 }
 
 // The copies of an array stand at even steps, or fill the way to the second point.
 void Copier::array()
 {
-    const std::int64_t items = m_ed.integer("Enter number of items to array", {}, {.bits = InitGet::NoZero | InitGet::NoNegative});
+    const std::int64_t items =
+        m_ed.integer("Enter number of items to array", {}, {.bits = InitGet::NoZero | InitGet::NoNegative});
     if (items < 2)
         throw CommandError{"An array needs two items or more."};
     const Answer a = m_ed.askPoint("Specify second point or [Fit]", {.keywords = "Fit", .from = m_base});
@@ -87,7 +89,8 @@ void Copier::array()
 std::optional<VcGePoint3d> Copier::askBase()
 {
     for (;;) {
-        const Answer a = m_ed.askPoint("Specify base point or [Displacement/mOde] <Displacement>", {.keywords = "Displacement mOde", .enterEnds = true});
+        const Answer a = m_ed.askPoint("Specify base point or [Displacement/mOde] <Displacement>",
+                                       {.keywords = "Displacement mOde", .enterEnds = true});
         if (a.status == Status::Value)
             return a.point;
         if (a.status == Status::Keyword && a.text == "mOde") {
@@ -108,8 +111,10 @@ void Copier::run()
     m_base = *base;
     for (bool first = true;; first = false) {
         showMovedFrom(m_ed, m_objects, m_base);
-        const Answer a = first ? m_ed.askPoint("Specify second point or [Array] <use first point as displacement>", {.keywords = "Array", .from = m_base, .enterEnds = true})
-                               : m_ed.askPoint("Specify second point or [Array/Exit/Undo] <Exit>", {.keywords = "Array Exit Undo", .from = m_base, .enterEnds = true});
+        const Answer a = first ? m_ed.askPoint("Specify second point or [Array] <use first point as displacement>",
+                                               {.keywords = "Array", .from = m_base, .enterEnds = true})
+                               : m_ed.askPoint("Specify second point or [Array/Exit/Undo] <Exit>",
+                                               {.keywords = "Array Exit Undo", .from = m_base, .enterEnds = true});
         if (a.status == Status::Enter) {
             if (first)
                 place(m_base.asVector());
@@ -139,7 +144,8 @@ void copy(Editor& ed)
 double askReferenceTurn(Editor& ed, const VcGePoint3d& base)
 {
     static double reference = 0;
-    const Answer first = ed.askAngle(fmt::format("Specify the reference angle <{}>", turnText(ed, reference)), {.enterEnds = true});
+    const Answer first =
+        ed.askAngle(fmt::format("Specify the reference angle <{}>", turnText(ed, reference)), {.enterEnds = true});
     if (first.status == Status::Value)
         reference = first.real;
     const Answer second = ed.askAngle("Specify the new angle or [Points]", {.keywords = "Points", .from = base});
@@ -155,17 +161,20 @@ void rotate(Editor& ed)
     const auto objects = ed.select();
     if (objects->empty())
         return;
-    ed.printLine(fmt::format("Current positive angle in UCS:  ANGDIR={}  ANGBASE={}", ed.vars().integer("ANGDIR") ? "clockwise" : "counterclockwise",
+    ed.printLine(fmt::format("Current positive angle in UCS:  ANGDIR={}  ANGBASE={}",
+                             ed.vars().integer("ANGDIR") ? "clockwise" : "counterclockwise",
                              angleText(ed.vars().real("ANGBASE"))));
     const VcGePoint3d base = ed.point("Specify base point");
     static double known = 0;
     bool copies = false;
     for (;;) {
         showMoved(ed, *objects, [base](const VcGePoint3d& cursor) {
-            return VcGeMatrix3d::rotation(std::atan2(cursor.y - base.y, cursor.x - base.x), VcGeVector3d::zAxis(), base);
+            return VcGeMatrix3d::rotation(std::atan2(cursor.y - base.y, cursor.x - base.x), VcGeVector3d::zAxis(),
+                                          base);
         });
-        const Answer a = ed.askAngle(fmt::format("Specify rotation angle or [Copy/Reference] <{}>", turnText(ed, known)),
-                                     {.keywords = "Copy Reference", .from = base, .enterEnds = true});
+        const Answer a =
+            ed.askAngle(fmt::format("Specify rotation angle or [Copy/Reference] <{}>", turnText(ed, known)),
+                        {.keywords = "Copy Reference", .from = base, .enterEnds = true});
         if (a.status == Status::Keyword && a.text == "Copy") {
             ed.printLine("Rotating a copy of the selected objects.");
             copies = true;
@@ -183,7 +192,8 @@ double askReferenceFactor(Editor& ed, const VcGePoint3d& base)
     constexpr int kPositive = InitGet::NoZero | InitGet::NoNegative;
     static double known = 1;
     const double reference = known = ed.distance("Specify reference length", known, {.bits = kPositive});
-    const Answer a = ed.askDistance("Specify new length or [Points]", {.keywords = "Points", .from = base, .bits = kPositive});
+    const Answer a =
+        ed.askDistance("Specify new length or [Points]", {.keywords = "Points", .from = base, .bits = kPositive});
     if (a.status == Status::Value)
         return a.real / reference;
     const VcGePoint3d from = ed.point("Specify first point");
@@ -207,7 +217,10 @@ void scale(Editor& ed)
             return factor > 0 ? VcGeMatrix3d::scaling(factor, base) : VcGeMatrix3d();
         });
         const Answer a = ed.askDistance(fmt::format("Specify scale factor or [Copy/Reference] <{}>", lengthText(known)),
-                                        {.keywords = "Copy Reference", .from = base, .bits = InitGet::NoZero | InitGet::NoNegative, .enterEnds = true});
+                                        {.keywords = "Copy Reference",
+                                         .from = base,
+                                         .bits = InitGet::NoZero | InitGet::NoNegative,
+                                         .enterEnds = true});
         if (a.status == Status::Keyword && a.text == "Copy") {
             ed.printLine("Scaling a copy of the selected objects.");
             copies = true;

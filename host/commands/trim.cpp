@@ -49,7 +49,8 @@ private:
 void Trimmer::tellSettings()
 {
     static const char* kProjections[] = {"None", "UCS", "View"};
-    m_ed.printLine(fmt::format("Current settings: Projection={}, Edge={}", kProjections[std::clamp<std::int64_t>(m_ed.vars().integer("PROJMODE"), 0, 2)],
+    m_ed.printLine(fmt::format("Current settings: Projection={}, Edge={}",
+                               kProjections[std::clamp<std::int64_t>(m_ed.vars().integer("PROJMODE"), 0, 2)],
                                m_ed.vars().integer("EDGEMODE") ? "Extend" : "None"));
 }
 
@@ -103,15 +104,17 @@ void Trimmer::askProjection()
 {
     static const char* kWords[] = {"None", "Ucs", "View"};
     const char* now = kWords[std::clamp<std::int64_t>(m_ed.vars().integer("PROJMODE"), 0, 2)];
-    const std::string word = m_ed.keyword(fmt::format("Enter a projection option [None/Ucs/View] <{}>", now), "None Ucs View", now);
+    const std::string word =
+        m_ed.keyword(fmt::format("Enter a projection option [None/Ucs/View] <{}>", now), "None Ucs View", now);
     m_ed.vars().set("PROJMODE", std::int32_t(word == "None" ? 0 : word == "Ucs" ? 1 : 2));
 }
 
 void Trimmer::askEdgeMode()
 {
     const char* now = m_ed.vars().integer("EDGEMODE") ? "Extend" : "No extend";
-    const std::string word = m_ed.keyword(fmt::format("Enter an implied edge extension mode [Extend/No extend] <{}>", now), "Extend No",
-                                          m_ed.vars().integer("EDGEMODE") ? "Extend" : "No");
+    const std::string word =
+        m_ed.keyword(fmt::format("Enter an implied edge extension mode [Extend/No extend] <{}>", now), "Extend No",
+                     m_ed.vars().integer("EDGEMODE") ? "Extend" : "No");
     m_ed.vars().set("EDGEMODE", std::int32_t(word == "Extend"));
 }
 
@@ -141,7 +144,8 @@ void Trimmer::changeAt(VcDbObjectId id, const geom::Curve& chain)
         for (std::size_t i = 0; i < parts.size(); ++i) {
             auto* part = m_ed.db().liveAs<VcDbEntity>(parts[i]);
             const auto pick = part ? curvePickAt(m_ed, *part, place) : std::nullopt;
-            if (!pick || geom::pointAt(pick->curve, pick->param).distanceTo(place) > 10 * geom::meetingTolerance(*curve, *curve))
+            if (!pick ||
+                geom::pointAt(pick->curve, pick->param).distanceTo(place) > 10 * geom::meetingTolerance(*curve, *curve))
                 continue;
             const auto left = change(*pick);
             if (!left.empty()) {
@@ -156,7 +160,8 @@ void Trimmer::alongChain(const std::vector<VcGePoint3d>& chain, bool takesInside
 {
     const Picker picker = Picker::of(m_ed);
     const auto kind = takesInside ? SelectArea::Kind::Crossing : SelectArea::Kind::Fence;
-    const SelectArea area = takesInside ? SelectArea::rectangle(picker.view(), chain[0], chain[2], kind) : SelectArea::polygon(picker.view(), chain, kind);
+    const SelectArea area = takesInside ? SelectArea::rectangle(picker.view(), chain[0], chain[2], kind)
+                                        : SelectArea::polygon(picker.view(), chain, kind);
     const geom::Curve line = geom::Polyline3{chain, takesInside};
     m_edits.begin();
     for (const VcDbObjectId id : picker.takenBy(area))
@@ -168,7 +173,8 @@ void Trimmer::fence()
 {
     std::vector<VcGePoint3d> points{m_ed.point("Specify first fence point")};
     for (;;) {
-        const Answer a = m_ed.askPoint("Specify next fence point or [Undo]", {.keywords = "Undo", .from = points.back(), .enterEnds = true});
+        const Answer a = m_ed.askPoint("Specify next fence point or [Undo]",
+                                       {.keywords = "Undo", .from = points.back(), .enterEnds = true});
         if (a.status == Status::Enter)
             break;
         if (a.status == Status::Value)
@@ -238,7 +244,8 @@ void Trimmer::run()
     const std::string prompt = m_extends ? "Select object to extend or [Fence/Crossing/Project/Edge/Undo]"
                                          : "Select object to trim or [Fence/Crossing/Project/Edge/eRase/Undo]";
     for (;;) {
-        const Answer a = askTarget(prompt, m_extends ? "Fence Crossing Project Edge Undo" : "Fence Crossing Project Edge eRase Undo");
+        const Answer a = askTarget(prompt, m_extends ? "Fence Crossing Project Edge Undo"
+                                                     : "Fence Crossing Project Edge eRase Undo");
         if (a.status == Status::Enter)
             return;
         if (a.status == Status::Keyword) {

@@ -18,7 +18,10 @@ namespace {
 using Edges = std::vector<const VcDbEntity*>;
 
 // Of everything, what people mean as edges: curves, and the curves in blocks.
-bool isImpliedEdge(const VcDbEntity& entity) { return entity.isKindOf(VcDbCurve::desc()) || entity.isKindOf(VcDbBlockReference::desc()); }
+bool isImpliedEdge(const VcDbEntity& entity)
+{
+    return entity.isKindOf(VcDbCurve::desc()) || entity.isKindOf(VcDbBlockReference::desc());
+}
 
 void addEdges(Edges& edges, const std::vector<SpaceIndex::Candidate>& candidates, const SeenLayers& layers)
 {
@@ -100,7 +103,9 @@ std::vector<geom::Crossing> TrimEdges::meet(const geom::Curve& target, const geo
 template <class Use>
 void TrimEdges::eachEdge(const CurvePick& target, const geom::Curve& reach, Use&& use) const
 {
-    const auto within = edgesGoOn() || projection().value_or(VcGeVector3d::zAxis()) != VcGeVector3d::zAxis() ? std::nullopt : columnAbout(reach);
+    const auto within = edgesGoOn() || projection().value_or(VcGeVector3d::zAxis()) != VcGeVector3d::zAxis()
+                            ? std::nullopt
+                            : columnAbout(reach);
     for (const VcDbEntity* edge : edgesNear(reach)) {
         m_ed.throwIfInterrupted();
         if (edge != target.entity)

@@ -10,7 +10,10 @@ namespace vk::commands {
 class TrimEdges {
 public:
     // Everything in the current space when no edges were selected.
-    TrimEdges(edit::Editor& ed, std::shared_ptr<edit::SelectionSet> selected) : m_ed(ed), m_selected(std::move(selected)) {}
+    TrimEdges(edit::Editor& ed, std::shared_ptr<edit::SelectionSet> selected)
+        : m_ed(ed), m_selected(std::move(selected))
+    {
+    }
 
     // Parameters at which edges cut the curve. PROJMODE says what counts as crossing, EDGEMODE whether edges go on.
     std::vector<double> cuts(const CurvePick& target) const;

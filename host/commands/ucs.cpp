@@ -27,7 +27,10 @@ using Record = VcDbUCSTableRecord;
 
 constexpr double kSmallest = 1e-9;
 
-Record* recordNamed(Editor& ed, std::string_view name) { return ed.db().liveAs<Record>(ed.db().findRecord(NameTable::Ucs, name)); }
+Record* recordNamed(Editor& ed, std::string_view name)
+{
+    return ed.db().liveAs<Record>(ed.db().findRecord(NameTable::Ucs, name));
+}
 
 // Vectors and points of questions are in the present UCS.
 CoordinateSystem fromUcs(Editor& ed, const VcGePoint3d& origin, const VcGeVector3d& x, const VcGeVector3d& towardsY)
@@ -82,7 +85,9 @@ void zAxis(Editor& ed)
 {
     const VcGePoint3d origin = pointOrDefault(ed, "Specify new origin point <0,0,0>", {}).value_or(VcGePoint3d());
     const auto onZ = pointOrDefault(
-        ed, fmt::format("Specify point on positive portion of Z-axis <{}>", typedPointText(origin + VcGeVector3d::zAxis())), origin);
+        ed,
+        fmt::format("Specify point on positive portion of Z-axis <{}>", typedPointText(origin + VcGeVector3d::zAxis())),
+        origin);
     const VcGeVector3d z = onZ ? *onZ - origin : VcGeVector3d::zAxis();
     if (!(z.length() > kSmallest))
         throw CommandError{"The Z axis has no direction: the two points coincide."};
@@ -111,7 +116,9 @@ void view(Editor& ed)
 void turn(Editor& ed, const char* name, const VcGeVector3d& axis)
 {
     const double byDefault = ed.vars().real("UCSAXISANG");
-    const Answer a = ed.askAngle(fmt::format("Specify rotation angle about {} axis <{}>", name, turnText(ed, byDefault)), {.from = VcGePoint3d(), .enterEnds = true});
+    const Answer a =
+        ed.askAngle(fmt::format("Specify rotation angle about {} axis <{}>", name, turnText(ed, byDefault)),
+                    {.from = VcGePoint3d(), .enterEnds = true});
     const double angle = a.status == Answer::Status::Value ? a.real : byDefault;
     changeUcs(ed, CoordinateSystem::of(ucsToWorld(ed) * VcGeMatrix3d::rotation(angle, axis)));
 }
@@ -166,7 +173,8 @@ void save(Editor& ed)
             continue;
         }
         if (recordNamed(ed, name) && ed.vars().integer("EXPERT") < 4 &&
-            ed.keyword(fmt::format("UCS \"{}\" already exists. Replace it? [Yes/No] <N>", name), "Yes No", "No") == "No")
+            ed.keyword(fmt::format("UCS \"{}\" already exists. Replace it? [Yes/No] <N>", name), "Yes No", "No") ==
+                "No")
             return;
         const CoordinateSystem now = currentUcs(ed.db());
         Record& record = recordFor(ed, name);
@@ -196,7 +204,8 @@ void erase(Editor& ed)
         }
         ++count;
     }
-    ed.printLine(count > 0 ? fmt::format("Deleted {} UCS name(s).", count) : fmt::format("No UCS matches \"{}\".", names));
+    ed.printLine(count > 0 ? fmt::format("Deleted {} UCS name(s).", count)
+                           : fmt::format("No UCS matches \"{}\".", names));
 }
 
 void named(Editor& ed)
@@ -212,9 +221,11 @@ void face(Editor& ed)
     const auto* entity = ed.db().liveAs<VcDbEntity>(a.entity);
     if (!entity)
         return;
-    const bool isFace = entity->isKindOf(VcDbFace::desc()) || entity->isKindOf(VcDbSolid::desc()) || entity->isKindOf(VcDbTrace::desc()) ||
+    const bool isFace = entity->isKindOf(VcDbFace::desc()) || entity->isKindOf(VcDbSolid::desc()) ||
+                        entity->isKindOf(VcDbTrace::desc()) ||
                         (entity->isKindOf(VcDbPolyline::desc()) && VcDbCurve::cast(entity)->isClosed());
-    const auto plane = isFace ? planeOfObject(*entity, a.hasPoint ? std::optional(toWorld(ed, a.point)) : std::nullopt) : std::nullopt;
+    const auto plane =
+        isFace ? planeOfObject(*entity, a.hasPoint ? std::optional(toWorld(ed, a.point)) : std::nullopt) : std::nullopt;
     if (!plane)
         throw CommandError{"A 3D face, a solid area or a closed polyline is needed."};
     CoordinateSystem ucs = *plane;
@@ -232,7 +243,8 @@ void face(Editor& ed)
 void move(Editor& ed)
 {
     const CoordinateSystem now = currentUcs(ed.db());
-    const Answer a = ed.askPoint("Specify new origin point or [Zdepth] <0,0,0>", {.keywords = "Zdepth", .enterEnds = true});
+    const Answer a =
+        ed.askPoint("Specify new origin point or [Zdepth] <0,0,0>", {.keywords = "Zdepth", .enterEnds = true});
     VcGePoint3d origin = a.status == Answer::Status::Value ? a.point : VcGePoint3d();
     if (a.status == Answer::Status::Keyword)
         origin.z = ed.distance("Specify Zdepth", 0.0);
@@ -248,7 +260,8 @@ void applyToViewports(Editor& ed)
         throw CommandError{"The model's own tab shows one viewport; Apply is of use on a layout."};
     const CoordinateSystem now = currentUcs(ed.db());
     const VcDbObjectId record = currentUcsRecord(ed.db());
-    const Answer a = ed.askEntity("Pick viewport to apply current UCS or [All] <current>", {.keywords = "All", .enterEnds = true});
+    const Answer a =
+        ed.askEntity("Pick viewport to apply current UCS or [All] <current>", {.keywords = "All", .enterEnds = true});
     std::vector<VcDbViewport*> chosen;
     if (a.status == Answer::Status::Keyword)
         chosen = viewportsOf(ed.db(), ed.db().paperSpace());
@@ -268,10 +281,24 @@ struct Option {
     void (*run)(Editor&);
 };
 constexpr Option kOptions[] = {
-    {"World", world},       {"Previous", previous}, {"Restore", restore},  {"Save", save},       {"Delete", erase},
-    {"?", askAndList},      {"OBject", object},     {"Entity", object},    {"View", view},       {"NAmed", named},
-    {"3", threePoints},    {"3Point", threePoints}, {"ZAxis", zAxis},      {"Face", face},       {"Move", move},       {"Origin", move},
-    {"Apply", applyToViewports}, {"orthoGraphic", orthographic},
+    {"World", world},
+    {"Previous", previous},
+    {"Restore", restore},
+    {"Save", save},
+    {"Delete", erase},
+    {"?", askAndList},
+    {"OBject", object},
+    {"Entity", object},
+    {"View", view},
+    {"NAmed", named},
+    {"3", threePoints},
+    {"3Point", threePoints},
+    {"ZAxis", zAxis},
+    {"Face", face},
+    {"Move", move},
+    {"Origin", move},
+    {"Apply", applyToViewports},
+    {"orthoGraphic", orthographic},
     {"X", [](Editor& ed) { turn(ed, "X", VcGeVector3d::xAxis()); }},
     {"Y", [](Editor& ed) { turn(ed, "Y", VcGeVector3d::yAxis()); }},
     {"Z", [](Editor& ed) { turn(ed, "Z", VcGeVector3d::zAxis()); }},
@@ -299,11 +326,16 @@ void makeNew(Editor& ed)
 void ucs(Editor& ed)
 {
     const std::string name = ed.vars().text("UCSNAME");
-    ed.printLine(fmt::format("Current UCS name:  {}", !name.empty() ? name : currentUcs(ed.db()).isWorld() ? "*WORLD*" : "*NO NAME*"));
-    const Answer a = ed.askPoint("Specify origin of UCS or [Face/NAmed/OBject/Previous/Restore/Save/Delete/?/View/World/X/Y/Z/ZAxis/3point] <World>",
-                                 {.keywords = "World Previous Restore Save Delete ? OBject Entity Face View NAmed New Move Origin Apply orthoGraphic "
-                                              "3 3Point ZAxis X Y Z",
-                                  .enterEnds = true});
+    ed.printLine(fmt::format("Current UCS name:  {}", !name.empty()                   ? name
+                                                      : currentUcs(ed.db()).isWorld() ? "*WORLD*"
+                                                                                      : "*NO NAME*"));
+    const Answer a = ed.askPoint(
+        "Specify origin of UCS or [Face/NAmed/OBject/Previous/Restore/Save/Delete/?/View/World/X/Y/Z/ZAxis/3point] "
+        "<World>",
+        {.keywords =
+             "World Previous Restore Save Delete ? OBject Entity Face View NAmed New Move Origin Apply orthoGraphic "
+             "3 3Point ZAxis X Y Z",
+         .enterEnds = true});
     if (a.status == Answer::Status::Enter)
         return world(ed);
     if (a.status == Answer::Status::Value)
@@ -322,14 +354,18 @@ void listUcs(Editor& ed, const std::string& names)
     const Wildcard pattern(names.empty() ? "*" : names);
     const CoordinateSystem now = currentUcs(ed.db());
     const std::string name = ed.vars().text("UCSNAME");
-    ed.printLine(fmt::format("Current UCS name:  {}", !name.empty() ? "\"" + name + "\"" : now.isWorld() ? "*WORLD*" : "*NO NAME*"));
+    ed.printLine(fmt::format("Current UCS name:  {}", !name.empty()   ? "\"" + name + "\""
+                                                      : now.isWorld() ? "*WORLD*"
+                                                                      : "*NO NAME*"));
     for (const VcDbObjectId id : ed.db().table(NameTable::Ucs).records()) {
         const auto* record = ed.db().objectAs<Record>(id);
         if (!pattern.matches(record->nameUtf8()))
             continue;
-        const auto three = [](const VcGeVector3d& v) { return fmt::format("<{}, {}, {}>", lengthText(v.x), lengthText(v.y), lengthText(v.z)); };
-        ed.printLine(fmt::format("\"{}\"  Origin = {}, X Axis = {}, Y Axis = {}", record->nameUtf8(), three(record->origin().asVector()),
-                                 three(record->xAxis()), three(record->yAxis())));
+        const auto three = [](const VcGeVector3d& v) {
+            return fmt::format("<{}, {}, {}>", lengthText(v.x), lengthText(v.y), lengthText(v.z));
+        };
+        ed.printLine(fmt::format("\"{}\"  Origin = {}, X Axis = {}, Y Axis = {}", record->nameUtf8(),
+                                 three(record->origin().asVector()), three(record->xAxis()), three(record->yAxis())));
     }
 }
 
@@ -339,10 +375,13 @@ CoordinateSystem askOrthographicSystem(Editor& ed)
         const char* keyword;
         VcGeVector3d x, y;
     };
-    static const Side kSides[] = {{"Top", {1, 0, 0}, {0, 1, 0}},   {"Bottom", {-1, 0, 0}, {0, 1, 0}}, {"Front", {1, 0, 0}, {0, 0, 1}},
-                                  {"BAck", {-1, 0, 0}, {0, 0, 1}}, {"Left", {0, -1, 0}, {0, 0, 1}},   {"Right", {0, 1, 0}, {0, 0, 1}}};
-    const std::string side = ed.keyword("Enter an option [Top/Bottom/Front/BAck/Left/Right] <Top>", "Top Bottom Front BAck Left Right", "Top");
-    const Side* chosen = std::find_if(std::begin(kSides), std::end(kSides), [&](const Side& s) { return side == s.keyword; });
+    static const Side kSides[] = {{"Top", {1, 0, 0}, {0, 1, 0}},   {"Bottom", {-1, 0, 0}, {0, 1, 0}},
+                                  {"Front", {1, 0, 0}, {0, 0, 1}}, {"BAck", {-1, 0, 0}, {0, 0, 1}},
+                                  {"Left", {0, -1, 0}, {0, 0, 1}}, {"Right", {0, 1, 0}, {0, 0, 1}}};
+    const std::string side = ed.keyword("Enter an option [Top/Bottom/Front/BAck/Left/Right] <Top>",
+                                        "Top Bottom Front BAck Left Right", "Top");
+    const Side* chosen =
+        std::find_if(std::begin(kSides), std::end(kSides), [&](const Side& s) { return side == s.keyword; });
     return {{}, chosen->x, chosen->y};
 }
 

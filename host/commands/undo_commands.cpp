@@ -59,7 +59,9 @@ void backToMark(Editor& ed)
 void control(Editor& ed)
 {
     const std::string mode = ed.keyword("Enter an UNDO control option [All/None/One] <All>", "All None One", "All");
-    ed.undo().setMode(mode == "All" ? UndoControl::Mode::All : mode == "None" ? UndoControl::Mode::None : UndoControl::Mode::One);
+    ed.undo().setMode(mode == "All"    ? UndoControl::Mode::All
+                      : mode == "None" ? UndoControl::Mode::None
+                                       : UndoControl::Mode::One);
     tell(ed, kOn, mode != "None");
     tell(ed, kOnlyLast, mode == "One");
 }
@@ -88,7 +90,8 @@ void undo(Editor& ed)
     options.keywords = "Auto Control BEgin End Mark Back";
     options.enterEnds = true;
     options.bits = InitGet::NoZero | InitGet::NoNegative;
-    const Answer a = ed.askInteger("Enter the number of operations to undo or [Auto/Control/BEgin/End/Mark/Back] <1>", options);
+    const Answer a =
+        ed.askInteger("Enter the number of operations to undo or [Auto/Control/BEgin/End/Mark/Back] <1>", options);
     if (a.status != Answer::Status::Keyword)
         return takeBack(ed, a.status == Answer::Status::Enter ? 1 : int(a.integer));
     if (a.text == "Mark")

@@ -16,7 +16,8 @@ void listVariables(Editor& ed)
     const Wildcard pattern(ed.word("Enter variable(s) to list", "*"));
     for (const SysVarDef& def : sysVarTable())
         if (pattern.matches(def.name))
-            ed.printLine(fmt::format("{:<24}{}{}", def.name, printSysVar(*ed.vars().get(def.name)), def.readOnly ? "  (read only)" : ""));
+            ed.printLine(fmt::format("{:<24}{}{}", def.name, printSysVar(*ed.vars().get(def.name)),
+                                     def.readOnly ? "  (read only)" : ""));
 }
 
 // Enter keeps what is there; a lone point clears a text.
@@ -30,8 +31,9 @@ std::optional<SysVarValue> askValue(Editor& ed, const SysVarDef& def, const SysV
         const Answer a = ed.askPoint(shown, orEnter);
         return a.status == Answer::Status::Enter ? std::nullopt : std::optional<SysVarValue>(a.point);
     }
-    const std::string typed = def.type == SysVarType::String ? ed.text(fmt::format("{}, or . for none <\"{}\">", prompt, printSysVar(now)))
-                                                             : ed.word(shown);
+    const std::string typed = def.type == SysVarType::String
+                                  ? ed.text(fmt::format("{}, or . for none <\"{}\">", prompt, printSysVar(now)))
+                                  : ed.word(shown);
     if (typed.empty())
         return std::nullopt;
     if (def.type == SysVarType::String)
@@ -48,7 +50,8 @@ void setVariable(Editor& ed, const SysVarDef& def, const SysVarValue& value)
     case SetVarResult::Done:
         return;
     case SetVarResult::Refused:
-        throw CommandError{fmt::format("{} cannot be set to {}: there is no such record, or it is frozen.", def.name, printSysVar(value))};
+        throw CommandError{fmt::format("{} cannot be set to {}: there is no such record, or it is frozen.", def.name,
+                                       printSysVar(value))};
     default:
         throw CommandError{fmt::format("Requires {}.", describeRange(def))};
     }

@@ -20,7 +20,10 @@ namespace {
 using namespace edit;
 using Record = VcDbViewTableRecord;
 
-Record* recordNamed(Editor& ed, std::string_view name) { return ed.db().liveAs<Record>(ed.db().findRecord(NameTable::View, name)); }
+Record* recordNamed(Editor& ed, std::string_view name)
+{
+    return ed.db().liveAs<Record>(ed.db().findRecord(NameTable::View, name));
+}
 
 bool seesPaper(const Editor& ed) { return isOnSheet(ed) && !activeViewport(ed); }
 
@@ -30,7 +33,8 @@ void list(Editor& ed)
     ed.printLine(fmt::format("{:<32}{}", "View name", "Space"));
     for (const VcDbObjectId id : ed.db().table(NameTable::View).records())
         if (const auto* record = ed.db().objectAs<Record>(id); pattern.matches(record->nameUtf8()))
-            ed.printLine(fmt::format("{:<32}{}", "\"" + record->nameUtf8() + "\"", record->isPaperspaceView() ? "P" : "M"));
+            ed.printLine(
+                fmt::format("{:<32}{}", "\"" + record->nameUtf8() + "\"", record->isPaperspaceView() ? "P" : "M"));
 }
 
 void fill(Editor& ed, Record& record, const View& view)
@@ -88,7 +92,8 @@ void restore(Editor& ed)
     if (!record)
         throw CommandError{fmt::format("Cannot find view \"{}\".", name)};
     if (record->isPaperspaceView() != seesPaper(ed))
-        throw CommandError{record->isPaperspaceView() ? "This is a view of paper space; enter a layout first." : "This is a view of model space; enter it first."};
+        throw CommandError{record->isPaperspaceView() ? "This is a view of paper space; enter a layout first."
+                                                      : "This is a view of model space; enter it first."};
     setCurrentView(ed, viewOf(*record, currentView(ed)));
     if (record->isUcsAssociatedToView() && ed.vars().integer("UCSVIEW") != 0) {
         CoordinateSystem ucs;
@@ -106,7 +111,8 @@ void erase(Editor& ed)
         if (auto* record = ed.db().objectAs<Record>(id); pattern.matches(record->nameUtf8()))
             count += record->erase() == Vcad::eOk;
     if (!names.empty())
-        ed.printLine(count > 0 ? fmt::format("Deleted {} view(s).", count) : fmt::format("No view matches \"{}\".", names));
+        ed.printLine(count > 0 ? fmt::format("Deleted {} view(s).", count)
+                               : fmt::format("No view matches \"{}\".", names));
 }
 
 void orthographic(Editor& ed)
@@ -119,9 +125,14 @@ void orthographic(Editor& ed)
 
 void view(Editor& ed)
 {
-    const std::string what = ed.keyword("Enter an option [?/Delete/Orthographic/Restore/Save/Window]", "? Delete Orthographic Restore Save Window");
-    what == "?" ? list(ed) : what == "Delete" ? erase(ed) : what == "Orthographic" ? orthographic(ed)
-        : what == "Restore" ? restore(ed) : what == "Save" ? save(ed) : window(ed);
+    const std::string what = ed.keyword("Enter an option [?/Delete/Orthographic/Restore/Save/Window]",
+                                        "? Delete Orthographic Restore Save Window");
+    what == "?"              ? list(ed)
+    : what == "Delete"       ? erase(ed)
+    : what == "Orthographic" ? orthographic(ed)
+    : what == "Restore"      ? restore(ed)
+    : what == "Save"         ? save(ed)
+                             : window(ed);
 }
 
 const HostCommand kCommands[] = {

@@ -49,7 +49,8 @@ TagList without(const TagList& groups, const std::vector<std::uint64_t>& viewpor
         run.clear();
     };
     for (const Tag& tag : groups) {
-        ofViewport |= tag.code == 335 && std::find(viewports.begin(), viewports.end(), std::uint64_t(tag.integer)) != viewports.end();
+        ofViewport |= tag.code == 335 &&
+                      std::find(viewports.begin(), viewports.end(), std::uint64_t(tag.integer)) != viewports.end();
         run.add(tag);
         if (tag.code == 102 && tag.view() == "}")
             settle();
@@ -61,7 +62,8 @@ TagList without(const TagList& groups, const std::vector<std::uint64_t>& viewpor
 std::vector<VcDbViewport*> askViewports(Editor& ed)
 {
     VcDbViewport* current = activeViewport(ed);
-    const std::string which = current ? ed.keyword("Enter an option [All/Select/Current/eXcept current] <Current>", "All Select Current eXcept", "Current")
+    const std::string which = current ? ed.keyword("Enter an option [All/Select/Current/eXcept current] <Current>",
+                                                   "All Select Current eXcept", "Current")
                                       : ed.keyword("Enter an option [All/Select] <All>", "All Select", "All");
     if (which == "Current")
         return {current};
@@ -102,7 +104,8 @@ void reset(Editor& ed)
         return;
     for (VcDbViewport* viewport : askViewports(ed))
         for (const VcDbObjectId id : layers)
-            ed.db().objectAs<Layer>(id)->VPDFLT() ? viewport->freezeLayersInViewport({id}) : viewport->thawLayersInViewport({id});
+            ed.db().objectAs<Layer>(id)->VPDFLT() ? viewport->freezeLayersInViewport({id})
+                                                  : viewport->thawLayersInViewport({id});
 }
 
 // New layers that no viewport shows, present or to come.
@@ -134,7 +137,8 @@ void visibilityDefault(Editor& ed)
     const auto layers = askLayers(ed, "Enter layer name(s) to change viewport visibility");
     if (layers.empty())
         return;
-    const bool frozen = ed.keyword("Enter a viewport visibility option [Frozen/Thawed] <Frozen>", "Frozen Thawed", "Frozen") == "Frozen";
+    const bool frozen = ed.keyword("Enter a viewport visibility option [Frozen/Thawed] <Frozen>", "Frozen Thawed",
+                                   "Frozen") == "Frozen";
     for (const VcDbObjectId id : layers)
         ed.db().objectAs<Layer>(id)->setVPDFLT(frozen);
 }
@@ -147,7 +151,8 @@ void listFrozen(Editor& ed)
         for (const VcDbObjectId id : viewport->frozenLayers())
             if (const auto* layer = ed.db().liveAs<Layer>(id))
                 names += (names.empty() ? "" : ", ") + layer->nameUtf8();
-        ed.printLine(fmt::format("Layers frozen in viewport {}: {}", viewport->number(), names.empty() ? "none" : names));
+        ed.printLine(
+            fmt::format("Layers frozen in viewport {}: {}", viewport->number(), names.empty() ? "none" : names));
     }
 }
 
@@ -164,8 +169,12 @@ void viewportLayers(Editor& ed)
         const Answer a = ed.ask(question);
         if (a.status == Answer::Status::Enter)
             return;
-        a.text == "?" ? listFrozen(ed) : a.text == "Freeze" ? freeze(ed) : a.text == "Thaw" ? thaw(ed) : a.text == "Reset" ? reset(ed)
-            : a.text == "Newfrz" ? makeFrozen(ed) : visibilityDefault(ed);
+        a.text == "?"        ? listFrozen(ed)
+        : a.text == "Freeze" ? freeze(ed)
+        : a.text == "Thaw"   ? thaw(ed)
+        : a.text == "Reset"  ? reset(ed)
+        : a.text == "Newfrz" ? makeFrozen(ed)
+                             : visibilityDefault(ed);
     }
 }
 

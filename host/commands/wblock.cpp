@@ -16,8 +16,9 @@ using namespace edit;
 using Block = VcDbBlockTableRecord;
 
 // What says how numbers and sizes are meant; the new drawing speaks the same way.
-constexpr const char* kKept[] = {"$INSUNITS", "$MEASUREMENT", "$LUNITS", "$LUPREC", "$AUNITS", "$AUPREC", "$ANGBASE", "$ANGDIR",
-                                 "$LTSCALE",  "$PDMODE",      "$PDSIZE", "$DIMSCALE", "$TEXTSIZE", "$FILLMODE", "$MIRRTEXT"};
+constexpr const char* kKept[] = {"$INSUNITS", "$MEASUREMENT", "$LUNITS",   "$LUPREC",   "$AUNITS",
+                                 "$AUPREC",   "$ANGBASE",     "$ANGDIR",   "$LTSCALE",  "$PDMODE",
+                                 "$PDSIZE",   "$DIMSCALE",    "$TEXTSIZE", "$FILLMODE", "$MIRRTEXT"};
 
 std::unique_ptr<VcDbDatabase> drawingWith(Editor& ed, const VcDbObjectIdArray& objects, const VcGeMatrix3d& m)
 {
@@ -62,7 +63,8 @@ void writeSelection(Editor& ed, const std::string& path)
     const auto objects = ed.select();
     if (objects->empty())
         return ed.printLine("Nothing was selected; no file is written.");
-    const auto drawing = drawingWith(ed, objects->ids(), (ucsToWorld(ed) * VcGeMatrix3d::translation(base.asVector())).inverse());
+    const auto drawing =
+        drawingWith(ed, objects->ids(), (ucsToWorld(ed) * VcGeMatrix3d::translation(base.asVector())).inverse());
     write(ed, *drawing, path);
     eraseForOops(ed, objects->ids());
 }
@@ -73,7 +75,8 @@ void wblock(Editor& ed)
     if (!mayReplaceFile(ed, path))
         return;
     for (;;) {
-        std::string name = ed.word("Enter name of existing block or\n[= (block=output file)/* (whole drawing)] <define new drawing>");
+        std::string name =
+            ed.word("Enter name of existing block or\n[= (block=output file)/* (whole drawing)] <define new drawing>");
         if (name.empty())
             return writeSelection(ed, path);
         if (name == "*")

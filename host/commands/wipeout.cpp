@@ -58,8 +58,14 @@ void byPoints(Editor& ed, const VcGePoint3d& first)
     std::vector<VcGePoint3d> points{first};
     for (;;) {
         const bool canClose = points.size() >= 3;
-        const Answer a = ed.askPoint(canClose ? "Specify next point or [Close/Undo]" : points.size() > 1 ? "Specify next point or [Undo]" : "Specify next point",
-                                     {.keywords = canClose ? "Close Undo" : points.size() > 1 ? "Undo" : "", .from = points.back(), .enterEnds = true});
+        const Answer a = ed.askPoint(canClose            ? "Specify next point or [Close/Undo]"
+                                     : points.size() > 1 ? "Specify next point or [Undo]"
+                                                         : "Specify next point",
+                                     {.keywords = canClose            ? "Close Undo"
+                                                  : points.size() > 1 ? "Undo"
+                                                                      : "",
+                                      .from = points.back(),
+                                      .enterEnds = true});
         if (a.status == Answer::Status::Value)
             points.push_back(a.point);
         else if (a.status == Answer::Status::Keyword && a.text == "Undo")
@@ -101,7 +107,9 @@ void byPolyline(Editor& ed)
             continue;
         }
         const bool erases = ed.keyword("Erase polyline? [Yes/No] <No>", "Yes No", "No") == "Yes";
-        const VcGeVector3d normal = entity->isKindOf(VcDbPolyline::desc()) ? static_cast<VcDbPolyline*>(entity)->normal() : static_cast<VcDb2dPolyline*>(entity)->normal();
+        const VcGeVector3d normal = entity->isKindOf(VcDbPolyline::desc())
+                                        ? static_cast<VcDbPolyline*>(entity)->normal()
+                                        : static_cast<VcDb2dPolyline*>(entity)->normal();
         const VcGeMatrix3d plane = VcGeMatrix3d::planeToWorld(normal);
         addWipeout(ed, *outline, plane * VcGeVector3d::xAxis(), plane * VcGeVector3d::yAxis());
         if (erases && isOnLockedLayer(*entity))
@@ -128,8 +136,9 @@ void frames(Editor& ed)
 {
     const int now = wipeoutVariables(ed.db()).showFrame();
     static constexpr const char* kModes[] = {"OFF", "ON", "Display"};
-    const std::string mode = ed.keyword(fmt::format("Enter mode [ON/OFF/Display but not plot] <{}>", kModes[std::clamp(now, 0, 2)]), "ON OFF Display",
-                                        kModes[std::clamp(now, 0, 2)]);
+    const std::string mode =
+        ed.keyword(fmt::format("Enter mode [ON/OFF/Display but not plot] <{}>", kModes[std::clamp(now, 0, 2)]),
+                   "ON OFF Display", kModes[std::clamp(now, 0, 2)]);
     const std::int16_t frame = mode == "ON" ? 1 : mode == "OFF" ? 0 : 2;
     wipeoutVariables(ed.db()).setShowFrame(frame);
     ed.vars().set("WIPEOUTFRAME", std::int32_t(frame));
@@ -137,7 +146,8 @@ void frames(Editor& ed)
 
 void wipeout(Editor& ed)
 {
-    const Answer a = ed.askPoint("Specify first point or [Frames/Polyline] <Polyline>", {.keywords = "Frames Polyline", .enterEnds = true});
+    const Answer a = ed.askPoint("Specify first point or [Frames/Polyline] <Polyline>",
+                                 {.keywords = "Frames Polyline", .enterEnds = true});
     if (a.status == Answer::Status::Value)
         return byPoints(ed, a.point);
     a.text == "Frames" ? frames(ed) : byPolyline(ed);
@@ -158,7 +168,8 @@ void drawOrder(Editor& ed)
     const auto objects = ed.select();
     if (objects->empty())
         return;
-    const std::string how = ed.keyword("Enter object ordering option [Above objects/Under objects/Front/Back] <Back>", "Above Under Front Back", "Back");
+    const std::string how = ed.keyword("Enter object ordering option [Above objects/Under objects/Front/Back] <Back>",
+                                       "Above Under Front Back", "Back");
     std::shared_ptr<SelectionSet> references;
     if (how == "Above" || how == "Under") {
         references = ed.select({.prompt = "Select reference objects: ", .allowLocked = true});

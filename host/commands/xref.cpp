@@ -41,7 +41,8 @@ void list(Editor& ed)
         if (!pattern.matches(reference->nameUtf8()))
             continue;
         ++count;
-        ed.printLine(fmt::format("{:<24}{:<10}{:<10}{}", reference->nameUtf8(), reference->isFromOverlayReference() ? "Overlay" : "Attach",
+        ed.printLine(fmt::format("{:<24}{:<10}{:<10}{}", reference->nameUtf8(),
+                                 reference->isFromOverlayReference() ? "Overlay" : "Attach",
                                  isLoaded(ed.db(), *reference) ? "Loaded" : "Not loaded", reference->pathUtf8()));
     }
     ed.printLine(fmt::format("Total Xref(s): {}", count));
@@ -61,7 +62,8 @@ Block& attached(Editor& ed, const std::string& name, const std::string& path, bo
 {
     if (Block* known = blockNamed(ed, name)) {
         if (!known->isFromExternalReference())
-            throw CommandError{fmt::format("\"{}\" is a block of this drawing. NAME=FILE attaches the file under another name.", name)};
+            throw CommandError{fmt::format(
+                "\"{}\" is a block of this drawing. NAME=FILE attaches the file under another name.", name)};
         ed.printLine(fmt::format("Xref \"{}\" has already been attached; another reference to it is placed.", name));
         if (!isLoaded(ed.db(), *known) && !load(ed, *known))
             throw CommandError{"The external reference cannot be loaded."};
@@ -102,8 +104,9 @@ void bind(Editor& ed)
         if (!reference->isFromExternalReference())
             continue;  // it went with one that holds it
         const std::string name = reference->nameUtf8();
-        ed.printLine(bindExternalReference(ed.db(), *reference) ? fmt::format("\"{}\" bound.", name)
-                                                                : fmt::format("\"{}\" is not loaded and cannot be bound.", name));
+        ed.printLine(bindExternalReference(ed.db(), *reference)
+                         ? fmt::format("\"{}\" bound.", name)
+                         : fmt::format("\"{}\" is not loaded and cannot be bound.", name));
     }
 }
 
@@ -151,8 +154,13 @@ void xref(Editor& ed)
 {
     const std::string what = ed.keyword("Enter an option [?/Bind/Detach/Path/Unload/Reload/Overlay/Attach] <Attach>",
                                         "? Bind Detach Path Unload Reload Overlay Attach", "Attach");
-    what == "?" ? list(ed) : what == "Bind" ? bind(ed) : what == "Detach" ? detach(ed) : what == "Path" ? changePath(ed)
-        : what == "Unload" ? unload(ed) : what == "Reload" ? reload(ed) : attach(ed, what == "Overlay");
+    what == "?"        ? list(ed)
+    : what == "Bind"   ? bind(ed)
+    : what == "Detach" ? detach(ed)
+    : what == "Path"   ? changePath(ed)
+    : what == "Unload" ? unload(ed)
+    : what == "Reload" ? reload(ed)
+                       : attach(ed, what == "Overlay");
 }
 
 const HostCommand kCommands[] = {

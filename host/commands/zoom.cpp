@@ -108,11 +108,13 @@ void center(Editor& ed)
     const Answer at = ed.askPoint("Specify center point", {.enterEnds = true});
     const VcGePoint3d center = at.status == Answer::Status::Value ? toDisplay(ed, at.point) : view.center;
     for (;;) {
-        const Answer a = ed.askDistance(fmt::format("Enter magnification or height <{}>", lengthText(view.height)),
-                                        {.bits = InitGet::NoZero | InitGet::NoNegative | InitGet::Arbitrary, .enterEnds = true});
+        const Answer a =
+            ed.askDistance(fmt::format("Enter magnification or height <{}>", lengthText(view.height)),
+                           {.bits = InitGet::NoZero | InitGet::NoNegative | InitGet::Arbitrary, .enterEnds = true});
         if (a.status == Answer::Status::Value)
             view.height = a.real;
-        const auto scaled = a.status == Answer::Status::Arbitrary ? scaledHeight(ed, a.text) : std::optional(view.height);
+        const auto scaled =
+            a.status == Answer::Status::Arbitrary ? scaledHeight(ed, a.text) : std::optional(view.height);
         if (!scaled) {
             ed.printLine("Requires a height, or a scale such as 2X.");
             continue;
@@ -144,11 +146,13 @@ void dynamic(Editor& ed)
 {
     View view = currentView(ed);
     for (;;) {
-        const Answer a = ed.askPoint("Specify center of view box or [Size] <show>", {.keywords = "Size", .enterEnds = true});
+        const Answer a =
+            ed.askPoint("Specify center of view box or [Size] <show>", {.keywords = "Size", .enterEnds = true});
         if (a.status == Answer::Status::Enter)
             return setCurrentView(ed, view);
         if (a.status == Answer::Status::Keyword) {
-            view.height = ed.distance("Specify height of view box", view.height, {.bits = InitGet::NoZero | InitGet::NoNegative});
+            view.height =
+                ed.distance("Specify height of view box", view.height, {.bits = InitGet::NoZero | InitGet::NoNegative});
             continue;
         }
         view.center = toDisplay(ed, a.point);
@@ -161,7 +165,8 @@ void left(Editor& ed)
 {
     const VcGePoint3d corner = toDisplay(ed, ed.point("Specify lower left corner point"));
     View view = currentView(ed);
-    view.height = ed.distance("Enter magnification or height", view.height, {.bits = InitGet::NoZero | InitGet::NoNegative});
+    view.height =
+        ed.distance("Enter magnification or height", view.height, {.bits = InitGet::NoZero | InitGet::NoNegative});
     const VcGePoint2d pixels = viewportPixels(ed);
     view.center = {corner.x + view.height * pixels.x / pixels.y / 2, corner.y + view.height / 2, 0};
     setCurrentView(ed, view);
@@ -172,15 +177,18 @@ struct Option {
     void (*run)(Editor&);
 };
 constexpr Option kOptions[] = {
-    {"All", all},     {"Center", center}, {"Extents", extents}, {"Previous", previous},
-    {"Scale", scale}, {"Window", window}, {"Object", objects},  {"Dynamic", dynamic}, {"Left", left},
+    {"All", all},       {"Center", center},  {"Extents", extents}, {"Previous", previous}, {"Scale", scale},
+    {"Window", window}, {"Object", objects}, {"Dynamic", dynamic}, {"Left", left},
 };
 
 void zoom(Editor& ed)
 {
     for (;;) {
-        const Answer a = ed.askPoint("Specify corner of window, enter a scale factor (nX or nXP), or\n[All/Center/Dynamic/Extents/Previous/Scale/Window/Object] <exit>",
-                                     {.keywords = "All Center Dynamic Extents Previous Scale Window Object Left", .bits = InitGet::Arbitrary, .enterEnds = true});
+        const Answer a = ed.askPoint("Specify corner of window, enter a scale factor (nX or nXP), "
+                                     "or\n[All/Center/Dynamic/Extents/Previous/Scale/Window/Object] <exit>",
+                                     {.keywords = "All Center Dynamic Extents Previous Scale Window Object Left",
+                                      .bits = InitGet::Arbitrary,
+                                      .enterEnds = true});
         if (a.status == Answer::Status::Enter)
             return;
         if (a.status == Answer::Status::Value)
@@ -199,7 +207,8 @@ void zoom(Editor& ed)
 void pan(Editor& ed)
 {
     const VcGePoint3d base = ed.point("Specify base point or displacement");
-    const Answer second = ed.askPoint("Specify second point or <use as displacement>", {.from = base, .enterEnds = true});
+    const Answer second =
+        ed.askPoint("Specify second point or <use as displacement>", {.from = base, .enterEnds = true});
     const VcGeVector3d displacement = second.status == Answer::Status::Value ? second.point - base : base.asVector();
     View view = currentView(ed);
     view.center = view.center - worldToDisplay(view) * (ucsToWorld(ed) * displacement);
@@ -209,7 +218,8 @@ void pan(Editor& ed)
 
 void plan(Editor& ed)
 {
-    const std::string what = ed.keyword("Enter an option [Current ucs/Ucs/World] <Current>", "Current Ucs World", "Current");
+    const std::string what =
+        ed.keyword("Enter an option [Current ucs/Ucs/World] <Current>", "Current Ucs World", "Current");
     if (what != "Ucs")
         return showPlan(ed, what == "World" ? CoordinateSystem() : currentUcs(ed.db()));
     for (;;) {

@@ -65,7 +65,8 @@ void VcDbBlockTableRecord::memberAdded(VcDbEntity& entity)
 
 bool VcDbBlockTableRecord::isLayout() const { return !m_layout.isNull() || isSpaceName(m_name); }
 
-Vcad::ErrorStatus VcDbBlockTableRecord::newIterator(VcDbBlockTableRecordIterator*& iterator, bool atBeginning, bool skipDeleted) const
+Vcad::ErrorStatus VcDbBlockTableRecord::newIterator(VcDbBlockTableRecordIterator*& iterator, bool atBeginning,
+                                                    bool skipDeleted) const
 {
     iterator = new VcDbBlockTableRecordIterator(*this, skipDeleted);
     iterator->start(atBeginning, skipDeleted);
@@ -268,7 +269,8 @@ void VcDbBlockTableRecord::chainFields(FieldVisitor& v)
 
 // Iterators
 
-VcDbBlockTableRecordIterator::VcDbBlockTableRecordIterator(const VcDbBlockTableRecord& record, bool skipErased) : m_record(record.objectId())
+VcDbBlockTableRecordIterator::VcDbBlockTableRecordIterator(const VcDbBlockTableRecord& record, bool skipErased)
+    : m_record(record.objectId())
 {
     start(true, skipErased);
 }
@@ -287,7 +289,10 @@ void VcDbBlockTableRecordIterator::start(bool atBeginning, bool skipErased)
     skip(atBeginning ? 1 : -1, skipErased);
 }
 
-bool VcDbBlockTableRecordIterator::done() const { return m_at < 0 || m_at >= std::ptrdiff_t(membersOf(m_record).size()); }
+bool VcDbBlockTableRecordIterator::done() const
+{
+    return m_at < 0 || m_at >= std::ptrdiff_t(membersOf(m_record).size());
+}
 
 void VcDbBlockTableRecordIterator::step(bool forward, bool skipErased)
 {
@@ -299,7 +304,8 @@ void VcDbBlockTableRecordIterator::skip(int direction, bool skipErased)
 {
     const DatabaseCore* db = DatabaseCore::of(m_record);
     const auto& members = membersOf(m_record);
-    while (skipErased && m_at >= 0 && m_at < std::ptrdiff_t(members.size()) && db->objectAt(members[std::size_t(m_at)])->isErased())
+    while (skipErased && m_at >= 0 && m_at < std::ptrdiff_t(members.size()) &&
+           db->objectAt(members[std::size_t(m_at)])->isErased())
         m_at += direction;
 }
 
@@ -311,7 +317,8 @@ Vcad::ErrorStatus VcDbBlockTableRecordIterator::getEntityId(VcDbObjectId& id) co
     return Vcad::eOk;
 }
 
-Vcad::ErrorStatus VcDbBlockTableRecordIterator::getEntity(VcDbEntity*& entity, VcDb::OpenMode mode, bool openErased) const
+Vcad::ErrorStatus VcDbBlockTableRecordIterator::getEntity(VcDbEntity*& entity, VcDb::OpenMode mode,
+                                                          bool openErased) const
 {
     VcDbObjectId id;
     entity = nullptr;
@@ -327,7 +334,8 @@ Vcad::ErrorStatus VcDbBlockReferenceIdIterator::getBlockReferenceId(VcDbObjectId
     return Vcad::eOk;
 }
 
-Vcad::ErrorStatus VcDbBlockReferenceIdIterator::getBlockReference(VcDbBlockReference*& reference, VcDb::OpenMode mode, bool openErased) const
+Vcad::ErrorStatus VcDbBlockReferenceIdIterator::getBlockReference(VcDbBlockReference*& reference, VcDb::OpenMode mode,
+                                                                  bool openErased) const
 {
     reference = nullptr;
     return done() ? Vcad::eInvalidIndex : vcdbOpenObject(reference, m_ids[m_at], mode, openErased);

@@ -66,7 +66,10 @@ bool isLeftOut(int code, double value)
 
 class ChainSink : public GroupSink {
 public:
-    ChainSink(VcDbObject& object, RbBuilder& chain) : m_object(object), m_chain(chain), m_points(chain), m_isEntity(object.isKindOf(VcDbEntity::desc())) {}
+    ChainSink(VcDbObject& object, RbBuilder& chain)
+        : m_object(object), m_chain(chain), m_points(chain), m_isEntity(object.isKindOf(VcDbEntity::desc()))
+    {
+    }
 
     void real(int code, double value) override
     {
@@ -208,7 +211,8 @@ void addXData(const TagList& xdata, const resbuf* applications, RbBuilder& chain
 
 void addFields(VcDbObject& object, ChainSink& sink)
 {
-    FieldWriter writer(FieldVisitor::Purpose::WriteChain, DxfVersion::Newest, *DatabaseCore::of(object.objectId()), sink);
+    FieldWriter writer(FieldVisitor::Purpose::WriteChain, DxfVersion::Newest, *DatabaseCore::of(object.objectId()),
+                       sink);
     writer.begin(object);
     object.fields(writer);
     writer.finish();
@@ -218,7 +222,10 @@ void addFields(VcDbObject& object, ChainSink& sink)
 
 void setUcsAngleHook(UcsAngle hook) { s_ucsAngle = hook; }
 
-double ucsAngleFor(const DatabaseCore& db, const VcDbObject& object) { return s_ucsAngle ? s_ucsAngle(db, object) : 0.0; }
+double ucsAngleFor(const DatabaseCore& db, const VcDbObject& object)
+{
+    return s_ucsAngle ? s_ucsAngle(db, object) : 0.0;
+}
 
 // An MTEXT's direction is kept against the world; a chain measures it in the current UCS.
 static void turnMText(VcDbObject& object, RbPtr& chain)
@@ -317,7 +324,8 @@ void ChainGroups::addNode(const resbuf& node)
         return;
     switch (groupKind(code)) {
     case GroupKind::Point:
-        m_wellFormed &= std::all_of(node.resval.rpoint, node.resval.rpoint + 3, [](double c) { return std::isfinite(c); });
+        m_wellFormed &=
+            std::all_of(node.resval.rpoint, node.resval.rpoint + 3, [](double c) { return std::isfinite(c); });
         m_tags.push_back(Tag::ofPoint(code, node.resval.rpoint[0], node.resval.rpoint[1], node.resval.rpoint[2]));
         return;
     case GroupKind::Real:
@@ -471,7 +479,8 @@ Vcad::ErrorStatus readChainInto(VcDbObject& object, ChainGroups& groups)
 std::unique_ptr<VcDbObject> objectOfChain(DatabaseCore& db, ChainGroups& groups)
 {
     const std::string last = groups.markers().empty() ? std::string() : groups.markers().back();
-    std::unique_ptr<VcDbObject> object = newObjectOfType(groups.type(), groups.integerOf(70, groups.type() == "INSERT" ? 1 : 0), groups.integerOf(71, 1), last);
+    std::unique_ptr<VcDbObject> object = newObjectOfType(
+        groups.type(), groups.integerOf(70, groups.type() == "INSERT" ? 1 : 0), groups.integerOf(71, 1), last);
     if (!object || !groups.isWellFormed())
         return nullptr;
     if (auto* entity = VcDbEntity::cast(object.get())) {

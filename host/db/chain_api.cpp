@@ -70,7 +70,8 @@ Vcad::ErrorStatus replaceRecord(VcDbSymbolTableRecord& record, ChainGroups& grou
     if (!namesake.isNull() && namesake != record.objectId())
         return Vcad::eDuplicateKey;
     const bool isRenamed = wanted.nameUtf8() != record.nameUtf8();
-    if ((isRenamed && (!isLegalRecordName(wanted.nameUtf8()) || hasFixedName(*db, record))) || !keepsCurrentLayer(record, wanted))
+    if ((isRenamed && (!isLegalRecordName(wanted.nameUtf8()) || hasFixedName(*db, record))) ||
+        !keepsCurrentLayer(record, wanted))
         return Vcad::eInvalidInput;
     const RbPtr xdata = groups.takeXData();
     record.assertWriteEnabled();

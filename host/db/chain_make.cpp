@@ -100,7 +100,8 @@ int finishBlock(DatabaseCore& db)
     if (!record)
         return RTERROR;
     record->setOrigin(block->origin);
-    record->setBlockFlags(std::int16_t((record->nameUtf8().starts_with('*') ? block->flags | 1 : block->flags & ~1) & ~64));
+    record->setBlockFlags(
+        std::int16_t((record->nameUtf8().starts_with('*') ? block->flags | 1 : block->flags & ~1) & ~64));
     if (!block->path.empty())
         record->setPathName(utf8ToWide(block->path).c_str());
     for (WithSubs& member : block->members)
@@ -198,7 +199,8 @@ int makeFromChain(const resbuf* chain, VcDbObjectId& made, bool mayBeLoose)
         return RTERROR;
     auto* entity = VcDbEntity::cast(object.get());
     if (!entity)
-        return VcDbSymbolTableRecord::cast(object.get()) ? makeRecord(*db, std::move(object), made) : makeLoose(*db, std::move(object), made, mayBeLoose);
+        return VcDbSymbolTableRecord::cast(object.get()) ? makeRecord(*db, std::move(object), made)
+                                                         : makeLoose(*db, std::move(object), made, mayBeLoose);
     object.release();
     std::unique_ptr<VcDbEntity> owned(entity);
     if (s_half.takesSubs)

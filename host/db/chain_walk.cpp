@@ -68,9 +68,9 @@ VcDbEntity* nextEntity(const DatabaseCore& db, VcDbObject& object)
 std::optional<NameTable> tableNamed(const wchar_t* name)
 {
     static constexpr std::pair<const char*, NameTable> kTables[] = {
-        {"LAYER", NameTable::Layer}, {"LTYPE", NameTable::Linetype},   {"STYLE", NameTable::TextStyle},
+        {"LAYER", NameTable::Layer}, {"LTYPE", NameTable::Linetype},    {"STYLE", NameTable::TextStyle},
         {"BLOCK", NameTable::Block}, {"DIMSTYLE", NameTable::DimStyle}, {"APPID", NameTable::AppId},
-        {"UCS", NameTable::Ucs},     {"VIEW", NameTable::View},        {"VPORT", NameTable::Viewport},
+        {"UCS", NameTable::Ucs},     {"VIEW", NameTable::View},         {"VPORT", NameTable::Viewport},
     };
     const std::string utf8 = name ? wideToUtf8(name) : std::string();
     for (const auto& [text, table] : kTables)

@@ -142,7 +142,8 @@ void Cloner::copyOwned(VcDbObject& original, VcDbObject& clone)
     if (auto* dictionary = VcDbDictionary::cast(&original)) {
         auto& twin = static_cast<VcDbDictionary&>(clone);
         for (const auto& [key, id] : dictionary->liveEntries())
-            if (VcDbObject* entry = m_from.object(id); entry && !entry->isErased() && entry->ownerId() == original.objectId())
+            if (VcDbObject* entry = m_from.object(id);
+                entry && !entry->isErased() && entry->ownerId() == original.objectId())
                 twin.setAtUtf8(key, copy(*entry, clone.objectId()));
     }
     const ObjectExtras* extras = original.extras();
@@ -173,7 +174,8 @@ VcDbObjectId Cloner::copyRecord(VcDbSymbolTableRecord& record)
         const VcDbObjectId there = m_to.findRecord(NameTable(t), record.nameUtf8());
         if (there.isNull())
             return copy(record, m_to.tableId(NameTable(t)));
-        if (auto* block = VcDbBlockTableRecord::cast(&record); block && block->nameUtf8().starts_with('*') && !block->isLayout())
+        if (auto* block = VcDbBlockTableRecord::cast(&record);
+            block && block->nameUtf8().starts_with('*') && !block->isLayout())
             return copyAnonymous(*block);
         m_mapping.assign(VcDbIdPair(record.objectId(), there, false));
         return there;

@@ -25,7 +25,8 @@ std::uint32_t fromHue(int step, double value, bool halfSaturated)
 Palette makePalette()
 {
     Palette palette{};
-    const std::uint32_t fixed[10] = {0x000000, 0xff0000, 0xffff00, 0x00ff00, 0x00ffff, 0x0000ff, 0xff00ff, 0xffffff, 0x808080, 0xc0c0c0};
+    const std::uint32_t fixed[10] = {0x000000, 0xff0000, 0xffff00, 0x00ff00, 0x00ffff,
+                                     0x0000ff, 0xff00ff, 0xffffff, 0x808080, 0xc0c0c0};
     std::copy(std::begin(fixed), std::end(fixed), palette.begin());
     const double values[5] = {1.0, 0.65, 0.5, 0.3, 0.15};
     for (int index = 10; index < 250; ++index)

@@ -11,7 +11,8 @@ namespace {
 struct HeaderNames {
     const char *origin, *x, *y, *name;
 };
-constexpr HeaderNames kModel{"$UCSORG", "$UCSXDIR", "$UCSYDIR", "$UCSNAME"}, kSheet{"$PUCSORG", "$PUCSXDIR", "$PUCSYDIR", "$PUCSNAME"};
+constexpr HeaderNames kModel{"$UCSORG", "$UCSXDIR", "$UCSYDIR", "$UCSNAME"},
+    kSheet{"$PUCSORG", "$PUCSXDIR", "$PUCSYDIR", "$PUCSNAME"};
 
 // Which viewport is worked in belongs to the session.
 struct Entered {
@@ -25,7 +26,8 @@ bool isOnSheet(const DatabaseCore& db) { return db.currentSpace() == db.paperSpa
 // Null where the viewport takes the model's.
 VcDbViewport* viewportWithUcs(const DatabaseCore& db)
 {
-    auto* viewport = db.inModelViewport && s_entered.database == db.serial() ? db.liveAs<VcDbViewport>(s_entered.viewport) : nullptr;
+    auto* viewport =
+        db.inModelViewport && s_entered.database == db.serial() ? db.liveAs<VcDbViewport>(s_entered.viewport) : nullptr;
     return viewport && viewport->isUcsSavedWithViewport() ? viewport : nullptr;
 }
 
@@ -43,7 +45,8 @@ CoordinateSystem fromHeader(const DatabaseCore& db, const HeaderNames& names)
     return {VcGePoint3d() + get(names.origin, {}), get(names.x, {1, 0, 0}), get(names.y, {0, 1, 0})};
 }
 
-void setHeader(DatabaseCore& db, const HeaderNames& names, const CoordinateSystem& ucs, const VcDbSymbolTableRecord* record)
+void setHeader(DatabaseCore& db, const HeaderNames& names, const CoordinateSystem& ucs,
+               const VcDbSymbolTableRecord* record)
 {
     db.header().setText(names.name, 2, record ? record->nameUtf8() : std::string());
     db.header().setPoint(names.origin, ucs.origin.x, ucs.origin.y, ucs.origin.z);
@@ -72,7 +75,8 @@ VcGeMatrix3d CoordinateSystem::toWorld() const
 
 CoordinateSystem CoordinateSystem::of(const VcGeMatrix3d& toWorld)
 {
-    return {toWorld * VcGePoint3d(), (toWorld * VcGeVector3d::xAxis()).normal(), (toWorld * VcGeVector3d::yAxis()).normal()};
+    return {toWorld * VcGePoint3d(), (toWorld * VcGeVector3d::xAxis()).normal(),
+            (toWorld * VcGeVector3d::yAxis()).normal()};
 }
 
 void setUcsViewport(const DatabaseCore& db, VcDbObjectId viewport) { s_entered = {db.serial(), viewport}; }

@@ -105,13 +105,16 @@ Status VcDbCurve::getPointAtParam(double param, VcGePoint3d& point) const
 
 Status VcDbCurve::getParamAtPoint(const VcGePoint3d& point, double& param) const
 {
-    return ask(*this, [&](const g::Curve& c) { return give(param, g::paramAt(c, point, onCurveTolerance(c)), Vcad::eInvalidInput); });
+    return ask(*this, [&](const g::Curve& c) {
+        return give(param, g::paramAt(c, point, onCurveTolerance(c)), Vcad::eInvalidInput);
+    });
 }
 
 Status VcDbCurve::getDistAtParam(double param, double& distance) const
 {
     return ask(*this, [&](const g::Curve& c) {
-        return isWithin(c, param) ? give(distance, g::lengthBetween(c, g::paramRange(c).from, param)) : Vcad::eOutOfRange;
+        return isWithin(c, param) ? give(distance, g::lengthBetween(c, g::paramRange(c).from, param))
+                                  : Vcad::eOutOfRange;
     });
 }
 
@@ -137,14 +140,16 @@ Status VcDbCurve::getPointAtDist(double distance, VcGePoint3d& point) const
 Status VcDbCurve::getFirstDeriv(double param, VcGeVector3d& derivative) const
 {
     return ask(*this, [&](const g::Curve& c) {
-        return give(derivative, isWithin(c, param) ? std::optional(g::derivativesAt(c, param).first) : std::nullopt, Vcad::eOutOfRange);
+        return give(derivative, isWithin(c, param) ? std::optional(g::derivativesAt(c, param).first) : std::nullopt,
+                    Vcad::eOutOfRange);
     });
 }
 
 Status VcDbCurve::getSecondDeriv(double param, VcGeVector3d& derivative) const
 {
     return ask(*this, [&](const g::Curve& c) {
-        return give(derivative, isWithin(c, param) ? std::optional(g::derivativesAt(c, param).second) : std::nullopt, Vcad::eOutOfRange);
+        return give(derivative, isWithin(c, param) ? std::optional(g::derivativesAt(c, param).second) : std::nullopt,
+                    Vcad::eOutOfRange);
     });
 }
 
@@ -156,7 +161,8 @@ Status VcDbCurve::getClosestPointTo(const VcGePoint3d& given, VcGePoint3d& onCur
     });
 }
 
-Status VcDbCurve::getClosestPointTo(const VcGePoint3d& given, const VcGeVector3d& normal, VcGePoint3d& onCurve, bool extend) const
+Status VcDbCurve::getClosestPointTo(const VcGePoint3d& given, const VcGeVector3d& normal, VcGePoint3d& onCurve,
+                                    bool extend) const
 {
     if (normal.lengthSqrd() == 0)
         return Vcad::eInvalidInput;
@@ -171,7 +177,9 @@ Status VcDbCurve::getClosestPointTo(const VcGePoint3d& given, const VcGeVector3d
 
 Status VcDbCurve::getArea(double& area) const
 {
-    return ask(*this, [&](const g::Curve& c) { return std::isfinite(g::length(c)) ? give(area, g::area(c)) : Vcad::eNotApplicable; });
+    return ask(*this, [&](const g::Curve& c) {
+        return std::isfinite(g::length(c)) ? give(area, g::area(c)) : Vcad::eNotApplicable;
+    });
 }
 
 Status VcDbCurve::getSplitCurves(const std::vector<double>& params, std::vector<VcDbEntity*>& pieces) const
@@ -193,7 +201,8 @@ Status VcDbCurve::getOffsetCurves(double distance, std::vector<VcDbEntity*>& cur
     return getOffsetCurvesGivenPlaneNormal(VcGeVector3d::zAxis(), distance, curves);
 }
 
-Status VcDbCurve::getOffsetCurvesGivenPlaneNormal(const VcGeVector3d& normal, double distance, std::vector<VcDbEntity*>& curves) const
+Status VcDbCurve::getOffsetCurvesGivenPlaneNormal(const VcGeVector3d& normal, double distance,
+                                                  std::vector<VcDbEntity*>& curves) const
 {
     return ask(*this, [&](const g::Curve& c) {
         const g::OffsetResult result = g::offset(c, distance, g::GapFill::Extend, normal);
@@ -216,7 +225,9 @@ Status VcDbCurve::extend(double param)
         const bool atStart = param < range.from;
         if ((param >= range.from && param <= range.to) || !std::isfinite(param))
             return Vcad::eOutOfRange;
-        const auto longer = g::canProlong(c, atStart) ? g::betweenEnds(c, atStart ? param : range.from, atStart ? range.to : param) : std::nullopt;
+        const auto longer = g::canProlong(c, atStart)
+                                ? g::betweenEnds(c, atStart ? param : range.from, atStart ? range.to : param)
+                                : std::nullopt;
         return longer && setCurveOf(*this, *longer) ? Vcad::eOk : Vcad::eNotApplicable;
     });
 }

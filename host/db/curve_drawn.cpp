@@ -30,15 +30,16 @@ Curves outline(Corners corners) { return {Polyline3{std::move(corners), true}}; 
 
 Curves boxOutline(const vktext::Box& box, const VcGePoint3d& base, const VcGeVector3d& x, const VcGeVector3d& y)
 {
-    return outline({base + x * box.left + y * box.bottom, base + x * box.right + y * box.bottom, base + x * box.right + y * box.top,
-                    base + x * box.left + y * box.top});
+    return outline({base + x * box.left + y * box.bottom, base + x * box.right + y * box.bottom,
+                    base + x * box.right + y * box.top, base + x * box.left + y * box.top});
 }
 
 Curves textOutline(const VcDbEntity& e)
 {
     const auto& text = static_cast<const VcDbText&>(e);
     const auto* definition = VcDbAttributeDefinition::cast(&e);
-    const vktext::Box box = vktext::lineBox(textStyleSpec(text), text.height(), definition ? definition->tagUtf8() : text.textUtf8());
+    const vktext::Box box =
+        vktext::lineBox(textStyleSpec(text), text.height(), definition ? definition->tagUtf8() : text.textUtf8());
     const Frame frame = arbitraryFrame(text.normal());
     const double c = std::cos(text.rotation()), s = std::sin(text.rotation());
     return boxOutline(box, text.position(), frame.x * c + frame.y * s, frame.y * c - frame.x * s);
@@ -104,7 +105,9 @@ Curves multilineOutline(const VcDbEntity& e)
     for (std::size_t i = 0; i < elements; ++i) {
         Polyline3 line{{}, mline.closedMline()};
         for (const VcDbMline::Vertex& v : mline.vertices())
-            line.vertices.push_back(i < v.elements.size() && !v.elements[i].lengths.empty() ? v.point + v.miter * v.elements[i].lengths[0] : v.point);
+            line.vertices.push_back(i < v.elements.size() && !v.elements[i].lengths.empty()
+                                        ? v.point + v.miter * v.elements[i].lengths[0]
+                                        : v.point);
         curves.push_back(std::move(line));
     }
     return curves;
@@ -180,9 +183,15 @@ struct OutlineClass {
 };
 
 constexpr OutlineClass kOutlines[] = {
-    {&VcDbText::desc, textOutline},         {&VcDbMText::desc, paragraphOutline},     {&VcDbHatch::desc, hatchOutline},
-    {&VcDbFilledQuad::desc, quadOutline},   {&VcDbFace::desc, faceOutline},           {&VcDbRasterImage::desc, imageOutline},
-    {&VcDbViewport::desc, viewportOutline}, {&VcDbMline::desc, multilineOutline},     {&VcDbModelerGeometry::desc, solidOutline},
+    {&VcDbText::desc, textOutline},
+    {&VcDbMText::desc, paragraphOutline},
+    {&VcDbHatch::desc, hatchOutline},
+    {&VcDbFilledQuad::desc, quadOutline},
+    {&VcDbFace::desc, faceOutline},
+    {&VcDbRasterImage::desc, imageOutline},
+    {&VcDbViewport::desc, viewportOutline},
+    {&VcDbMline::desc, multilineOutline},
+    {&VcDbModelerGeometry::desc, solidOutline},
 };
 
 std::optional<Curves> ownCurves(const VcDbEntity& entity)
@@ -212,7 +221,10 @@ bool isDrawnMember(const VcDbEntity& member)
 
 }
 
-bool DrawnCurves::visit(const VcDbEntity& entity, const Visit& visit) { return visitPlaced(entity, VcGeMatrix3d(), visit); }
+bool DrawnCurves::visit(const VcDbEntity& entity, const Visit& visit)
+{
+    return visitPlaced(entity, VcGeMatrix3d(), visit);
+}
 
 bool DrawnCurves::visitPlaced(const VcDbEntity& entity, const VcGeMatrix3d& m, const Visit& visit)
 {
@@ -242,7 +254,8 @@ bool DrawnCurves::visitReference(const VcDbEntity& entity, const VcGeMatrix3d& m
                 return false;
         }
     for (const VcDbEntity* attribute : reference.attributes())
-        if (const auto* a = VcDbAttribute::cast(attribute); a && !a->isInvisible() && isDrawnMember(*a) && !visitPlaced(*a, m, visit))
+        if (const auto* a = VcDbAttribute::cast(attribute);
+            a && !a->isInvisible() && isDrawnMember(*a) && !visitPlaced(*a, m, visit))
             return false;
     return true;
 }
@@ -281,7 +294,8 @@ bool DrawnCurves::visitPieces(const VcDbEntity& entity, const VcGeMatrix3d& m, c
     if (!exploded)
         return true;
     ++m_depth;
-    const bool goOn = std::all_of(pieces.begin(), pieces.end(), [&](const auto& piece) { return visitPlaced(*piece, m, visit); });
+    const bool goOn =
+        std::all_of(pieces.begin(), pieces.end(), [&](const auto& piece) { return visitPlaced(*piece, m, visit); });
     --m_depth;
     return goOn;
 }

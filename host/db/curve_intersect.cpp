@@ -26,7 +26,8 @@ std::optional<g::Box3d> placeOf(const std::vector<g::Curve>& curves)
 // Points that several pieces share, as corners of outlines are, count once.
 void addDistinct(Points& points, std::size_t known, const VcGePoint3d& p, double tolerance)
 {
-    const bool there = std::any_of(points.begin() + std::ptrdiff_t(known), points.end(), [&](const VcGePoint3d& q) { return q.distanceTo(p) <= tolerance; });
+    const bool there = std::any_of(points.begin() + std::ptrdiff_t(known), points.end(),
+                                   [&](const VcGePoint3d& q) { return q.distanceTo(p) <= tolerance; });
     if (!there)
         points.push_back(p);
 }
@@ -55,16 +56,19 @@ Vcad::ErrorStatus meetAll(const VcDbEntity& a, const VcDbEntity& b, bool within,
 
 }
 
-Vcad::ErrorStatus VcDbEntity::intersectWith(const VcDbEntity* other, VcDb::Intersect mode, Points& points, std::intptr_t, std::intptr_t) const
+Vcad::ErrorStatus VcDbEntity::intersectWith(const VcDbEntity* other, VcDb::Intersect mode, Points& points,
+                                            std::intptr_t, std::intptr_t) const
 {
     if (!other)
         return Vcad::eInvalidInput;
-    const auto meet = [mode](const g::Curve& a, const g::Curve& b) { return g::contactPoints(g::intersect(a, b, g::Extend(int(mode) & 3))); };
+    const auto meet = [mode](const g::Curve& a, const g::Curve& b) {
+        return g::contactPoints(g::intersect(a, b, g::Extend(int(mode) & 3)));
+    };
     return meetAll(*this, *other, mode == VcDb::kOnBothOperands, meet, points);
 }
 
-Vcad::ErrorStatus VcDbEntity::intersectWith(const VcDbEntity* other, VcDb::Intersect mode, const VcGePlane& projection, Points& points,
-                                            std::intptr_t, std::intptr_t) const
+Vcad::ErrorStatus VcDbEntity::intersectWith(const VcDbEntity* other, VcDb::Intersect mode, const VcGePlane& projection,
+                                            Points& points, std::intptr_t, std::intptr_t) const
 {
     if (!other)
         return Vcad::eInvalidInput;

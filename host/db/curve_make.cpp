@@ -29,12 +29,19 @@ double angleOf(double angle)
 }
 
 bool setShape(VcDbLine& line, const g::Segment& s) { return !line.setStartPoint(s.start) && !line.setEndPoint(s.end); }
-bool setShape(VcDbRay& ray, const g::Ray& r) { return !ray.setBasePoint(r.base) && !ray.setUnitDir(r.direction.normal()); }
-bool setShape(VcDbXline& line, const g::XLine& x) { return !line.setBasePoint(x.base) && !line.setUnitDir(x.direction.normal()); }
+bool setShape(VcDbRay& ray, const g::Ray& r)
+{
+    return !ray.setBasePoint(r.base) && !ray.setUnitDir(r.direction.normal());
+}
+bool setShape(VcDbXline& line, const g::XLine& x)
+{
+    return !line.setBasePoint(x.base) && !line.setUnitDir(x.direction.normal());
+}
 
 bool setShape(VcDbCircle& circle, const g::Circle& c)
 {
-    return c.radius > 0 && !circle.setNormal(unit(c.normal)) && !circle.setCenter(c.center) && !circle.setRadius(c.radius);
+    return c.radius > 0 && !circle.setNormal(unit(c.normal)) && !circle.setCenter(c.center) &&
+           !circle.setRadius(c.radius);
 }
 
 bool setShape(VcDbArc& arc, const g::Arc& a)
@@ -60,7 +67,9 @@ std::optional<double> evenWidth(const g::Polyline& p)
 {
     const auto last = p.vertices.end() - (p.closed || p.vertices.size() < 2 ? 0 : 1);
     const double width = p.vertices.front().startWidth;
-    const bool even = std::all_of(p.vertices.begin(), last, [width](const g::PolyVertex& v) { return v.startWidth == width && v.endWidth == width; });
+    const bool even = std::all_of(p.vertices.begin(), last, [width](const g::PolyVertex& v) {
+        return v.startWidth == width && v.endWidth == width;
+    });
     return even ? std::optional(width) : std::nullopt;
 }
 
@@ -73,7 +82,8 @@ bool setShape(VcDbPolyline& polyline, const g::Polyline& p)
         polyline.removeVertexAt(polyline.numVerts() - 1);
     polyline.setConstantWidth(even.value_or(0));
     for (const g::PolyVertex& v : p.vertices)
-        if (polyline.addVertexAt(polyline.numVerts(), v.point, v.bulge, even.value_or(v.startWidth), even.value_or(v.endWidth)))
+        if (polyline.addVertexAt(polyline.numVerts(), v.point, v.bulge, even.value_or(v.startWidth),
+                                 even.value_or(v.endWidth)))
             return false;
     polyline.setClosed(p.closed);
     return true;
@@ -91,7 +101,10 @@ Made madeOf(const g::Segment& s, const VcDbEntity&) { return made<VcDbLine>(s); 
 Made madeOf(const g::Ray& r, const VcDbEntity&) { return made<VcDbRay>(r); }
 Made madeOf(const g::XLine& x, const VcDbEntity&) { return made<VcDbXline>(x); }
 Made madeOf(const g::Circle& c, const VcDbEntity&) { return made<VcDbCircle>(c); }
-Made madeOf(const g::Arc& a, const VcDbEntity&) { return g::isClosed(a) ? made<VcDbCircle>(g::Circle{a.center, a.radius, a.normal}) : made<VcDbArc>(a); }
+Made madeOf(const g::Arc& a, const VcDbEntity&)
+{
+    return g::isClosed(a) ? made<VcDbCircle>(g::Circle{a.center, a.radius, a.normal}) : made<VcDbArc>(a);
+}
 Made madeOf(const g::Ellipse& e, const VcDbEntity&) { return made<VcDbEllipse>(e); }
 Made madeOf(const g::Nurbs& n, const VcDbEntity&) { return made<VcDbSpline>(n); }
 
@@ -103,12 +116,16 @@ Made heavyPolyline(const g::Polyline& p)
     polyline->setClosed(p.closed);
     for (const g::PolyVertex& v : p.vertices) {
         VcDbObjectId none;
-        polyline->appendVertex(none, new VcDb2dVertex({v.point.x, v.point.y, p.elevation}, v.bulge, v.startWidth, v.endWidth));
+        polyline->appendVertex(
+            none, new VcDb2dVertex({v.point.x, v.point.y, p.elevation}, v.bulge, v.startWidth, v.endWidth));
     }
     return polyline;
 }
 
-Made madeOf(const g::Polyline& p, const VcDbEntity& like) { return like.isKindOf(VcDb2dPolyline::desc()) ? heavyPolyline(p) : made<VcDbPolyline>(p); }
+Made madeOf(const g::Polyline& p, const VcDbEntity& like)
+{
+    return like.isKindOf(VcDb2dPolyline::desc()) ? heavyPolyline(p) : made<VcDbPolyline>(p);
+}
 
 Made madeOf(const g::Polyline3& p, const VcDbEntity&)
 {
@@ -135,9 +152,10 @@ void asOneOf(VcDbEntity& entity, Use&& use)
 Extrusion extrusionOf(const VcDbEntity& entity)
 {
     Extrusion e;
-    asOneOf<VcDbLine, VcDbCircle, VcDbArc, VcDbPolyline, VcDb2dPolyline>(const_cast<VcDbEntity&>(entity), [&](const auto& curve) {
-        e = {curve.thickness(), curve.normal()};
-    });
+    asOneOf<VcDbLine, VcDbCircle, VcDbArc, VcDbPolyline, VcDb2dPolyline>(const_cast<VcDbEntity&>(entity),
+                                                                         [&](const auto& curve) {
+                                                                             e = {curve.thickness(), curve.normal()};
+                                                                         });
     return e;
 }
 
@@ -146,7 +164,8 @@ void takeOver(VcDbEntity& entity, const VcDbEntity& like)
 {
     const Extrusion e = extrusionOf(like);
     if (e.thickness != 0)
-        asOneOf<VcDbLine, VcDbCircle, VcDbArc, VcDbPolyline, VcDb2dPolyline>(entity, [&](auto& curve) { curve.setThickness(e.thickness); });
+        asOneOf<VcDbLine, VcDbCircle, VcDbArc, VcDbPolyline, VcDb2dPolyline>(
+            entity, [&](auto& curve) { curve.setThickness(e.thickness); });
     if (auto* line = VcDbLine::cast(&entity); line && e.normal != VcGeVector3d::zAxis())
         line->setNormal(e.normal);
     const auto* source = VcDbPolyline::cast(&like);
@@ -188,7 +207,8 @@ bool setCurveOf(VcDbEntity& entity, const g::Curve& curve)
 {
     if (!g::isValid(curve) || entity.isA() == VcDbHelix::desc())
         return false;
-    return trySet<VcDbLine, g::Segment>(entity, curve) || trySet<VcDbRay, g::Ray>(entity, curve) || trySet<VcDbXline, g::XLine>(entity, curve) ||
-           trySet<VcDbCircle, g::Circle>(entity, curve) || trySet<VcDbArc, g::Arc>(entity, curve) || trySet<VcDbEllipse, g::Ellipse>(entity, curve) ||
+    return trySet<VcDbLine, g::Segment>(entity, curve) || trySet<VcDbRay, g::Ray>(entity, curve) ||
+           trySet<VcDbXline, g::XLine>(entity, curve) || trySet<VcDbCircle, g::Circle>(entity, curve) ||
+           trySet<VcDbArc, g::Arc>(entity, curve) || trySet<VcDbEllipse, g::Ellipse>(entity, curve) ||
            trySet<VcDbSpline, g::Nurbs>(entity, curve) || trySet<VcDbPolyline, g::Polyline>(entity, curve);
 }

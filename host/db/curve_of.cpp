@@ -47,8 +47,8 @@ MaybeCurve ellipseCurve(const VcDbEntity& e)
     double sweep = std::fmod(ellipse.endParam() - ellipse.startParam(), vk::geom::kTwoPi);
     if (sweep <= 1e-12)
         sweep += vk::geom::kTwoPi;
-    return Ellipse{ellipse.center(), ellipse.majorAxis(), ellipse.radiusRatio(), ellipse.startParam(), ellipse.startParam() + sweep,
-                   ellipse.normal()};
+    return Ellipse{ellipse.center(),     ellipse.majorAxis(),          ellipse.radiusRatio(),
+                   ellipse.startParam(), ellipse.startParam() + sweep, ellipse.normal()};
 }
 
 // A file may give a curve by the points alone that it is fitted through.
@@ -63,7 +63,8 @@ MaybeCurve splineCurve(const VcDbEntity& e)
 MaybeCurve polylineCurve(const VcDbEntity& e)
 {
     const auto& polyline = static_cast<const VcDbPolyline&>(e);
-    Polyline curve{std::vector<PolyVertex>(polyline.numVerts()), polyline.isClosed(), polyline.elevation(), polyline.normal()};
+    Polyline curve{std::vector<PolyVertex>(polyline.numVerts()), polyline.isClosed(), polyline.elevation(),
+                   polyline.normal()};
     for (unsigned i = 0; i < curve.vertices.size(); ++i) {
         PolyVertex& v = curve.vertices[i];
         polyline.getPointAt(i, v.point);
@@ -102,9 +103,15 @@ struct CurveClass {
 };
 
 constexpr CurveClass kCurveClasses[] = {
-    {&VcDbLine::desc, lineCurve},         {&VcDbPolyline::desc, polylineCurve},      {&VcDbArc::desc, arcCurve},
-    {&VcDbCircle::desc, circleCurve},     {&VcDb2dPolyline::desc, heavyPolylineCurve}, {&VcDb3dPolyline::desc, spacePolylineCurve},
-    {&VcDbEllipse::desc, ellipseCurve},   {&VcDbSpline::desc, splineCurve},          {&VcDbRay::desc, rayCurve},
+    {&VcDbLine::desc, lineCurve},
+    {&VcDbPolyline::desc, polylineCurve},
+    {&VcDbArc::desc, arcCurve},
+    {&VcDbCircle::desc, circleCurve},
+    {&VcDb2dPolyline::desc, heavyPolylineCurve},
+    {&VcDb3dPolyline::desc, spacePolylineCurve},
+    {&VcDbEllipse::desc, ellipseCurve},
+    {&VcDbSpline::desc, splineCurve},
+    {&VcDbRay::desc, rayCurve},
     {&VcDbXline::desc, xlineCurve},
 };
 

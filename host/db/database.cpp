@@ -128,10 +128,7 @@ VcDbObjectId DatabaseCore::addWithoutHandle(std::unique_ptr<VcDbObject> object, 
     return fill(idAt(newSlot(0)), std::move(object), owner);
 }
 
-void DatabaseCore::giveHandle(VcDbObjectId id)
-{
-    bindHandle(nextHandle(), id.slot());
-}
+void DatabaseCore::giveHandle(VcDbObjectId id) { bindHandle(nextHandle(), id.slot()); }
 
 VcDbObjectId DatabaseCore::fill(VcDbObjectId reserved, std::unique_ptr<VcDbObject> object, VcDbObjectId owner)
 {
@@ -203,5 +200,6 @@ void DatabaseCore::setSpaces(VcDbObjectId model, VcDbObjectId paper)
 
 VcDbObjectId DatabaseCore::currentSpace() const
 {
-    return m_header.integer("$TILEMODE", 1) == 1 || m_paperSpace.isNull() || inModelViewport ? m_modelSpace : m_paperSpace;
+    return m_header.integer("$TILEMODE", 1) == 1 || m_paperSpace.isNull() || inModelViewport ? m_modelSpace
+                                                                                             : m_paperSpace;
 }

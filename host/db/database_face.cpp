@@ -19,10 +19,10 @@ VcDbDatabase::VcDbDatabase(bool buildDefault, bool) : m_core(std::make_unique<Da
 
 VcDbDatabase::~VcDbDatabase() = default;
 
-#define VCDB_GET_TABLE(Table, Which)                                                             \
-    Vcad::ErrorStatus VcDbDatabase::getSymbolTable(Table*& table, VcDb::OpenMode mode)           \
-    {                                                                                            \
-        return vcdbOpenObject(table, m_core->tableId(NameTable::Which), mode);                   \
+#define VCDB_GET_TABLE(Table, Which)                                                                                   \
+    Vcad::ErrorStatus VcDbDatabase::getSymbolTable(Table*& table, VcDb::OpenMode mode)                                 \
+    {                                                                                                                  \
+        return vcdbOpenObject(table, m_core->tableId(NameTable::Which), mode);                                         \
     }
 VCDB_GET_TABLE(VcDbBlockTable, Block)
 VCDB_GET_TABLE(VcDbLayerTable, Layer)
@@ -71,13 +71,15 @@ VcDbObjectId VcDbDatabase::clayer() const
 
 VcDbObjectId VcDbDatabase::textstyle() const
 {
-    const VcDbObjectId current = m_core->findRecord(NameTable::TextStyle, m_core->header().text("$TEXTSTYLE", "Standard"));
+    const VcDbObjectId current =
+        m_core->findRecord(NameTable::TextStyle, m_core->header().text("$TEXTSTYLE", "Standard"));
     return current.isNull() ? m_core->findRecord(NameTable::TextStyle, "Standard") : current;
 }
 
 VcDbObjectId VcDbDatabase::dimstyle() const
 {
-    const VcDbObjectId current = m_core->findRecord(NameTable::DimStyle, m_core->header().text("$DIMSTYLE", "Standard"));
+    const VcDbObjectId current =
+        m_core->findRecord(NameTable::DimStyle, m_core->header().text("$DIMSTYLE", "Standard"));
     return current.isNull() ? m_core->findRecord(NameTable::DimStyle, "Standard") : current;
 }
 
@@ -92,7 +94,8 @@ Vcad::ErrorStatus VcDbDatabase::setClayer(VcDbObjectId layer)
     return Vcad::eOk;
 }
 
-Vcad::ErrorStatus VcDbDatabase::deepCloneObjects(const VcDbObjectIdArray& ids, VcDbObjectId owner, VcDbIdMapping& mapping, bool)
+Vcad::ErrorStatus VcDbDatabase::deepCloneObjects(const VcDbObjectIdArray& ids, VcDbObjectId owner,
+                                                 VcDbIdMapping& mapping, bool)
 {
     return cloneObjects(ids, owner, mapping);
 }

@@ -53,7 +53,8 @@ void measureText(Drawing& d, const DimMeasure& measure, std::string_view overrid
 double halfExtent(const Label& label, const VcGeVector2d& direction)
 {
     const VcGeVector2d along = unit(label.angle), up = left(along);
-    return (std::abs(along.dotProduct(direction)) * label.width + std::abs(up.dotProduct(direction)) * label.height) / 2;
+    return (std::abs(along.dotProduct(direction)) * label.width + std::abs(up.dotProduct(direction)) * label.height) /
+           2;
 }
 
 void placeLabels(const Drawing& d, Figure& figure, const VcGePoint2d& middle, double angle)
@@ -130,7 +131,8 @@ bool liesIn(const Label& label, const Bow& bow)
 
 bool isBroken(const Figure& figure, Part part)
 {
-    return part == Part::DimLine || (figure.textBreaksExtensions && (part == Part::Extension1 || part == Part::Extension2));
+    return part == Part::DimLine ||
+           (figure.textBreaksExtensions && (part == Part::Extension1 || part == Part::Extension2));
 }
 
 void cutStrokes(Figure& figure, const Label& label, const Box& box)
@@ -211,7 +213,8 @@ void clearBehindText(const Drawing& d, Figure& figure)
             addFrame(figure, Box(label, d.gap));
 }
 
-void addExtension(const Drawing& d, Figure& figure, const VcGePoint2d& origin, const VcGePoint2d& foot, const VcGeVector2d& fallback, bool second)
+void addExtension(const Drawing& d, Figure& figure, const VcGePoint2d& origin, const VcGePoint2d& foot,
+                  const VcGeVector2d& fallback, bool second)
 {
     if (second ? d.vars.dimse2 : d.vars.dimse1)
         return;
@@ -223,14 +226,16 @@ void addExtension(const Drawing& d, Figure& figure, const VcGePoint2d& origin, c
     if (d.vars.dimfxlon)
         begin = std::max(begin, length - d.scaled(d.vars.dimfxl));
     if (end - begin > 1e-9 * end)
-        figure.strokes.push_back({origin + direction * begin, origin + direction * end, second ? Part::Extension2 : Part::Extension1});
+        figure.strokes.push_back(
+            {origin + direction * begin, origin + direction * end, second ? Part::Extension2 : Part::Extension1});
 }
 
 Fit fitOf(const Drawing& d, double room, double textAlong)
 {
     const double slack = 1e-9 * room;
     const double arrows = d.arrowRoom(0) + d.arrowRoom(1), text = d.hasText() ? textAlong + 2 * d.gap : 0;
-    const bool textFits = text <= room + slack, arrowsFit = arrows + (arrows > 0 ? 2 * d.gap : 0) <= room + slack, bothFit = text + arrows <= room + slack;
+    const bool textFits = text <= room + slack, arrowsFit = arrows + (arrows > 0 ? 2 * d.gap : 0) <= room + slack,
+               bothFit = text + arrows <= room + slack;
     if (bothFit)
         return {true, true};
     if (d.vars.dimtix || d.userText)

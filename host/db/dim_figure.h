@@ -69,8 +69,8 @@ struct Drawing {
     bool hasBox = false;
     ArrowKind arrows[2];
     bool flipped[2] = {false, false};  // a person has turned the arrow round
-    geom::Frame frame;    // of the plane; the origin lies in it
-    double horizontal = 0;  // of the X axis of the UCS that it was made in
+    geom::Frame frame;                 // of the plane; the origin lies in it
+    double horizontal = 0;             // of the X axis of the UCS that it was made in
     vktext::TextStyleSpec style;
     VcDbObjectId styleId;
     double lineSpacing = 1;
@@ -115,7 +115,8 @@ void placeLabels(const Drawing& drawing, Figure& figure, const VcGePoint2d& midd
 void clearBehindText(const Drawing& drawing, Figure& figure);
 
 // An extension line from what is measured towards the dimension line.
-void addExtension(const Drawing& drawing, Figure& figure, const VcGePoint2d& origin, const VcGePoint2d& foot, const VcGeVector2d& fallback, bool second);
+void addExtension(const Drawing& drawing, Figure& figure, const VcGePoint2d& origin, const VcGePoint2d& foot,
+                  const VcGeVector2d& fallback, bool second);
 
 // What each space allows: where arrows and text go. Lengths along the dimension line.
 struct Fit {

@@ -46,7 +46,8 @@ void addArrow(const Drawing& d, Figure& figure, const Sector& s, bool atEnd, boo
     const VcGeVector2d pointing = s.at(at) - s.at(tail);
     figure.arrows.push_back({s.at(at), pointing.angle(), which == 1});
     if (!inside && !d.arrows[which].reachesTip)
-        figure.bows.push_back(atEnd ? Bow{s.center, s.radius, tail, reach} : Bow{s.center, s.radius, tail - reach, reach});
+        figure.bows.push_back(atEnd ? Bow{s.center, s.radius, tail, reach}
+                                    : Bow{s.center, s.radius, tail - reach, reach});
 }
 
 void addArc(const Drawing& d, Figure& figure, const Sector& s, bool arrowsInside)
@@ -72,10 +73,7 @@ struct Place {
     double angle = 0;
 };
 
-double angleOfText(const Drawing& d, double at, bool inside)
-{
-    return textAngleFor(d, at + kPi / 2, inside);
-}
+double angleOfText(const Drawing& d, double at, bool inside) { return textAngleFor(d, at + kPi / 2, inside); }
 
 Place placeAt(const Drawing& d, const Sector& s, double at, bool inside)
 {
@@ -134,7 +132,8 @@ Place userPlace(const Drawing& d, Figure& figure, const Sector& s, const VcGePoi
     const bool second = beyondEnd != s.swapped;
     const double half = d.vars.dimtad != 0 ? halfAlong(d, at, place.angle) / s.radius : 0;
     const double reach = (beyondEnd ? past : 2 * kPi - s.sweep - past) + half;
-    const double from = d.isInside(second, arrowsInside) || d.arrows[second].reachesTip ? 0 : 2 * arrowSweep(s, d.arrow);
+    const double from =
+        d.isInside(second, arrowsInside) || d.arrows[second].reachesTip ? 0 : 2 * arrowSweep(s, d.arrow);
     if (reach > from)
         figure.bows.push_back({s.center, s.radius, beyondEnd ? s.end() + from : s.start - reach, reach - from});
     return place;
@@ -148,12 +147,14 @@ void drawSector(Drawing& d, Figure& figure, const Sector& s)
         addArrow(d, figure, s, atEnd, fit.arrowsInside);
     if (fit.arrowsInside || d.vars.dimtofl || fit.textInside || d.arrows[0].reachesTip)
         addArc(d, figure, s, fit.arrowsInside);
-    const Place place = d.userText ? userPlace(d, figure, s, *d.userText, fit.arrowsInside) : defaultPlace(d, figure, s, fit);
+    const Place place =
+        d.userText ? userPlace(d, figure, s, *d.userText, fit.arrowsInside) : defaultPlace(d, figure, s, fit);
     placeLabels(d, figure, place.middle, place.angle);
 }
 
 // From the end of what is measured towards the arc, outwards or inwards. What the arc lies on needs no line.
-void addRayExtension(const Drawing& d, Figure& figure, const Sector& s, double at, double nearest, double farthest, bool second)
+void addRayExtension(const Drawing& d, Figure& figure, const Sector& s, double at, double nearest, double farthest,
+                     bool second)
 {
     if (s.radius >= nearest && s.radius <= farthest)
         return;
@@ -161,7 +162,6 @@ void addRayExtension(const Drawing& d, Figure& figure, const Sector& s, double a
     const VcGeVector2d ray = unit(at);
     addExtension(d, figure, s.center + ray * from, s.center + ray * s.radius, ray, second);
 }
-
 
 struct TwoLines {
     VcGePoint2d a, b, c, e;  // the first from a to b, the second from c to e
@@ -176,7 +176,8 @@ std::optional<VcGePoint2d> crossing(const TwoLines& l)
     return l.a + u * ((l.c - l.a).crossProduct(v) / cross);
 }
 
-void addLineExtension(const Drawing& d, Figure& figure, const Sector& s, double at, const VcGePoint2d& from, const VcGePoint2d& to, bool second)
+void addLineExtension(const Drawing& d, Figure& figure, const Sector& s, double at, const VcGePoint2d& from,
+                      const VcGePoint2d& to, bool second)
 {
     const double p = (from - s.center).dotProduct(unit(at)), q = (to - s.center).dotProduct(unit(at));
     addRayExtension(d, figure, s, at, std::min(p, q), std::max(p, q), second);
@@ -185,9 +186,10 @@ void addLineExtension(const Drawing& d, Figure& figure, const Sector& s, double 
 Figure twoLineFigure(Drawing& d, const VcDb2LineAngularDimension& dimension, bool inPaperSpace)
 {
     Figure figure;
-    figure.marks = {dimension.xLine1Start(), dimension.xLine1End(), dimension.xLine2Start(), dimension.xLine2End(), dimension.arcPoint()};
-    const TwoLines lines{d.flat(dimension.xLine1Start()), d.flat(dimension.xLine1End()), d.flat(dimension.xLine2Start()),
-                         d.flat(dimension.xLine2End())};
+    figure.marks = {dimension.xLine1Start(), dimension.xLine1End(), dimension.xLine2Start(), dimension.xLine2End(),
+                    dimension.arcPoint()};
+    const TwoLines lines{d.flat(dimension.xLine1Start()), d.flat(dimension.xLine1End()),
+                         d.flat(dimension.xLine2Start()), d.flat(dimension.xLine2End())};
     const auto center = crossing(lines);
     const VcGePoint2d through = d.flat(dimension.arcPoint());
     if (!center || through == *center)
@@ -241,8 +243,9 @@ void addArcSign(const Drawing& d, Figure& figure)
     const double size = d.textHeight * 0.82;
     const VcGeVector2d along = unit(label.angle), up = left(along);
     const bool before = d.vars.dimarcsym == 0;
-    const VcGePoint2d middle = before ? label.middle - along * (label.width / 2 + 0.35 * d.textHeight + size) - up * (0.41 * d.textHeight)
-                                      : label.middle + up * (label.height / 2 + d.gap);
+    const VcGePoint2d middle =
+        before ? label.middle - along * (label.width / 2 + 0.35 * d.textHeight + size) - up * (0.41 * d.textHeight)
+               : label.middle + up * (label.height / 2 + d.gap);
     figure.bows.push_back({middle, before ? size : size / 2, label.angle, kPi, Part::Frame});
 }
 
@@ -251,8 +254,9 @@ void addArcSign(const Drawing& d, Figure& figure)
 Figure angularFigure(Drawing& d, const VcDbDimension& dimension, bool inPaperSpace)
 {
     const auto* twoLine = VcDb2LineAngularDimension::cast(&dimension);
-    Figure figure = twoLine ? twoLineFigure(d, *twoLine, inPaperSpace)
-                            : threePointFigure(d, static_cast<const VcDb3PointAngularDimension&>(dimension), inPaperSpace);
+    Figure figure = twoLine
+                        ? twoLineFigure(d, *twoLine, inPaperSpace)
+                        : threePointFigure(d, static_cast<const VcDb3PointAngularDimension&>(dimension), inPaperSpace);
     clearBehindText(d, figure);
     return figure;
 }
@@ -273,7 +277,8 @@ Figure arcLengthFigure(Drawing& d, const VcDbArcDimension& dimension, bool inPap
     VcGePoint2d feet[2];
     for (const int i : {0, 1})
         feet[i] = parallel ? onCircle(measured, ends[i], shift) : measured.at((ends[i] - center).angle());
-    const Sector s = sectorBetween(center, measured.radius, (feet[0] - center).angle(), (feet[1] - center).angle(), p.angle());
+    const Sector s =
+        sectorBetween(center, measured.radius, (feet[0] - center).angle(), (feet[1] - center).angle(), p.angle());
     figure.measurement = a.length() * measured.sweep;
     measureText(d, {figure.measurement, DimMeasure::Kind::Length}, dimension.dimensionTextUtf8(), inPaperSpace);
     for (const int i : {0, 1})

@@ -25,7 +25,8 @@ Given givenBy(const VcDbDimension& dimension)
     if (const auto* aligned = VcDbAlignedDimension::cast(&dimension))
         return {aligned->xLine1Point(), aligned->xLine2Point(), aligned->dimLinePoint(), 0, aligned->oblique(), true};
     const auto& rotated = static_cast<const VcDbRotatedDimension&>(dimension);
-    return {rotated.xLine1Point(), rotated.xLine2Point(), rotated.dimLinePoint(), rotated.rotation(), rotated.oblique(), false};
+    return {rotated.xLine1Point(), rotated.xLine2Point(), rotated.dimLinePoint(),
+            rotated.rotation(),    rotated.oblique(),     false};
 }
 
 // An oblique angle that would run along the dimension line counts as none.
@@ -78,7 +79,8 @@ void addLine(const Drawing& d, Figure& figure, const Line& line, bool arrowsInsi
     VcGePoint2d ends[2];
     for (const int i : {0, 1}) {
         const VcGeVector2d outward = i ? line.along : -line.along;
-        ends[i] = line.feet[i] + outward * (d.isInside(i, arrowsInside) ? d.overshoot(i) - d.arrowRoom(i) : d.overshoot(i));
+        ends[i] =
+            line.feet[i] + outward * (d.isInside(i, arrowsInside) ? d.overshoot(i) - d.arrowRoom(i) : d.overshoot(i));
     }
     if (!d.vars.dimsd1 && !d.vars.dimsd2)
         figure.strokes.push_back({ends[0], ends[1]});
@@ -104,7 +106,8 @@ TextPlace overExtension(const Drawing& d, Figure& figure, const Line& line)
     const double length = d.upper.width + 2 * d.gap;
     const VcGePoint2d foot = line.feet[second], end = foot + line.extension * (d.scaled(d.vars.dimexe) + length);
     if (d.vars.dimtad != 0 && !(second ? d.vars.dimse2 : d.vars.dimse1))
-        figure.strokes.push_back({foot + line.extension * d.scaled(d.vars.dimexe), end, second ? Part::Extension2 : Part::Extension1});
+        figure.strokes.push_back(
+            {foot + line.extension * d.scaled(d.vars.dimexe), end, second ? Part::Extension2 : Part::Extension1});
     const double off = d.vars.dimtad == 0 ? 0 : d.gap + d.upper.height / 2;
     place.middle = foot + line.extension * (d.scaled(d.vars.dimexe) + length / 2) + left(unit(place.angle)) * off;
     return place;
@@ -142,7 +145,8 @@ TextPlace besidePlace(const Drawing& d, Figure& figure, const Line& line, double
 void addLeader(const Drawing& d, Figure& figure, const Line& line, const TextPlace& place, double half)
 {
     const VcGePoint2d middle = line.feet[0] + line.along * (line.length / 2);
-    const VcGeVector2d side = unit(place.angle) * ((place.middle - middle).dotProduct(unit(place.angle)) < 0 ? -1.0 : 1.0);
+    const VcGeVector2d side =
+        unit(place.angle) * ((place.middle - middle).dotProduct(unit(place.angle)) < 0 ? -1.0 : 1.0);
     const double off = d.vars.dimtad == 0 ? 0 : d.gap + d.upper.height / 2;
     const VcGePoint2d level = place.middle - left(unit(place.angle)) * off;
     const VcGePoint2d near = level - side * (half + d.gap), hook = near - side * d.arrow;
@@ -158,7 +162,8 @@ TextPlace leaderPlace(const Drawing& d, const Line& line, double angle, double h
 }
 
 // Text that a person has put close enough to the line to lie in or on it needs no line to it.
-void reachUserText(const Drawing& d, Figure& figure, const Line& line, const TextPlace& place, double half, bool arrowsInside)
+void reachUserText(const Drawing& d, Figure& figure, const Line& line, const TextPlace& place, double half,
+                   bool arrowsInside)
 {
     const double along = (place.middle - line.feet[0]).dotProduct(line.along);
     const double across = std::abs((place.middle - line.feet[0]).dotProduct(left(line.along)));
@@ -193,16 +198,19 @@ Figure linearFigure(Drawing& d, const VcDbDimension& dimension, bool inPaperSpac
     const Given given = givenBy(dimension);
     const Line line = lineOf(d, given);
     figure.measurement = line.length;
-    figure.marks = {given.first, given.second, d.frame.toWorld(VcGePoint3d(line.feet[1].x, line.feet[1].y, d.frame.fromWorld(given.line).z))};
+    figure.marks = {given.first, given.second,
+                    d.frame.toWorld(VcGePoint3d(line.feet[1].x, line.feet[1].y, d.frame.fromWorld(given.line).z))};
     measureText(d, {line.length, DimMeasure::Kind::Length}, dimension.dimensionTextUtf8(), inPaperSpace);
 
     for (const int i : {0, 1})
         addExtension(d, figure, line.origins[i], line.feet[i], line.extension, i == 1);
 
     const double insideHalf = halfAlong(d, line, textAngle(d, line, true));
-    const Fit fit = isInline(d) ? fitOf(d, line.length, 2 * insideHalf) : Fit{true, d.arrowRoom(0) + d.arrowRoom(1) <= line.length};
+    const Fit fit =
+        isInline(d) ? fitOf(d, line.length, 2 * insideHalf) : Fit{true, d.arrowRoom(0) + d.arrowRoom(1) <= line.length};
     const bool leader = !fit.textInside && d.vars.dimtmove == 1 && !d.userText;
-    const bool hasLine = fit.arrowsInside || d.vars.dimtofl || leader || d.arrows[0].reachesTip || d.arrows[1].reachesTip;
+    const bool hasLine =
+        fit.arrowsInside || d.vars.dimtofl || leader || d.arrows[0].reachesTip || d.arrows[1].reachesTip;
     addArrows(d, figure, line, fit.arrowsInside, hasLine);
     if (hasLine)
         addLine(d, figure, line, fit.arrowsInside);
@@ -219,7 +227,8 @@ Figure linearFigure(Drawing& d, const VcDbDimension& dimension, bool inPaperSpac
         place = insidePlace(d, line, textAngle(d, line, true), insideHalf);
     } else {
         const double angle = textAngle(d, line, false), half = halfAlong(d, line, angle);
-        place = leader ? leaderPlace(d, line, angle, d.upper.width / 2) : besidePlace(d, figure, line, angle, half, fit.arrowsInside);
+        place = leader ? leaderPlace(d, line, angle, d.upper.width / 2)
+                       : besidePlace(d, figure, line, angle, half, fit.arrowsInside);
         if (leader)
             addLeader(d, figure, line, place, d.upper.width / 2);
     }

@@ -8,7 +8,8 @@ namespace {
 
 // The leader is an extension line, so it looks like one. From the feature along the axis of the leader, over to the end's own line, and on: the crossing takes two arrow lengths
 // and ends two before the end; where there is too little room the first and the last leg keep two.
-void addLeader(const Drawing& d, Figure& figure, const VcGePoint2d& feature, const VcGePoint2d& end, const VcGeVector2d& axis, double past)
+void addLeader(const Drawing& d, Figure& figure, const VcGePoint2d& feature, const VcGePoint2d& end,
+               const VcGeVector2d& axis, double past)
 {
     const VcGeVector2d across = left(axis);
     const double run = (end - feature).dotProduct(axis), shift = (end - feature).dotProduct(across), leg = 2 * d.arrow;
@@ -35,7 +36,8 @@ Figure ordinateFigure(Drawing& d, const VcDbOrdinateDimension& dimension, bool i
     Figure figure;
     figure.textBreaksExtensions = true;
     figure.marks = {dimension.definingPoint(), dimension.leaderEndPoint(), dimension.origin()};
-    const VcGePoint2d feature = d.flat(dimension.definingPoint()), end = d.flat(dimension.leaderEndPoint()), origin = d.flat(dimension.origin());
+    const VcGePoint2d feature = d.flat(dimension.definingPoint()), end = d.flat(dimension.leaderEndPoint()),
+                      origin = d.flat(dimension.origin());
     const VcGeVector2d x = unit(d.horizontal), y = left(x);
     const VcGeVector2d measured = dimension.isUsingXAxis() ? x : y, other = dimension.isUsingXAxis() ? y : x;
     figure.measurement = std::abs((feature - origin).dotProduct(measured));

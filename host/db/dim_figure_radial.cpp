@@ -14,7 +14,10 @@ struct Round {
     double leader = 0;  // how far out the text stands by itself
 };
 
-double textAngle(const Drawing& d, const VcGeVector2d& along, bool inside) { return textAngleFor(d, along.angle(), inside); }
+double textAngle(const Drawing& d, const VcGeVector2d& along, bool inside)
+{
+    return textAngleFor(d, along.angle(), inside);
+}
 
 double half(const Drawing& d, double angle, const VcGeVector2d& direction)
 {
@@ -24,7 +27,10 @@ double half(const Drawing& d, double angle, const VcGeVector2d& direction)
     return halfExtent(label, direction);
 }
 
-bool isAlong(double angle, const VcGeVector2d& direction) { return std::abs(unit(angle).crossProduct(direction)) < 1e-6; }
+bool isAlong(double angle, const VcGeVector2d& direction)
+{
+    return std::abs(unit(angle).crossProduct(direction)) < 1e-6;
+}
 
 double widthOf(const Drawing& d) { return std::max(d.upper.width, d.lower.width); }
 
@@ -39,7 +45,8 @@ void addCenterMark(const Drawing& d, Figure& figure, const Round& r)
         if (d.vars.dimcen > 0 || r.radius <= 2 * size)
             continue;
         for (const double side : {-1.0, 1.0})
-            figure.strokes.push_back({r.center + axis * (side * 2 * size), r.center + axis * (side * (r.radius + size)), Part::CenterMark});
+            figure.strokes.push_back(
+                {r.center + axis * (side * 2 * size), r.center + axis * (side * (r.radius + size)), Part::CenterMark});
     }
 }
 
@@ -235,7 +242,8 @@ Figure radialFigure(Drawing& d, const VcDbDimension& dimension, bool inPaperSpac
         return figure;
     r.out = (r.chord - r.center) / r.radius;
     const double value = r.isDiameter ? 2 * r.radius : r.radius;
-    measureText(d, {value, r.isDiameter ? DimMeasure::Kind::Diameter : DimMeasure::Kind::Radius}, dimension.dimensionTextUtf8(), inPaperSpace);
+    measureText(d, {value, r.isDiameter ? DimMeasure::Kind::Diameter : DimMeasure::Kind::Radius},
+                dimension.dimensionTextUtf8(), inPaperSpace);
     Figure drawn = roundFigure(d, r);
     drawn.marks = std::move(figure.marks);
     drawn.measurement = value;
@@ -248,8 +256,8 @@ Figure joggedFigure(Drawing& d, const VcDbRadialDimensionLarge& dimension, bool 
 {
     Figure figure;
     figure.marks = {dimension.chordPoint(), dimension.overrideCenter(), dimension.jogPoint()};
-    const VcGePoint2d center = d.flat(dimension.center()), chord = d.flat(dimension.chordPoint()), from = d.flat(dimension.overrideCenter()),
-                      jog = d.flat(dimension.jogPoint());
+    const VcGePoint2d center = d.flat(dimension.center()), chord = d.flat(dimension.chordPoint()),
+                      from = d.flat(dimension.overrideCenter()), jog = d.flat(dimension.jogPoint());
     const double radius = chord.distanceTo(center);
     if (radius == 0)
         return figure;
@@ -262,7 +270,9 @@ Figure joggedFigure(Drawing& d, const VcDbRadialDimensionLarge& dimension, bool 
     // From the jog's point to each of the two lines, along the jog's direction.
     const double rise = (chord - from).dotProduct(side);
     const VcGeVector2d slant = out * std::cos(angle) + side * (rise < 0 ? std::sin(angle) : -std::sin(angle));
-    const auto onLine = [&](const VcGePoint2d& through) { return jog + slant * ((through - jog).dotProduct(side) / slant.dotProduct(side)); };
+    const auto onLine = [&](const VcGePoint2d& through) {
+        return jog + slant * ((through - jog).dotProduct(side) / slant.dotProduct(side));
+    };
     const VcGePoint2d first = onLine(from), second = onLine(chord);
     figure.strokes.push_back({from, first});
     figure.strokes.push_back({first, second});

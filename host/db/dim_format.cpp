@@ -29,10 +29,7 @@ bool alternateStacks(const VcDbDimVars& v) { return v.dimaltu == 4 || v.dimaltu 
 
 double rounded(double value, double step) { return step > 0 ? std::round(value / step) * step : value; }
 
-LinearNotation notationOf(int unit)
-{
-    return unit >= 1 && unit <= 5 ? LinearNotation(unit) : LinearNotation::Decimal;
-}
+LinearNotation notationOf(int unit) { return unit >= 1 && unit <= 5 ? LinearNotation(unit) : LinearNotation::Decimal; }
 
 void replaceAll(std::string& text, std::string_view from, std::string_view to)
 {
@@ -69,8 +66,9 @@ std::string withStackedFraction(const std::string& text, const VcDbDimVars& vars
     while (to < text.size() && isDigit(text[to]))
         ++to;
     const std::size_t gap = from > 0 && text[from - 1] == ' ' ? from - 1 : from;
-    return fmt::format("{}{{\\H{:g}x;\\S{}{}{};}}{}", text.substr(0, gap), smallerBy(vars), text.substr(from, slash - from),
-                       vars.dimfrac == 1 ? '#' : '/', text.substr(slash + 1, to - slash - 1), text.substr(to));
+    return fmt::format("{}{{\\H{:g}x;\\S{}{}{};}}{}", text.substr(0, gap), smallerBy(vars),
+                       text.substr(from, slash - from), vars.dimfrac == 1 ? '#' : '/',
+                       text.substr(slash + 1, to - slash - 1), text.substr(to));
 }
 
 // Without a fraction's stack.
@@ -128,13 +126,15 @@ const char* symbolOf(Kind kind) { return kind == Kind::Radius ? "R" : kind == Ki
 // tolerances are too, and the sub-units' suffix stands in place of the unit's.
 class Column {
 public:
-    Column(const VcDbDimVars& vars, Kind kind, bool alternate, double value) : m_vars(vars), m_kind(kind), m_alternate(alternate)
+    Column(const VcDbDimVars& vars, Kind kind, bool alternate, double value)
+        : m_vars(vars), m_kind(kind), m_alternate(alternate)
     {
         m_value = kind == Kind::Angle ? value : rounded(value, style().round);
         const std::string& suffix = alternate ? vars.dimaltmzs : vars.dimmzs;
         const double factor = alternate ? vars.dimaltmzf : vars.dimmzf;
         const bool isBelowOne = m_value != 0 && std::abs(m_value) < 1;
-        if (kind != Kind::Angle && isDecimal(style().unit) && isBelowOne && factor > 0 && !suffix.empty() && suffix != ".") {
+        if (kind != Kind::Angle && isDecimal(style().unit) && isBelowOne && factor > 0 && !suffix.empty() &&
+            suffix != ".") {
             m_subUnit = factor;
             m_subSuffix = suffix;
         }
@@ -163,7 +163,8 @@ private:
 
     std::string number() const
     {
-        return m_kind == Kind::Angle ? angleValueText(m_value, m_vars) : lengthText(m_value * m_subUnit, style(), m_vars, stacks());
+        return m_kind == Kind::Angle ? angleValueText(m_value, m_vars)
+                                     : lengthText(m_value * m_subUnit, style(), m_vars, stacks());
     }
 
     std::string toleranceNumber(double value) const
@@ -292,6 +293,8 @@ DimText dimText(const DimMeasure& measure, const VcDbDimVars& vars, std::string_
         replaceAll(text, "[]", std::string_view(alternate).substr(alternate.starts_with(kBelow) ? kBelow.size() : 0));
     }
     const DimText halves = halvesOf(text);
-    const std::string align = vars.dimtolj == 1 || vars.dimtolj == 2 ? fmt::format("\\A{};", vars.dimtolj) : std::string();
-    return {halves.above.empty() ? halves.above : align + halves.above, halves.below.empty() ? halves.below : align + halves.below};
+    const std::string align =
+        vars.dimtolj == 1 || vars.dimtolj == 2 ? fmt::format("\\A{};", vars.dimtolj) : std::string();
+    return {halves.above.empty() ? halves.above : align + halves.above,
+            halves.below.empty() ? halves.below : align + halves.below};
 }

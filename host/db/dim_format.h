@@ -29,4 +29,5 @@ VKHOST_API std::string dimNumberText(double value, DimMeasure::Kind kind, const 
 
 // The whole text. In the override, "<>" stands for the measurement and "[]" for the alternate units, "\X" begins the part
 // below the line; an empty override is "<>", a single blank or point writes nothing.
-VKHOST_API DimText dimText(const DimMeasure& measure, const VcDbDimVars& vars, std::string_view override, bool inPaperSpace);
+VKHOST_API DimText dimText(const DimMeasure& measure, const VcDbDimVars& vars, std::string_view override,
+                           bool inPaperSpace);

@@ -8,7 +8,6 @@
 #include "sdk/vcdb_insert.h"
 #include "sdk/vcdb_text.h"
 
-
 VCDB_DEFINE(VcDbLeader, VcDbEntity, "LEADER")
 VCDB_DEFINE(VcDbFcf, VcDbEntity, "TOLERANCE")
 

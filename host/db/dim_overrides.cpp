@@ -265,10 +265,10 @@ static void apply(const VcDbObject& object, VcDbDimVars& vars, const Override& o
         return;
     if (variable->isReference()) {
         if (const auto* member = std::get_if<VcDbObjectId VcDbDimVars::*>(&variable->member))
-            vars.**member = idOf(object, o.value);
+            vars.** member = idOf(object, o.value);
     } else if (const auto* text = std::get_if<std::string VcDbDimVars::*>(&variable->member)) {
         if (o.value.form == Tag::Form::Utf8)
-            vars.**text = o.value.view();
+            vars.** text = o.value.view();
     } else if (const auto number = numberOf(o.value)) {
         setDimNumber(vars, *variable, *number);
     }

@@ -74,7 +74,8 @@ bool arrowHasNoBody(const DatabaseCore& db, VcDbObjectId block)
 }
 
 // The standard arrow is a filled triangle, a third as wide as long.
-std::unique_ptr<VcDbEntity> arrowPiece(const DatabaseCore& db, VcDbObjectId block, const VcGePoint3d& tip, double direction, double size)
+std::unique_ptr<VcDbEntity> arrowPiece(const DatabaseCore& db, VcDbObjectId block, const VcGePoint3d& tip,
+                                       double direction, double size)
 {
     if (!db.liveAs<VcDbBlockTableRecord>(block)) {
         const VcGeVector2d flatBack = unit(direction) * -size, flatSide = left(unit(direction)) * (size / 6);
@@ -125,7 +126,8 @@ Drawing drawingFor(const VcDbDimension& dimension, DatabaseCore& db, bool inPape
     d.arrow = d.scaled(std::max(0.0, d.vars.dimasz));
     d.gap = d.scaled(std::abs(d.vars.dimgap));
     d.hasBox = d.vars.dimgap < 0;
-    const VcDbObjectId first = d.vars.dimsah ? d.vars.dimblk1 : d.vars.dimblk, second = d.vars.dimsah ? d.vars.dimblk2 : d.vars.dimblk;
+    const VcDbObjectId first = d.vars.dimsah ? d.vars.dimblk1 : d.vars.dimblk,
+                       second = d.vars.dimsah ? d.vars.dimblk2 : d.vars.dimblk;
     d.arrows[0] = arrowKind(db, d.vars, first);
     d.arrows[1] = arrowKind(db, d.vars, second);
     d.flipped[0] = dimension.isArrowFlipped(false);
@@ -193,7 +195,9 @@ public:
         for (const Stroke& s : figure.strokes)
             add(std::make_unique<VcDbLine>(at(s.from), at(s.to)), s.part);
         for (const Bow& b : figure.bows)
-            add(std::make_unique<VcDbArc>(at(b.center), VcGeVector3d::zAxis(), b.radius, turned(b.start), turned(b.start + b.sweep)), b.part);
+            add(std::make_unique<VcDbArc>(at(b.center), VcGeVector3d::zAxis(), b.radius, turned(b.start),
+                                          turned(b.start + b.sweep)),
+                b.part);
         for (const Arrow& a : figure.arrows)
             addArrow(a);
         for (const Label& l : figure.labels)
@@ -212,7 +216,9 @@ private:
         EntityProps props = m_props;
         props.color = VcCmColor::fromIndex(extension ? v.dimclre : v.dimclrd);
         props.lineWeight = extension ? v.dimlwe : v.dimlwd;
-        const VcDbObjectId type = part == Part::Extension1 ? v.dimltex1 : part == Part::Extension2 ? v.dimltex2 : v.dimltype;
+        const VcDbObjectId type = part == Part::Extension1   ? v.dimltex1
+                                  : part == Part::Extension2 ? v.dimltex2
+                                                             : v.dimltype;
         props.linetype = type.isNull() || part == Part::Frame || part == Part::CenterMark ? m_byBlock : type;
         put(std::move(entity), props);
     }
@@ -352,7 +358,8 @@ VcDbBlockTableRecord& newBlock(DatabaseCore& db)
 VcDbBlockTableRecord& blockFor(DatabaseCore& db, const VcDbDimension& dimension)
 {
     auto* own = db.liveAs<VcDbBlockTableRecord>(dimension.dimBlockId());
-    const bool reusable = own && own->nameUtf8().size() > 1 && equalNoCase(std::string_view(own->nameUtf8()).substr(0, 2), "*D");
+    const bool reusable =
+        own && own->nameUtf8().size() > 1 && equalNoCase(std::string_view(own->nameUtf8()).substr(0, 2), "*D");
     if (!reusable || isBlockShared(dimension))
         return newBlock(db);
     for (const std::uint32_t slot : std::vector<std::uint32_t>(own->memberSlots()))

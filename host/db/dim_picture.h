@@ -43,7 +43,8 @@ double overallScale(const VcDbDimVars& vars, const DatabaseCore& db, bool inPape
 bool isInPaperSpace(const VcDbEntity& entity, const DatabaseCore& db);
 
 // An arrow in the XY plane, its tip there and pointing in that direction; null where the style has none.
-std::unique_ptr<VcDbEntity> arrowPiece(const DatabaseCore& db, VcDbObjectId block, const VcGePoint3d& tip, double direction, double size);
+std::unique_ptr<VcDbEntity> arrowPiece(const DatabaseCore& db, VcDbObjectId block, const VcGePoint3d& tip,
+                                       double direction, double size);
 // Whether a line runs through to the tip of arrows of that block.
 bool arrowHasNoBody(const DatabaseCore& db, VcDbObjectId block);
 

@@ -33,10 +33,11 @@ public:
                 addAcross(m_vertices[i]);
         if (m_mline.closedMline())
             return;
-        addEnd(m_vertices.front(), -m_vertices.front().direction, flags & Style::kStartSquareCap, flags & Style::kStartRoundCap,
-               flags & Style::kStartInnerArcs);
+        addEnd(m_vertices.front(), -m_vertices.front().direction, flags & Style::kStartSquareCap,
+               flags & Style::kStartRoundCap, flags & Style::kStartInnerArcs);
         const VcGeVector3d ahead = m_vertices[n - 2].direction;
-        addEnd(m_vertices.back(), ahead, flags & Style::kEndSquareCap, flags & Style::kEndRoundCap, flags & Style::kEndInnerArcs);
+        addEnd(m_vertices.back(), ahead, flags & Style::kEndSquareCap, flags & Style::kEndRoundCap,
+               flags & Style::kEndInnerArcs);
     }
 
 private:
@@ -81,7 +82,9 @@ private:
         std::vector<std::size_t> order(v.elements.size());
         for (std::size_t i = 0; i < order.size(); ++i)
             order[i] = i;
-        const auto offset = [&](std::size_t e) { return v.elements[e].lengths.empty() ? 0.0 : v.elements[e].lengths[0]; };
+        const auto offset = [&](std::size_t e) {
+            return v.elements[e].lengths.empty() ? 0.0 : v.elements[e].lengths[0];
+        };
         std::sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) { return offset(a) < offset(b); });
         return order;
     }

@@ -57,7 +57,8 @@ void VcDbTaggedText::tagFields(FieldVisitor& v, std::string* prompt)
 
 // Attribute
 
-Vcad::ErrorStatus VcDbAttribute::setAttributeFromBlock(const VcDbAttributeDefinition* definition, const VcGeMatrix3d& blockTransform)
+Vcad::ErrorStatus VcDbAttribute::setAttributeFromBlock(const VcDbAttributeDefinition* definition,
+                                                       const VcGeMatrix3d& blockTransform)
 {
     if (!definition)
         return Vcad::eInvalidInput;

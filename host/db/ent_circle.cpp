@@ -26,7 +26,8 @@ void addFlatArc(VcDbExtents& extents, const VcGePoint3d& center, double radius, 
 }
 
 // The part of a circle from start to end, with its thickness.
-void addArc(VcDbExtents& extents, const VcGePoint3d& ownCenter, double radius, double start, double end, const VcDbExtrusion& extrusion)
+void addArc(VcDbExtents& extents, const VcGePoint3d& ownCenter, double radius, double start, double end,
+            const VcDbExtrusion& extrusion)
 {
     const vk::geom::Frame frame = vk::geom::arbitraryFrame(extrusion.normal());
     VcDbExtents flat;
@@ -73,7 +74,10 @@ Vcad::ErrorStatus VcDbCircle::setCenter(const VcGePoint3d& center)
     return setMember(*this, m_center, fromWorld(center, normal()), isFinite(center));
 }
 
-Vcad::ErrorStatus VcDbCircle::setRadius(double radius) { return setMember(*this, m_radius, radius, isPositive(radius)); }
+Vcad::ErrorStatus VcDbCircle::setRadius(double radius)
+{
+    return setMember(*this, m_radius, radius, isPositive(radius));
+}
 Vcad::ErrorStatus VcDbCircle::setThickness(double t) { return setThicknessOf(*this, m_extrusion, t); }
 
 Vcad::ErrorStatus VcDbCircle::setNormal(const VcGeVector3d& n)
@@ -111,7 +115,8 @@ void VcDbCircle::fields(FieldVisitor& v)
 
 // Arc
 
-VcDbArc::VcDbArc(const VcGePoint3d& center, const VcGeVector3d& normal, double radius, double startAngle, double endAngle)
+VcDbArc::VcDbArc(const VcGePoint3d& center, const VcGeVector3d& normal, double radius, double startAngle,
+                 double endAngle)
     : m_center(fromWorld(center, normal)), m_radius(radius), m_startAngle(startAngle), m_endAngle(endAngle)
 {
     m_extrusion.setNormal(normal.normal());

@@ -29,13 +29,17 @@ Axes principalAxes(const VcGeVector3d& a, const VcGeVector3d& b)
 
 }
 
-VcDbEllipse::VcDbEllipse(const VcGePoint3d& center, const VcGeVector3d& normal, const VcGeVector3d& majorAxis, double radiusRatio,
-                         double startParam, double endParam)
-    : m_center(center), m_major(majorAxis), m_normal(normal.normal()), m_ratio(radiusRatio), m_startParam(startParam), m_endParam(endParam)
+VcDbEllipse::VcDbEllipse(const VcGePoint3d& center, const VcGeVector3d& normal, const VcGeVector3d& majorAxis,
+                         double radiusRatio, double startParam, double endParam)
+    : m_center(center), m_major(majorAxis), m_normal(normal.normal()), m_ratio(radiusRatio), m_startParam(startParam),
+      m_endParam(endParam)
 {
 }
 
-Vcad::ErrorStatus VcDbEllipse::setCenter(const VcGePoint3d& center) { return setMember(*this, m_center, center, isFinite(center)); }
+Vcad::ErrorStatus VcDbEllipse::setCenter(const VcGePoint3d& center)
+{
+    return setMember(*this, m_center, center, isFinite(center));
+}
 VcGeVector3d VcDbEllipse::minorAxis() const { return m_normal.crossProduct(m_major) * m_ratio; }
 
 Vcad::ErrorStatus VcDbEllipse::setRadiusRatio(double ratio)
@@ -66,7 +70,8 @@ VcGePoint3d VcDbEllipse::pointAt(double param) const
 Vcad::ErrorStatus VcDbEllipse::set(const VcGePoint3d& center, const VcGeVector3d& normal, const VcGeVector3d& majorAxis,
                                    double radiusRatio, double startParam, double endParam)
 {
-    if (!isFinite(center) || !isDirection(normal) || !isDirection(majorAxis) || !isFinite(startParam) || !isFinite(endParam))
+    if (!isFinite(center) || !isDirection(normal) || !isDirection(majorAxis) || !isFinite(startParam) ||
+        !isFinite(endParam))
         return Vcad::eOutOfRange;
     if (!(radiusRatio >= kSmallestRatio && radiusRatio <= 1))
         return Vcad::eOutOfRange;
@@ -122,7 +127,8 @@ Vcad::ErrorStatus VcDbEllipse::setFromCircle(const VcDbCircle& circle, const VcG
 Vcad::ErrorStatus VcDbEllipse::setFromArc(const VcDbArc& arc, const VcGeMatrix3d& m)
 {
     const vk::geom::Frame frame = vk::geom::arbitraryFrame(arc.normal());
-    VcDbEllipse round(arc.center(), arc.normal(), frame.x * arc.radius(), 1, arc.startAngle(), arc.startAngle() + arc.totalAngle());
+    VcDbEllipse round(arc.center(), arc.normal(), frame.x * arc.radius(), 1, arc.startAngle(),
+                      arc.startAngle() + arc.totalAngle());
     if (const Vcad::ErrorStatus status = round.transformBy(m))
         return status;
     return set(round.m_center, round.m_normal, round.m_major, round.m_ratio, round.m_startParam, round.m_endParam);

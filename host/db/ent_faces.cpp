@@ -10,7 +10,8 @@ VCDB_DEFINE(VcDbFace, VcDbEntity, "3DFACE")
 
 namespace {
 
-void setCorners(VcGePoint3d (&corners)[4], const VcGePoint3d& a, const VcGePoint3d& b, const VcGePoint3d& c, const VcGePoint3d& d)
+void setCorners(VcGePoint3d (&corners)[4], const VcGePoint3d& a, const VcGePoint3d& b, const VcGePoint3d& c,
+                const VcGePoint3d& d)
 {
     corners[0] = a;
     corners[1] = b;
@@ -38,7 +39,10 @@ void readCorners(FieldVisitor& v, VcGePoint3d (&corners)[4])
         corners[3] = isFinite(fourth) ? fourth : corners[2];
 }
 
-void quadFields(FieldVisitor& v, VcGePoint3d (&corners)[4]) { v.isReading() ? readCorners(v, corners) : cornerFields(v, corners); }
+void quadFields(FieldVisitor& v, VcGePoint3d (&corners)[4])
+{
+    v.isReading() ? readCorners(v, corners) : cornerFields(v, corners);
+}
 
 }
 

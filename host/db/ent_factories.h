@@ -11,6 +11,7 @@
 VKHOST_API std::unique_ptr<VcDbObject> createPolyline(std::int64_t flags, std::string_view marker);
 VKHOST_API std::unique_ptr<VcDbObject> createVertex(std::int64_t flags, std::string_view marker);
 // A grid of references when it has more than one column (group 70) or row (71).
-VKHOST_API std::unique_ptr<VcDbObject> createInsert(std::int64_t columns, std::int64_t rows, std::string_view lastMarker);
+VKHOST_API std::unique_ptr<VcDbObject> createInsert(std::int64_t columns, std::int64_t rows,
+                                                    std::string_view lastMarker);
 // Of the seven dimensions by flags (group 70) and the last marker.
 VKHOST_API std::unique_ptr<VcDbObject> createDimension(std::int64_t flags, std::string_view marker);

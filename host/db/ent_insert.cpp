@@ -23,7 +23,10 @@ std::unique_ptr<VcDbObject> createInsert(std::int64_t columns, std::int64_t rows
     return std::make_unique<VcDbBlockReference>();
 }
 
-VcDbBlockReference::VcDbBlockReference(const VcGePoint3d& position, VcDbObjectId block) : m_position(position), m_block(block) {}
+VcDbBlockReference::VcDbBlockReference(const VcGePoint3d& position, VcDbObjectId block)
+    : m_position(position), m_block(block)
+{
+}
 
 Vcad::ErrorStatus VcDbBlockReference::setBlockTableRecord(VcDbObjectId block)
 {
@@ -57,8 +60,9 @@ Vcad::ErrorStatus VcDbBlockReference::setNormal(const VcGeVector3d& n)
 VcGeMatrix3d VcDbBlockReference::matrixWithBase(const VcGePoint3d& base) const
 {
     const VcGeVector3d z = VcGeVector3d::zAxis();
-    return VcGeMatrix3d::planeToWorld(normal()) * VcGeMatrix3d::translation(m_position.asVector()) * VcGeMatrix3d::rotation(m_rotation, z) *
-           VcGeMatrix3d::scaling(m_scale) * VcGeMatrix3d::translation(-base.asVector());
+    return VcGeMatrix3d::planeToWorld(normal()) * VcGeMatrix3d::translation(m_position.asVector()) *
+           VcGeMatrix3d::rotation(m_rotation, z) * VcGeMatrix3d::scaling(m_scale) *
+           VcGeMatrix3d::translation(-base.asVector());
 }
 
 VcGeMatrix3d VcDbBlockReference::blockTransform() const
@@ -102,7 +106,8 @@ std::optional<AxesMove> axesMove(const PlaneMove& move, const VcGeScale3d& scale
     const bool isStill = x.y == s && x.x == c;
     // A mirrored reference keeps its normal and turns one factor negative.
     const double sy = move.mirrored ? -y.length() : y.length();
-    return AxesMove{{scale.sx * x.length(), scale.sy * sy, scale.sz * move.height}, isStill ? rotation : turnOf(std::atan2(x.y, x.x))};
+    return AxesMove{{scale.sx * x.length(), scale.sy * sy, scale.sz * move.height},
+                    isStill ? rotation : turnOf(std::atan2(x.y, x.x))};
 }
 
 }
@@ -143,7 +148,10 @@ Vcad::ErrorStatus VcDbBlockReference::getGeomExtents(VcDbExtents& extents) const
     return extentsStatus(extents);
 }
 
-Vcad::ErrorStatus VcDbBlockReference::explode(std::vector<VcDbEntity*>& pieces) const { return explodeReference(*this, pieces); }
+Vcad::ErrorStatus VcDbBlockReference::explode(std::vector<VcDbEntity*>& pieces) const
+{
+    return explodeReference(*this, pieces);
+}
 
 // Attributes follow (66) when there are any; a plain reference has no grid, whatever the groups 70, 71, 44, 45 say at
 // their defaults.

@@ -58,7 +58,8 @@ std::unique_ptr<VcDbEntity> looseCopy(const VcDbEntity& entity)
     VcDbObjectId none;
     if (const auto* reference = VcDbBlockReference::cast(&entity))
         for (const VcDbEntity* attribute : reference->attributes())
-            static_cast<VcDbBlockReference&>(*copy).appendAttribute(static_cast<VcDbAttribute*>(looseCopy(*attribute).release()));
+            static_cast<VcDbBlockReference&>(*copy).appendAttribute(
+                static_cast<VcDbAttribute*>(looseCopy(*attribute).release()));
     if (const auto* polyline = VcDbVertexOwner::cast(&entity))
         for (const VcDbEntity* vertex : polyline->vertices())
             static_cast<VcDbVertexOwner&>(*copy).appendSubEntity(none, looseCopy(*vertex).release());
@@ -128,13 +129,15 @@ void BlockExtents::addMembers(VcDbExtents& extents, VcDbObjectId block, const Vc
 {
     const bool boxStays = keepsBoxes(m);
     forEachMember(block, [&](const VcDbEntity& member) {
-        if (member.isKindOf(VcDbAttributeDefinition::desc()) && !static_cast<const VcDbAttributeDefinition&>(member).isConstant())
+        if (member.isKindOf(VcDbAttributeDefinition::desc()) &&
+            !static_cast<const VcDbAttributeDefinition&>(member).isConstant())
             return;
         VcDbExtents one;
         if (const auto* nested = VcDbBlockReference::cast(&member))
             return addNested(extents, *nested, m);
         if (!boxStays)
-            if (const auto copy = looseCopy(member); copy->transformBy(m) == Vcad::eOk && copy->getGeomExtents(one) == Vcad::eOk) {
+            if (const auto copy = looseCopy(member);
+                copy->transformBy(m) == Vcad::eOk && copy->getGeomExtents(one) == Vcad::eOk) {
                 extents.addExt(one);
                 return;
             }
@@ -192,7 +195,8 @@ bool addMoved(std::unique_ptr<VcDbEntity> entity, const VcGeMatrix3d& m, Pieces&
 // The blocks whose members are being exploded, outermost first: one that turns up again holds itself and has no end.
 class BlockAtWork {
 public:
-    explicit BlockAtWork(VcDbObjectId block) : m_isNested(std::find(s_blocks.begin(), s_blocks.end(), block) != s_blocks.end())
+    explicit BlockAtWork(VcDbObjectId block)
+        : m_isNested(std::find(s_blocks.begin(), s_blocks.end(), block) != s_blocks.end())
     {
         s_blocks.push_back(block);
     }
@@ -224,9 +228,8 @@ Vcad::ErrorStatus explodeReference(const VcDbBlockReference& reference, std::vec
         return Vcad::eCannotExplode;
     Pieces made;
     bool all = true;
-    forEachMember(reference.blockTableRecord(), [&](const VcDbEntity& member) {
-        all = all && addMoved(looseCopy(member), m, made, kDeepest);
-    });
+    forEachMember(reference.blockTableRecord(),
+                  [&](const VcDbEntity& member) { all = all && addMoved(looseCopy(member), m, made, kDeepest); });
     if (!all)
         return Vcad::eCannotScaleNonUniformly;
     for (std::unique_ptr<VcDbEntity>& piece : made)

@@ -91,7 +91,10 @@ void VcDbPoint::fields(FieldVisitor& v)
 
 // Rays and construction lines
 
-Vcad::ErrorStatus VcDbUnboundedLine::setBasePoint(const VcGePoint3d& p) { return setMember(*this, m_base, p, isFinite(p)); }
+Vcad::ErrorStatus VcDbUnboundedLine::setBasePoint(const VcGePoint3d& p)
+{
+    return setMember(*this, m_base, p, isFinite(p));
+}
 
 Vcad::ErrorStatus VcDbUnboundedLine::setUnitDir(const VcGeVector3d& direction)
 {

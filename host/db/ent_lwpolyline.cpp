@@ -48,7 +48,8 @@ VcDbPolyline::Widths VcDbPolyline::widthsAt(std::size_t index) const
     return m_widths.isSet() ? valueAt(m_widths, index) : Widths{m_constantWidth, m_constantWidth};
 }
 
-Vcad::ErrorStatus VcDbPolyline::addVertexAt(unsigned index, const VcGePoint2d& point, double bulge, double startWidth, double endWidth)
+Vcad::ErrorStatus VcDbPolyline::addVertexAt(unsigned index, const VcGePoint2d& point, double bulge, double startWidth,
+                                            double endWidth)
 {
     if (index > numVerts())
         return Vcad::eInvalidIndex;
@@ -173,7 +174,9 @@ Vcad::ErrorStatus VcDbPolyline::getConstantWidth(double& width) const
     }
     const WidthList& widths = *m_widths;
     const double first = valueAt(widths, 0).start;
-    const bool alike = std::all_of(widths.begin(), widths.end(), [&](const Widths& w) { return w == Widths{first, first}; });
+    const bool alike = std::all_of(widths.begin(), widths.end(), [&](const Widths& w) {
+        return w == Widths{first, first};
+    });
     if (!alike || widths.size() < m_points.size())
         return Vcad::eInvalidInput;
     width = first;
@@ -244,8 +247,9 @@ struct FlatBox {
     bool holdsArc(const VcGePoint2d& from, const VcGePoint2d& to, double bulge) const
     {
         const double bow = std::fabs(bulge) * from.distanceTo(to) / 2;
-        return std::fabs(bulge) <= 1 && std::min(from.x, to.x) - bow >= low.x && std::max(from.x, to.x) + bow <= high.x &&
-               std::min(from.y, to.y) - bow >= low.y && std::max(from.y, to.y) + bow <= high.y;
+        return std::fabs(bulge) <= 1 && std::min(from.x, to.x) - bow >= low.x &&
+               std::max(from.x, to.x) + bow <= high.x && std::min(from.y, to.y) - bow >= low.y &&
+               std::max(from.y, to.y) + bow <= high.y;
     }
 };
 
@@ -269,7 +273,8 @@ Vcad::ErrorStatus VcDbPolyline::getGeomExtents(VcDbExtents& extents) const
             continue;
         if (const auto arc = bulgeArc(from, to, m_bulges[i])) {
             const double sweep = turnOf(arc->end - arc->start);
-            addEllipse(flat, inWorld(arc->center), frame.x * arc->radius, frame.y * arc->radius, arc->start, arc->start + sweep);
+            addEllipse(flat, inWorld(arc->center), frame.x * arc->radius, frame.y * arc->radius, arc->start,
+                       arc->start + sweep);
         }
     }
     if (flat.isEmpty())

@@ -24,7 +24,10 @@ Vcad::ErrorStatus VcDbMText::change(T& member, const T& value)
 
 // Place
 
-Vcad::ErrorStatus VcDbMText::setLocation(const VcGePoint3d& p) { return isFinite(p) ? change(m_location, p) : Vcad::eOutOfRange; }
+Vcad::ErrorStatus VcDbMText::setLocation(const VcGePoint3d& p)
+{
+    return isFinite(p) ? change(m_location, p) : Vcad::eOutOfRange;
+}
 
 Vcad::ErrorStatus VcDbMText::setNormal(const VcGeVector3d& n)
 {
@@ -92,7 +95,10 @@ Vcad::ErrorStatus VcDbMText::setTextStyle(VcDbObjectId style)
     return mayReferTo(*this, style, VcDbTextStyleTableRecord::desc()) ? change(m_style, style) : Vcad::eInvalidInput;
 }
 
-Vcad::ErrorStatus VcDbMText::setTextHeight(double h) { return isPositive(h) ? change(m_textHeight, h) : Vcad::eOutOfRange; }
+Vcad::ErrorStatus VcDbMText::setTextHeight(double h)
+{
+    return isPositive(h) ? change(m_textHeight, h) : Vcad::eOutOfRange;
+}
 
 Vcad::ErrorStatus VcDbMText::setAttachment(AttachmentPoint point)
 {
@@ -106,7 +112,8 @@ Vcad::ErrorStatus VcDbMText::setFlowDirection(FlowDirection flow)
 
 Vcad::ErrorStatus VcDbMText::setLineSpacingStyle(VcDb::LineSpacingStyle style)
 {
-    return style == VcDb::kAtLeast || style == VcDb::kExactly ? change(m_spacingStyle, std::int8_t(style)) : Vcad::eOutOfRange;
+    return style == VcDb::kAtLeast || style == VcDb::kExactly ? change(m_spacingStyle, std::int8_t(style))
+                                                              : Vcad::eOutOfRange;
 }
 
 Vcad::ErrorStatus VcDbMText::setLineSpacingFactor(double factor)
@@ -114,8 +121,14 @@ Vcad::ErrorStatus VcDbMText::setLineSpacingFactor(double factor)
     return factor >= 0.25 && factor <= 4 ? change(m_spacingFactor, factor) : Vcad::eOutOfRange;
 }
 
-Vcad::ErrorStatus VcDbMText::setWidth(double w) { return w >= 0 && isFinite(w) ? change(m_width, w) : Vcad::eOutOfRange; }
-Vcad::ErrorStatus VcDbMText::setHeight(double h) { return h >= 0 && isFinite(h) ? change(m_height, h) : Vcad::eOutOfRange; }
+Vcad::ErrorStatus VcDbMText::setWidth(double w)
+{
+    return w >= 0 && isFinite(w) ? change(m_width, w) : Vcad::eOutOfRange;
+}
+Vcad::ErrorStatus VcDbMText::setHeight(double h)
+{
+    return h >= 0 && isFinite(h) ? change(m_height, h) : Vcad::eOutOfRange;
+}
 
 // Columns
 
@@ -191,7 +204,8 @@ vktext::MTextLayout layoutOf(const VcDbMText& text)
         spec.columns.count = text.columnCount() > 0 ? std::min(text.columnCount(), kMostColumns) : kMostColumns;
         spec.columns.width = text.columnWidth();
         spec.columns.gutter = text.columnGutterWidth();
-        const int listed = text.columnAutoHeight() || text.columnType() == VcDbMText::kStaticColumns ? 1 : spec.columns.count;
+        const int listed =
+            text.columnAutoHeight() || text.columnType() == VcDbMText::kStaticColumns ? 1 : spec.columns.count;
         for (int i = 0; i < listed; ++i)
             spec.columns.heights.push_back(text.columnHeight(i));
     }
@@ -306,7 +320,8 @@ Vcad::ErrorStatus VcDbMText::explode(std::vector<VcDbEntity*>& pieces) const
         line->setHeight(fragment.height);
         // Texts of one line have no tracking: their width makes up for it.
         const bool tracked = fragment.tracking != 1;
-        line->setWidthFactor(tracked ? vktext::fittedWidthFactor(style, fragment.height, text, fragment.width) : fragment.widthFactor);
+        line->setWidthFactor(tracked ? vktext::fittedWidthFactor(style, fragment.height, text, fragment.width)
+                                     : fragment.widthFactor);
         line->setOblique(fragment.oblique);
         line->setTextUtf8(text);
         paint(*line, fragment.color);

@@ -18,7 +18,8 @@ VCDB_DEFINE(VcDbPolyFaceMesh, VcDbVertexOwner, "POLYLINE")
 std::unique_ptr<VcDbObject> createPolyline(std::int64_t flags, std::string_view marker)
 {
     using Owner = VcDbVertexOwner;
-    const bool isMarked = marker == "AcDb2dPolyline" || marker == "AcDb3dPolyline" || marker == "AcDbPolygonMesh" || marker == "AcDbPolyFaceMesh";
+    const bool isMarked = marker == "AcDb2dPolyline" || marker == "AcDb3dPolyline" || marker == "AcDbPolygonMesh" ||
+                          marker == "AcDbPolyFaceMesh";
     if (isMarked ? marker == "AcDbPolyFaceMesh" : (flags & Owner::kPolyFaceMesh) != 0)
         return std::make_unique<VcDbPolyFaceMesh>();
     if (isMarked ? marker == "AcDbPolygonMesh" : (flags & Owner::kPolygonMesh) != 0)
@@ -103,10 +104,11 @@ Vcad::ErrorStatus VcDb2dPolyline::transformBy(const VcGeMatrix3d& m)
     if (!move)
         return Vcad::eInvalidInput;
     const auto all = vertices();
-    const bool needsEven = m_startWidth != 0 || m_endWidth != 0 || std::any_of(all.begin(), all.end(), [](const VcDbEntity* e) {
-        const auto* vertex = VcDb2dVertex::cast(e);
-        return vertex && (vertex->bulge() != 0 || vertex->startWidth() != 0 || vertex->endWidth() != 0);
-    });
+    const bool needsEven =
+        m_startWidth != 0 || m_endWidth != 0 || std::any_of(all.begin(), all.end(), [](const VcDbEntity* e) {
+            const auto* vertex = VcDb2dVertex::cast(e);
+            return vertex && (vertex->bulge() != 0 || vertex->startWidth() != 0 || vertex->endWidth() != 0);
+        });
     if (!move->canMove(m_extrusion) || (!move->even && needsEven))
         return Vcad::eCannotScaleNonUniformly;
 
@@ -131,7 +133,8 @@ Vcad::ErrorStatus VcDb2dPolyline::transformBy(const VcGeMatrix3d& m)
     return Vcad::eOk;
 }
 
-static std::vector<PlaneSegment> segmentsOf(const std::vector<const VcDb2dVertex*>& vertices, bool closed, double elevation)
+static std::vector<PlaneSegment> segmentsOf(const std::vector<const VcDb2dVertex*>& vertices, bool closed,
+                                            double elevation)
 {
     std::vector<PlaneSegment> segments;
     const std::size_t n = vertices.size();
@@ -155,11 +158,13 @@ Vcad::ErrorStatus VcDb2dPolyline::getGeomExtents(VcDbExtents& extents) const
             continue;
         VcDbExtents flat;
         const VcGePoint3d center = frame.toWorld(VcGePoint3d(arc->center.x, arc->center.y, s.elevation));
-        addEllipse(flat, center, frame.x * arc->radius, frame.y * arc->radius, arc->start, arc->start + turnOf(arc->end - arc->start));
+        addEllipse(flat, center, frame.x * arc->radius, frame.y * arc->radius, arc->start,
+                   arc->start + turnOf(arc->end - arc->start));
         addExtruded(extents, flat.minPoint(), m_extrusion);
         addExtruded(extents, flat.maxPoint(), m_extrusion);
     }
-    const bool wide = std::any_of(through.begin(), through.end(), [](const VcDb2dVertex* v) { return v->startWidth() > 0 || v->endWidth() > 0; });
+    const bool wide = std::any_of(through.begin(), through.end(),
+                                  [](const VcDb2dVertex* v) { return v->startWidth() > 0 || v->endWidth() > 0; });
     if (const auto curve = wide ? curveOf(*this) : std::nullopt) {
         const vk::geom::Box3d box = vk::geom::extents(*curve);
         addExtruded(extents, box.min, m_extrusion);
@@ -199,7 +204,8 @@ Vcad::ErrorStatus VcDb3dPolyline::explode(std::vector<VcDbEntity*>& pieces) cons
 {
     std::vector<VcGePoint3d> points;
     for (const VcDbEntity* entity : vertices())
-        if (const auto* vertex = VcDbVertex::cast(entity); vertex && !(vertex->vertexFlags() & VcDbVertex::kSplineFrame))
+        if (const auto* vertex = VcDbVertex::cast(entity);
+            vertex && !(vertex->vertexFlags() & VcDbVertex::kSplineFrame))
             points.push_back(vertex->position());
     for (std::size_t i = 0; i + (isClosed() ? 0 : 1) < points.size(); ++i)
         pieces.push_back(pieceOf(*this, std::make_unique<VcDbLine>(points[i], points[(i + 1) % points.size()])));
@@ -215,8 +221,14 @@ void VcDb3dPolyline::fields(FieldVisitor& v)
 
 // Polygon mesh
 
-Vcad::ErrorStatus VcDbPolygonMesh::setMSize(std::int16_t size) { return setMember(*this, m_mSize, size, size >= 2 && size <= 256); }
-Vcad::ErrorStatus VcDbPolygonMesh::setNSize(std::int16_t size) { return setMember(*this, m_nSize, size, size >= 2 && size <= 256); }
+Vcad::ErrorStatus VcDbPolygonMesh::setMSize(std::int16_t size)
+{
+    return setMember(*this, m_mSize, size, size >= 2 && size <= 256);
+}
+Vcad::ErrorStatus VcDbPolygonMesh::setNSize(std::int16_t size)
+{
+    return setMember(*this, m_nSize, size, size >= 2 && size <= 256);
+}
 
 Vcad::ErrorStatus VcDbPolygonMesh::explode(std::vector<VcDbEntity*>& pieces) const
 {
@@ -226,15 +238,16 @@ Vcad::ErrorStatus VcDbPolygonMesh::explode(std::vector<VcDbEntity*>& pieces) con
     const std::size_t columns = std::size_t(std::max<std::int16_t>(0, smooth ? m_nDensity : m_nSize));
     std::vector<VcGePoint3d> grid;
     for (const VcDbEntity* entity : vertices())
-        if (const auto* vertex = VcDbVertex::cast(entity); vertex && !(smooth && (vertex->vertexFlags() & VcDbVertex::kSplineFrame)))
+        if (const auto* vertex = VcDbVertex::cast(entity);
+            vertex && !(smooth && (vertex->vertexFlags() & VcDbVertex::kSplineFrame)))
             grid.push_back(vertex->position());
     if (rows < 2 || columns < 2 || grid.size() < rows * columns)
         return Vcad::eCannotExplode;
     const auto at = [&](std::size_t row, std::size_t column) { return grid[row % rows * columns + column % columns]; };
     for (std::size_t row = 0; row + (isMClosed() ? 0 : 1) < rows; ++row)
         for (std::size_t column = 0; column + (isNClosed() ? 0 : 1) < columns; ++column)
-            pieces.push_back(pieceOf(*this, std::make_unique<VcDbFace>(at(row, column), at(row, column + 1), at(row + 1, column + 1),
-                                                                       at(row + 1, column))));
+            pieces.push_back(pieceOf(*this, std::make_unique<VcDbFace>(at(row, column), at(row, column + 1),
+                                                                       at(row + 1, column + 1), at(row + 1, column))));
     return Vcad::eOk;
 }
 

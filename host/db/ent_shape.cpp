@@ -22,9 +22,15 @@ Vcad::ErrorStatus VcDbShape::setName(const wchar_t* name)
     return name && *name ? setMember(*this, m_name, wideToUtf8(name), true) : Vcad::eInvalidInput;
 }
 
-Vcad::ErrorStatus VcDbShape::setShapeNumber(std::int16_t number) { return setMember(*this, m_number, number, number > 0); }
+Vcad::ErrorStatus VcDbShape::setShapeNumber(std::int16_t number)
+{
+    return setMember(*this, m_number, number, number > 0);
+}
 Vcad::ErrorStatus VcDbShape::setRotation(double a) { return setMember(*this, m_rotation, a, isFinite(a)); }
-Vcad::ErrorStatus VcDbShape::setWidthFactor(double f) { return setMember(*this, m_widthFactor, f, isFinite(f) && f != 0); }
+Vcad::ErrorStatus VcDbShape::setWidthFactor(double f)
+{
+    return setMember(*this, m_widthFactor, f, isFinite(f) && f != 0);
+}
 
 Vcad::ErrorStatus VcDbShape::setOblique(double a)
 {

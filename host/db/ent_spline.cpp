@@ -41,7 +41,10 @@ Vcad::ErrorStatus VcDbSpline::getFitPointAt(int index, VcGePoint3d& point) const
     return Vcad::eOk;
 }
 
-Vcad::ErrorStatus VcDbSpline::setFitTolerance(double t) { return setMember(*this, m_fitTolerance, t, t >= 0 && isFinite(t)); }
+Vcad::ErrorStatus VcDbSpline::setFitTolerance(double t)
+{
+    return setMember(*this, m_fitTolerance, t, t >= 0 && isFinite(t));
+}
 
 static bool isPlanarSet(const std::vector<VcGePoint3d>& points)
 {
@@ -55,15 +58,17 @@ static bool isPlanarSet(const std::vector<VcGePoint3d>& points)
     });
 }
 
-Vcad::ErrorStatus VcDbSpline::setNurbsData(int degree, bool closed, bool periodic, const std::vector<VcGePoint3d>& points,
-                                           const std::vector<double>& knots, const std::vector<double>& weights)
+Vcad::ErrorStatus VcDbSpline::setNurbsData(int degree, bool closed, bool periodic,
+                                           const std::vector<VcGePoint3d>& points, const std::vector<double>& knots,
+                                           const std::vector<double>& weights)
 {
     const std::size_t n = points.size();
     if (degree < 1 || degree > 11 || n <= std::size_t(degree) || knots.size() != n + std::size_t(degree) + 1)
         return Vcad::eInvalidInput;
     if (!weights.empty() && weights.size() != n)
         return Vcad::eInvalidInput;
-    const bool sound = std::is_sorted(knots.begin(), knots.end()) && std::all_of(weights.begin(), weights.end(), isPositive) &&
+    const bool sound = std::is_sorted(knots.begin(), knots.end()) &&
+                       std::all_of(weights.begin(), weights.end(), isPositive) &&
                        std::all_of(points.begin(), points.end(), [](const VcGePoint3d& p) { return isFinite(p); });
     if (!sound || !isFinite(knots.front()) || !isFinite(knots.back()))
         return Vcad::eOutOfRange;
@@ -75,7 +80,8 @@ Vcad::ErrorStatus VcDbSpline::setNurbsData(int degree, bool closed, bool periodi
     m_fitPoints.clear();
     m_startTangent.reset();
     m_endTangent.reset();
-    m_flags = std::int16_t((closed ? 1 : 0) | (periodic ? 2 : 0) | (weights.empty() ? 0 : 4) | (isPlanarSet(points) ? 8 : 0));
+    m_flags =
+        std::int16_t((closed ? 1 : 0) | (periodic ? 2 : 0) | (weights.empty() ? 0 : 4) | (isPlanarSet(points) ? 8 : 0));
     return Vcad::eOk;
 }
 

@@ -86,8 +86,8 @@ void VcDbText::align()
     default:
         break;
     }
-    const VcGeVector2d offset = vktext::justificationOffset(style, m_height, drawnText(), vktext::HorizontalMode(m_horizontal),
-                                                            vktext::VerticalMode(m_vertical));
+    const VcGeVector2d offset = vktext::justificationOffset(
+        style, m_height, drawnText(), vktext::HorizontalMode(m_horizontal), vktext::VerticalMode(m_vertical));
     const double c = std::cos(m_rotation), s = std::sin(m_rotation);
     m_position = m_alignment - VcGeVector3d(offset.x * c - offset.y * s, offset.x * s + offset.y * c, 0);
 }
@@ -126,7 +126,10 @@ Vcad::ErrorStatus VcDbText::setTextStyle(VcDbObjectId style)
 
 Vcad::ErrorStatus VcDbText::setHeight(double h) { return isPositive(h) ? change(m_height, h) : Vcad::eOutOfRange; }
 Vcad::ErrorStatus VcDbText::setRotation(double a) { return isFinite(a) ? change(m_rotation, a) : Vcad::eOutOfRange; }
-Vcad::ErrorStatus VcDbText::setWidthFactor(double f) { return isPositive(f) ? change(m_widthFactor, f) : Vcad::eOutOfRange; }
+Vcad::ErrorStatus VcDbText::setWidthFactor(double f)
+{
+    return isPositive(f) ? change(m_widthFactor, f) : Vcad::eOutOfRange;
+}
 
 Vcad::ErrorStatus VcDbText::setOblique(double angle)
 {
@@ -173,7 +176,8 @@ struct LetterLooks {
 LetterFrame letterFrame(const LetterLooks& t)
 {
     const VcGeVector2d u(std::cos(t.rotation), std::sin(t.rotation));
-    return {u * (t.signX * t.widthFactor * t.height), u * (t.signX * std::tan(t.oblique) * t.height) + u.perpVector() * (t.signY * t.height)};
+    return {u * (t.signX * t.widthFactor * t.height),
+            u * (t.signX * std::tan(t.oblique) * t.height) + u.perpVector() * (t.signY * t.height)};
 }
 
 LetterLooks looksOf(const LetterFrame& f, double signX, double signY)
@@ -192,7 +196,8 @@ Vcad::ErrorStatus VcDbText::transformBy(const VcGeMatrix3d& m)
         return Vcad::eInvalidInput;
     if (!move->canMove(m_extrusion))
         return Vcad::eCannotScaleNonUniformly;
-    LetterLooks looks{m_rotation, m_height, m_widthFactor, m_oblique, isMirroredInX() ? -1.0 : 1.0, isMirroredInY() ? -1.0 : 1.0};
+    LetterLooks looks{
+        m_rotation, m_height, m_widthFactor, m_oblique, isMirroredInX() ? -1.0 : 1.0, isMirroredInY() ? -1.0 : 1.0};
     if (move->even) {
         const double rotation = move->angle(m_rotation) + (move->mirrored ? kPi : 0);
         looks.rotation = rotation == m_rotation ? rotation : turnOf(rotation);
@@ -201,7 +206,8 @@ Vcad::ErrorStatus VcDbText::transformBy(const VcGeMatrix3d& m)
         const LetterFrame frame = letterFrame(looks);
         const VcGePoint2d origin = (*move)(VcGePoint2d(), 0);
         const auto image = [&](const VcGeVector2d& v) { return (*move)(VcGePoint2d(v.x, v.y), 0) - origin; };
-        looks = looksOf({image(frame.along), image(frame.up)}, move->mirrored ? -looks.signX : looks.signX, looks.signY);
+        looks =
+            looksOf({image(frame.along), image(frame.up)}, move->mirrored ? -looks.signX : looks.signX, looks.signY);
         looks.rotation = turnOf(looks.rotation);
     }
     if (!isPositive(looks.height) || !isPositive(looks.widthFactor) || std::fabs(looks.oblique) > kSteepest + 1e-9)
@@ -231,7 +237,8 @@ Vcad::ErrorStatus VcDbText::getGeomExtents(VcDbExtents& extents) const
         const double c = std::cos(m_rotation), s = std::sin(m_rotation);
         for (const double x : {box.left, box.right})
             for (const double y : {box.bottom, box.top})
-                addExtruded(drawn, toWorld(base + VcGeVector3d(x * c - y * s, x * s + y * c, 0), normal()), m_extrusion);
+                addExtruded(drawn, toWorld(base + VcGeVector3d(x * c - y * s, x * s + y * c, 0), normal()),
+                            m_extrusion);
         return drawn;
     });
 }

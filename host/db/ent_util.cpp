@@ -41,7 +41,8 @@ double turnOf(double angle)
 // Rounding must not tilt a plane that only moved, or came back to an axis: its own axes could jump.
 static VcGeVector3d settled(const VcGeVector3d& n, const VcGeVector3d& before)
 {
-    const VcGeVector3d likely[] = {before, -before, before.normal(), {0, 0, 1}, {0, 0, -1}, {1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, {0, -1, 0}};
+    const VcGeVector3d likely[] = {before,    -before,    before.normal(), {0, 0, 1}, {0, 0, -1},
+                                   {1, 0, 0}, {-1, 0, 0}, {0, 1, 0},       {0, -1, 0}};
     for (const VcGeVector3d& v : likely)
         if ((n - v).length() < 1e-12)
             return v;
@@ -65,7 +66,8 @@ std::optional<PlaneMove> planeMove(const VcGeMatrix3d& m, const VcGeVector3d& no
     move.own = isFlat ? m : VcGeMatrix3d::worldToPlane(move.normal) * m * VcGeMatrix3d::planeToWorld(old.z);
     const double length = std::sqrt(u.length() * v.length());
     move.scale = length;
-    move.even = std::fabs(u.length() - v.length()) <= 1e-9 * length && std::fabs(u.dotProduct(v)) <= 1e-9 * length * length;
+    move.even =
+        std::fabs(u.length() - v.length()) <= 1e-9 * length && std::fabs(u.dotProduct(v)) <= 1e-9 * length * length;
     move.height = w.dotProduct(move.normal);
     move.upright = (w - move.normal * move.height).length() <= 1e-9 * w.length();
     return move;
@@ -93,8 +95,8 @@ void addExtruded(VcDbExtents& extents, const VcGePoint3d& world, const VcDbExtru
         extents.addPoint(world + extrusion.normal() * extrusion.thickness());
 }
 
-void addEllipse(VcDbExtents& extents, const VcGePoint3d& center, const VcGeVector3d& a, const VcGeVector3d& b, double start,
-                double end)
+void addEllipse(VcDbExtents& extents, const VcGePoint3d& center, const VcGeVector3d& a, const VcGeVector3d& b,
+                double start, double end)
 {
     const auto at = [&](double t) { return center + a * std::cos(t) + b * std::sin(t); };
     const double sweep = end - start;
@@ -118,7 +120,8 @@ std::optional<BulgeArc> bulgeArc(const VcGePoint2d& from, const VcGePoint2d& to,
     if (!isFinite(center) || !isFinite(radius))
         return std::nullopt;
     const double first = (from - center).angle(), last = (to - center).angle();
-    return bulge > 0 ? BulgeArc{center, radius, turnOf(first), turnOf(last)} : BulgeArc{center, radius, turnOf(last), turnOf(first)};
+    return bulge > 0 ? BulgeArc{center, radius, turnOf(first), turnOf(last)}
+                     : BulgeArc{center, radius, turnOf(last), turnOf(first)};
 }
 
 VcDbEntity* segmentPiece(const VcDbEntity& whole, const PlaneSegment& s, const VcDbExtrusion& extrusion)

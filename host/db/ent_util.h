@@ -44,13 +44,13 @@ double turnOf(double angle);
 
 // What an invertible matrix does to an entity with a normal and points in its own coordinates.
 struct PlaneMove {
-    VcGeVector3d normal;      // of the image, on the side that the old normal is taken to
-    VcGeMatrix3d own;         // from the old own coordinates to the new
-    double scale = 1;         // of lengths in the plane, meant when they all scale alike
-    bool even = true;         // whether they do
-    bool mirrored = false;    // seen from the normals, anticlockwise becomes clockwise
-    double height = 1;        // of lengths along the normal
-    bool upright = true;      // whether the image of the normal is perpendicular to the image of the plane
+    VcGeVector3d normal;    // of the image, on the side that the old normal is taken to
+    VcGeMatrix3d own;       // from the old own coordinates to the new
+    double scale = 1;       // of lengths in the plane, meant when they all scale alike
+    bool even = true;       // whether they do
+    bool mirrored = false;  // seen from the normals, anticlockwise becomes clockwise
+    double height = 1;      // of lengths along the normal
+    bool upright = true;    // whether the image of the normal is perpendicular to the image of the plane
 
     VcGePoint3d operator()(const VcGePoint3d& p) const { return own * p; }
     VcGePoint2d operator()(const VcGePoint2d& p, double elevation) const;
@@ -68,8 +68,8 @@ void addExtruded(VcDbExtents& extents, const VcGePoint3d& world, const VcDbExtru
 inline Vcad::ErrorStatus extentsStatus(const VcDbExtents& e) { return e.isEmpty() ? Vcad::eNotApplicable : Vcad::eOk; }
 
 // Both ends of the part of center + a cos t + b sin t from start to end that reaches furthest along each axis.
-void addEllipse(VcDbExtents& extents, const VcGePoint3d& center, const VcGeVector3d& a, const VcGeVector3d& b, double start,
-                double end);
+void addEllipse(VcDbExtents& extents, const VcGePoint3d& center, const VcGeVector3d& a, const VcGeVector3d& b,
+                double start, double end);
 // An arc from one point to another by its bulge, in a plane; a bulge of 0 has none.
 struct BulgeArc {
     VcGePoint2d center;

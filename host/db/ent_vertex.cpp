@@ -173,7 +173,10 @@ void VcDb2dVertex::fields(FieldVisitor& v)
         v.optionalNumber(91, m_identifier, 0);
 }
 
-VcDb3dPolylineVertex::VcDb3dPolylineVertex(const VcGePoint3d& position) : VcDb3dPolylineVertex() { m_position = position; }
+VcDb3dPolylineVertex::VcDb3dPolylineVertex(const VcGePoint3d& position) : VcDb3dPolylineVertex()
+{
+    m_position = position;
+}
 
 void VcDb3dPolylineVertex::fields(FieldVisitor& v)
 {
@@ -181,7 +184,10 @@ void VcDb3dPolylineVertex::fields(FieldVisitor& v)
     v.number(70, m_flags);
 }
 
-VcDbPolygonMeshVertex::VcDbPolygonMeshVertex(const VcGePoint3d& position) : VcDbPolygonMeshVertex() { m_position = position; }
+VcDbPolygonMeshVertex::VcDbPolygonMeshVertex(const VcGePoint3d& position) : VcDbPolygonMeshVertex()
+{
+    m_position = position;
+}
 
 void VcDbPolygonMeshVertex::fields(FieldVisitor& v)
 {
@@ -189,7 +195,10 @@ void VcDbPolygonMeshVertex::fields(FieldVisitor& v)
     v.number(70, m_flags);
 }
 
-VcDbPolyFaceMeshVertex::VcDbPolyFaceMeshVertex(const VcGePoint3d& position) : VcDbPolyFaceMeshVertex() { m_position = position; }
+VcDbPolyFaceMeshVertex::VcDbPolyFaceMeshVertex(const VcGePoint3d& position) : VcDbPolyFaceMeshVertex()
+{
+    m_position = position;
+}
 
 void VcDbPolyFaceMeshVertex::fields(FieldVisitor& v)
 {

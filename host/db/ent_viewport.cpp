@@ -7,10 +7,19 @@
 
 VCDB_DEFINE(VcDbViewport, VcDbEntity, "VIEWPORT")
 
-Vcad::ErrorStatus VcDbViewport::setCenterPoint(const VcGePoint3d& p) { return setMember(*this, m_center, p, isFinite(p)); }
+Vcad::ErrorStatus VcDbViewport::setCenterPoint(const VcGePoint3d& p)
+{
+    return setMember(*this, m_center, p, isFinite(p));
+}
 Vcad::ErrorStatus VcDbViewport::setWidth(double w) { return setMember(*this, m_width, w, isPositive(w)); }
-Vcad::ErrorStatus VcDbViewport::setViewCenter(const VcGePoint2d& p) { return setMember(*this, m_viewCenter, p, isFinite(p)); }
-Vcad::ErrorStatus VcDbViewport::setViewTarget(const VcGePoint3d& p) { return setMember(*this, m_viewTarget, p, isFinite(p)); }
+Vcad::ErrorStatus VcDbViewport::setViewCenter(const VcGePoint2d& p)
+{
+    return setMember(*this, m_viewCenter, p, isFinite(p));
+}
+Vcad::ErrorStatus VcDbViewport::setViewTarget(const VcGePoint3d& p)
+{
+    return setMember(*this, m_viewTarget, p, isFinite(p));
+}
 Vcad::ErrorStatus VcDbViewport::setViewHeight(double h) { return setMember(*this, m_viewHeight, h, isPositive(h)); }
 Vcad::ErrorStatus VcDbViewport::setTwistAngle(double a) { return setMember(*this, m_twist, a, isFinite(a)); }
 Vcad::ErrorStatus VcDbViewport::setLensLength(double l) { return setMember(*this, m_lensLength, l, isPositive(l)); }
@@ -74,7 +83,10 @@ void VcDbViewport::setViewMode(std::int16_t mode)
     m_viewFlags = (m_viewFlags & ~kViewMode) | (mode & kViewMode);
 }
 
-Vcad::ErrorStatus VcDbViewport::setShadePlot(std::int16_t mode) { return setMember(*this, m_shadePlotMode, mode, mode >= 0 && mode <= 3); }
+Vcad::ErrorStatus VcDbViewport::setShadePlot(std::int16_t mode)
+{
+    return setMember(*this, m_shadePlotMode, mode, mode >= 0 && mode <= 3);
+}
 
 Vcad::ErrorStatus VcDbViewport::setLocked(bool locked)
 {
@@ -123,7 +135,8 @@ Vcad::ErrorStatus VcDbViewport::freezeLayersInViewport(const VcDbObjectIdArray& 
 Vcad::ErrorStatus VcDbViewport::thawLayersInViewport(const VcDbObjectIdArray& layers)
 {
     assertWriteEnabled();
-    std::erase_if(m_frozenLayers, [&](VcDbObjectId id) { return std::find(layers.begin(), layers.end(), id) != layers.end(); });
+    std::erase_if(m_frozenLayers,
+                  [&](VcDbObjectId id) { return std::find(layers.begin(), layers.end(), id) != layers.end(); });
     return Vcad::eOk;
 }
 
@@ -241,7 +254,8 @@ void VcDbViewport::viewFields(FieldVisitor& v)
 void VcDbViewport::layerFields(FieldVisitor& v)
 {
     if (!v.isReading()) {
-        v.refs(m_frozenAreHard ? 341 : 331, m_frozenAreHard ? RefKind::HardPointer : RefKind::SoftPointer, m_frozenLayers);
+        v.refs(m_frozenAreHard ? 341 : 331, m_frozenAreHard ? RefKind::HardPointer : RefKind::SoftPointer,
+               m_frozenLayers);
         return;
     }
     VcDbObjectIdArray soft, hard;

@@ -114,4 +114,7 @@ std::string annotationScaleOf(const VcDbViewport& viewport)
     return scale ? scale->nameUtf8() : std::string();
 }
 
-bool assignAnnotationScale(VcDbViewport& viewport, const VcDbScale& scale) { return point(viewport, scale) == Vcad::eOk; }
+bool assignAnnotationScale(VcDbViewport& viewport, const VcDbScale& scale)
+{
+    return point(viewport, scale) == Vcad::eOk;
+}

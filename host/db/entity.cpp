@@ -41,7 +41,8 @@ void VcDbExtents::transformBy(const VcGeMatrix3d& m)
         return;
     VcDbExtents image;
     for (int corner = 0; corner < 8; ++corner)
-        image.addPoint(m * VcGePoint3d(corner & 1 ? m_max.x : m_min.x, corner & 2 ? m_max.y : m_min.y, corner & 4 ? m_max.z : m_min.z));
+        image.addPoint(m * VcGePoint3d(corner & 1 ? m_max.x : m_min.x, corner & 2 ? m_max.y : m_min.y,
+                                       corner & 4 ? m_max.z : m_min.z));
     *this = image;
 }
 

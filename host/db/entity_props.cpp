@@ -20,10 +20,7 @@ static std::uint32_t hashOf(const EntityProps& p)
     return std::uint32_t(h ^ (h >> 32));
 }
 
-EntityPropsTable::EntityPropsTable() : m_places(64)
-{
-    intern(EntityProps());
-}
+EntityPropsTable::EntityPropsTable() : m_places(64) { intern(EntityProps()); }
 
 std::uint32_t EntityPropsTable::intern(const EntityProps& props)
 {

@@ -11,7 +11,7 @@ struct UnclaimedGroups {
     static constexpr std::int16_t kAtStart = -9998;
     static constexpr std::int16_t kAtEnd = -9999;
 
-    std::string subclass;  // empty before the first marker
+    std::string subclass;          // empty before the first marker
     std::uint16_t occurrence = 0;  // of that marker within the object, from 0
     std::int16_t anchorCode = kAtEnd;
     std::uint32_t anchorCount = 1;

@@ -64,7 +64,8 @@ private:
         spec.style = textStyleSpec(m_vars.dimtxsty, &m_db);
         spec.height = m_height;
         const double width = std::max(vktext::layoutMText(spec).width + 2 * m_gap, row / 2);
-        const VcGePoint3d corners[] = {at(left, top), at(left + width, top), at(left + width, top - row), at(left, top - row)};
+        const VcGePoint3d corners[] = {at(left, top), at(left + width, top), at(left + width, top - row),
+                                       at(left, top - row)};
         for (int i = 0; i < 4; ++i)
             add(std::make_unique<VcDbLine>(corners[i], corners[(i + 1) % 4]), m_vars.dimclrd);
         addText(field, at(left + m_gap, top - row / 2));
@@ -80,7 +81,8 @@ private:
         text->setTextHeight(m_height);
         text->setAttachment(VcDbMText::kMiddleLeft);
         text->setLocation(middleLeft);
-        text->setTextStyle(m_vars.dimtxsty.isNull() ? m_db.findRecord(NameTable::TextStyle, "Standard") : m_vars.dimtxsty);
+        text->setTextStyle(m_vars.dimtxsty.isNull() ? m_db.findRecord(NameTable::TextStyle, "Standard")
+                                                    : m_vars.dimtxsty);
         add(std::move(text), m_vars.dimclrt);
     }
 

@@ -5,15 +5,9 @@
 
 namespace {
 
-std::uint64_t bit(int code)
-{
-    return std::uint64_t(1) << (static_cast<unsigned>(code) & 63);
-}
+std::uint64_t bit(int code) { return std::uint64_t(1) << (static_cast<unsigned>(code) & 63); }
 
-bool isMarker(const Tag& tag)
-{
-    return tag.code == 100 || tag.code == 101;
-}
+bool isMarker(const Tag& tag) { return tag.code == 100 || tag.code == 101; }
 
 }
 

@@ -63,7 +63,8 @@ public:
 
 private:
     static constexpr unsigned kMostCalls = 126;
-    static constexpr unsigned kPassedOver = 127;  // the lead of an item whose class left it: not looked up again, and kept
+    static constexpr unsigned kPassedOver =
+        127;  // the lead of an item whose class left it: not looked up again, and kept
     struct Window {
         std::string_view marker;
         std::uint32_t begin, end;

@@ -68,10 +68,7 @@ bool FieldReader::takePoint(int code, VcGePoint3d& value)
     return true;
 }
 
-void FieldReader::point(int code, VcGePoint3d& value)
-{
-    takePoint(code, value);
-}
+void FieldReader::point(int code, VcGePoint3d& value) { takePoint(code, value); }
 
 void FieldReader::point2(int code, VcGePoint2d& value)
 {
@@ -104,7 +101,8 @@ void FieldReader::binary(int code, std::string& bytes)
     if (!tag)
         return;
     bytes.clear();
-    for (std::string chunk; tag; tag = m_scope.cursor < m_scope.end && m_tags[m_scope.cursor].code == code ? take(code) : nullptr) {
+    for (std::string chunk; tag;
+         tag = m_scope.cursor < m_scope.end && m_tags[m_scope.cursor].code == code ? take(code) : nullptr) {
         m_values.bytes(*tag, chunk);
         bytes += chunk;
     }

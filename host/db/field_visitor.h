@@ -15,7 +15,20 @@
 #include <string_view>
 #include <vector>
 
-enum class DxfVersion : std::uint8_t { R10, R11, R12, R13, R14, R2000, R2004, R2007, R2010, R2013, R2018, Newest = R2018 };
+enum class DxfVersion : std::uint8_t {
+    R10,
+    R11,
+    R12,
+    R13,
+    R14,
+    R2000,
+    R2004,
+    R2007,
+    R2010,
+    R2013,
+    R2018,
+    Newest = R2018
+};
 
 // What a reference obliges to: owners are saved with what they own, hard pointers keep their target from a purge.
 enum class RefKind : std::uint8_t { SoftPointer, HardPointer, SoftOwner, HardOwner };

@@ -304,7 +304,8 @@ void FieldWriter::longText(int chunkCode, int lastCode, std::string& utf8)
 {
     std::string_view rest = utf8;
     for (;;) {
-        const std::size_t bytes = rest.size() > kCharactersInChunk ? bytesOfCharacters(rest, kCharactersInChunk) : rest.size();
+        const std::size_t bytes =
+            rest.size() > kCharactersInChunk ? bytesOfCharacters(rest, kCharactersInChunk) : rest.size();
         if (bytes == rest.size())
             break;
         m_sink.text(chunkCode, rest.substr(0, bytes));

@@ -101,9 +101,9 @@ private:
 
     DatabaseCore& m_db;
     GroupSink& m_sink;
-    std::vector<Pending> m_pending;   // of the object, in the order of its file
-    std::vector<Written> m_written;   // how often each anchor code of the subclass was written
-    std::size_t m_pendingHere = 0;    // anchored in the current subclass
+    std::vector<Pending> m_pending;  // of the object, in the order of its file
+    std::vector<Written> m_written;  // how often each anchor code of the subclass was written
+    std::size_t m_pendingHere = 0;   // anchored in the current subclass
     std::string_view m_subclass;
     std::vector<std::string_view> m_calls;
     std::uint16_t m_occurrence = 0;

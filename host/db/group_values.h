@@ -8,10 +8,7 @@
 
 class DatabaseCore;
 
-inline bool isChars(const Tag& tag)
-{
-    return tag.form == Tag::Form::Raw || tag.form == Tag::Form::Utf8;
-}
+inline bool isChars(const Tag& tag) { return tag.form == Tag::Form::Raw || tag.form == Tag::Form::Utf8; }
 
 class VKHOST_API GroupValues {
 public:

@@ -21,8 +21,8 @@ void VcDbHatch::setSolidFill(bool on) { setMember(*this, m_solid, std::int8_t(on
 Vcad::ErrorStatus VcDbHatch::setPatternAngle(double a) { return setMember(*this, m_patternAngle, a, isFinite(a)); }
 Vcad::ErrorStatus VcDbHatch::setPatternScale(double s) { return setMember(*this, m_patternScale, s, isPositive(s)); }
 
-Vcad::ErrorStatus VcDbHatch::getPatternDefinitionAt(int index, double& angle, double& baseX, double& baseY, double& offsetX,
-                                                    double& offsetY, std::vector<double>& dashes) const
+Vcad::ErrorStatus VcDbHatch::getPatternDefinitionAt(int index, double& angle, double& baseX, double& baseY,
+                                                    double& offsetX, double& offsetY, std::vector<double>& dashes) const
 {
     if (index < 0 || index >= numPatternDefinitions())
         return Vcad::eInvalidIndex;
@@ -75,7 +75,8 @@ int VcDbHatch::loopTypeAt(int index) const
     return index >= 0 && index < numLoops() ? m_loops[std::size_t(index)].type : 0;
 }
 
-Vcad::ErrorStatus VcDbHatch::getLoopAt(int index, int& type, std::vector<VcGePoint2d>& vertices, std::vector<double>& bulges) const
+Vcad::ErrorStatus VcDbHatch::getLoopAt(int index, int& type, std::vector<VcGePoint2d>& vertices,
+                                       std::vector<double>& bulges) const
 {
     if (index < 0 || index >= numLoops())
         return Vcad::eInvalidIndex;
@@ -104,8 +105,8 @@ Vcad::ErrorStatus VcDbHatch::getLoopAt(int index, int& type, std::vector<Edge>& 
     return Vcad::eOk;
 }
 
-Vcad::ErrorStatus VcDbHatch::appendLoop(int type, const std::vector<VcGePoint2d>& vertices, const std::vector<double>& bulges,
-                                        const std::vector<VcDbObjectId>& sources)
+Vcad::ErrorStatus VcDbHatch::appendLoop(int type, const std::vector<VcGePoint2d>& vertices,
+                                        const std::vector<double>& bulges, const std::vector<VcDbObjectId>& sources)
 {
     if (vertices.size() < 2 || (!bulges.empty() && bulges.size() != vertices.size()))
         return Vcad::eInvalidInput;
@@ -142,10 +143,12 @@ Vcad::ErrorStatus VcDbHatch::removeLoopAt(int index)
 
 bool VcDbHatch::isUserGradient() const
 {
-    static constexpr const char* kBuiltIn[] = {"LINEAR", "CYLINDER", "INVCYLINDER", "SPHERICAL", "INVSPHERICAL", "HEMISPHERICAL",
-                                               "INVHEMISPHERICAL", "CURVED", "INVCURVED"};
+    static constexpr const char* kBuiltIn[] = {"LINEAR",           "CYLINDER",     "INVCYLINDER",
+                                               "SPHERICAL",        "INVSPHERICAL", "HEMISPHERICAL",
+                                               "INVHEMISPHERICAL", "CURVED",       "INVCURVED"};
     const std::string name = m_gradient.get().name;
-    return !name.empty() && std::none_of(std::begin(kBuiltIn), std::end(kBuiltIn), [&](const char* n) { return equalNoCase(name, n); });
+    return !name.empty() &&
+           std::none_of(std::begin(kBuiltIn), std::end(kBuiltIn), [&](const char* n) { return equalNoCase(name, n); });
 }
 
 wchar_t* VcDbHatch::gradientName() const { return heapStringFromUtf8(m_gradient.get().name); }
@@ -181,7 +184,10 @@ struct PlaneMap {
     const PlaneMove& move;
     double elevation;
     VcGePoint2d operator()(const VcGePoint2d& p) const { return move(p, elevation); }
-    VcGePoint2d vector(const VcGePoint2d& v) const { return VcGePoint2d() + (move(v, elevation) - move(VcGePoint2d(), elevation)); }
+    VcGePoint2d vector(const VcGePoint2d& v) const
+    {
+        return VcGePoint2d() + (move(v, elevation) - move(VcGePoint2d(), elevation));
+    }
     // Angles of edges that run clockwise are measured the other way round.
     double angle(double a, bool anticlockwise) const
     {
@@ -269,7 +275,10 @@ public:
         : m_extents(extents), m_elevation(elevation), m_normal(normal)
     {
     }
-    void add(const VcGePoint2d& p) { m_extents.addPoint(vk::geom::toWorld(VcGePoint3d(p.x, p.y, m_elevation), m_normal)); }
+    void add(const VcGePoint2d& p)
+    {
+        m_extents.addPoint(vk::geom::toWorld(VcGePoint3d(p.x, p.y, m_elevation), m_normal));
+    }
 
     void addPolyline(const VcDbHatch::Loop& loop)
     {
@@ -310,8 +319,8 @@ private:
         const auto world = [&](const VcGeVector2d& v) {
             return vk::geom::toWorld(VcGePoint3d(v.x, v.y, 0), m_normal).asVector();
         };
-        addEllipse(m_extents, vk::geom::toWorld(VcGePoint3d(c.x, c.y, m_elevation), m_normal), world(a), world(b), start,
-                   end < start ? end + kTwoPi : end);
+        addEllipse(m_extents, vk::geom::toWorld(VcGePoint3d(c.x, c.y, m_elevation), m_normal), world(a), world(b),
+                   start, end < start ? end + kTwoPi : end);
     }
 
     VcDbExtents& m_extents;

@@ -131,7 +131,8 @@ public:
                 if ((a.y <= y) != (b.y <= y))
                     crossings.push_back({a.x + (b.x - a.x) * (y - a.y) / (b.y - a.y), l});
             }
-        std::sort(crossings.begin(), crossings.end(), [](const Crossing& a, const Crossing& b) { return a.along < b.along; });
+        std::sort(crossings.begin(), crossings.end(),
+                  [](const Crossing& a, const Crossing& b) { return a.along < b.along; });
         std::vector<std::pair<double, double>> spans;
         std::vector<bool> in(m_loops.size());
         int depth = 0;

@@ -29,7 +29,8 @@ public:
         const VcGePoint3d p = geom::fromWorld(world, m_normal);
         if (!m_known)
             m_elevation = p.z;
-        m_level = m_level && std::fabs(p.z - m_elevation) <= 1e-9 * std::max({1.0, std::fabs(p.x), std::fabs(p.y), std::fabs(p.z)});
+        m_level = m_level && std::fabs(p.z - m_elevation) <=
+                                 1e-9 * std::max({1.0, std::fabs(p.x), std::fabs(p.y), std::fabs(p.z)});
         m_known = true;
         return {p.x, p.y};
     }
@@ -172,20 +173,25 @@ bool isNear(const VcGePoint2d& a, const VcGePoint2d& b)
 bool isSame(const Hatch::Edge& a, const Hatch::Edge& b)
 {
     const auto near = [](double x, double y) { return std::fabs(x - y) <= 1e-9 * std::max(1.0, std::fabs(x)); };
-    return a.type == b.type && isNear(a.first, b.first) && isNear(a.second, b.second) && near(a.radius, b.radius) && near(a.startAngle, b.startAngle) &&
-           near(a.endAngle, b.endAngle) && a.isAnticlockwise == b.isAnticlockwise && a.spline.get() == b.spline.get();
+    return a.type == b.type && isNear(a.first, b.first) && isNear(a.second, b.second) && near(a.radius, b.radius) &&
+           near(a.startAngle, b.startAngle) && near(a.endAngle, b.endAngle) && a.isAnticlockwise == b.isAnticlockwise &&
+           a.spline.get() == b.spline.get();
 }
 
 bool isSame(const Hatch::Loop& a, const Hatch::Loop& b)
 {
-    const auto sameVertex = [](const Hatch::Vertex& v, const Hatch::Vertex& w) { return isNear(v.point, w.point) && std::fabs(v.bulge - w.bulge) <= 1e-9; };
+    const auto sameVertex = [](const Hatch::Vertex& v, const Hatch::Vertex& w) {
+        return isNear(v.point, w.point) && std::fabs(v.bulge - w.bulge) <= 1e-9;
+    };
     return std::equal(a.vertices.begin(), a.vertices.end(), b.vertices.begin(), b.vertices.end(), sameVertex) &&
-           std::equal(a.edges.begin(), a.edges.end(), b.edges.begin(), b.edges.end(), [](const auto& e, const auto& f) { return isSame(e, f); });
+           std::equal(a.edges.begin(), a.edges.end(), b.edges.begin(), b.edges.end(),
+                      [](const auto& e, const auto& f) { return isSame(e, f); });
 }
 
 bool haveSameShape(const Hatch& a, const Hatch& b)
 {
-    return std::equal(a.loops().begin(), a.loops().end(), b.loops().begin(), b.loops().end(), [](const auto& l, const auto& m) { return isSame(l, m); });
+    return std::equal(a.loops().begin(), a.loops().end(), b.loops().begin(), b.loops().end(),
+                      [](const auto& l, const auto& m) { return isSame(l, m); });
 }
 
 class Followers {
@@ -233,7 +239,8 @@ void Followers::note(const UndoJournal::Touched& touched)
 
 bool Followers::isTouched(const Hatch::Loop& loop) const
 {
-    return std::any_of(loop.sources.begin(), loop.sources.end(), [&](VcDbObjectId id) { return m_touched.contains(id); });
+    return std::any_of(loop.sources.begin(), loop.sources.end(),
+                       [&](VcDbObjectId id) { return m_touched.contains(id); });
 }
 
 bool Followers::wasChangedItself(const Hatch& hatch) const
@@ -259,12 +266,14 @@ void Followers::update(Hatch& hatch)
         }
         loop = std::move(*changed);
     }
-    const bool rises = std::fabs(view.elevation() - hatch.elevation()) > 1e-9 * std::max(1.0, std::fabs(hatch.elevation()));
+    const bool rises =
+        std::fabs(view.elevation() - hatch.elevation()) > 1e-9 * std::max(1.0, std::fabs(hatch.elevation()));
     if (!view.isLevel() || (followed == 0 && wasChangedItself(hatch)) || (rises && followed < loops.size())) {
         hatch.setAssociative(false);
         return;
     }
-    const bool same = std::equal(loops.begin(), loops.end(), hatch.loops().begin(), [](const auto& l, const auto& m) { return isSame(l, m); });
+    const bool same = std::equal(loops.begin(), loops.end(), hatch.loops().begin(),
+                                 [](const auto& l, const auto& m) { return isSame(l, m); });
     if (!same)
         hatch.setLoops(std::move(loops));
     if (rises)

@@ -6,7 +6,9 @@ namespace {
 
 class HeaderChange : public UndoAction {
 public:
-    HeaderChange(std::string name, std::optional<TagList> before) : m_name(std::move(name)), m_other(std::move(before)) {}
+    HeaderChange(std::string name, std::optional<TagList> before) : m_name(std::move(name)), m_other(std::move(before))
+    {
+    }
     void swap(DatabaseCore& db) override { db.header().exchange(m_name, m_other); }
 
 private:
@@ -45,7 +47,9 @@ std::int64_t HeaderVars::integer(std::string_view name, std::int64_t byDefault) 
     Tag tag;
     if (!firstOf(find(name), tag))
         return byDefault;
-    return tag.form == Tag::Form::Integer ? tag.integer : tag.form == Tag::Form::Real ? std::int64_t(tag.real) : byDefault;
+    return tag.form == Tag::Form::Integer ? tag.integer
+           : tag.form == Tag::Form::Real  ? std::int64_t(tag.real)
+                                          : byDefault;
 }
 
 std::string HeaderVars::text(std::string_view name, std::string_view byDefault) const

@@ -26,7 +26,10 @@ VcDbHostApplicationServices* s_services = &s_bare;
 }
 
 VcDbHostApplicationServices* vcdbHostApplicationServices() { return s_services; }
-void vcdbSetHostApplicationServices(VcDbHostApplicationServices* services) { s_services = services ? services : &s_bare; }
+void vcdbSetHostApplicationServices(VcDbHostApplicationServices* services)
+{
+    s_services = services ? services : &s_bare;
+}
 
 DatabaseCore* workingCore()
 {

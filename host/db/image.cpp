@@ -7,7 +7,7 @@
 VCDB_DEFINE(VcDbRasterImage, VcDbEntity, "IMAGE")
 VCDB_DEFINE(VcDbWipeout, VcDbRasterImage, "WIPEOUT")
 
-Vcad::ErrorStatus VcDbRasterImage::setImageDefId(VcDbObjectId id) 
+Vcad::ErrorStatus VcDbRasterImage::setImageDefId(VcDbObjectId id)
 {
     return setMember(*this, m_definition, id, id.isNull() || mayReferTo(*this, id, VcDbRasterImageDef::desc()));
 }
@@ -19,7 +19,8 @@ void VcDbRasterImage::getOrientation(VcGePoint3d& origin, VcGeVector3d& uPixel, 
     vPixel = m_v;
 }
 
-Vcad::ErrorStatus VcDbRasterImage::setOrientation(const VcGePoint3d& origin, const VcGeVector3d& u, const VcGeVector3d& v)
+Vcad::ErrorStatus VcDbRasterImage::setOrientation(const VcGePoint3d& origin, const VcGeVector3d& u,
+                                                  const VcGeVector3d& v)
 {
     if (!isFinite(origin) || !isDirection(u) || !isDirection(v) || u.normal().isParallelTo(v.normal()))
         return Vcad::eOutOfRange;

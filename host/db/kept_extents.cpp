@@ -12,9 +12,10 @@ namespace {
 
 bool isHarmlessClass(const VcDbObject& object)
 {
-    for (VcRxClass* (*desc)() : {&VcDbLayerTableRecord::desc, &VcDbRegAppTableRecord::desc, &VcDbLinetypeTableRecord::desc,
-                                 &VcDbViewTableRecord::desc, &VcDbViewportTableRecord::desc, &VcDbUCSTableRecord::desc,
-                                 &VcDbSymbolTable::desc, &VcDbDictionary::desc, &VcDbXrecord::desc, &VcDbGroup::desc, &VcDbLayout::desc})
+    for (VcRxClass* (*desc)() :
+         {&VcDbLayerTableRecord::desc, &VcDbRegAppTableRecord::desc, &VcDbLinetypeTableRecord::desc,
+          &VcDbViewTableRecord::desc, &VcDbViewportTableRecord::desc, &VcDbUCSTableRecord::desc, &VcDbSymbolTable::desc,
+          &VcDbDictionary::desc, &VcDbXrecord::desc, &VcDbGroup::desc, &VcDbLayout::desc})
         if (object.isKindOf(desc()))
             return true;
     return false;
@@ -100,6 +101,7 @@ void KeptExtents::changing(const DatabaseCore& db, std::uint32_t slot)
         return;
     }
     drop(slot);
-    for (auto* owner = db.objectAs<VcDbEntity>(object->ownerId()); owner; owner = db.objectAs<VcDbEntity>(owner->ownerId()))
+    for (auto* owner = db.objectAs<VcDbEntity>(object->ownerId()); owner;
+         owner = db.objectAs<VcDbEntity>(owner->ownerId()))
         drop(owner->objectId().slot());
 }

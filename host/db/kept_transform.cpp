@@ -21,16 +21,20 @@ struct Rule {
 };
 
 constexpr Rule kMultileader[] = {
-    {Part::Context, 10, Meaning::Point},      {Part::Context, 12, Meaning::Point},      {Part::Context, 15, Meaning::Point},
-    {Part::Context, 110, Meaning::Point},     {Part::Context, 11, Meaning::Direction},  {Part::Context, 13, Meaning::Direction},
-    {Part::Context, 14, Meaning::Direction},  {Part::Context, 111, Meaning::Direction}, {Part::Context, 112, Meaning::Direction},
-    {Part::Context, 40, Meaning::Length},     {Part::Context, 41, Meaning::Length},     {Part::Context, 43, Meaning::Length},
-    {Part::Context, 44, Meaning::Length},     {Part::Context, 140, Meaning::Length},    {Part::Context, 145, Meaning::Length},
-    {Part::Context, 16, Meaning::Lengths},    {Part::Context, 42, Meaning::Turn},       {Part::Context, 46, Meaning::Turn},
-    {Part::Context, 47, Meaning::Matrix},     {Part::Leader, 10, Meaning::Point},       {Part::Leader, 12, Meaning::Point},
-    {Part::Leader, 13, Meaning::Point},       {Part::Leader, 11, Meaning::Direction},   {Part::Leader, 40, Meaning::Length},
-    {Part::Line, 10, Meaning::Point},         {Part::Line, 11, Meaning::Point},         {Part::Line, 12, Meaning::Point},
-    {Part::Whole, 45, Meaning::Length},
+    {Part::Context, 10, Meaning::Point},      {Part::Context, 12, Meaning::Point},
+    {Part::Context, 15, Meaning::Point},      {Part::Context, 110, Meaning::Point},
+    {Part::Context, 11, Meaning::Direction},  {Part::Context, 13, Meaning::Direction},
+    {Part::Context, 14, Meaning::Direction},  {Part::Context, 111, Meaning::Direction},
+    {Part::Context, 112, Meaning::Direction}, {Part::Context, 40, Meaning::Length},
+    {Part::Context, 41, Meaning::Length},     {Part::Context, 43, Meaning::Length},
+    {Part::Context, 44, Meaning::Length},     {Part::Context, 140, Meaning::Length},
+    {Part::Context, 145, Meaning::Length},    {Part::Context, 16, Meaning::Lengths},
+    {Part::Context, 42, Meaning::Turn},       {Part::Context, 46, Meaning::Turn},
+    {Part::Context, 47, Meaning::Matrix},     {Part::Leader, 10, Meaning::Point},
+    {Part::Leader, 12, Meaning::Point},       {Part::Leader, 13, Meaning::Point},
+    {Part::Leader, 11, Meaning::Direction},   {Part::Leader, 40, Meaning::Length},
+    {Part::Line, 10, Meaning::Point},         {Part::Line, 11, Meaning::Point},
+    {Part::Line, 12, Meaning::Point},         {Part::Whole, 45, Meaning::Length},
 };
 
 constexpr Rule kUnderlay[] = {
@@ -55,7 +59,8 @@ constexpr Class kClasses[] = {
 
 const Class* classOf(const VcDbKeptEntity& entity)
 {
-    const auto found = std::find_if(std::begin(kClasses), std::end(kClasses), [&](const Class& c) { return std::strcmp(c.dxfName, entity.keptDxfName()) == 0; });
+    const auto found = std::find_if(std::begin(kClasses), std::end(kClasses),
+                                    [&](const Class& c) { return std::strcmp(c.dxfName, entity.keptDxfName()) == 0; });
     return found == std::end(kClasses) ? nullptr : found;
 }
 
@@ -68,7 +73,8 @@ public:
         const Part part = m_part;
         if (tag.form == Tag::Form::Utf8)
             step(tag.code, tag.view());
-        const auto rule = std::find_if(m_class.rules.begin(), m_class.rules.end(), [&](const Rule& r) { return r.part == part && r.code == tag.code; });
+        const auto rule = std::find_if(m_class.rules.begin(), m_class.rules.end(),
+                                       [&](const Rule& r) { return r.part == part && r.code == tag.code; });
         return rule == m_class.rules.end() ? Meaning::Other : rule->meaning;
     }
 
@@ -112,7 +118,9 @@ void forEachGroup(const TagList& tags, const Class& kind, Single&& single, Tripl
             continue;
         }
         int read = 1;
-        for (auto next = at; read < 3 && ++next != tags.end() && next->code == code + 10 * read && next->form == Tag::Form::Real; ++read) {
+        for (auto next = at;
+             read < 3 && ++next != tags.end() && next->code == code + 10 * read && next->form == Tag::Form::Real;
+             ++read) {
             xyz[read] = next->real;
             at = next;
         }
@@ -197,7 +205,9 @@ UnclaimedGroups* groupsOf(const VcDbKeptEntity& entity, const Class& kind)
     auto* extras = const_cast<VcDbKeptEntity&>(entity).extras();
     if (!extras)
         return nullptr;
-    const auto marks = [&](const Tag& tag) { return tag.code == 100 && tag.form == Tag::Form::Utf8 && tag.view() == kind.subclass; };
+    const auto marks = [&](const Tag& tag) {
+        return tag.code == 100 && tag.form == Tag::Form::Utf8 && tag.view() == kind.subclass;
+    };
     for (UnclaimedGroups& groups : extras->unclaimed)
         for (const Tag& tag : groups.tags)
             if (groups.subclass == kind.subclass || marks(tag))

@@ -19,7 +19,10 @@ namespace {
 
 constexpr std::int16_t kFrozen = 1, kFrozenInNew = 2, kLocked = 4;
 
-std::int16_t withBit(std::int16_t flags, std::int16_t bit, bool on) { return std::int16_t(on ? flags | bit : flags & ~bit); }
+std::int16_t withBit(std::int16_t flags, std::int16_t bit, bool on)
+{
+    return std::int16_t(on ? flags | bit : flags & ~bit);
+}
 
 }
 
@@ -112,7 +115,8 @@ void VcDbLayerTableRecord::fields(FieldVisitor& v)
     v.name(6, NameTable::Linetype, m_linetype);
     if (v.isReading() || v.atLeast(DxfVersion::R2000)) {
         v.optionalNumber(290, m_plottable, true);
-        v.optionalNumber<std::int16_t>(370, m_lineWeight, std::int16_t(v.isFile() ? std::numeric_limits<std::int16_t>::min() : -3));
+        v.optionalNumber<std::int16_t>(370, m_lineWeight,
+                                       std::int16_t(v.isFile() ? std::numeric_limits<std::int16_t>::min() : -3));
         v.optionalRef(390, RefKind::HardPointer, m_plotStyle);
     }
     if (v.isReading() || v.atLeast(DxfVersion::R2007)) {

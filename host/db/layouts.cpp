@@ -136,7 +136,10 @@ VcDbLayout* layoutOfBlock(const DatabaseCore& db, VcDbObjectId block)
     return record ? db.liveAs<VcDbLayout>(record->getLayoutId()) : nullptr;
 }
 
-bool isModelLayout(const DatabaseCore& db, const VcDbLayout& layout) { return layout.getBlockTableRecordId() == db.modelSpace(); }
+bool isModelLayout(const DatabaseCore& db, const VcDbLayout& layout)
+{
+    return layout.getBlockTableRecordId() == db.modelSpace();
+}
 
 VcDbLayout& addLayout(DatabaseCore& db, const std::string& name)
 {

@@ -55,7 +55,8 @@ std::unique_ptr<VcDbEntity> curveThrough(const Points& p)
 
 class LeaderDraughtsman {
 public:
-    LeaderDraughtsman(const VcDbLeader& leader, const DatabaseCore& db) : m_leader(leader), m_db(db), m_vars(leader.dimVars())
+    LeaderDraughtsman(const VcDbLeader& leader, const DatabaseCore& db)
+        : m_leader(leader), m_db(db), m_vars(leader.dimVars())
     {
         m_scale = overallScale(m_vars, db, isInPaperSpace(leader, db));
         m_size = m_scale * m_vars.dimasz;
@@ -140,10 +141,13 @@ std::optional<VcGePoint3d> underlineEnd(const VcDbLeader& leader)
 {
     const DatabaseCore* db = DatabaseCore::of(leader.dimensionStyle());
     const VcDbDimVars vars = leader.dimVars();
-    if (!db || leader.numVertices() < 2 || !leader.hasHookLine() || leader.annoType() != 0 || vars.dimtad == 0 || leader.annoWidth() <= 0)
+    if (!db || leader.numVertices() < 2 || !leader.hasHookLine() || leader.annoType() != 0 || vars.dimtad == 0 ||
+        leader.annoWidth() <= 0)
         return std::nullopt;
-    const double length = leader.annoWidth() + overallScale(vars, *db, isInPaperSpace(leader, *db)) * std::abs(vars.dimgap);
-    return leader.vertexAt(leader.numVertices() - 1) + leader.horizontalDirection() * (leader.hookGoesAlong() ? length : -length);
+    const double length =
+        leader.annoWidth() + overallScale(vars, *db, isInPaperSpace(leader, *db)) * std::abs(vars.dimgap);
+    return leader.vertexAt(leader.numVertices() - 1) +
+           leader.horizontalDirection() * (leader.hookGoesAlong() ? length : -length);
 }
 
 std::vector<std::unique_ptr<VcDbEntity>> leaderPieces(const VcDbLeader& leader)

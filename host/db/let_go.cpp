@@ -29,12 +29,16 @@ LetGo::LetGo(const DatabaseCore& db, Members members)
         addOwned(db);
 }
 
-bool LetGo::contains(const VcDbObject& object) const { return !isEmpty() && m_slots.contains(object.objectId().slot()); }
+bool LetGo::contains(const VcDbObject& object) const
+{
+    return !isEmpty() && m_slots.contains(object.objectId().slot());
+}
 
 void LetGo::gatherOwnerless(const DatabaseCore& db)
 {
     for (std::uint32_t slot = 1; slot < db.slotCount(); ++slot)
-        if (const VcDbObject* object = db.objectAt(slot); object && object->ownerId().isNull() && needsOwner(db, *object))
+        if (const VcDbObject* object = db.objectAt(slot);
+            object && object->ownerId().isNull() && needsOwner(db, *object))
             m_slots.insert(slot);
 }
 

@@ -211,7 +211,8 @@ Vcad::ErrorStatus VcDbDictionary::nameAt(VcDbObjectId id, wchar_t*& name) const
 std::uint32_t VcDbDictionary::numEntries() const
 {
     const auto& list = m_entries->list;
-    return std::uint32_t(std::count_if(list.begin(), list.end(), [this](const Entry& entry) { return isThere(entry); }));
+    return std::uint32_t(
+        std::count_if(list.begin(), list.end(), [this](const Entry& entry) { return isThere(entry); }));
 }
 
 std::vector<std::pair<std::string, VcDbObjectId>> VcDbDictionary::liveEntries() const
@@ -434,7 +435,10 @@ void VcDbDictionaryWithDefault::fields(FieldVisitor& v)
 
 VcDbDictionaryIterator* VcDbDictionary::newIterator() const { return new VcDbDictionaryIterator(*this); }
 
-VcDbDictionaryIterator::VcDbDictionaryIterator(const VcDbDictionary& dictionary) : m_dictionary(dictionary.objectId()) { skip(); }
+VcDbDictionaryIterator::VcDbDictionaryIterator(const VcDbDictionary& dictionary) : m_dictionary(dictionary.objectId())
+{
+    skip();
+}
 
 const VcDbDictionary* VcDbDictionaryIterator::dictionary() const
 {

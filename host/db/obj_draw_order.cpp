@@ -43,7 +43,8 @@ Vcad::ErrorStatus VcDbSortentsTable::getFullDrawOrder(VcDbObjectIdArray& ids) co
         if (!member || member->isErased())
             continue;
         const auto moved = sortHandles.find(member->objectId());
-        order.emplace_back(moved == sortHandles.end() ? db.handleOf(member->objectId()) : moved->second, member->objectId());
+        order.emplace_back(moved == sortHandles.end() ? db.handleOf(member->objectId()) : moved->second,
+                           member->objectId());
     }
     std::stable_sort(order.begin(), order.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
     ids.clear();
@@ -57,7 +58,8 @@ void VcDbSortentsTable::setFullDrawOrder(const VcDbObjectIdArray& ids)
 {
     VcDbObjectIdArray byHandle = ids;
     const DatabaseCore& db = *DatabaseCore::of(m_block);
-    std::sort(byHandle.begin(), byHandle.end(), [&](VcDbObjectId a, VcDbObjectId b) { return db.handleOf(a) < db.handleOf(b); });
+    std::sort(byHandle.begin(), byHandle.end(),
+              [&](VcDbObjectId a, VcDbObjectId b) { return db.handleOf(a) < db.handleOf(b); });
     assertWriteEnabled();
     m_places.clear();
     for (std::size_t i = 0; i < ids.size(); ++i)

@@ -85,7 +85,8 @@ bool VcDbGroup::has(const VcDbEntity* entity) const { return entity && has(entit
 std::uint32_t VcDbGroup::allEntityIds(VcDbObjectIdArray& ids) const
 {
     ids.clear();
-    std::copy_if(m_members.begin(), m_members.end(), std::back_inserter(ids), [](VcDbObjectId id) { return !id.isErased(); });
+    std::copy_if(m_members.begin(), m_members.end(), std::back_inserter(ids),
+                 [](VcDbObjectId id) { return !id.isErased(); });
     return std::uint32_t(ids.size());
 }
 

@@ -77,7 +77,8 @@ void VcDbMlineStyle::linetypeField(FieldVisitor& v, VcDbObjectId& linetype)
 {
     const DatabaseCore* db = DatabaseCore::of(linetype);
     const auto* record = db ? db->objectAs<VcDbSymbolTableRecord>(linetype) : nullptr;
-    const bool isLogical = record && (equalNoCase(record->nameUtf8(), "ByLayer") || equalNoCase(record->nameUtf8(), "ByBlock"));
+    const bool isLogical =
+        record && (equalNoCase(record->nameUtf8(), "ByLayer") || equalNoCase(record->nameUtf8(), "ByBlock"));
     if (!v.isWriting() || !isLogical) {
         v.name(6, NameTable::Linetype, linetype);
         return;

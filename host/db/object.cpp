@@ -31,8 +31,14 @@ static bool putHexadecimal(std::uint64_t value, Char* buffer, std::size_t size)
     return true;
 }
 
-bool VcDbHandle::getIntoAsciiBuffer(char* buffer, std::size_t size) const { return putHexadecimal(m_value, buffer, size); }
-bool VcDbHandle::getIntoAsciiBuffer(wchar_t* buffer, std::size_t size) const { return putHexadecimal(m_value, buffer, size); }
+bool VcDbHandle::getIntoAsciiBuffer(char* buffer, std::size_t size) const
+{
+    return putHexadecimal(m_value, buffer, size);
+}
+bool VcDbHandle::getIntoAsciiBuffer(wchar_t* buffer, std::size_t size) const
+{
+    return putHexadecimal(m_value, buffer, size);
+}
 
 bool VcDbObjectId::isValid() const
 {
@@ -156,7 +162,8 @@ Vcad::ErrorStatus vcdbOpenVcDbObject(VcDbObject*& object, VcDbObjectId id, VcDb:
     return DatabaseCore::openObject(object, id, mode, openErased);
 }
 
-Vcad::ErrorStatus vcdbOpenVcDbObject(VcDbObject*& object, VcDbObjectId id, VcDb::OpenMode mode, const VcRxClass* cls, bool openErased)
+Vcad::ErrorStatus vcdbOpenVcDbObject(VcDbObject*& object, VcDbObjectId id, VcDb::OpenMode mode, const VcRxClass* cls,
+                                     bool openErased)
 {
     const VcRxClass* actual = id.objectClass();
     if (actual && !actual->isDerivedFrom(cls)) {
@@ -228,7 +235,8 @@ static Vcad::ErrorStatus mayComeBack(const DatabaseCore& db, const VcDbObject& o
     if (owner && owner->isErased())
         return Vcad::eWasErased;
     if (const auto* table = VcDbSymbolTable::cast(owner))
-        return table->find(static_cast<const VcDbSymbolTableRecord&>(object).nameUtf8()).isNull() ? Vcad::eOk : Vcad::eDuplicateKey;
+        return table->find(static_cast<const VcDbSymbolTableRecord&>(object).nameUtf8()).isNull() ? Vcad::eOk
+                                                                                                  : Vcad::eDuplicateKey;
     const auto* dictionary = VcDbDictionary::cast(owner);
     return dictionary && dictionary->nameOf(object.objectId()).empty() ? Vcad::eDuplicateKey : Vcad::eOk;
 }
@@ -311,7 +319,10 @@ bool VcDbObject::hasFields() const
 
 // Extension dictionary and reactors
 
-VcDbObjectId VcDbObject::extensionDictionary() const { return m_extras ? m_extras->extensionDictionary : VcDbObjectId(); }
+VcDbObjectId VcDbObject::extensionDictionary() const
+{
+    return m_extras ? m_extras->extensionDictionary : VcDbObjectId();
+}
 
 Vcad::ErrorStatus VcDbObject::createExtensionDictionary()
 {
@@ -375,7 +386,8 @@ void VcDbObject::addPersistentReactor(VcDbObjectId reactor)
 
 void VcDbObject::removePersistentReactor(VcDbObjectId reactor)
 {
-    if (!m_extras || std::find(m_extras->reactors.begin(), m_extras->reactors.end(), reactor) == m_extras->reactors.end())
+    if (!m_extras ||
+        std::find(m_extras->reactors.begin(), m_extras->reactors.end(), reactor) == m_extras->reactors.end())
         return;
     assertWriteEnabled();
     std::erase(m_extras->reactors, reactor);
@@ -385,13 +397,15 @@ void VcDbObject::removePersistentReactor(VcDbObjectId reactor)
 
 resbuf* VcDbObject::xData(const wchar_t* application) const
 {
-    return m_extras ? xdataToChain(m_extras->xdata, application ? std::optional(wideToUtf8(application)) : std::nullopt) : nullptr;
+    return m_extras ? xdataToChain(m_extras->xdata, application ? std::optional(wideToUtf8(application)) : std::nullopt)
+                    : nullptr;
 }
 
 Vcad::ErrorStatus VcDbObject::setXData(const resbuf* chain)
 {
     TagList merged;
-    const Vcad::ErrorStatus status = mergeXData(m_extras ? m_extras->xdata : TagList(), chain, DatabaseCore::of(m_id), merged);
+    const Vcad::ErrorStatus status =
+        mergeXData(m_extras ? m_extras->xdata : TagList(), chain, DatabaseCore::of(m_id), merged);
     if (status != Vcad::eOk)
         return status;
     assertWriteEnabled();
@@ -401,7 +415,10 @@ Vcad::ErrorStatus VcDbObject::setXData(const resbuf* chain)
 
 // Walking owned objects
 
-VcDbObjectIterator::VcDbObjectIterator(VcDbObjectIdArray ids, bool skipErased) : m_ids(std::move(ids)) { start(true, skipErased); }
+VcDbObjectIterator::VcDbObjectIterator(VcDbObjectIdArray ids, bool skipErased) : m_ids(std::move(ids))
+{
+    start(true, skipErased);
+}
 
 void VcDbObjectIterator::start(bool atBeginning, bool skipErased)
 {

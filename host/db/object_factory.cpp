@@ -2,7 +2,8 @@
 
 #include "host/db/ent_factories.h"
 
-std::unique_ptr<VcDbObject> newObjectOfType(std::string_view type, std::int64_t group70, std::int64_t group71, std::string_view lastMarker)
+std::unique_ptr<VcDbObject> newObjectOfType(std::string_view type, std::int64_t group70, std::int64_t group71,
+                                            std::string_view lastMarker)
 {
     if (type == "POLYLINE")
         return createPolyline(group70, lastMarker);

@@ -60,10 +60,7 @@ std::uint16_t intern(Profile wanted)
     return number;
 }
 
-const Profile* profileAt(std::uint16_t number)
-{
-    return number ? profiles().at(number) : nullptr;
-}
+const Profile* profileAt(std::uint16_t number) { return number ? profiles().at(number) : nullptr; }
 
 }
 

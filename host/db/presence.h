@@ -52,7 +52,8 @@ private:
 };
 
 // The number of the profile with these keys, in any order and repeated at will, and spellings; 0 when there are too many.
-VKHOST_API std::uint16_t internPresence(std::vector<PresenceKey>& keys, const std::vector<KeptSpelling>& spellings = {});
+VKHOST_API std::uint16_t internPresence(std::vector<PresenceKey>& keys,
+                                        const std::vector<KeptSpelling>& spellings = {});
 VKHOST_API bool presenceHas(std::uint16_t profile, PresenceKey key);
 // Bit key % 64 is set for each key of the profile: most questions end there.
 VKHOST_API std::uint64_t presenceBits(std::uint16_t profile);

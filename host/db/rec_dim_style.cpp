@@ -36,7 +36,8 @@ public:
             return;
         if (variable.code == 270 || variable.code == 287)
             older(variable);
-        else if (m_v.purpose() == FieldVisitor::Purpose::WriteFile && !variable.isIn(m_v.version()) && !hasOldName(variable))
+        else if (m_v.purpose() == FieldVisitor::Purpose::WriteFile && !variable.isIn(m_v.version()) &&
+                 !hasOldName(variable))
             return;
         else if (const auto* real = std::get_if<double VcDbDimVars::*>(&variable.member))
             this->real(variable, m_vars.**real);
@@ -218,7 +219,7 @@ void take(VcDbDimVars& vars, const DimVariable& variable, const Tag& value)
 {
     if (const auto* text = std::get_if<std::string VcDbDimVars::*>(&variable.member)) {
         if (value.form == Tag::Form::Utf8)
-            vars.**text = value.view();
+            vars.** text = value.view();
     } else if (value.form == Tag::Form::Real && value.real > 0) {
         setDimNumber(vars, variable, value.real);
     }

@@ -169,9 +169,9 @@ double dimNumber(const VcDbDimVars& vars, const DimVariable& variable)
 void setDimNumber(VcDbDimVars& vars, const DimVariable& variable, double value)
 {
     if (const auto* real = std::get_if<double V::*>(&variable.member))
-        vars.**real = value;
+        vars.** real = value;
     else if (const auto* number = std::get_if<std::int16_t V::*>(&variable.member))
-        vars.**number = std::int16_t(std::clamp(value, -32768.0, 32767.0));
+        vars.** number = std::int16_t(std::clamp(value, -32768.0, 32767.0));
 }
 
 VcDbDimVars initialDimVars(bool metric)
@@ -248,7 +248,8 @@ void takeFromHeader(const DatabaseCore& db, const DimVariable& v, VcDbDimVars& v
 
 bool isAtItsDefault(const DimVariable& v, const VcDbDimVars& vars)
 {
-    return v.kind == Kind::Text ? (vars.*std::get<std::string V::*>(v.member)).empty() : dimNumber(vars, v) == v.imperial;
+    return v.kind == Kind::Text ? (vars.*std::get<std::string V::*>(v.member)).empty()
+                                : dimNumber(vars, v) == v.imperial;
 }
 
 void putIntoHeader(DatabaseCore& db, const DimVariable& v, const VcDbDimVars& vars)
@@ -264,7 +265,8 @@ void putIntoHeader(DatabaseCore& db, const DimVariable& v, const VcDbDimVars& va
         header.setReal(name, 40, dimNumber(vars, v));
     else if (v.kind == Kind::Text)
         header.setText(name, 1, vars.*std::get<std::string V::*>(v.member));
-    else if (const VcDbObjectId id = vars.*std::get<VcDbObjectId V::*>(v.member); !id.isNull() || v.kind != Kind::TextStyle)
+    else if (const VcDbObjectId id = vars.*std::get<VcDbObjectId V::*>(v.member);
+             !id.isNull() || v.kind != Kind::TextStyle)
         header.setText(name, v.headerCode(), recordName(db, id));
 }
 

@@ -12,7 +12,8 @@ class DatabaseCore;
 
 struct DimVariable {
     enum class Kind : std::uint8_t { Real, Length, Angle, Number, Text, Arrow, TextStyle, Linetype };
-    using Member = std::variant<double VcDbDimVars::*, std::int16_t VcDbDimVars::*, std::string VcDbDimVars::*, VcDbObjectId VcDbDimVars::*>;
+    using Member = std::variant<double VcDbDimVars::*, std::int16_t VcDbDimVars::*, std::string VcDbDimVars::*,
+                                VcDbObjectId VcDbDimVars::*>;
 
     const char* name;
     std::int16_t code;  // in a dimension style's record, in overrides and in chains

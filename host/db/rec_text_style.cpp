@@ -17,7 +17,8 @@ constexpr std::int64_t kItalic = 0x1000000, kBold = 0x2000000;
 
 std::int64_t packFont(const VcDbTextStyleTableRecord::Typeface& face)
 {
-    return (face.bold ? kBold : 0) | (face.italic ? kItalic : 0) | (face.charset & 0xff) << 8 | (face.pitchAndFamily & 0xff);
+    return (face.bold ? kBold : 0) | (face.italic ? kItalic : 0) | (face.charset & 0xff) << 8 |
+           (face.pitchAndFamily & 0xff);
 }
 
 TagList withoutApplication(const TagList& xdata, std::string_view application)
@@ -142,7 +143,8 @@ std::optional<VcDbTextStyleTableRecord::Typeface> VcDbTextStyleTableRecord::type
     return face;
 }
 
-Vcad::ErrorStatus VcDbTextStyleTableRecord::font(wchar_t*& name, bool& bold, bool& italic, int& charset, int& pitchAndFamily) const
+Vcad::ErrorStatus VcDbTextStyleTableRecord::font(wchar_t*& name, bool& bold, bool& italic, int& charset,
+                                                 int& pitchAndFamily) const
 {
     const Typeface face = typeface().value_or(Typeface());
     name = heapStringFromUtf8(face.family);
@@ -153,7 +155,8 @@ Vcad::ErrorStatus VcDbTextStyleTableRecord::font(wchar_t*& name, bool& bold, boo
     return Vcad::eOk;
 }
 
-Vcad::ErrorStatus VcDbTextStyleTableRecord::setFont(const wchar_t* name, bool bold, bool italic, int charset, int pitchAndFamily)
+Vcad::ErrorStatus VcDbTextStyleTableRecord::setFont(const wchar_t* name, bool bold, bool italic, int charset,
+                                                    int pitchAndFamily)
 {
     if (!name || charset < 0 || charset > 255 || pitchAndFamily < 0 || pitchAndFamily > 255)
         return Vcad::eInvalidInput;

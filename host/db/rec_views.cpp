@@ -28,14 +28,14 @@ bool isPositive(const VcGePoint2d& p) { return isPositive(p.x) && isPositive(p.y
 }
 
 // One setter: a value out of range changes nothing.
-#define VCDB_SETTER(Class, Setter, Type, Member, Valid)      \
-    Vcad::ErrorStatus Class::Setter(Type value)              \
-    {                                                        \
-        if (!(Valid))                                        \
-            return Vcad::eOutOfRange;                        \
-        assertWriteEnabled();                                \
-        Member = value;                                      \
-        return Vcad::eOk;                                    \
+#define VCDB_SETTER(Class, Setter, Type, Member, Valid)                                                                \
+    Vcad::ErrorStatus Class::Setter(Type value)                                                                        \
+    {                                                                                                                  \
+        if (!(Valid))                                                                                                  \
+            return Vcad::eOutOfRange;                                                                                  \
+        assertWriteEnabled();                                                                                          \
+        Member = value;                                                                                                \
+        return Vcad::eOk;                                                                                              \
     }
 
 // Views and viewports
@@ -65,7 +65,8 @@ void VcDbAbstractViewTableRecord::getUcs(VcGePoint3d& origin, VcGeVector3d& xAxi
     yAxis = m_ucsY;
 }
 
-Vcad::ErrorStatus VcDbAbstractViewTableRecord::setUcs(const VcGePoint3d& origin, const VcGeVector3d& xAxis, const VcGeVector3d& yAxis)
+Vcad::ErrorStatus VcDbAbstractViewTableRecord::setUcs(const VcGePoint3d& origin, const VcGeVector3d& xAxis,
+                                                      const VcGeVector3d& yAxis)
 {
     VcGeVector3d x = xAxis, y = yAxis;
     if (!isFinite(origin) || !rightAngled(x, y))
@@ -102,7 +103,8 @@ void VcDbViewTableRecord::setIsPaperspaceView(bool paperspace)
     m_flags = std::int16_t(paperspace ? m_flags | 1 : m_flags & ~1);
 }
 
-Vcad::ErrorStatus VcDbViewTableRecord::setUcs(const VcGePoint3d& origin, const VcGeVector3d& xAxis, const VcGeVector3d& yAxis)
+Vcad::ErrorStatus VcDbViewTableRecord::setUcs(const VcGePoint3d& origin, const VcGeVector3d& xAxis,
+                                              const VcGeVector3d& yAxis)
 {
     const Vcad::ErrorStatus status = VcDbAbstractViewTableRecord::setUcs(origin, xAxis, yAxis);
     if (status == Vcad::eOk)

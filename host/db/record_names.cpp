@@ -88,11 +88,13 @@ struct HeaderName {
 };
 
 constexpr HeaderName kHeaderNames[] = {
-    {NameTable::Layer, "$CLAYER", true},         {NameTable::Linetype, "$CELTYPE", true}, {NameTable::Linetype, "$DIMLTYPE"},
-    {NameTable::Linetype, "$DIMLTEX1"},          {NameTable::Linetype, "$DIMLTEX2"},      {NameTable::TextStyle, "$TEXTSTYLE", true},
-    {NameTable::TextStyle, "$DIMTXSTY"},         {NameTable::DimStyle, "$DIMSTYLE", true}, {NameTable::Ucs, "$UCSNAME"},
-    {NameTable::Ucs, "$PUCSNAME"},               {NameTable::Block, "$DIMBLK"},           {NameTable::Block, "$DIMBLK1"},
-    {NameTable::Block, "$DIMBLK2"},              {NameTable::Block, "$DIMLDRBLK"},
+    {NameTable::Layer, "$CLAYER", true}, {NameTable::Linetype, "$CELTYPE", true},
+    {NameTable::Linetype, "$DIMLTYPE"},  {NameTable::Linetype, "$DIMLTEX1"},
+    {NameTable::Linetype, "$DIMLTEX2"},  {NameTable::TextStyle, "$TEXTSTYLE", true},
+    {NameTable::TextStyle, "$DIMTXSTY"}, {NameTable::DimStyle, "$DIMSTYLE", true},
+    {NameTable::Ucs, "$UCSNAME"},        {NameTable::Ucs, "$PUCSNAME"},
+    {NameTable::Block, "$DIMBLK"},       {NameTable::Block, "$DIMBLK1"},
+    {NameTable::Block, "$DIMBLK2"},      {NameTable::Block, "$DIMLDRBLK"},
 };
 
 bool isCurrent(const DatabaseCore& db, NameTable table, std::string_view name)
@@ -114,7 +116,8 @@ bool hasFixedName(const DatabaseCore& db, const VcDbSymbolTableRecord& record)
     return false;
 }
 
-void renameInHeader(DatabaseCore& db, const VcDbSymbolTableRecord& record, std::string_view oldName, std::string_view newName)
+void renameInHeader(DatabaseCore& db, const VcDbSymbolTableRecord& record, std::string_view oldName,
+                    std::string_view newName)
 {
     for (const HeaderName& h : kHeaderNames) {
         const TagList* value = db.tableId(h.table) == record.ownerId() ? db.header().find(h.variable) : nullptr;

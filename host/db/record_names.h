@@ -20,7 +20,8 @@ std::string freeAnonymousName(const VcDbSymbolTable& table, std::string_view pre
 bool hasFixedName(const DatabaseCore& db, const VcDbSymbolTableRecord& record);
 
 // The header names what is current; it goes on naming the record under its new name.
-void renameInHeader(DatabaseCore& db, const VcDbSymbolTableRecord& record, std::string_view oldName, std::string_view newName);
+void renameInHeader(DatabaseCore& db, const VcDbSymbolTableRecord& record, std::string_view oldName,
+                    std::string_view newName);
 
 // Gives a layer that names no linetype the continuous one.
 void completeRecord(VcDbSymbolTableRecord& record, const DatabaseCore& db);

@@ -41,7 +41,10 @@ public:
     void ref(int code, RefKind kind, VcDbObjectId& id) override;
     void optionalRef(int code, RefKind kind, VcDbObjectId& id) override { ref(code, kind, id); }
     void name(int code, NameTable table, VcDbObjectId& id) override { ref(code, RefKind::HardPointer, id); }
-    void optionalName(int code, NameTable table, VcDbObjectId& id, const char*) override { ref(code, RefKind::HardPointer, id); }
+    void optionalName(int code, NameTable table, VcDbObjectId& id, const char*) override
+    {
+        ref(code, RefKind::HardPointer, id);
+    }
     // References inside groups that are kept whole.
     void tags(TagList& list);
 

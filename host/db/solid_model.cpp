@@ -66,7 +66,7 @@ TagList withLines(const TagList& old, std::string_view text)
             tags.add(tag);
             continue;
         }
-        for (; !done && !text.empty(); text.remove_prefix(std::min(text.size(), text.find('\n') + 1)))  {
+        for (; !done && !text.empty(); text.remove_prefix(std::min(text.size(), text.find('\n') + 1))) {
             addLine(tags, text.substr(0, text.find('\n')));
             if (text.find('\n') == std::string_view::npos)
                 break;
@@ -160,7 +160,8 @@ Box3d boxOfRoundFaces(const ModelShape& shape)
     constexpr int kLines = 64;
     const bool any = std::any_of(shape.faces.begin(), shape.faces.end(), [](const ModelFace& f) {
         const auto* cone = std::get_if<ConeSurface>(&f.surface);
-        return (cone && cone->slope != 0) || std::holds_alternative<SphereSurface>(f.surface) || std::holds_alternative<TorusSurface>(f.surface);
+        return (cone && cone->slope != 0) || std::holds_alternative<SphereSurface>(f.surface) ||
+               std::holds_alternative<TorusSurface>(f.surface);
     });
     return any ? boxOf(isolines(shape, kLines)) : Box3d();
 }
@@ -262,7 +263,8 @@ std::vector<Curve> drawnCurvesOf(const VcDbModelerGeometry& solid)
     const SolidModel& model = solid.model();
     std::vector<Curve> curves = model.shape.edges;
     const auto* surface = VcDbSurface::cast(&solid);
-    const int count = surface ? std::max(surface->uIsolineDensity(), 0) : statedIsolines(DatabaseCore::of(solid.objectId()));
+    const int count =
+        surface ? std::max(surface->uIsolineDensity(), 0) : statedIsolines(DatabaseCore::of(solid.objectId()));
     const std::vector<Curve>& lines = model.lines(count);
     curves.insert(curves.end(), lines.begin(), lines.end());
     return curves;

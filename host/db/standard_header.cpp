@@ -217,7 +217,8 @@ void ensureTimes(HeaderVars& header)
     std::tm local{};
     localtime_r(&seconds, &local);
     const double universal = julianDay(now), here = universal + double(local.tm_gmtoff) / 86400;
-    for (const auto& [name, value] : {std::pair{"$TDCREATE", here}, {"$TDUCREATE", universal}, {"$TDUPDATE", here}, {"$TDUUPDATE", universal}})
+    for (const auto& [name, value] :
+         {std::pair{"$TDCREATE", here}, {"$TDUCREATE", universal}, {"$TDUPDATE", here}, {"$TDUUPDATE", universal}})
         if (!header.has(name))
             header.setReal(name, 40, value);
 }

@@ -58,8 +58,8 @@ bool isMetric(const DatabaseCore& db) { return db.header().integer("$MEASUREMENT
 
 StandardObjects::StandardObjects(DatabaseCore& db)
     : m_db(db), m_isNew(!db.origin.fromFile && db.rootDictionary().isNull()),
-      m_isComplete(db.origin.fromFile && db.origin.version >= DxfVersion::R2000 && !db.header().entries().empty()), m_metric(isMetric(db)),
-      m_headerKeepsUcs(db.origin.fromFile && db.origin.version < DxfVersion::R2000)
+      m_isComplete(db.origin.fromFile && db.origin.version >= DxfVersion::R2000 && !db.header().entries().empty()),
+      m_metric(isMetric(db)), m_headerKeepsUcs(db.origin.fromFile && db.origin.version < DxfVersion::R2000)
 {
 }
 
@@ -142,7 +142,9 @@ void StandardObjects::ensureRecords()
         viewport->setWidth(m_metric ? 420 : 12);
         viewport->setCenterPoint(m_metric ? VcGePoint2d(210, 148.5) : VcGePoint2d(6, 4.5));
         // A file without the record has the model's coordinate system in its header alone.
-        if (const auto o = m_db.header().point("$UCSORG"), x = m_db.header().point("$UCSXDIR"), y = m_db.header().point("$UCSYDIR"); o && x && y)
+        if (const auto o = m_db.header().point("$UCSORG"), x = m_db.header().point("$UCSXDIR"),
+            y = m_db.header().point("$UCSYDIR");
+            o && x && y)
             viewport->setUcs({o->x, o->y, o->z}, {x->x, x->y, x->z}, {y->x, y->y, y->z});
         if (!m_metric) {
             viewport->setSnapIncrements({0.5, 0.5});
@@ -171,8 +173,8 @@ void StandardObjects::ensureSpaces()
 // Dictionaries and what stands in them
 
 template <class T>
-T& StandardObjects::addTo(VcDbDictionary& dictionary, const std::string& name, std::unique_ptr<T> object, std::uint64_t handle,
-                          VcDbObjectId reserved)
+T& StandardObjects::addTo(VcDbDictionary& dictionary, const std::string& name, std::unique_ptr<T> object,
+                          std::uint64_t handle, VcDbObjectId reserved)
 {
     T& added = *object;
     const VcDbObjectId id = reserved.isNull() ? m_db.add(std::move(object), dictionary.objectId(), customary(handle))

@@ -216,7 +216,8 @@ Vcad::ErrorStatus VcDbSymbolTable::add(VcDbSymbolTableRecord* record)
     return add(id, record);
 }
 
-Vcad::ErrorStatus VcDbSymbolTable::newIterator(VcDbSymbolTableIterator*& iterator, bool atBeginning, bool skipDeleted) const
+Vcad::ErrorStatus VcDbSymbolTable::newIterator(VcDbSymbolTableIterator*& iterator, bool atBeginning,
+                                               bool skipDeleted) const
 {
     iterator = new VcDbSymbolTableIterator(*this, skipDeleted);
     iterator->start(atBeginning, skipDeleted);
@@ -259,34 +260,35 @@ Vcad::ErrorStatus VcDbSymbolTableIterator::getRecordId(VcDbObjectId& id) const
     return Vcad::eOk;
 }
 
-Vcad::ErrorStatus VcDbSymbolTableIterator::getRecord(VcDbSymbolTableRecord*& record, VcDb::OpenMode mode, bool openErased) const
+Vcad::ErrorStatus VcDbSymbolTableIterator::getRecord(VcDbSymbolTableRecord*& record, VcDb::OpenMode mode,
+                                                     bool openErased) const
 {
     record = nullptr;
     return done() ? Vcad::eInvalidIndex : vcdbOpenObject(record, m_ids[std::size_t(m_at)], mode, openErased);
 }
 
-#define VCDB_DEFINE_TABLE(Table, Record, Iterator)                                                                        \
-    VCDB_DEFINE(Table, VcDbSymbolTable, nullptr)                                                                          \
-    Vcad::ErrorStatus Table::getAt(const wchar_t* name, Record*& record, VcDb::OpenMode mode, bool openErased) const      \
-    {                                                                                                                     \
-        VcDbObjectId id;                                                                                                  \
-        record = nullptr;                                                                                                 \
-        const Vcad::ErrorStatus status = getAt(name, id, openErased);                                                     \
-        return status ? status : vcdbOpenObject(record, id, mode, openErased);                                            \
-    }                                                                                                                     \
-    Vcad::ErrorStatus Table::newIterator(Iterator*& iterator, bool atBeginning, bool skipDeleted) const                   \
-    {                                                                                                                     \
-        iterator = new Iterator(*this, skipDeleted);                                                                      \
-        iterator->start(atBeginning, skipDeleted);                                                                        \
-        return Vcad::eOk;                                                                                                 \
-    }                                                                                                                     \
-    VcDbSymbolTableRecord* Table::newRecord() const { return new Record; }                                                \
-    Vcad::ErrorStatus Iterator::getRecord(Record*& record, VcDb::OpenMode mode, bool openErased) const                    \
-    {                                                                                                                     \
-        VcDbSymbolTableRecord* opened = nullptr;                                                                          \
-        const Vcad::ErrorStatus status = VcDbSymbolTableIterator::getRecord(opened, mode, openErased);                    \
-        record = static_cast<Record*>(opened);                                                                            \
-        return status;                                                                                                    \
+#define VCDB_DEFINE_TABLE(Table, Record, Iterator)                                                                     \
+    VCDB_DEFINE(Table, VcDbSymbolTable, nullptr)                                                                       \
+    Vcad::ErrorStatus Table::getAt(const wchar_t* name, Record*& record, VcDb::OpenMode mode, bool openErased) const   \
+    {                                                                                                                  \
+        VcDbObjectId id;                                                                                               \
+        record = nullptr;                                                                                              \
+        const Vcad::ErrorStatus status = getAt(name, id, openErased);                                                  \
+        return status ? status : vcdbOpenObject(record, id, mode, openErased);                                         \
+    }                                                                                                                  \
+    Vcad::ErrorStatus Table::newIterator(Iterator*& iterator, bool atBeginning, bool skipDeleted) const                \
+    {                                                                                                                  \
+        iterator = new Iterator(*this, skipDeleted);                                                                   \
+        iterator->start(atBeginning, skipDeleted);                                                                     \
+        return Vcad::eOk;                                                                                              \
+    }                                                                                                                  \
+    VcDbSymbolTableRecord* Table::newRecord() const { return new Record; }                                             \
+    Vcad::ErrorStatus Iterator::getRecord(Record*& record, VcDb::OpenMode mode, bool openErased) const                 \
+    {                                                                                                                  \
+        VcDbSymbolTableRecord* opened = nullptr;                                                                       \
+        const Vcad::ErrorStatus status = VcDbSymbolTableIterator::getRecord(opened, mode, openErased);                 \
+        record = static_cast<Record*>(opened);                                                                         \
+        return status;                                                                                                 \
     }
 
 VCDB_DEFINE_TABLE(VcDbLayerTable, VcDbLayerTableRecord, VcDbLayerTableIterator)

@@ -91,7 +91,8 @@ void TagList::add(const Tag& tag)
     case Tag::Form::Real:
         return addReal(tag.code, tag.real);
     case Tag::Form::Integer:
-        return tag.isHandle ? addHandle(tag.code, static_cast<std::uint64_t>(tag.integer)) : addInteger(tag.code, tag.integer);
+        return tag.isHandle ? addHandle(tag.code, static_cast<std::uint64_t>(tag.integer))
+                            : addInteger(tag.code, tag.integer);
     case Tag::Form::Point:
         for (int i = 0; i < 3; ++i)
             addReal(tag.code + 10 * i, tag.point[i]);
@@ -111,10 +112,7 @@ void TagList::append(const TagList& other)
     m_count += other.m_count;
 }
 
-TagList::const_iterator::const_iterator(const char* at, const char* end) : m_at(at), m_next(at), m_end(end)
-{
-    load();
-}
+TagList::const_iterator::const_iterator(const char* at, const char* end) : m_at(at), m_next(at), m_end(end) { load(); }
 
 TagList::const_iterator& TagList::const_iterator::operator++()
 {

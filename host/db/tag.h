@@ -12,8 +12,8 @@
 // A group whose value is still as its source had it; the text belongs to the source.
 struct Tag {
     enum class Form : std::uint8_t {
-        Raw,      // the text of a line of an ASCII file, in the file's own encoding
-        Utf8,     // a text, or a handle in hexadecimal
+        Raw,   // the text of a line of an ASCII file, in the file's own encoding
+        Utf8,  // a text, or a handle in hexadecimal
         Real,
         Integer,  // also a handle as a number
         Point,    // three reals under one code, as in a chain
@@ -128,7 +128,8 @@ public:
     void mapHandles(Map&& map)
     {
         using M = std::remove_reference_t<Map>;
-        rewriteHandles([](void* m, int code, std::uint64_t handle) -> std::uint64_t { return (*static_cast<M*>(m))(code, handle); },
+        rewriteHandles([](void* m, int code,
+                          std::uint64_t handle) -> std::uint64_t { return (*static_cast<M*>(m))(code, handle); },
                        const_cast<void*>(static_cast<const void*>(&map)));
     }
 

@@ -67,8 +67,9 @@ VcGePoint3d drawnPosition(const VcDbText& text, const std::string& drawn)
     const VcDb::TextHorzMode mode = text.horizontalMode();
     if (text.isDefaultAlignment() || mode == VcDb::kTextAlign || mode == VcDb::kTextFit)
         return text.position();
-    const VcGeVector2d offset = vktext::justificationOffset(textStyleSpec(text), text.height(), drawn, vktext::HorizontalMode(mode),
-                                                            vktext::VerticalMode(text.verticalMode()));
+    const VcGeVector2d offset =
+        vktext::justificationOffset(textStyleSpec(text), text.height(), drawn, vktext::HorizontalMode(mode),
+                                    vktext::VerticalMode(text.verticalMode()));
     const double c = std::cos(text.rotation()), s = std::sin(text.rotation());
     const VcGeVector3d own(-(offset.x * c - offset.y * s), -(offset.x * s + offset.y * c), 0);
     return vk::geom::toWorld(text.ownAlignmentPoint() + own, text.normal());
@@ -83,7 +84,8 @@ VcDbObjectId styleWithFont(DatabaseCore& db, const vktext::FontRequest& font, Vc
     if (!table)
         return preferred;
     for (const VcDbObjectId id : table->records())
-        if (const auto* record = db.liveAs<VcDbTextStyleTableRecord>(id); record && !record->isShapeFile() && fontOf(*record) == font)
+        if (const auto* record = db.liveAs<VcDbTextStyleTableRecord>(id);
+            record && !record->isShapeFile() && fontOf(*record) == font)
             return id;
 
     auto record = std::make_unique<VcDbTextStyleTableRecord>();

@@ -109,7 +109,8 @@ UndoJournal::SpanPtr UndoJournal::rollbackKeeping(std::size_t position)
     for (std::size_t i = m_changes.size(); i-- > position;)
         swapBack(m_changes[i], spare);
     m_swapping = false;
-    span->changes.assign(std::make_move_iterator(m_changes.begin() + position), std::make_move_iterator(m_changes.end()));
+    span->changes.assign(std::make_move_iterator(m_changes.begin() + position),
+                         std::make_move_iterator(m_changes.end()));
     m_changes.erase(m_changes.begin() + position, m_changes.end());
     m_lastMark = m_changes.size();
     m_db.noteChange(0);

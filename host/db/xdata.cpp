@@ -72,7 +72,8 @@ resbuf* xdataToChain(const TagList& xdata, const std::optional<std::string>& app
             if (groupKind(tag.code) == GroupKind::Point && tag.form == Tag::Form::Real) {
                 point = &chain.add(tag.code);
                 setRbPoint(*point, tag.real, 0, 0);
-            } else if (tag.form == Tag::Form::Real && point && (tag.code == point->restype + 10 || tag.code == point->restype + 20)) {
+            } else if (tag.form == Tag::Form::Real && point &&
+                       (tag.code == point->restype + 10 || tag.code == point->restype + 20)) {
                 point->resval.rpoint[(tag.code - point->restype) / 10] = tag.real;
             } else if (tag.form == Tag::Form::Real) {
                 chain.addReal(tag.code, tag.real);
@@ -97,9 +98,9 @@ std::size_t xdataSize(const TagList& xdata)
     std::size_t size = 0;
     for (const Tag& tag : xdata)
         size += 1 + (tag.form == Tag::Form::Utf8 || tag.form == Tag::Form::Bytes ? tag.view().size() + 3
-                     : tag.code == 1070                                         ? 2
-                     : tag.code == 1071                                         ? 4
-                                                                                : 8);
+                     : tag.code == 1070                                          ? 2
+                     : tag.code == 1071                                          ? 4
+                                                                                 : 8);
     return size;
 }
 

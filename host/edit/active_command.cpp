@@ -18,13 +18,14 @@ constexpr std::size_t kStackBytes = (kStacksAreWatched ? 8 : 1) * 1024 * 1024;
 }
 
 struct ActiveCommand::Stack {
-    ctx::fiber body;   // while the main stack runs
-    ctx::fiber main;   // while the body runs
+    ctx::fiber body;  // while the main stack runs
+    ctx::fiber main;  // while the body runs
     StackBounds bodyBounds, mainBounds;
 };
 
 ActiveCommand::ActiveCommand(Editor& editor, const CommandEntry& entry, bool driven, bool fromLisp, int level)
-    : m_editor(editor), m_entry(entry), m_driven(driven), m_fromLisp(fromLisp), m_level(level), m_stack(std::make_unique<Stack>())
+    : m_editor(editor), m_entry(entry), m_driven(driven), m_fromLisp(fromLisp), m_level(level),
+      m_stack(std::make_unique<Stack>())
 {
     ctx::protected_fixedsize_stack allocator(kStackBytes);
     const ctx::stack_context memory = allocator.allocate();

@@ -45,7 +45,8 @@ bool CommandTable::add(CommandEntry entry)
 
 bool CommandTable::remove(std::string_view group, std::string_view name)
 {
-    const std::size_t removed = std::erase_if(m_entries, [&](const auto& e) { return e->group == group && equalNoCase(e->name, name); });
+    const std::size_t removed =
+        std::erase_if(m_entries, [&](const auto& e) { return e->group == group && equalNoCase(e->name, name); });
     reindex();
     return removed > 0;
 }
@@ -72,7 +73,8 @@ std::vector<std::string> CommandTable::namesBeginning(std::string_view prefix) c
 {
     std::vector<std::string> names;
     for (const auto& entry : m_entries)
-        if (entry->localName.size() >= prefix.size() && equalNoCase(std::string_view(entry->localName).substr(0, prefix.size()), prefix))
+        if (entry->localName.size() >= prefix.size() &&
+            equalNoCase(std::string_view(entry->localName).substr(0, prefix.size()), prefix))
             names.push_back(entry->localName);
     std::sort(names.begin(), names.end());
     names.erase(std::unique(names.begin(), names.end()), names.end());

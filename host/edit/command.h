@@ -26,19 +26,19 @@ struct HostCommand {
 
 enum CommandFlags : int {
     kPlain = 0,
-    kTransparent = 1,    // may run within another command, typed with '
-    kUsesPickSet = 2,    // a set picked before the command is offered to it
-    kNoUndoStep = 4,     // UNDO, U, REDO, and what changes nothing that undo knows
+    kTransparent = 1,     // may run within another command, typed with '
+    kUsesPickSet = 2,     // a set picked before the command is offered to it
+    kNoUndoStep = 4,      // UNDO, U, REDO, and what changes nothing that undo knows
     kActsOnceDriven = 8,  // driven by another command it ends after one run
-    kStaysWaiting = 16,  // stays with the person when the command that drove it has ended
+    kStaysWaiting = 16,   // stays with the person when the command that drove it has ended
 };
 
 // A command as the command line finds it.
 struct CommandEntry {
     std::string group, name, localName, alias, help;
     int flags = 0;
-    const HostCommand* host = nullptr;          // or
-    VcEdCommandFunction handler = nullptr;      // of a module
+    const HostCommand* host = nullptr;      // or
+    VcEdCommandFunction handler = nullptr;  // of a module
 };
 
 class VKHOST_API CommandTable {

@@ -70,7 +70,8 @@ std::optional<VcGePoint3d> cursorOf(const Answer& answer, Question::Kind kind, c
 void Display::endDrag(const Question& question, const Answer* answer)
 {
     constexpr std::size_t kKept = 64;
-    const auto open = std::find_if(m_drags.rbegin(), m_drags.rend(), [&](const Drag& d) { return d.question == &question; });
+    const auto open =
+        std::find_if(m_drags.rbegin(), m_drags.rend(), [&](const Drag& d) { return d.question == &question; });
     if (open == m_drags.rend())
         return;
     const Drag drag = std::move(*open);
@@ -135,7 +136,9 @@ int vcedGrVecs(const resbuf* vectors, const vds_matrix matrix)
             first = node;
             continue;
         }
-        const auto at = [&](const resbuf& n) { return m * VcGePoint3d(n.resval.rpoint[0], n.resval.rpoint[1], n.resval.rpoint[2]); };
+        const auto at = [&](const resbuf& n) {
+            return m * VcGePoint3d(n.resval.rpoint[0], n.resval.rpoint[1], n.resval.rpoint[2]);
+        };
         Display::instance().addVector({at(*first), at(*node), std::abs(colour), colour < 0});
         first = nullptr;
     }

@@ -71,10 +71,7 @@ void Editor::print(std::string_view text)
         m_sink(text);
 }
 
-void Editor::printLine(std::string_view text)
-{
-    print((m_atLineStart ? "" : "\n") + std::string(text) + "\n");
-}
+void Editor::printLine(std::string_view text) { print((m_atLineStart ? "" : "\n") + std::string(text) + "\n"); }
 
 // Prompts begin a line of their own; modules put a line break in front, which an empty line would be too much for.
 void Editor::printPrompt(std::string_view prompt)

@@ -93,7 +93,8 @@ public:
     VcGePoint3d point(std::string_view prompt, const Options& options = {});
     double distance(std::string_view prompt, std::optional<double> byDefault = {}, const Options& options = {});
     double real(std::string_view prompt, std::optional<double> byDefault = {}, const Options& options = {});
-    std::int64_t integer(std::string_view prompt, std::optional<std::int64_t> byDefault = {}, const Options& options = {});
+    std::int64_t integer(std::string_view prompt, std::optional<std::int64_t> byDefault = {},
+                         const Options& options = {});
     // The global keyword. byDefault, a global keyword, is taken on Enter; the prompt shows "[A/B] <default>" already.
     std::string keyword(std::string_view prompt, std::string_view keywords, std::string_view byDefault = {});
     std::string word(std::string_view prompt, std::optional<std::string> byDefault = {});
@@ -152,9 +153,9 @@ public:
     // State shared by the C-level interface.
     InitGet takeInitGet();
     void setInitGet(InitGet init) { m_init = std::move(init); }
-    bool writesNothing = false;    // a dry run: commands that save say so and leave it
-    bool asksBeforeQuit = false;   // someone is there to be asked
-    std::string lastInput;  // keyword or arbitrary text of the last question
+    bool writesNothing = false;   // a dry run: commands that save say so and leave it
+    bool asksBeforeQuit = false;  // someone is there to be asked
+    std::string lastInput;        // keyword or arbitrary text of the last question
     std::shared_ptr<SelectionSet> previousSelection;
     std::shared_ptr<SelectionSet> pickFirst;
     VcGePoint3d lastPoint;  // in the UCS

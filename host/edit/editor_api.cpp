@@ -99,17 +99,20 @@ int vcedInitGet(int bits, const wchar_t* keywords)
 
 int vcedGetPoint(const vds_point base, const wchar_t* prompt, vds_point pointOut)
 {
-    return asked(questionOf(Kind::Point, prompt, base), pointOut, [&](const Answer& a) { copyPoint(a.point, pointOut); });
+    return asked(questionOf(Kind::Point, prompt, base), pointOut,
+                 [&](const Answer& a) { copyPoint(a.point, pointOut); });
 }
 
 int vcedGetCorner(const vds_point base, const wchar_t* prompt, vds_point pointOut)
 {
-    return asked(questionOf(Kind::Corner, prompt, base), pointOut, [&](const Answer& a) { copyPoint(a.point, pointOut); });
+    return asked(questionOf(Kind::Corner, prompt, base), pointOut,
+                 [&](const Answer& a) { copyPoint(a.point, pointOut); });
 }
 
 int vcedGetDist(const vds_point base, const wchar_t* prompt, double* distanceOut)
 {
-    return asked(questionOf(Kind::Distance, prompt, base), distanceOut, [&](const Answer& a) { *distanceOut = a.real; });
+    return asked(questionOf(Kind::Distance, prompt, base), distanceOut,
+                 [&](const Answer& a) { *distanceOut = a.real; });
 }
 
 int vcedGetAngle(const vds_point base, const wchar_t* prompt, double* radiansOut)
@@ -119,7 +122,8 @@ int vcedGetAngle(const vds_point base, const wchar_t* prompt, double* radiansOut
 
 int vcedGetOrient(const vds_point base, const wchar_t* prompt, double* radiansOut)
 {
-    return asked(questionOf(Kind::Orientation, prompt, base), radiansOut, [&](const Answer& a) { *radiansOut = a.real; });
+    return asked(questionOf(Kind::Orientation, prompt, base), radiansOut,
+                 [&](const Answer& a) { *radiansOut = a.real; });
 }
 
 int vcedGetReal(const wchar_t* prompt, double* valueOut)
@@ -204,7 +208,10 @@ int vcedPrompt(const wchar_t* text)
 
 // Commands
 
-static int runChain(resbuf* chain) { return Editor::instance().command(RbPtr(chain), ModuleCalls::instance().inLisp()); }
+static int runChain(resbuf* chain)
+{
+    return Editor::instance().command(RbPtr(chain), ModuleCalls::instance().inLisp());
+}
 
 int vcedCommand(int firstCode, ...)
 {
@@ -223,7 +230,9 @@ int vcedCmd(const resbuf* chain) { return runChain(copyRbChain(chain).release())
 
 int vcedDefunEx(const wchar_t* name, const wchar_t* localName, int code)
 {
-    return ModuleCalls::instance().define(wideToUtf8(name ? name : L""), wideToUtf8(localName ? localName : L""), code) ? RTNORM : RTERROR;
+    return ModuleCalls::instance().define(wideToUtf8(name ? name : L""), wideToUtf8(localName ? localName : L""), code)
+               ? RTNORM
+               : RTERROR;
 }
 
 int vcedUndef(const wchar_t* name, int)
@@ -234,10 +243,7 @@ int vcedUndef(const wchar_t* name, int)
 int vcedGetFunCode() { return ModuleCalls::instance().functionCode(); }
 resbuf* vcedGetArgs() { return ModuleCalls::instance().takeArguments().release(); }
 
-static int giveBack(RbPtr value)
-{
-    return ModuleCalls::instance().giveBack(std::move(value)) ? RTNORM : RTERROR;
-}
+static int giveBack(RbPtr value) { return ModuleCalls::instance().giveBack(std::move(value)) ? RTNORM : RTERROR; }
 
 int vcedRetInt(int value)
 {

@@ -18,7 +18,10 @@ using Kind = Question::Kind;
 // While it lives the question follows the cursor.
 class DragOfQuestion {
 public:
-    explicit DragOfQuestion(const Question& question) : m_question(question) { Display::instance().beginDrag(question); }
+    explicit DragOfQuestion(const Question& question) : m_question(question)
+    {
+        Display::instance().beginDrag(question);
+    }
     ~DragOfQuestion()
     {
         if (!m_isEnded)
@@ -93,7 +96,8 @@ InputSource* Editor::personSource()
 
 bool Editor::isQuiet(const InputSource* source) const
 {
-    return source && (dynamic_cast<const TypedVariable*>(source) || (source->isArguments() && m_vars->integer("CMDECHO") == 0));
+    return source &&
+           (dynamic_cast<const TypedVariable*>(source) || (source->isArguments() && m_vars->integer("CMDECHO") == 0));
 }
 
 Answer Editor::ask(Question question)
@@ -148,7 +152,8 @@ std::optional<Answer> Editor::tryAnswer(const Question& question, bool arguments
             runTransparent(text->text);
             return std::nullopt;
         }
-        if (question.kind == Kind::Text && !source->isArguments() && text->text.starts_with('(') && m_vars->integer("TEXTEVAL") == 1)
+        if (question.kind == Kind::Text && !source->isArguments() && text->text.starts_with('(') &&
+            m_vars->integer("TEXTEVAL") == 1)
             return answerWithLisp(question, {text->text});
         return settle(interpretText(*this, question, text->text));
     }
@@ -183,8 +188,8 @@ Answer Editor::endOfInput()
 
 std::optional<Answer> Editor::answerWithLisp(const Question& question, const Input::Expression& expression)
 {
-    if (question.kind != Kind::Text) // whose lines have been echoed as they came
-    print(expression.text + "\n");
+    if (question.kind != Kind::Text)  // whose lines have been echoed as they came
+        print(expression.text + "\n");
     if (!m_lisp)
         return settle(AskAgain{"There is no Lisp in this program."});
     const long number = m_asking ? m_asking->questionNumber() : 0;
@@ -193,7 +198,7 @@ std::optional<Answer> Editor::answerWithLisp(const Question& question, const Inp
     m_feedsAsking = feedsBefore;
     if (number && !isOpen(number)) {
         m_failed |= result.status == LispEvaluator::Result::Failed;
-        return std::nullopt; // its arguments have answered the question
+        return std::nullopt;  // its arguments have answered the question
     }
     if (result.status == LispEvaluator::Result::Cancelled)
         return cancelled(false);

@@ -72,7 +72,7 @@ int Editor::drive(bool argumentsOnly)
         auto answer = tryAnswer(active.question(), argumentsOnly);
         m_asking = asking;
         m_current = before;
-        if (!isOpen(number)) { // Lisp has fed it, perhaps to its end
+        if (!isOpen(number)) {  // Lisp has fed it, perhaps to its end
             if (m_active.empty() || m_active.back().get() != &active)
                 return m_lastOutcome == CommandRecord::Done ? RTNORM : RTCAN;
             continue;
@@ -166,7 +166,8 @@ int Editor::feedCommands(ArgumentSource& source, bool fromLisp)
     static const Question kCommandName{.kind = Kind::Command, .prompt = "Command: "};
     int result = RTNORM;
     while (result == RTNORM) {
-        if (!m_active.empty() && m_active.back()->level() == m_nesting && (m_feedsAsking || !isAsking(*m_active.back()))) {
+        if (!m_active.empty() && m_active.back()->level() == m_nesting &&
+            (m_feedsAsking || !isAsking(*m_active.back()))) {
             result = drive(true);
             if (source.isExhausted())
                 return result;
@@ -191,7 +192,8 @@ bool Editor::isAsking(const ActiveCommand& active) const { return m_asking == &a
 
 bool Editor::isOpen(long questionNumber) const
 {
-    return std::any_of(m_active.begin(), m_active.end(), [&](const auto& a) { return a->hasQuestion() && a->questionNumber() == questionNumber; });
+    return std::any_of(m_active.begin(), m_active.end(),
+                       [&](const auto& a) { return a->hasQuestion() && a->questionNumber() == questionNumber; });
 }
 
 int Editor::startNamed(const std::string& name, bool fromLisp)
@@ -237,7 +239,9 @@ int Editor::invokeModuleCommand(const std::string& name, VcEdCommandFunction han
     --m_nesting;
     m_names.pop_back();
     m_init = {};
-    m_lastOutcome = m_currentFailed ? CommandRecord::Failed : m_currentCancelled ? CommandRecord::Cancelled : CommandRecord::Done;
+    m_lastOutcome = m_currentFailed      ? CommandRecord::Failed
+                    : m_currentCancelled ? CommandRecord::Cancelled
+                                         : CommandRecord::Done;
     const bool failed = std::exchange(m_currentFailed, failedBefore);
     return failed ? RTERROR : RTNORM;
 }

@@ -26,7 +26,10 @@ Question questionOf(Kind kind, std::string_view prompt, const AskOptions& option
     return q;
 }
 
-std::string withDefault(std::string_view prompt, const std::string& value) { return fmt::format("{} <{}>", prompt, value); }
+std::string withDefault(std::string_view prompt, const std::string& value)
+{
+    return fmt::format("{} <{}>", prompt, value);
+}
 
 std::string lengthText(double value)
 {
@@ -42,10 +45,22 @@ AskOptions enterTakesDefault(AskOptions options)
 
 }
 
-Answer Editor::askPoint(std::string_view prompt, const Options& options) { return ask(questionOf(Kind::Point, prompt, options)); }
-Answer Editor::askDistance(std::string_view prompt, const Options& options) { return ask(questionOf(Kind::Distance, prompt, options)); }
-Answer Editor::askAngle(std::string_view prompt, const Options& options) { return ask(questionOf(Kind::Angle, prompt, options)); }
-Answer Editor::askReal(std::string_view prompt, const Options& options) { return ask(questionOf(Kind::Real, prompt, options)); }
+Answer Editor::askPoint(std::string_view prompt, const Options& options)
+{
+    return ask(questionOf(Kind::Point, prompt, options));
+}
+Answer Editor::askDistance(std::string_view prompt, const Options& options)
+{
+    return ask(questionOf(Kind::Distance, prompt, options));
+}
+Answer Editor::askAngle(std::string_view prompt, const Options& options)
+{
+    return ask(questionOf(Kind::Angle, prompt, options));
+}
+Answer Editor::askReal(std::string_view prompt, const Options& options)
+{
+    return ask(questionOf(Kind::Real, prompt, options));
+}
 
 Answer Editor::askInteger(std::string_view prompt, const Options& options)
 {
@@ -109,7 +124,13 @@ static std::string askText(Editor& ed, Kind kind, std::string_view prompt, const
     return a.status == Answer::Status::Enter ? byDefault.value_or("") : a.text;
 }
 
-std::string Editor::word(std::string_view prompt, std::optional<std::string> byDefault) { return askText(*this, Kind::Word, prompt, byDefault); }
-std::string Editor::text(std::string_view prompt, std::optional<std::string> byDefault) { return askText(*this, Kind::Text, prompt, byDefault); }
+std::string Editor::word(std::string_view prompt, std::optional<std::string> byDefault)
+{
+    return askText(*this, Kind::Word, prompt, byDefault);
+}
+std::string Editor::text(std::string_view prompt, std::optional<std::string> byDefault)
+{
+    return askText(*this, Kind::Text, prompt, byDefault);
+}
 
 }

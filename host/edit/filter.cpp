@@ -125,18 +125,12 @@ std::optional<double> simpleNumber(Subject& subject, int code)
     }
 }
 
-bool isSimple(int code)
-{
-    return code == 48 || code == 60 || code == 62 || code == 66 || code == 67 || code == 370;
-}
+bool isSimple(int code) { return code == 48 || code == 60 || code == 62 || code == 66 || code == 67 || code == 370; }
 
 class SimpleTest : public Test {
 public:
     SimpleTest(int code, std::unique_ptr<Comparison> comparison) : m_code(code), m_comparison(std::move(comparison)) {}
-    bool accepts(Subject& subject) const override
-    {
-        return m_comparison->fitsNumber(*simpleNumber(subject, m_code));
-    }
+    bool accepts(Subject& subject) const override { return m_comparison->fitsNumber(*simpleNumber(subject, m_code)); }
 
 private:
     int m_code;
@@ -324,7 +318,8 @@ private:
         if (node.restype == 0 || node.restype == RTDXF0)
             return std::make_unique<TypeTest>(NamePattern(m_db, rbUtf8(node), std::nullopt), op == "=");
         if (node.restype == 6 || node.restype == 8)
-            return std::make_unique<RecordTest>(m_db, node.restype == 8 ? NameTable::Layer : NameTable::Linetype, *comparison);
+            return std::make_unique<RecordTest>(m_db, node.restype == 8 ? NameTable::Layer : NameTable::Linetype,
+                                                *comparison);
         if (isSimple(node.restype))
             return std::make_unique<SimpleTest>(node.restype, std::move(comparison));
         return std::make_unique<GroupTest>(node.restype, std::move(comparison));

@@ -56,10 +56,10 @@ enum class Relation { Any, Equal, NotEqual, Less, LessEqual, Greater, GreaterEqu
 std::optional<Relation> relationOf(std::string_view op)
 {
     static constexpr std::pair<std::string_view, Relation> kRelations[] = {
-        {"*", Relation::Any},          {"=", Relation::Equal},      {"!=", Relation::NotEqual},
-        {"/=", Relation::NotEqual},    {"<>", Relation::NotEqual},  {"<", Relation::Less},
-        {"<=", Relation::LessEqual},   {">", Relation::Greater},    {">=", Relation::GreaterEqual},
-        {"&", Relation::AnyBit},       {"&=", Relation::AllBits},
+        {"*", Relation::Any},        {"=", Relation::Equal},     {"!=", Relation::NotEqual},
+        {"/=", Relation::NotEqual},  {"<>", Relation::NotEqual}, {"<", Relation::Less},
+        {"<=", Relation::LessEqual}, {">", Relation::Greater},   {">=", Relation::GreaterEqual},
+        {"&", Relation::AnyBit},     {"&=", Relation::AllBits},
     };
     for (const auto& [text, relation] : kRelations)
         if (text == op)
@@ -229,7 +229,8 @@ std::unique_ptr<Comparison> textComparison(const DatabaseCore& db, Relation rela
 {
     if (!group.resval.rstring || (relation != Relation::Equal && relation != Relation::NotEqual))
         return nullptr;
-    return std::make_unique<TextComparison>(NamePattern(db, rbUtf8(group), tableOf(group.restype)), relation == Relation::Equal);
+    return std::make_unique<TextComparison>(NamePattern(db, rbUtf8(group), tableOf(group.restype)),
+                                            relation == Relation::Equal);
 }
 
 }

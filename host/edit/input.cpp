@@ -69,7 +69,10 @@ void ArgumentSource::dropEnters()
 
 bool TextSource::isExhausted() const { return m_ended && !m_hasLine; }
 
-std::string TextSource::position() const { return m_name.empty() ? std::string() : "line " + std::to_string(m_number) + " of " + m_name; }
+std::string TextSource::position() const
+{
+    return m_name.empty() ? std::string() : "line " + std::to_string(m_number) + " of " + m_name;
+}
 
 bool TextSource::fill(const Question& question)
 {
@@ -172,7 +175,8 @@ std::size_t endOfToken(std::string_view rest)
         return blank;
     const std::string_view token = rest.substr(0, blank);
     const std::size_t feet = token.rfind('\'');
-    if (feet == token.npos || !(areDigits(token.substr(feet + 1)) || (token.substr(feet + 1).starts_with('-') && areDigits(token.substr(feet + 2)))))
+    if (feet == token.npos || !(areDigits(token.substr(feet + 1)) ||
+                                (token.substr(feet + 1).starts_with('-') && areDigits(token.substr(feet + 2)))))
         return blank;
     const std::size_t next = rest.find_first_of(" \t", blank + 1);
     return isInchFraction(rest.substr(blank + 1, next == rest.npos ? rest.npos : next - blank - 1)) ? next : blank;

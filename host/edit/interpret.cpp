@@ -92,7 +92,8 @@ std::optional<VcGePoint3d> polar(const Editor& ed, std::string_view text, double
         return spherical(ed, text, at, second);
     const std::size_t comma = text.find(',', at);
     const auto distance = number(ed, text.substr(0, at));
-    const auto angle = typedAngle(ed, text.substr(at + 1, comma == std::string_view::npos ? comma : comma - at - 1), true);
+    const auto angle =
+        typedAngle(ed, text.substr(at + 1, comma == std::string_view::npos ? comma : comma - at - 1), true);
     const auto z = comma == std::string_view::npos ? std::optional(elevation) : number(ed, text.substr(comma + 1));
     if (!distance || !angle || !z)
         return std::nullopt;
@@ -141,14 +142,19 @@ const char* complaint(const Question& q)
     case Kind::Corner:
         return words ? "Point or option keyword required." : "Invalid point.";
     case Kind::Distance:
-        return words ? "Requires numeric distance, two points, or option keyword." : q.base ? "Requires numeric distance or second point." : "Requires numeric distance or two points.";
+        return words    ? "Requires numeric distance, two points, or option keyword."
+               : q.base ? "Requires numeric distance or second point."
+                        : "Requires numeric distance or two points.";
     case Kind::Angle:
     case Kind::Orientation:
-        return words ? "Requires valid numeric angle, two points, or option keyword." : "Requires valid numeric angle or two points.";
+        return words ? "Requires valid numeric angle, two points, or option keyword."
+                     : "Requires valid numeric angle or two points.";
     case Kind::Real:
         return words ? "Requires numeric value or option keyword." : "Requires numeric value.";
     case Kind::Integer:
-        return words ? "Requires an integer value or an option keyword." : q.anyNumber ? "Requires an integer value." : "Requires an integer between -32768 and 32767.";
+        return words         ? "Requires an integer value or an option keyword."
+               : q.anyNumber ? "Requires an integer value."
+                             : "Requires an integer between -32768 and 32767.";
     case Kind::Keyword:
         return "Invalid option keyword.";
     case Kind::Entity:
@@ -351,7 +357,8 @@ std::optional<VcGePoint3d> parsePoint(Editor& ed, const Question& q, std::string
     if (!p && q.base)
         if (const auto along = number(ed, text); along && *along != 0) {
             // A bare number goes that far along the cursor, which without a window lies where the last answer was.
-            const VcGeVector3d direction = (ed.lastPoint - *q.base).length() > 0 ? (ed.lastPoint - *q.base).normal() : VcGeVector3d::xAxis();
+            const VcGeVector3d direction =
+                (ed.lastPoint - *q.base).length() > 0 ? (ed.lastPoint - *q.base).normal() : VcGeVector3d::xAxis();
             p = *q.base + direction * *along;
         }
     if (p && q.init.has(InitGet::Only2d))
@@ -415,7 +422,8 @@ Interpretation fromEntity(Editor& ed, const Question& q, VcDbObjectId id, std::o
     }
     if (q.kind == Kind::Entity && p && !entityIsAt(ed, id, ucsToWorld(ed) * *p))
         a.status = Answer::Status::Failed;
-    return q.kind == Kind::Entity || q.kind == Kind::Selection ? Interpretation(a) : Interpretation(AskAgain{complaint(q)});
+    return q.kind == Kind::Entity || q.kind == Kind::Selection ? Interpretation(a)
+                                                               : Interpretation(AskAgain{complaint(q)});
 }
 
 // A list of numbers is a point; a list of an entity and a point is a pick of that entity there.
@@ -431,7 +439,8 @@ Interpretation fromList(Editor& ed, const Question& q, const resbuf& list)
         else if (node->restype == RTENAME)
             nameToId(node->resval.rlname, entity);
         else if (isPointValue(*node))
-            at = VcGePoint3d(node->resval.rpoint[0], node->resval.rpoint[1], node->restype == RTPOINT ? 0 : node->resval.rpoint[2]);
+            at = VcGePoint3d(node->resval.rpoint[0], node->resval.rpoint[1],
+                             node->restype == RTPOINT ? 0 : node->resval.rpoint[2]);
         else if (node->restype == RTREAL || node->restype == RTSHORT || node->restype == RTLONG)
             numbers.push_back(rbReal(*node));
     }
@@ -447,7 +456,8 @@ Interpretation fromList(Editor& ed, const Question& q, const resbuf& list)
 Interpretation interpretValue(Editor& ed, const Question& q, const resbuf& value)
 {
     if (isPointValue(value)) {
-        VcGePoint3d p(value.resval.rpoint[0], value.resval.rpoint[1], value.restype == RTPOINT ? 0 : value.resval.rpoint[2]);
+        VcGePoint3d p(value.resval.rpoint[0], value.resval.rpoint[1],
+                      value.restype == RTPOINT ? 0 : value.resval.rpoint[2]);
         if (q.init.has(InitGet::Only2d))
             p.z = ed.vars().real("ELEVATION");
         return fromPoint(ed, q, p);
@@ -474,7 +484,8 @@ Interpretation interpretValue(Editor& ed, const Question& q, const resbuf& value
     case RTANG:
     case RTORINT:
         if (q.kind == Kind::Angle || q.kind == Kind::Orientation)
-            return value.restype == RTREAL ? interpretText(ed, q, valueText(value)) : Interpretation(realAnswer(value.resval.rreal));
+            return value.restype == RTREAL ? interpretText(ed, q, valueText(value))
+                                           : Interpretation(realAnswer(value.resval.rreal));
         if (q.kind == Kind::Distance || q.kind == Kind::Real)
             return distanceOf(ed, q, value.resval.rreal);
         break;

@@ -17,8 +17,14 @@ namespace {
 
 class Linker : public VcRxDynamicLinker {
 public:
-    bool loadModule(const wchar_t* file, bool) override { return file && ModuleLoader::instance().load(wideToUtf8(file)).empty(); }
-    bool unloadModule(const wchar_t* file) override { return file && ModuleLoader::instance().unload(wideToUtf8(file)).empty(); }
+    bool loadModule(const wchar_t* file, bool) override
+    {
+        return file && ModuleLoader::instance().load(wideToUtf8(file)).empty();
+    }
+    bool unloadModule(const wchar_t* file) override
+    {
+        return file && ModuleLoader::instance().unload(wideToUtf8(file)).empty();
+    }
     bool lock(void* module) override
     {
         ModuleLoader::instance().lock(module, true);
@@ -34,7 +40,8 @@ public:
 class CommandStack : public VcEdCommandStack {
 public:
     Vcad::ErrorStatus addCommand(const wchar_t* group, const wchar_t* globalName, const wchar_t* localName, int flags,
-                                 VcEdCommandFunction handler, VcEdUIContext*, int, void*, VcEdCommand** commandOut) override
+                                 VcEdCommandFunction handler, VcEdUIContext*, int, void*,
+                                 VcEdCommand** commandOut) override
     {
         if (!group || !globalName || !*globalName || !handler)
             return Vcad::eInvalidInput;
@@ -42,7 +49,8 @@ public:
         entry.group = wideToUtf8(group);
         entry.name = wideToUtf8(globalName);
         entry.localName = localName ? wideToUtf8(localName) : std::string();
-        entry.flags = (flags & VCED_CMD_TRANSPARENT ? kTransparent : 0) | (flags & VCED_CMD_USEPICKSET ? kUsesPickSet : 0);
+        entry.flags =
+            (flags & VCED_CMD_TRANSPARENT ? kTransparent : 0) | (flags & VCED_CMD_USEPICKSET ? kUsesPickSet : 0);
         entry.handler = handler;
         entry.help = ModuleLoader::instance().helpOf(entry.name);
         if (commandOut)
@@ -51,7 +59,9 @@ public:
     }
     Vcad::ErrorStatus removeCommand(const wchar_t* group, const wchar_t* name) override
     {
-        return group && name && CommandTable::instance().remove(wideToUtf8(group), wideToUtf8(name)) ? Vcad::eOk : Vcad::eKeyNotFound;
+        return group && name && CommandTable::instance().remove(wideToUtf8(group), wideToUtf8(name))
+                   ? Vcad::eOk
+                   : Vcad::eKeyNotFound;
     }
     Vcad::ErrorStatus removeGroup(const wchar_t* group) override
     {
@@ -59,8 +69,7 @@ public:
     }
 };
 
-class Service : public VcRxObject {
-};
+class Service : public VcRxObject {};
 
 VcRxDictionary& serviceDictionary() { return *VcRxDictionary::cast(vcrxSysRegistry()->at(L"ServiceDictionary")); }
 
@@ -84,7 +93,7 @@ ModuleLoader& ModuleLoader::instance()
 
 int ModuleLoader::send(Module& module, unsigned message, void* argument)
 {
-    struct Restore { // modules throw
+    struct Restore {  // modules throw
         void*& current;
         void* before;
         ~Restore() { current = before; }
@@ -153,7 +162,8 @@ std::string ModuleLoader::load(const std::string& path)
 
 std::string ModuleLoader::unload(const std::string& name)
 {
-    const auto found = std::find_if(m_modules.begin(), m_modules.end(), [&](const auto& m) { return equalNoCase(m->name, name); });
+    const auto found =
+        std::find_if(m_modules.begin(), m_modules.end(), [&](const auto& m) { return equalNoCase(m->name, name); });
     if (found == m_modules.end())
         return fmt::format("\"{}\" is not loaded.", name);
     if ((*found)->locked)

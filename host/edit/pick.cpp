@@ -55,7 +55,8 @@ std::optional<Picker::Hit> Picker::hit(const VcDbEntity& entity, const VcGePoint
 std::vector<SpaceIndex::Candidate> Picker::candidates(const SelectArea& area) const
 {
     const SpaceIndex& index = SpaceIndex::of(m_db, m_space);
-    std::vector<SpaceIndex::Candidate> found = area.isFence() && m_view.isPlan() ? index.below(area.corners()) : index.candidates(area.plan());
+    std::vector<SpaceIndex::Candidate> found =
+        area.isFence() && m_view.isPlan() ? index.below(area.corners()) : index.candidates(area.plan());
     std::erase_if(found, [&](const SpaceIndex::Candidate& c) {
         const EntityProps& props = c.entity->props();
         const bool hidden = (props.invisible & 1) != 0 || m_layers.isFrozen(props.layer);
@@ -108,10 +109,7 @@ std::optional<NestedPick> Picker::nestedIn(VcDbObjectId id, const VcGePoint3d& a
     return found ? std::optional(std::move(found->pick)) : std::nullopt;
 }
 
-std::vector<VcDbObjectId> Picker::allAt(const VcGePoint3d& at) const
-{
-    return takenBy(boxAbout(at));
-}
+std::vector<VcDbObjectId> Picker::allAt(const VcGePoint3d& at) const { return takenBy(boxAbout(at)); }
 
 std::vector<VcDbObjectId> Picker::takenBy(const SelectArea& area) const
 {

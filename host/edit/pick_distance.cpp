@@ -135,8 +135,9 @@ struct Entry {
 };
 
 constexpr Entry kPlain[] = {
-    {&VcDbLine::desc, toLine}, {&VcDbPolyline::desc, toPolyline}, {&VcDbCircle::desc, toCircle},
-    {&VcDbArc::desc, toArc},   {&VcDbText::desc, toText},     {&VcDbMText::desc, toMText},  {&VcDbAttribute::desc, toText},
+    {&VcDbLine::desc, toLine},      {&VcDbPolyline::desc, toPolyline}, {&VcDbCircle::desc, toCircle},
+    {&VcDbArc::desc, toArc},        {&VcDbText::desc, toText},         {&VcDbMText::desc, toMText},
+    {&VcDbAttribute::desc, toText},
 };
 
 }
@@ -150,7 +151,8 @@ bool fillsItsBox(const VcDbEntity& entity)
     return isUpright(text.normal()) && text.rotation() == 0;
 }
 
-std::optional<double> plainDistance(const VcDbEntity& entity, const VcDbExtents* extents, const VcGePoint3d& at, const PickView& view)
+std::optional<double> plainDistance(const VcDbEntity& entity, const VcDbExtents* extents, const VcGePoint3d& at,
+                                    const PickView& view)
 {
     if (!view.isLevel())
         return std::nullopt;
@@ -161,7 +163,8 @@ std::optional<double> plainDistance(const VcDbEntity& entity, const VcDbExtents*
     return std::nullopt;
 }
 
-std::optional<double> plainDistance(const VcDbEntity& part, const VcGeMatrix3d& toWorld, const VcGePoint3d& at, const PickView& view)
+std::optional<double> plainDistance(const VcDbEntity& part, const VcGeMatrix3d& toWorld, const VcGePoint3d& at,
+                                    const PickView& view)
 {
     const auto& m = toWorld.entry;
     const bool turns = m[0][0] == m[1][1] && m[0][1] == -m[1][0], mirrors = m[0][0] == -m[1][1] && m[0][1] == m[1][0];

@@ -112,7 +112,8 @@ std::optional<VcGePoint3d> extendedCrossing(Editor& ed, const SnapCurve& first, 
             continue;
         const geom::Curve a = pieceAt(first.curve, first.param), b = pieceAt(second.curve, second.param);
         if (apparent)
-            for (const geom::Crossing& c : geom::apparentCrossings(a, b, view.x.crossProduct(view.y), geom::Extend::Both))
+            for (const geom::Crossing& c :
+                 geom::apparentCrossings(a, b, view.x.crossProduct(view.y), geom::Extend::Both))
                 offer(c.point);
         else
             for (const VcGePoint3d& p : geom::contactPoints(geom::intersect(a, b, geom::Extend::Both)))
@@ -124,7 +125,8 @@ std::optional<VcGePoint3d> extendedCrossing(Editor& ed, const SnapCurve& first, 
 }
 
 // The way on beyond the end of a curve, or beside a line through the base: then a distance along it, or a point beside it.
-std::optional<VcGePoint3d> alongPath(Editor& ed, const VcGePoint3d& start, const VcGeVector3d& direction, const char* prompt)
+std::optional<VcGePoint3d> alongPath(Editor& ed, const VcGePoint3d& start, const VcGeVector3d& direction,
+                                     const char* prompt)
 {
     if (!(direction.length() > 0))
         return std::nullopt;
@@ -142,19 +144,23 @@ std::optional<VcGePoint3d> onExtension(Editor& ed, const SnapCurve& c)
     const VcGeMatrix3d toUcs = ucsToWorld(ed).inverse();
     if (const auto* arc = std::get_if<geom::Arc>(&piece)) {
         const auto end = atEnd ? geom::endPoint(piece) : geom::startPoint(piece);
-        const NumberOrPoint said = askNumberOrPoint(ed, "Specify distance or point along the extension: ", toUcs * *end);
+        const NumberOrPoint said =
+            askNumberOrPoint(ed, "Specify distance or point along the extension: ", toUcs * *end);
         const geom::Curve circle = geom::carrierOf(piece);
         if (said.point) {
             const auto near = geom::closestPoint(circle, toUcs.inverse() * *said.point);
             return near ? std::optional(toUcs * near->point) : std::nullopt;
         }
-        return toUcs * geom::pointAt(circle, atEnd ? arc->end + said.number / arc->radius : arc->start - said.number / arc->radius);
+        return toUcs * geom::pointAt(circle, atEnd ? arc->end + said.number / arc->radius
+                                                   : arc->start - said.number / arc->radius);
     }
     const auto end = atEnd ? geom::endPoint(piece) : geom::startPoint(piece);
     if (!end || geom::isClosed(c.curve))
         return std::nullopt;
-    const geom::Derivatives d = geom::derivativesAt(piece, atEnd ? geom::paramRange(piece).to : geom::paramRange(piece).from);
-    return alongPath(ed, toUcs * *end, toUcs * (atEnd ? d.first : -d.first), "Specify distance or point along the extension: ");
+    const geom::Derivatives d =
+        geom::derivativesAt(piece, atEnd ? geom::paramRange(piece).to : geom::paramRange(piece).from);
+    return alongPath(ed, toUcs * *end, toUcs * (atEnd ? d.first : -d.first),
+                     "Specify distance or point along the extension: ");
 }
 
 std::optional<VcGePoint3d> onParallel(Editor& ed, const SnapCurve& c, const VcGePoint3d& from)
@@ -163,7 +169,8 @@ std::optional<VcGePoint3d> onParallel(Editor& ed, const SnapCurve& c, const VcGe
     const auto ends = std::get_if<geom::Segment>(&piece);
     if (!ends)
         return std::nullopt;
-    return alongPath(ed, from, ucsToWorld(ed).inverse() * (ends->end - ends->start), "Specify distance or point along the parallel: ");
+    return alongPath(ed, from, ucsToWorld(ed).inverse() * (ends->end - ends->start),
+                     "Specify distance or point along the parallel: ");
 }
 
 // The snaps that need more than the one pick, on the object picked.
@@ -243,7 +250,8 @@ int filterOf(std::string_view text)
 
 const char* missingOf(int taken)
 {
-    static constexpr const char* kNeeds[] = {"", "(need YZ): ", "(need XZ): ", "(need Z): ", "(need XY): ", "(need Y): ", "(need X): "};
+    static constexpr const char* kNeeds[] = {
+        "", "(need YZ): ", "(need XZ): ", "(need Z): ", "(need XY): ", "(need Y): ", "(need X): "};
     return kNeeds[taken];
 }
 
@@ -340,7 +348,8 @@ std::optional<VcGePoint3d> byWord(Editor& ed, const Question& q, std::string_vie
 
 bool asksForPoints(Kind kind)
 {
-    return kind == Kind::Point || kind == Kind::Corner || kind == Kind::Distance || kind == Kind::Angle || kind == Kind::Orientation;
+    return kind == Kind::Point || kind == Kind::Corner || kind == Kind::Distance || kind == Kind::Angle ||
+           kind == Kind::Orientation;
 }
 
 }

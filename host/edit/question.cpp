@@ -104,9 +104,11 @@ KeywordMatch matchKeyword(const std::vector<Keyword>& keywords, std::string_view
     const auto word = [&](const Keyword& k) { return global ? k.global : wholeOf(k.local); };
     const auto abbreviation = [&](const Keyword& k) { return global ? capitalsOf(k.global) : k.abbreviation(); };
 
-    if (const auto m = matchBy(keywords, [&](const Keyword& k) { return equalNoCase(typed, abbreviation(k)); }); m.result == KeywordMatch::One)
+    if (const auto m = matchBy(keywords, [&](const Keyword& k) { return equalNoCase(typed, abbreviation(k)); });
+        m.result == KeywordMatch::One)
         return m;
-    if (const auto m = matchBy(keywords, [&](const Keyword& k) { return equalNoCase(typed, word(k)); }); m.result != KeywordMatch::None)
+    if (const auto m = matchBy(keywords, [&](const Keyword& k) { return equalNoCase(typed, word(k)); });
+        m.result != KeywordMatch::None)
         return m;
     return matchBy(keywords, [&](const Keyword& k) {
         const std::string shortest = abbreviation(k);

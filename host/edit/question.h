@@ -49,7 +49,7 @@ struct InitGet {
 
 struct Question {
     enum class Kind {
-        Command,      // the name of a command
+        Command,  // the name of a command
         Point,
         Corner,
         Distance,
@@ -58,10 +58,10 @@ struct Question {
         Real,
         Integer,
         Keyword,
-        Word,         // a text that a space ends
-        Text,         // the rest of the line, as it stands
-        Entity,       // a pick of one object
-        Selection,    // one line at "Select objects:"
+        Word,       // a text that a space ends
+        Text,       // the rest of the line, as it stands
+        Entity,     // a pick of one object
+        Selection,  // one line at "Select objects:"
     };
     Kind kind = Kind::Point;
     std::string prompt;  // as printed, with its default in <>
@@ -79,14 +79,14 @@ struct Question {
 struct Answer {
     enum class Status { Value, Enter, Keyword, Arbitrary, Cancel, Failed };
     Status status = Status::Cancel;
-    VcGePoint3d point;        // Point, Corner, Entity: in the UCS
-    bool hasPoint = false;    // Entity by name has none
-    double real = 0;          // Distance, Angle, Orientation, Real
+    VcGePoint3d point;      // Point, Corner, Entity: in the UCS
+    bool hasPoint = false;  // Entity by name has none
+    double real = 0;        // Distance, Angle, Orientation, Real
     std::int64_t integer = 0;
-    std::string text;         // Word, Text, Command, Arbitrary; of Keyword the global word
+    std::string text;  // Word, Text, Command, Arbitrary; of Keyword the global word
     VcDbObjectId entity;
     std::shared_ptr<SelectionSet> selection;  // a set given as a value
-    bool isTyped = false;     // came as text, not as a value
+    bool isTyped = false;                     // came as text, not as a value
 };
 
 }  // namespace vk::edit

@@ -25,7 +25,10 @@ std::string Tally::leftOut() const
     return text;
 }
 
-Admission::Admission(Editor& ed, const SelectRequest& request) : m_db(ed.db()), m_request(request), m_layers(SeenLayers::of(ed)) {}
+Admission::Admission(Editor& ed, const SelectRequest& request)
+    : m_db(ed.db()), m_request(request), m_layers(SeenLayers::of(ed))
+{
+}
 
 // Parts of an object stand where it does. Members of block definitions stand in no space and count as parts of it.
 bool Admission::isElsewhere(const VcDbEntity& entity) const
@@ -102,7 +105,8 @@ std::vector<VcDbObjectId> GroupMembers::expanded(const std::vector<VcDbObjectId>
     return all.ids();
 }
 
-std::shared_ptr<SelectionSet> admitted(Editor& ed, const SelectRequest& request, const std::vector<VcDbObjectId>& from, bool quiet)
+std::shared_ptr<SelectionSet> admitted(Editor& ed, const SelectRequest& request, const std::vector<VcDbObjectId>& from,
+                                       bool quiet)
 {
     Tally tally;
     auto set = std::make_shared<SelectionSet>();

@@ -18,7 +18,8 @@ double turn(const Point& a, const Point& b, const Point& c) { return (b - a).cro
 
 bool isBetween(const Point& a, const Point& b, const Point& p)
 {
-    return std::min(a.x, b.x) <= p.x && p.x <= std::max(a.x, b.x) && std::min(a.y, b.y) <= p.y && p.y <= std::max(a.y, b.y);
+    return std::min(a.x, b.x) <= p.x && p.x <= std::max(a.x, b.x) && std::min(a.y, b.y) <= p.y &&
+           p.y <= std::max(a.y, b.y);
 }
 
 int sign(double v) { return (v > 0) - (v < 0); }
@@ -26,7 +27,8 @@ int sign(double v) { return (v > 0) - (v < 0); }
 // Ends that lie on the other piece count.
 bool touch(const Point& a, const Point& b, const Point& c, const Point& d)
 {
-    const int abc = sign(turn(a, b, c)), abd = sign(turn(a, b, d)), cda = sign(turn(c, d, a)), cdb = sign(turn(c, d, b));
+    const int abc = sign(turn(a, b, c)), abd = sign(turn(a, b, d)), cda = sign(turn(c, d, a)),
+              cdb = sign(turn(c, d, b));
     if (abc * abd < 0 && cda * cdb < 0)
         return true;
     return (abc == 0 && isBetween(a, b, c)) || (abd == 0 && isBetween(a, b, d)) || (cda == 0 && isBetween(c, d, a)) ||
@@ -178,7 +180,8 @@ double slackOf(const Point& a, const Point& b)
 
 bool passes(const Point& a, const Point& b, const Point& low, const Point& high)
 {
-    if (std::max(a.x, b.x) < low.x || high.x < std::min(a.x, b.x) || std::max(a.y, b.y) < low.y || high.y < std::min(a.y, b.y))
+    if (std::max(a.x, b.x) < low.x || high.x < std::min(a.x, b.x) || std::max(a.y, b.y) < low.y ||
+        high.y < std::min(a.y, b.y))
         return false;
     // The four corners lie on one side of the line.
     const double first = turn(a, b, low);
@@ -207,7 +210,8 @@ std::optional<bool> SelectArea::takesExtents(const VcDbExtents& extents, bool ti
     if (m_isRectangle && m_min.x <= min.x && max.x <= m_max.x && m_min.y <= min.y && max.y <= m_max.y)
         return true;
     const double slack = slackOf(min, max) + slackOf(m_min, m_max);
-    const bool sticksOut = min.x < m_min.x - slack || m_max.x + slack < max.x || min.y < m_min.y - slack || m_max.y + slack < max.y;
+    const bool sticksOut =
+        min.x < m_min.x - slack || m_max.x + slack < max.x || min.y < m_min.y - slack || m_max.y + slack < max.y;
     if (m_kind == Kind::Window && tight && sticksOut && m_view.isLevel())
         return false;
     if (m_isRectangle || isNearEdge({min.x - slack, min.y - slack}, {max.x + slack, max.y + slack}))
@@ -260,7 +264,8 @@ bool SelectArea::takesCurve(const geom::Curve& curve) const
     const VcGeMatrix3d toView = m_view.fromWorld();
     if (m_kind == Kind::Fence)
         return geom::fenceTouches(m_points, curve, toView);
-    const geom::Region region = m_isRectangle ? geom::Region::window(m_min, m_max, toView) : geom::Region(m_points, toView);
+    const geom::Region region =
+        m_isRectangle ? geom::Region::window(m_min, m_max, toView) : geom::Region(m_points, toView);
     return m_kind == Kind::Window ? region.contains(curve) : region.touches(curve);
 }
 
@@ -316,7 +321,10 @@ bool SelectArea::crossesSurely(const Point& from, const Point& to, double slack)
     return false;
 }
 
-bool SelectArea::takesChain(const Chain& chain, bool filled) const { return m_kind == Kind::Window ? holds(chain) : meets(chain, filled); }
+bool SelectArea::takesChain(const Chain& chain, bool filled) const
+{
+    return m_kind == Kind::Window ? holds(chain) : meets(chain, filled);
+}
 
 std::optional<bool> SelectArea::takesPlain(const VcDbEntity& entity, const VcDbExtents& extents) const
 {
@@ -374,7 +382,9 @@ bool SelectArea::takes(const DatabaseCore& db, const SeenLayers& layers, const V
     options.wholeEntity = m_kind == Kind::Window;
     bool seen = false, taken = false;
     ShapeWalk shape(db, layers, options);
-    shape.passesOver = [&](const VcDbEntity& part) { return m_kind != Kind::Window && &part != &entity && missesPart(part, shape.toWorld()); };
+    shape.passesOver = [&](const VcDbEntity& part) {
+        return m_kind != Kind::Window && &part != &entity && missesPart(part, shape.toWorld());
+    };
     shape.walk(entity, [&](const Outline& outline) {
         seen = true;
         taken = takesOutline(outline, options.tolerance);

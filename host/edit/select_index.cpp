@@ -15,7 +15,8 @@ namespace {
 
 constexpr std::size_t kIndexesKept = 4;
 
-const Box3d kEverywhere{{-Box3d::kInfinite, -Box3d::kInfinite, -Box3d::kInfinite}, {Box3d::kInfinite, Box3d::kInfinite, Box3d::kInfinite}};
+const Box3d kEverywhere{{-Box3d::kInfinite, -Box3d::kInfinite, -Box3d::kInfinite},
+                        {Box3d::kInfinite, Box3d::kInfinite, Box3d::kInfinite}};
 
 Box3d boxOf(const VcDbEntity& entity)
 {
@@ -139,7 +140,8 @@ std::vector<SpaceIndex::Candidate> SpaceIndex::candidates(const std::optional<Pl
 {
     if (area) {
         m_found.clear();
-        m_boxes.addTouching({{area->min.x, area->min.y, -Box3d::kInfinite}, {area->max.x, area->max.y, Box3d::kInfinite}}, m_found);
+        m_boxes.addTouching(
+            {{area->min.x, area->min.y, -Box3d::kInfinite}, {area->max.x, area->max.y, Box3d::kInfinite}}, m_found);
         return inDrawingOrder();
     }
     std::vector<Candidate> found;
@@ -169,7 +171,8 @@ static bool passesOver(const VcGePoint3d& base, const VcGeVector3d& direction, c
         to = std::min(to, std::max(a, b));
         return from <= to;
     };
-    return slab(base.x, direction.x, e.minPoint().x, e.maxPoint().x) && slab(base.y, direction.y, e.minPoint().y, e.maxPoint().y);
+    return slab(base.x, direction.x, e.minPoint().x, e.maxPoint().x) &&
+           slab(base.y, direction.y, e.minPoint().y, e.maxPoint().y);
 }
 
 std::vector<SpaceIndex::Candidate> SpaceIndex::along(const VcGePoint3d& base, const VcGeVector3d& direction) const
@@ -181,7 +184,8 @@ std::vector<SpaceIndex::Candidate> SpaceIndex::along(const VcGePoint3d& base, co
     const auto [bottom, top] = half(base.y, direction.y);
     m_found.clear();
     m_boxes.addTouching({{left, bottom, -Box3d::kInfinite}, {right, top, Box3d::kInfinite}}, m_found);
-    std::erase_if(m_found, [&](const Found& f) { return f.box->isFinite() && !passesOver(base, direction, extentsOf(*f.box)); });
+    std::erase_if(m_found,
+                  [&](const Found& f) { return f.box->isFinite() && !passesOver(base, direction, extentsOf(*f.box)); });
     return inDrawingOrder();
 }
 

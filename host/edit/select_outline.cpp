@@ -32,8 +32,8 @@ void OutlineBuilder::filled(Points points)
         outlines.push_back({std::move(points), true});
 }
 
-void OutlineBuilder::arc(Points& points, const VcGePoint3d& center, const VcGeVector3d& u, const VcGeVector3d& v, double from,
-                         double sweep) const
+void OutlineBuilder::arc(Points& points, const VcGePoint3d& center, const VcGeVector3d& u, const VcGeVector3d& v,
+                         double from, double sweep) const
 {
     constexpr double kMostChords = 8192;
     const double radius = std::max(u.length(), v.length());
@@ -124,8 +124,8 @@ Points bulgePoints(const BulgeVertex& from, const VcGePoint2d& to, const Outline
     const VcGePoint2d center = from.point + chord * 0.5 + chord.perpVector() * ((1 - k * k) / (4 * k));
     const VcGeVector2d radius = from.point - center;
     Points points;
-    b.arc(points, VcGePoint3d(center.x, center.y, 0), VcGeVector3d(radius.x, radius.y, 0), VcGeVector3d(-radius.y, radius.x, 0), 0,
-          4 * std::atan(k));
+    b.arc(points, VcGePoint3d(center.x, center.y, 0), VcGeVector3d(radius.x, radius.y, 0),
+          VcGeVector3d(-radius.y, radius.x, 0), 0, 4 * std::atan(k));
     points.back() = end;
     return points;
 }
@@ -298,10 +298,11 @@ void outlineViewport(const VcDbEntity& e, OutlineBuilder& b)
     b.chain({c - right - up, c + right - up, c + right + up, c - right + up}, true);
 }
 
-void outlineBox(const vktext::Box& box, const VcGePoint3d& base, const VcGeVector3d& x, const VcGeVector3d& y, OutlineBuilder& b)
+void outlineBox(const vktext::Box& box, const VcGePoint3d& base, const VcGeVector3d& x, const VcGeVector3d& y,
+                OutlineBuilder& b)
 {
-    b.filled({base + x * box.left + y * box.bottom, base + x * box.right + y * box.bottom, base + x * box.right + y * box.top,
-              base + x * box.left + y * box.top});
+    b.filled({base + x * box.left + y * box.bottom, base + x * box.right + y * box.bottom,
+              base + x * box.right + y * box.top, base + x * box.left + y * box.top});
 }
 
 void outlineText(const VcDbEntity& e, OutlineBuilder& b)

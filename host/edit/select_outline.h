@@ -12,8 +12,8 @@ public:
     void chain(std::vector<VcGePoint3d> points, bool closed = false);
     void filled(std::vector<VcGePoint3d> points);
     // center + u cos t + v sin t; the ends included.
-    void arc(std::vector<VcGePoint3d>& points, const VcGePoint3d& center, const VcGeVector3d& u, const VcGeVector3d& v, double from,
-             double sweep) const;
+    void arc(std::vector<VcGePoint3d>& points, const VcGePoint3d& center, const VcGeVector3d& u, const VcGeVector3d& v,
+             double from, double sweep) const;
     // A line from the base on, or both ways.
     void infinite(const VcGePoint3d& base, const VcGeVector3d& direction, bool bothWays);
     double tolerance() const { return m_tolerance; }

@@ -268,7 +268,8 @@ void Selector::add(ForEachFound&& forEachFound)
     });
     m_tookSomething = !change.ids.empty();
     const std::string leftOut = tally.leftOut();
-    m_ed.printLine(fmt::format("{} found{}, {} total", tally.found, leftOut.empty() ? "" : " (" + leftOut + ")", m_set->size()));
+    m_ed.printLine(
+        fmt::format("{} found{}, {} total", tally.found, leftOut.empty() ? "" : " (" + leftOut + ")", m_set->size()));
     m_changes.push_back(std::move(change));
 }
 

@@ -19,11 +19,11 @@ struct SelectRequest {
     std::string addPrompt = "Select objects: ";
     std::string removePrompt = "Remove objects: ";
     const EntityFilter* filter = nullptr;
-    bool leavesLocked = false;  // what is on locked layers is counted and left
-    bool single = false;        // ends with the first line that adds anything
+    bool leavesLocked = false;       // what is on locked layers is counted and left
+    bool single = false;             // ends with the first line that adds anything
     bool endsWithArguments = false;  // SelectOptions::endsWithArguments
-    bool everything = false;    // a pick takes all that lies there
-    bool nested = false;        // a pick takes the object within a block
+    bool everything = false;         // a pick takes all that lies there
+    bool nested = false;             // a pick takes the object within a block
     std::vector<Keyword> keywords;
     bool windowsOnMiss = true;  // a pick on nothing starts a window, where the person wants that
     // Of a keyword of the caller's, and of a text that means nothing here. What they give back are the next answers; the
@@ -48,8 +48,8 @@ struct SelectResult {
 SelectResult selectByPrompt(Editor& editor, const SelectRequest& request);
 
 // What a selection can take from different objects that were found in another way; told unless quiet.
-std::shared_ptr<SelectionSet> admitted(Editor& editor, const SelectRequest& request, const std::vector<VcDbObjectId>& from,
-                                       bool quiet = false);
+std::shared_ptr<SelectionSet> admitted(Editor& editor, const SelectRequest& request,
+                                       const std::vector<VcDbObjectId>& from, bool quiet = false);
 // The set that was picked before the command, and is used up by that: null where there is none that serves.
 std::shared_ptr<SelectionSet> takePickFirst(Editor& editor, const SelectRequest& request);
 

@@ -206,10 +206,12 @@ static std::optional<geom::Curve> bentCurve(const VcDbEntity& entity)
     if (!curve)
         return std::nullopt;
     if (const auto* p = std::get_if<geom::Polyline>(&*curve)) {
-        const bool bent = std::any_of(p->vertices.begin(), p->vertices.end(), [](const geom::PolyVertex& v) { return v.bulge != 0; });
+        const bool bent =
+            std::any_of(p->vertices.begin(), p->vertices.end(), [](const geom::PolyVertex& v) { return v.bulge != 0; });
         return bent ? curve : std::nullopt;
     }
-    const bool straight = std::holds_alternative<geom::Segment>(*curve) || std::holds_alternative<geom::Polyline3>(*curve) ||
+    const bool straight = std::holds_alternative<geom::Segment>(*curve) ||
+                          std::holds_alternative<geom::Polyline3>(*curve) ||
                           std::holds_alternative<geom::Ray>(*curve) || std::holds_alternative<geom::XLine>(*curve);
     return straight ? std::nullopt : curve;
 }

@@ -39,9 +39,9 @@ struct PlanArea {
 class VKHOST_API ShapeWalk {
 public:
     struct Options {
-        double tolerance = 1e-3;          // of chords from their arc
-        std::optional<PlanArea> area;     // what matters; members of blocks that lie elsewhere are passed over
-        bool wholeEntity = false;         // they matter all the same
+        double tolerance = 1e-3;       // of chords from their arc
+        std::optional<PlanArea> area;  // what matters; members of blocks that lie elsewhere are passed over
+        bool wholeEntity = false;      // they matter all the same
     };
     ShapeWalk(const DatabaseCore& db, const SeenLayers& layers, const Options& options);
 

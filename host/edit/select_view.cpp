@@ -44,7 +44,8 @@ SeenLayers::States SeenLayers::statesOf(const DatabaseCore& db, VcDbObjectId vie
         const auto* layer = db.objectAs<VcDbLayerTableRecord>(id);
         if (states.size() <= id.slot())
             states.resize(id.slot() + 1);
-        states[id.slot()] = (layer->isOff() ? kOff : 0) | (layer->isFrozen() ? kFrozen : 0) | (layer->isLocked() ? kLocked : 0);
+        states[id.slot()] =
+            (layer->isOff() ? kOff : 0) | (layer->isFrozen() ? kFrozen : 0) | (layer->isLocked() ? kLocked : 0);
     }
     if (const auto* window = db.liveAs<VcDbViewport>(viewport))
         for (const VcDbObjectId id : window->frozenLayers())

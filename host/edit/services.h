@@ -14,9 +14,9 @@ public:
     virtual ~LispEvaluator() = default;
     struct Result {
         enum Status { Done, Failed, Cancelled } status = Done;
-        RbPtr value;          // as a chain: a single value, or RTLB ... RTLE; null for nil
-        std::string printed;  // as prin1 shows it
-        std::string message;  // why it failed; empty where the program itself has told it
+        RbPtr value;            // as a chain: a single value, or RTLB ... RTLE; null for nil
+        std::string printed;    // as prin1 shows it
+        std::string message;    // why it failed; empty where the program itself has told it
         bool isSilent = false;  // ended in (princ): nothing is shown
     };
     virtual Result evaluate(std::string_view text) = 0;
@@ -25,7 +25,8 @@ public:
     virtual Result runCommand(std::string_view name) = 0;
     virtual std::vector<std::string> commandNames(std::string_view prefix) const = 0;
     // A function of a module by its Lisp name, called with the editor's module calls.
-    virtual void defineModuleFunction(const std::string& name, const std::string& localName, void* module, int code) = 0;
+    virtual void defineModuleFunction(const std::string& name, const std::string& localName, void* module,
+                                      int code) = 0;
     virtual void undefineModuleFunction(const std::string& name) = 0;
 };
 

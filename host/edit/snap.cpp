@@ -65,7 +65,8 @@ VcGeVector3d eyeOf(const PickView& view) { return view.x.crossProduct(view.y).no
 // Gathers what a pick comes near to. Walks go through blocks; the reach is that of the aperture.
 class Gathering {
 public:
-    Gathering(Editor& ed, const VcGePoint3d& at) : m_ed(ed), m_view(PickView::of(ed)), m_layers(SeenLayers::of(ed)), m_at(at)
+    Gathering(Editor& ed, const VcGePoint3d& at)
+        : m_ed(ed), m_view(PickView::of(ed)), m_layers(SeenLayers::of(ed)), m_at(at)
     {
         m_view.reach = double(ed.vars().integer("APERTURE")) * pixelSize(ed);
     }
@@ -76,7 +77,8 @@ public:
         for (const VcDbObjectId id : picker.allAt(m_at))
             if (const auto* entity = m_ed.db().liveAs<VcDbEntity>(id))
                 addEntity(*entity);
-        std::stable_sort(m_found.begin(), m_found.end(), [](const Found& a, const Found& b) { return a.distance < b.distance; });
+        std::stable_sort(m_found.begin(), m_found.end(),
+                         [](const Found& a, const Found& b) { return a.distance < b.distance; });
         for (Found& found : m_found)
             m_scene.curves.push_back(std::move(found.curve));
         return std::move(m_scene);
@@ -94,7 +96,8 @@ private:
             m_scene.insertions.push_back(reference->position());
         ShapeWalk::Options options;
         options.tolerance = m_view.reach / 64;
-        options.area = PlanArea{{m_at.x - m_view.reach, m_at.y - m_view.reach}, {m_at.x + m_view.reach, m_at.y + m_view.reach}};
+        options.area =
+            PlanArea{{m_at.x - m_view.reach, m_at.y - m_view.reach}, {m_at.x + m_view.reach, m_at.y + m_view.reach}};
         if (!m_view.isPlan())
             options.area.reset();
         ShapeWalk shape(m_ed.db(), m_layers, options);
@@ -181,7 +184,8 @@ private:
     double m_distance = 0;
 };
 
-void offerOf(Editor& ed, Nearest& nearest, int modes, const SnapCurve& c, const VcGePoint3d& at, const std::optional<VcGePoint3d>& from)
+void offerOf(Editor& ed, Nearest& nearest, int modes, const SnapCurve& c, const VcGePoint3d& at,
+             const std::optional<VcGePoint3d>& from)
 {
     const geom::Curve piece = pieceAt(c.curve, c.param);
     VcGeMatrix3d ucs;
@@ -252,7 +256,8 @@ std::string snapNames(int modes)
 
 SnapScene snapScene(Editor& ed, const VcGePoint3d& world) { return Gathering(ed, world).take(); }
 
-std::optional<VcGePoint3d> snapTo(Editor& ed, int modes, const VcGePoint3d& world, const std::optional<VcGePoint3d>& from)
+std::optional<VcGePoint3d> snapTo(Editor& ed, int modes, const VcGePoint3d& world,
+                                  const std::optional<VcGePoint3d>& from)
 {
     const SnapScene scene = snapScene(ed, world);
     const PickView view = PickView::of(ed);

@@ -51,14 +51,15 @@ struct SnapCurve {
 
 // What lies within the aperture of a pick, blocks looked into.
 struct SnapScene {
-    std::vector<SnapCurve> curves;       // the nearest first
+    std::vector<SnapCurve> curves;  // the nearest first
     std::vector<VcGePoint3d> nodes, insertions;
 };
 VKHOST_API SnapScene snapScene(Editor& editor, const VcGePoint3d& world);
 
 // The point of those that the modes allow that is seen nearest to the pick. Points are in the world; `from` is where a
 // perpendicular or a tangent comes from. Extension and parallel need more than one pick and are not among them.
-VKHOST_API std::optional<VcGePoint3d> snapTo(Editor& editor, int modes, const VcGePoint3d& world, const std::optional<VcGePoint3d>& from);
+VKHOST_API std::optional<VcGePoint3d> snapTo(Editor& editor, int modes, const VcGePoint3d& world,
+                                             const std::optional<VcGePoint3d>& from);
 
 // The curve that goes on beyond the ends of the piece picked: of a polyline the side, of an arc the circle.
 VKHOST_API geom::Curve pieceAt(const geom::Curve& curve, double param);

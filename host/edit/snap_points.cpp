@@ -73,9 +73,11 @@ void addSegment(Moments& m, const Point2& p, const Point2& q, double bulge)
 {
     if (bulge == 0)
         return;
-    const double angle = 4 * std::atan(bulge), chord = p.distanceTo(q), radius = chord / 2 / std::fabs(std::sin(angle / 2));
+    const double angle = 4 * std::atan(bulge), chord = p.distanceTo(q),
+                 radius = chord / 2 / std::fabs(std::sin(angle / 2));
     const double area = radius * radius * (angle - std::sin(angle)) / 2;
-    const double out = 4 * radius * std::pow(std::fabs(std::sin(angle / 2)), 3) / (3 * (std::fabs(angle) - std::sin(std::fabs(angle))));
+    const double out = 4 * radius * std::pow(std::fabs(std::sin(angle / 2)), 3) /
+                       (3 * (std::fabs(angle) - std::sin(std::fabs(angle))));
     const double toCenter = chord / 2 * (1 - bulge * bulge) / (2 * bulge);  // to the left of the chord
     const double left = toCenter - (bulge > 0 ? out : -out), length = chord > 0 ? chord : 1;
     const double x = (p.x + q.x) / 2 - (q.y - p.y) / length * left, y = (p.y + q.y) / 2 + (q.x - p.x) / length * left;
@@ -207,7 +209,8 @@ SnapPoints tangentsOf(const Curve& piece, const VcGePoint3d& from, const VcGePoi
         return std::get_if<Nurbs>(&piece) ? tangentNear(piece, from, pick) : SnapPoints{};
     // In coordinates that make the curve the unit circle.
     const Vector3 out = from - round->center;
-    const double x = out.dotProduct(round->major) / round->major.lengthSqrd(), y = out.dotProduct(round->minor) / round->minor.lengthSqrd();
+    const double x = out.dotProduct(round->major) / round->major.lengthSqrd(),
+                 y = out.dotProduct(round->minor) / round->minor.lengthSqrd();
     const double away = std::hypot(x, y);
     if (!(away > 1))
         return {};

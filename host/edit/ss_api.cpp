@@ -129,7 +129,8 @@ std::optional<Ids> takenByPoints(Editor& ed, const std::string& way, const void*
     if (!first || !second)
         return std::nullopt;
     const VcGeMatrix3d ucs = ucsMatrix(ed);
-    const VcGePoint3d a = worldPoint(ucs, static_cast<const double*>(first)), b = worldPoint(ucs, static_cast<const double*>(second));
+    const VcGePoint3d a = worldPoint(ucs, static_cast<const double*>(first)),
+                      b = worldPoint(ucs, static_cast<const double*>(second));
     const bool toTheRight = picker.view().project(b).x >= picker.view().project(a).x;
     const bool isWindow = way == "W" || (way == "BOX" && toTheRight);
     return picker.takenBy(SelectArea::rectangle(picker.view(), a, b, isWindow ? Kind::Window : Kind::Crossing));
@@ -245,7 +246,8 @@ int askedFor(Editor& ed, const SelectRequest& request, vds_name setOut)
 
 }
 
-int vcedSSGet(const wchar_t* modeText, const void* first, const void* second, const resbuf* filterChain, vds_name setOut)
+int vcedSSGet(const wchar_t* modeText, const void* first, const void* second, const resbuf* filterChain,
+              vds_name setOut)
 {
     Editor& ed = Editor::instance();
     const auto mode = parseMode(modeText);
@@ -258,7 +260,8 @@ int vcedSSGet(const wchar_t* modeText, const void* first, const void* second, co
         return RTERROR;
     request.filter = filterChain ? filter.get() : nullptr;
     if (mode->way.empty())
-        return first && !mode->prompts ? finished(ed, pickedAt(ed, request, first), true, setOut) : askedFor(ed, request, setOut);
+        return first && !mode->prompts ? finished(ed, pickedAt(ed, request, first), true, setOut)
+                                       : askedFor(ed, request, setOut);
     if (mode->way == "X" || mode->way == "A" || mode->way == "ALL")
         return finished(ed, wholeDrawing(ed, request), mode->way != "X", setOut);
     const auto ids = found(ed, mode->way, first, second);
@@ -480,7 +483,8 @@ int askNested(Editor& ed, const wchar_t* prompt, Answer& answer)
 
 }
 
-int vcedNEntSelP(const wchar_t* prompt, vds_name nameOut, vds_point pointOut, int pickFlag, vds_matrix matrixOut, resbuf** containersOut)
+int vcedNEntSelP(const wchar_t* prompt, vds_name nameOut, vds_point pointOut, int pickFlag, vds_matrix matrixOut,
+                 resbuf** containersOut)
 {
     Editor& ed = Editor::instance();
     if (!ed.hasDrawing() || !nameOut || !pointOut)

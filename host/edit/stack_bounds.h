@@ -19,7 +19,10 @@ struct StackBounds {
 constexpr bool kStacksAreWatched = true;
 
 // What the sanitizer keeps of the stack that is left; null when that stack ends with the switch.
-inline void leaveStack(void** kept, const StackBounds& next) { __sanitizer_start_switch_fiber(kept, next.bottom, next.size); }
+inline void leaveStack(void** kept, const StackBounds& next)
+{
+    __sanitizer_start_switch_fiber(kept, next.bottom, next.size);
+}
 
 // On the stack that runs now, with what was kept of it. Gives the bounds of the one that was left.
 inline StackBounds enterStack(void* kept)

@@ -66,10 +66,7 @@ VKHOST_API std::span<const SysVarDef> sysVarTable();  // sorted by name
 VKHOST_API const SysVarDef* findSysVar(std::string_view name);
 VKHOST_API const SysVarDef* findSysVarOfHeader(std::string_view headerName);
 
-constexpr bool isSavedInDrawing(SysVarHome home)
-{
-    return home != SysVarHome::NotSaved && home != SysVarHome::Profile;
-}
+constexpr bool isSavedInDrawing(SysVarHome home) { return home != SysVarHome::NotSaved && home != SysVarHome::Profile; }
 
 // Reads a value of the variable's type; nothing for text of another shape. The range is not looked at.
 VKHOST_API std::optional<SysVarValue> parseSysVar(const SysVarDef& def, std::string_view text);

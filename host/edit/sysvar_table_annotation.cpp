@@ -114,9 +114,6 @@ static constexpr SysVarDef kRows[] = {
      "Height of stacked text, in per cent of the text around it.", "$TSTACKSIZE", 70},
 };
 
-std::span<const SysVarDef> annotationSysVars()
-{
-    return kRows;
-}
+std::span<const SysVarDef> annotationSysVars() { return kRows; }
 
 }  // namespace vk::edit

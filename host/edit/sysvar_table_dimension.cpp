@@ -32,9 +32,11 @@ static constexpr SysVarDef kRows[] = {
      "The factor that turns a measured length into the second unit. The usual 25.4 makes millimetres of inches.",
      "$DIMALTF", 40},
     {"DIMALTMZF", Real, DimStyle, rw, "100", kPositive,
-     "How many small units make up one second unit when DIMALTMZS has a suffix for lengths below one.", "$DIMALTMZF", 40},
+     "How many small units make up one second unit when DIMALTMZS has a suffix for lengths below one.", "$DIMALTMZF",
+     40},
     {"DIMALTMZS", String, DimStyle, rw, "", kAny,
-     "The suffix that a length below one gets in the second unit, as cm where the unit is m. Empty for none.", "$DIMALTMZS", 1},
+     "The suffix that a length below one gets in the second unit, as cm where the unit is m. Empty for none.",
+     "$DIMALTMZS", 1},
     {"DIMALTRND", Real, DimStyle, rw, "0", atLeast(0),
      "Rounds dimensions in the second unit to multiples of this value. 0 leaves them as measured.", "$DIMALTRND", 40},
     {"DIMALTTD", Short, DimStyle, rw, "2", kPrecision, "Decimal places of the tolerance in the second unit.",
@@ -261,9 +263,6 @@ static constexpr SysVarDef kRows[] = {
      "viewport."},
 };
 
-std::span<const SysVarDef> dimensionSysVars()
-{
-    return kRows;
-}
+std::span<const SysVarDef> dimensionSysVars() { return kRows; }
 
 }  // namespace vk::edit

@@ -259,9 +259,6 @@ static constexpr SysVarDef kRows[] = {
      "Frames of wipeouts: 0 hidden, 1 shown and plotted, 2 shown but not plotted."},
 };
 
-std::span<const SysVarDef> drawingSysVars()
-{
-    return kRows;
-}
+std::span<const SysVarDef> drawingSysVars() { return kRows; }
 
 }  // namespace vk::edit

@@ -191,9 +191,6 @@ static constexpr SysVarDef kRows[] = {
     {"XREFTYPE", Short, Profile, rw, "0", kFlag, "The kind of new external references: 0 attached, 1 laid over."},
 };
 
-std::span<const SysVarDef> fileSysVars()
-{
-    return kRows;
-}
+std::span<const SysVarDef> fileSysVars() { return kRows; }
 
 }  // namespace vk::edit

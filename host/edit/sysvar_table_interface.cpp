@@ -151,9 +151,6 @@ static constexpr SysVarDef kRows[] = {
     {"WSCURRENT", String, Profile, rw, "Drafting", kName, "The name of the current workspace."},
 };
 
-std::span<const SysVarDef> interfaceSysVars()
-{
-    return kRows;
-}
+std::span<const SysVarDef> interfaceSysVars() { return kRows; }
 
 }  // namespace vk::edit

@@ -13,31 +13,19 @@ constexpr bool ro = true;
 
 constexpr int kAllShorts = 32767;
 
-constexpr SysVarRange between(double min, double max)
-{
-    return {SysVarRange::Between, min, max};
-}
-constexpr SysVarRange atLeast(double min)
-{
-    return {SysVarRange::Between, min, SysVarRange::kNoLimit};
-}
-constexpr SysVarRange bits(int mask)
-{
-    return {SysVarRange::Bits, 0, double(mask)};
-}
-constexpr SysVarRange oneOf(std::span<const int> values)
-{
-    return {SysVarRange::OneOf, 0, 0, values};
-}
+constexpr SysVarRange between(double min, double max) { return {SysVarRange::Between, min, max}; }
+constexpr SysVarRange atLeast(double min) { return {SysVarRange::Between, min, SysVarRange::kNoLimit}; }
+constexpr SysVarRange bits(int mask) { return {SysVarRange::Bits, 0, double(mask)}; }
+constexpr SysVarRange oneOf(std::span<const int> values) { return {SysVarRange::OneOf, 0, 0, values}; }
 
 constexpr SysVarRange kAny = {};
 constexpr SysVarRange kFlag = between(0, 1);
 constexpr SysVarRange kPositive = {SysVarRange::Above};
 constexpr SysVarRange kNotZero = {SysVarRange::NotZero};
 constexpr SysVarRange kName = between(1, 255);
-constexpr SysVarRange kColour = between(0, 256);  // 0 by block, 256 by layer
+constexpr SysVarRange kColour = between(0, 256);   // 0 by block, 256 by layer
 constexpr SysVarRange kPrecision = between(0, 8);  // decimal places
-constexpr SysVarRange kZeros = between(0, 15);    // suppression of zeros, with 0 to 3 for feet and inches
+constexpr SysVarRange kZeros = between(0, 15);     // suppression of zeros, with 0 to 3 for feet and inches
 
 // Hundredths of a millimetre; -3 default, -2 by block, -1 by layer.
 inline constexpr int kLineweightValues[] = {-3, -2, -1, 0,  5,  9,  13,  15,  18,  20,  25,  30,  35, 40,

@@ -139,9 +139,6 @@ static constexpr SysVarDef kRows[] = {
      "Colour by number of the area of a selection window."},
 };
 
-std::span<const SysVarDef> selectionSysVars()
-{
-    return kRows;
-}
+std::span<const SysVarDef> selectionSysVars() { return kRows; }
 
 }  // namespace vk::edit

@@ -127,9 +127,6 @@ static constexpr SysVarDef kRows[] = {
     {"VERNUM", String, NotSaved, ro, "0.1", kName, "The version and build of the program."},
 };
 
-std::span<const SysVarDef> sessionSysVars()
-{
-    return kRows;
-}
+std::span<const SysVarDef> sessionSysVars() { return kRows; }
 
 }  // namespace vk::edit

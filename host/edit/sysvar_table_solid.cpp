@@ -160,9 +160,6 @@ static constexpr SysVarDef kRows[] = {
      "Shadows in the current viewport: 0 none, 1 on the ground, 2 everywhere."},
 };
 
-std::span<const SysVarDef> solidSysVars()
-{
-    return kRows;
-}
+std::span<const SysVarDef> solidSysVars() { return kRows; }
 
 }  // namespace vk::edit

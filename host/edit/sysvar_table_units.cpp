@@ -107,9 +107,6 @@ static constexpr SysVarDef kRows[] = {
      "Runs or stops the user's stop watch TDUSRTIMER. 0 stopped, 1 running.", "$USRTIMER", 70},
 };
 
-std::span<const SysVarDef> unitSysVars()
-{
-    return kRows;
-}
+std::span<const SysVarDef> unitSysVars() { return kRows; }
 
 }  // namespace vk::edit

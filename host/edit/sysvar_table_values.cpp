@@ -68,10 +68,7 @@ std::optional<SysVarValue> parseSysVar(const SysVarDef& def, std::string_view te
     return std::nullopt;
 }
 
-SysVarValue initialValue(const SysVarDef& def)
-{
-    return parseSysVar(def, def.initial).value();
-}
+SysVarValue initialValue(const SysVarDef& def) { return parseSysVar(def, def.initial).value(); }
 
 namespace {
 
@@ -181,10 +178,7 @@ std::string describeBounds(const SysVarRange& range)
 
 }  // namespace
 
-std::string printSysVar(const SysVarValue& value)
-{
-    return std::visit(Printer(), value);
-}
+std::string printSysVar(const SysVarValue& value) { return std::visit(Printer(), value); }
 
 bool inRange(const SysVarDef& def, const SysVarValue& value)
 {

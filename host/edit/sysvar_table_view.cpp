@@ -234,9 +234,6 @@ static constexpr SysVarDef kRows[] = {
      "The sense of the mouse wheel: 0 forwards zooms in, 1 forwards zooms out."},
 };
 
-std::span<const SysVarDef> viewSysVars()
-{
-    return kRows;
-}
+std::span<const SysVarDef> viewSysVars() { return kRows; }
 
 }  // namespace vk::edit

@@ -23,8 +23,8 @@ std::string variablesKey() { return profileGroupKey(kProfile, "Variables"); }
 // Values that a session keeps from one drawing to the next.
 bool outlivesDrawing(std::string_view name)
 {
-    static constexpr std::string_view kNames[] = {"CMDECHO", "EXPERT", "MENUECHO", "NOMUTT", "MACROTRACE", "HIGHLIGHT", "TEXTEVAL",
-                                                  "BLIPMODE", "DELAYCMD", "ERRNO"};
+    static constexpr std::string_view kNames[] = {"CMDECHO",   "EXPERT",   "MENUECHO", "NOMUTT",   "MACROTRACE",
+                                                  "HIGHLIGHT", "TEXTEVAL", "BLIPMODE", "DELAYCMD", "ERRNO"};
     return std::find(std::begin(kNames), std::end(kNames), name) != std::end(kNames) || name.starts_with("USERS");
 }
 

@@ -52,7 +52,8 @@ SysVarValue julianDate(const Editor&)
 SysVarValue calendarDate(const Editor&)
 {
     const std::tm t = localTime();
-    return (t.tm_year + 1900) * 10000.0 + (t.tm_mon + 1) * 100 + t.tm_mday + t.tm_hour / 1e2 + t.tm_min / 1e4 + t.tm_sec / 1e6;
+    return (t.tm_year + 1900) * 10000.0 + (t.tm_mon + 1) * 100 + t.tm_mday + t.tm_hour / 1e2 + t.tm_min / 1e4 +
+           t.tm_sec / 1e6;
 }
 
 SysVarValue commandNames(const Editor& ed)
@@ -107,7 +108,8 @@ const Computed kComputed[] = {
          return std::int32_t(std::chrono::duration_cast<std::chrono::milliseconds>(now).count() & 0x7fffffff);
      }},
     {"CMDNAMES", false, commandNames},
-    {"CMDACTIVE", false, [](const Editor& ed) -> SysVarValue { return std::int32_t(ed.runningCommands().empty() ? 0 : 1); }},
+    {"CMDACTIVE", false,
+     [](const Editor& ed) -> SysVarValue { return std::int32_t(ed.runningCommands().empty() ? 0 : 1); }},
     {"CPROFILE", false, [](const Editor&) -> SysVarValue { return std::string("Default"); }},
     {"LASTPOINT", true, [](const Editor& ed) -> SysVarValue { return ed.lastPoint; }},
     {"LASTANGLE", true, [](const Editor& ed) -> SysVarValue { return ed.lastAngle; }},
@@ -125,15 +127,20 @@ const Computed kComputed[] = {
      }},
     {"VIEWSIZE", true, [](const Editor& ed) -> SysVarValue { return currentView(mutableEditor(ed)).height; }},
     {"VIEWCTR", true, viewCenter},
-    {"VIEWDIR", true, [](const Editor& ed) -> SysVarValue { return VcGePoint3d() + worldToUcs(ed) * currentView(mutableEditor(ed)).direction; }},
-    {"TARGET", true, [](const Editor& ed) -> SysVarValue { return worldToUcs(ed) * currentView(mutableEditor(ed)).target; }},
+    {"VIEWDIR", true,
+     [](const Editor& ed) -> SysVarValue {
+         return VcGePoint3d() + worldToUcs(ed) * currentView(mutableEditor(ed)).direction;
+     }},
+    {"TARGET", true,
+     [](const Editor& ed) -> SysVarValue { return worldToUcs(ed) * currentView(mutableEditor(ed)).target; }},
     {"VIEWTWIST", true, [](const Editor& ed) -> SysVarValue { return currentView(mutableEditor(ed)).twist; }},
     {"LENSLENGTH", true, [](const Editor& ed) -> SysVarValue { return currentView(mutableEditor(ed)).lensLength; }},
     {"FRONTZ", true, [](const Editor& ed) -> SysVarValue { return currentView(mutableEditor(ed)).frontClip; }},
     {"BACKZ", true, [](const Editor& ed) -> SysVarValue { return currentView(mutableEditor(ed)).backClip; }},
     {"VIEWMODE", true,
      [](const Editor& ed) -> SysVarValue {
-         return std::int32_t(currentView(mutableEditor(ed)).mode | (ed.vars().integer("UCSFOLLOW") != 0 ? kUcsFollowOn : 0));
+         return std::int32_t(currentView(mutableEditor(ed)).mode |
+                             (ed.vars().integer("UCSFOLLOW") != 0 ? kUcsFollowOn : 0));
      }},
     {"UCSVP", true,
      [](const Editor& ed) -> SysVarValue {

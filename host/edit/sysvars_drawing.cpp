@@ -17,8 +17,9 @@ constexpr double kDegree = M_PI / 180;
 // On a sheet these stand under names of their own.
 std::string headerNameFor(const DatabaseCore& db, const SysVarDef& def)
 {
-    static constexpr std::string_view kOfSpace[] = {"$EXTMIN", "$EXTMAX", "$LIMMIN", "$LIMMAX", "$LIMCHECK", "$INSBASE", "$ELEVATION",
-                                                    "$UCSNAME", "$UCSORG", "$UCSXDIR", "$UCSYDIR", "$UCSBASE"};
+    static constexpr std::string_view kOfSpace[] = {"$EXTMIN",   "$EXTMAX",  "$LIMMIN",    "$LIMMAX",
+                                                    "$LIMCHECK", "$INSBASE", "$ELEVATION", "$UCSNAME",
+                                                    "$UCSORG",   "$UCSXDIR", "$UCSYDIR",   "$UCSBASE"};
     const std::string name = def.headerName;
     const bool onSheet = db.currentSpace() == db.paperSpace();
     if (onSheet && std::find(std::begin(kOfSpace), std::end(kOfSpace), name) != std::end(kOfSpace))
@@ -80,7 +81,11 @@ std::string recordNameOf(const DatabaseCore& db, std::uint64_t handle)
 }
 
 bool isHandleCode(int code) { return code >= 320 && code <= 369; }
-bool isIntegerCode(int code) { return (code >= 60 && code <= 99) || (code >= 160 && code <= 179) || (code >= 270 && code <= 299) || (code >= 370 && code <= 389); }
+bool isIntegerCode(int code)
+{
+    return (code >= 60 && code <= 99) || (code >= 160 && code <= 179) || (code >= 270 && code <= 299) ||
+           (code >= 370 && code <= 389);
+}
 
 std::optional<SysVarValue> headerText(const DatabaseCore& db, const SysVarDef& def, const std::string& name)
 {

@@ -29,7 +29,8 @@ vktext::TextStyleSpec styleOf(const resbuf* chain)
 {
     const resbuf* name = group(chain, 7);
     const DatabaseCore* db = workingCore();
-    const VcDbObjectId style = db ? db->findRecord(NameTable::TextStyle, name ? rbUtf8(*name) : "Standard") : VcDbObjectId();
+    const VcDbObjectId style =
+        db ? db->findRecord(NameTable::TextStyle, name ? rbUtf8(*name) : "Standard") : VcDbObjectId();
     vktext::TextStyleSpec spec = textStyleSpec(style, db);
     spec.widthFactor = realOr(chain, 41, spec.widthFactor);
     spec.oblique = realOr(chain, 51, spec.oblique);

@@ -33,7 +33,8 @@ Stacks s_stacks;
 std::uint32_t currentKey(const Editor& editor)
 {
     const VcDbViewport* viewport = activeViewport(editor);
-    return viewport && viewport->isUcsSavedWithViewport() ? viewport->objectId().slot() : editor.db().currentSpace().slot();
+    return viewport && viewport->isUcsSavedWithViewport() ? viewport->objectId().slot()
+                                                          : editor.db().currentSpace().slot();
 }
 
 Stack& stackOf(const Editor& editor)
@@ -68,7 +69,8 @@ void recordStack(Editor& editor)
 void apply(Editor& editor, const Known& wanted)
 {
     const VcGePoint3d last = currentUcs(editor.db()).toWorld() * editor.lastPoint;
-    setCurrentUcs(editor.db(), wanted.ucs, editor.db().liveAs<VcDbUCSTableRecord>(wanted.record) ? wanted.record : VcDbObjectId());
+    setCurrentUcs(editor.db(), wanted.ucs,
+                  editor.db().liveAs<VcDbUCSTableRecord>(wanted.record) ? wanted.record : VcDbObjectId());
     editor.lastPoint = wanted.ucs.toWorld().inverse() * last;
     if (editor.vars().integer("UCSFOLLOW") != 0)
         showPlan(editor, wanted.ucs);

@@ -139,7 +139,8 @@ int vcdbAngToS(double radians, int unit, int precision, wchar_t* textOut)
 
 int vcdbDisToF(const wchar_t* text, int unit, double* valueOut)
 {
-    const auto value = text ? parseDistance(wideToUtf8(text), LinearNotation(std::clamp(unitOr(unit, "LUNITS"), 1, 5))) : std::nullopt;
+    const auto value =
+        text ? parseDistance(wideToUtf8(text), LinearNotation(std::clamp(unitOr(unit, "LUNITS"), 1, 5))) : std::nullopt;
     if (!value || !valueOut)
         return RTERROR;
     *valueOut = *value;
@@ -148,7 +149,8 @@ int vcdbDisToF(const wchar_t* text, int unit, double* valueOut)
 
 int vcdbAngToF(const wchar_t* text, int unit, double* radiansOut)
 {
-    const auto value = text ? parseAngle(wideToUtf8(text), AngularNotation(std::clamp(unitOr(unit, "AUNITS"), 0, 4))) : std::nullopt;
+    const auto value =
+        text ? parseAngle(wideToUtf8(text), AngularNotation(std::clamp(unitOr(unit, "AUNITS"), 0, 4))) : std::nullopt;
     if (!value || !radiansOut)
         return RTERROR;
     *radiansOut = *value;

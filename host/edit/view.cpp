@@ -147,7 +147,8 @@ VcDbExtents extentsThrough(const DatabaseCore& db, VcDbObjectId block, const VcG
         // The viewport of the sheet itself is no object on it.
         const auto* viewport = isSheet ? VcDbViewport::cast(entity) : nullptr;
         VcDbExtents one;
-        if (layers.isFrozen(entity->layerId()) || (viewport && viewport->number() == 1) || entity->getGeomExtents(one) != Vcad::eOk)
+        if (layers.isFrozen(entity->layerId()) || (viewport && viewport->number() == 1) ||
+            entity->getGeomExtents(one) != Vcad::eOk)
             continue;
         if (m)
             one.transformBy(*m);
@@ -174,12 +175,16 @@ void change(Editor& editor, const View& view)
 }
 
 VcDbExtents extentsOfSpace(const DatabaseCore& db, VcDbObjectId block) { return extentsThrough(db, block, nullptr); }
-VcDbExtents spaceExtents(const Editor& editor) { return extentsThrough(editor.db(), editor.db().currentSpace(), nullptr); }
+VcDbExtents spaceExtents(const Editor& editor)
+{
+    return extentsThrough(editor.db(), editor.db().currentSpace(), nullptr);
+}
 
 VcDbExtents displayExtents(Editor& editor, const View& view)
 {
     const VcGeMatrix3d m = worldToDisplay(view);
-    return extentsThrough(editor.db(), editor.db().currentSpace(), isPlanView(view) && view.target == VcGePoint3d() ? nullptr : &m);
+    return extentsThrough(editor.db(), editor.db().currentSpace(),
+                          isPlanView(view) && view.target == VcGePoint3d() ? nullptr : &m);
 }
 
 View viewOf(Editor& editor, const View& like, const VcDbExtents& box, double margin)
@@ -261,13 +266,11 @@ VcGePoint2d viewportPixels(Editor& editor)
     if (!viewport)
         return {kScreenWidth, kScreenHeight};
     const double ratio = viewport->width() / viewport->height();
-    return ratio * kScreenHeight > kScreenWidth ? VcGePoint2d(kScreenWidth, kScreenWidth / ratio) : VcGePoint2d(kScreenHeight * ratio, kScreenHeight);
+    return ratio * kScreenHeight > kScreenWidth ? VcGePoint2d(kScreenWidth, kScreenWidth / ratio)
+                                                : VcGePoint2d(kScreenHeight * ratio, kScreenHeight);
 }
 
-double pixelSize(Editor& editor)
-{
-    return currentView(editor).height / viewportPixels(editor).y;
-}
+double pixelSize(Editor& editor) { return currentView(editor).height / viewportPixels(editor).y; }
 
 double pickAperture(Editor& editor) { return double(editor.vars().integer("PICKBOX")) * pixelSize(editor); }
 
@@ -276,7 +279,8 @@ VcGeMatrix3d worldToDisplay(const View& view)
     if (isPlanView(view))
         return VcGeMatrix3d::translation(-view.target.asVector());
     const VcGeMatrix3d plane = VcGeMatrix3d::worldToPlane(view.direction.normal());
-    return VcGeMatrix3d::rotation(view.twist, VcGeVector3d::zAxis()) * plane * VcGeMatrix3d::translation(-view.target.asVector());
+    return VcGeMatrix3d::rotation(view.twist, VcGeVector3d::zAxis()) * plane *
+           VcGeMatrix3d::translation(-view.target.asVector());
 }
 
 VcGeMatrix3d worldToDisplay(Editor& editor) { return worldToDisplay(currentView(editor)); }

@@ -12,7 +12,7 @@ namespace vk::edit {
 class Editor;
 
 struct View {
-    VcGePoint3d center;       // in display coordinates: the plane through the target across the line of sight
+    VcGePoint3d center;  // in display coordinates: the plane through the target across the line of sight
     double height = 1;
     VcGePoint3d target;
     VcGeVector3d direction{0, 0, 1};
@@ -22,7 +22,13 @@ struct View {
     std::int16_t mode = 0;  // as VIEWMODE has it, without UCSFOLLOW
 };
 
-enum ViewMode : std::int16_t { kPerspectiveView = 1, kFrontClipOn = 2, kBackClipOn = 4, kUcsFollowOn = 8, kFrontClipNotAtEye = 16 };
+enum ViewMode : std::int16_t {
+    kPerspectiveView = 1,
+    kFrontClipOn = 2,
+    kBackClipOn = 4,
+    kUcsFollowOn = 8,
+    kFrontClipNotAtEye = 16
+};
 
 // Pixels of the screen that the runner stands for.
 constexpr double kScreenWidth = 1920, kScreenHeight = 1080;

@@ -22,7 +22,8 @@ Entered s_entered;
 
 bool canEnter(const DatabaseCore& db, const VcDbViewport* viewport)
 {
-    return viewport && !viewport->isErased() && viewport->ownerId() == db.paperSpace() && viewport->number() != 1 && viewport->isOn();
+    return viewport && !viewport->isErased() && viewport->ownerId() == db.paperSpace() && viewport->number() != 1 &&
+           viewport->isOn();
 }
 
 VcDbViewport* entered(const DatabaseCore& db)
@@ -33,7 +34,10 @@ VcDbViewport* entered(const DatabaseCore& db)
 
 }
 
-bool isOnSheet(const Editor& editor) { return editor.hasDrawing() && editor.db().header().integer("$TILEMODE", 1) == 0; }
+bool isOnSheet(const Editor& editor)
+{
+    return editor.hasDrawing() && editor.db().header().integer("$TILEMODE", 1) == 0;
+}
 
 VcDbViewport* activeViewport(const Editor& editor)
 {
@@ -94,7 +98,8 @@ bool enterViewport(Editor& editor)
     if (const VcDbViewport* last = entered(db))
         return setActiveViewport(editor, *last);
     const VcDbLayout* layout = layoutOfBlock(db, db.paperSpace());
-    if (const auto* saved = layout ? db.liveAs<VcDbViewport>(layout->lastActiveViewport()) : nullptr; canEnter(db, saved))
+    if (const auto* saved = layout ? db.liveAs<VcDbViewport>(layout->lastActiveViewport()) : nullptr;
+        canEnter(db, saved))
         return setActiveViewport(editor, *saved);
     for (const VcDbViewport* viewport : viewportsOf(db, db.paperSpace()))
         if (canEnter(db, viewport))

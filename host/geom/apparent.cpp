@@ -46,7 +46,7 @@ bool shareLevel(const Curve& a, const Curve& b, const Vector3& direction)
     return isFlatAcross(a, direction, p) && isFlatAcross(b, direction, q) && std::fabs(p - q) <= meetingTolerance(a, b);
 }
 
-} // namespace
+}  // namespace
 
 std::optional<double> paramSeenAt(const Curve& curve, const Point3& seen, const Vector3& direction)
 {
@@ -57,7 +57,8 @@ std::optional<double> paramSeenAt(const Curve& curve, const Point3& seen, const 
     }
     // A curve through space keeps its parameters on the picture; one that is seen from its edge does not.
     const Curve flat = transformed(curve, VcGeMatrix3d::projection(VcGePlane(Point3(), n), n));
-    const auto near = keepsParams(curve, n) ? closestPoint(flat, seen.orthoProject(VcGePlane(Point3(), n))) : closestPoint(curve, seen);
+    const auto near = keepsParams(curve, n) ? closestPoint(flat, seen.orthoProject(VcGePlane(Point3(), n)))
+                                            : closestPoint(curve, seen);
     return near ? std::optional(near->param) : std::nullopt;
 }
 
@@ -69,7 +70,8 @@ std::vector<Crossing> apparentCrossings(const Curve& a, const Curve& b, const Ve
     const auto listed = [](const Meeting& meeting) {
         std::vector<Crossing> all = meeting.points;
         for (const Overlap& o : meeting.overlaps)
-            for (const auto& [p, s, t] : {std::tuple(o.start, o.first.from, o.second.from), std::tuple(o.end, o.first.to, o.second.to)})
+            for (const auto& [p, s, t] :
+                 {std::tuple(o.start, o.first.from, o.second.from), std::tuple(o.end, o.first.to, o.second.to)})
                 if (std::isfinite(s))
                     all.push_back({p, s, t, true});
         return all;
@@ -97,4 +99,4 @@ std::vector<Crossing> apparentCrossings(const Curve& a, const Curve& b, const Ve
     return seen;
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -47,4 +47,4 @@ double angleInPlane(const VcGeVector3d& direction, const VcGeVector3d& normal)
     return angle < 0 ? angle + 2 * std::numbers::pi : angle;
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -8,8 +8,7 @@
 namespace vk::geom {
 
 // Orthonormal and right-handed.
-struct Frame
-{
+struct Frame {
     VcGePoint3d origin;
     VcGeVector3d x{1, 0, 0}, y{0, 1, 0}, z{0, 0, 1};
 
@@ -34,4 +33,4 @@ VKHOST_API VcGePoint3d fromWorld(const VcGePoint3d& p, const VcGeVector3d& norma
 // The turn about an axis that a direction makes with the axis' arbitrary X axis, 0 to 2 pi.
 VKHOST_API double angleInPlane(const VcGeVector3d& direction, const VcGeVector3d& normal);
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -84,4 +84,4 @@ Bezier bezierSpan(const Nurbs& nurbs, int span)
     return bezier;
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

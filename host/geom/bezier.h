@@ -8,8 +8,7 @@
 
 namespace vk::geom {
 
-struct Pole
-{
+struct Pole {
     double x = 0, y = 0, z = 0, w = 1;
 
     static Pole of(const Point3& p, double weight = 1) { return {p.x * weight, p.y * weight, p.z * weight, weight}; }
@@ -20,10 +19,7 @@ struct Pole
     Pole operator*(double s) const { return {x * s, y * s, z * s, w * s}; }
 };
 
-inline Pole mix(const Pole& a, const Pole& b, double t)
-{
-    return a * (1 - t) + b * t;
-}
+inline Pole mix(const Pole& a, const Pole& b, double t) { return a * (1 - t) + b * t; }
 
 using Bezier = std::vector<Pole>;
 
@@ -39,4 +35,4 @@ double distanceToBox(const Box3d& box, const Point3& p);
 // The piece of a valid spline between the knots [span] and [span + 1], which differ.
 Bezier bezierSpan(const Nurbs& nurbs, int span);
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -8,8 +8,7 @@
 
 namespace vk::geom {
 
-struct Box3d
-{
+struct Box3d {
     VcGePoint3d min{kInfinite, kInfinite, kInfinite};
     VcGePoint3d max{-kInfinite, -kInfinite, -kInfinite};
 
@@ -65,4 +64,4 @@ struct Box3d
     bool operator==(const Box3d&) const = default;
 };
 
-} // namespace vk::geom
+}  // namespace vk::geom

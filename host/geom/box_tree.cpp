@@ -22,7 +22,8 @@ using Rectangle = BoxTree::Rectangle;
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 constexpr Rectangle kNone{kInfinity, kInfinity, -kInfinity, -kInfinity};
 constexpr float kNotANumber = std::numeric_limits<float>::quiet_NaN();
-constexpr Rectangle kFree{kNotANumber, kNotANumber, kNotANumber, kNotANumber};  // not even a search of everything meets it
+constexpr Rectangle kFree{kNotANumber, kNotANumber, kNotANumber,
+                          kNotANumber};  // not even a search of everything meets it
 
 float floatBelow(double v)
 {
@@ -75,8 +76,7 @@ std::uint32_t alongHilbert(std::uint32_t x, std::uint32_t y)
 }
 
 // The place of a box on the curve, by its centre.
-class Ordering
-{
+class Ordering {
 public:
     explicit Ordering(const std::vector<BoxTree::Entry>& entries)
     {
@@ -88,10 +88,14 @@ public:
     std::uint32_t operator()(const Box3d& box) const
     {
         const VcGePoint3d center = box.center();
-        return alongHilbert(std::uint32_t((center.x - m_all.min.x) * m_scaleX), std::uint32_t((center.y - m_all.min.y) * m_scaleY));
+        return alongHilbert(std::uint32_t((center.x - m_all.min.x) * m_scaleX),
+                            std::uint32_t((center.y - m_all.min.y) * m_scaleY));
     }
     // The distance at which so many things would stand on a grid.
-    static double spacing(const Rectangle& around, std::size_t count) { return halfAround(around) / 2 / std::sqrt(double(count)); }
+    static double spacing(const Rectangle& around, std::size_t count)
+    {
+        return halfAround(around) / 2 / std::sqrt(double(count));
+    }
 
 private:
     static double cellsPerUnit(double side)
@@ -146,11 +150,9 @@ std::vector<std::uint64_t> orderOf(const std::vector<BoxTree::Entry>& entries)
 // Members of one node above the leaves, divided among its leaves. One wide text among small marks would make its leaf as
 // wide as itself, and every search beside it would come by for nothing: a division goes by place, or parts what lies
 // from what stands, whichever leaves the least for searches to come by.
-class Division
-{
+class Division {
 public:
-    struct Member
-    {
+    struct Member {
         Rectangle r;
         std::uint32_t entry;
     };
@@ -161,16 +163,13 @@ public:
 
 private:
     // As types of their own, so that each search through the members is built for its key.
-    struct Across
-    {
+    struct Across {
         double operator()(const Rectangle& r) const { return double(r.left) + r.right; }
     };
-    struct Up
-    {
+    struct Up {
         double operator()(const Rectangle& r) const { return double(r.bottom) + r.top; }
     };
-    struct Lying
-    {
+    struct Lying {
         double operator()(const Rectangle& r) const
         {
             const double width = double(r.right) - r.left, height = double(r.top) - r.bottom;
@@ -218,7 +217,8 @@ private:
             return;
         const std::size_t leaves = (members.size() + BoxTree::kWidth - 1) / BoxTree::kWidth;
         const std::size_t cut = leaves / 2 * BoxTree::kWidth;
-        const double across = costAboutMean(members, Across()), up = costAboutMean(members, Up()), lying = costAboutMean(members, Lying());
+        const double across = costAboutMean(members, Across()), up = costAboutMean(members, Up()),
+                     lying = costAboutMean(members, Lying());
         if (across <= up && across <= lying)
             part(members, cut, Across());
         else if (up <= lying)
@@ -232,7 +232,7 @@ private:
     double m_reach;
 };
 
-} // namespace
+}  // namespace
 
 Rectangle BoxTree::outward(const Box3d& box)
 {
@@ -243,10 +243,13 @@ unsigned BoxTree::Node::touching(const Rectangle& r) const
 {
     unsigned met = 0;
 #if defined(__SSE2__)
-    const __m128 low = _mm_set1_ps(r.left), down = _mm_set1_ps(r.bottom), high = _mm_set1_ps(r.right), up = _mm_set1_ps(r.top);
+    const __m128 low = _mm_set1_ps(r.left), down = _mm_set1_ps(r.bottom), high = _mm_set1_ps(r.right),
+                 up = _mm_set1_ps(r.top);
     for (unsigned i = 0; i < kWidth; i += 4) {
-        const __m128 across = _mm_and_ps(_mm_cmple_ps(_mm_load_ps(left + i), high), _mm_cmple_ps(low, _mm_load_ps(right + i)));
-        const __m128 along = _mm_and_ps(_mm_cmple_ps(_mm_load_ps(bottom + i), up), _mm_cmple_ps(down, _mm_load_ps(top + i)));
+        const __m128 across =
+            _mm_and_ps(_mm_cmple_ps(_mm_load_ps(left + i), high), _mm_cmple_ps(low, _mm_load_ps(right + i)));
+        const __m128 along =
+            _mm_and_ps(_mm_cmple_ps(_mm_load_ps(bottom + i), up), _mm_cmple_ps(down, _mm_load_ps(top + i)));
         met |= unsigned(_mm_movemask_ps(_mm_and_ps(across, along))) << i;
     }
 #else
@@ -433,13 +436,15 @@ void BoxTree::moveUpperHalf(std::uint32_t from, std::uint32_t to)
     std::array<unsigned, kWidth> order;
     std::iota(order.begin(), order.end(), 0u);
     const auto spreadOf = [&](auto along) {
-        const auto [low, high] = std::minmax_element(order.begin(), order.end(), [&](unsigned a, unsigned b) { return along(a) < along(b); });
+        const auto [low, high] = std::minmax_element(order.begin(), order.end(),
+                                                     [&](unsigned a, unsigned b) { return along(a) < along(b); });
         return along(*high) - along(*low);
     };
     const bool byX = spreadOf(x) >= spreadOf(y);
     std::nth_element(order.begin(), order.begin() + kWidth / 2, order.end(),
                      [&](unsigned a, unsigned b) { return byX ? x(a) < x(b) : y(a) < y(b); });
-    std::sort(order.begin() + kWidth / 2, order.end(), std::greater<>()); // so that what is taken out moves none to come
+    std::sort(order.begin() + kWidth / 2, order.end(),
+              std::greater<>());  // so that what is taken out moves none to come
     for (auto place = order.begin() + kWidth / 2; place != order.end(); ++place) {
         m_exact[std::size_t(to) * kWidth + m_links[to].count] = m_exact[std::size_t(from) * kWidth + *place];
         put(to, before.rectangle(*place), before.child[*place]);
@@ -480,7 +485,7 @@ void BoxTree::insert(Id id, const Box3d& box)
     if (m_links[leaf].count == kWidth) {
         split(leaf);
         leaf = leafFor(r);
-        if (m_links[leaf].count == kWidth) // another one attracts it now
+        if (m_links[leaf].count == kWidth)  // another one attracts it now
             return insert(id, box);
     }
     m_exact[std::size_t(leaf) * kWidth + m_links[leaf].count] = box;
@@ -544,4 +549,4 @@ const char* BoxTree::fault() const
     return members == known ? nullptr : "a member that no leaf has";
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -19,23 +19,20 @@
 
 namespace vk::geom {
 
-class VKHOST_API BoxTree
-{
+class VKHOST_API BoxTree {
 public:
-    using Id = std::uint32_t; // memory goes with the largest
+    using Id = std::uint32_t;  // memory goes with the largest
     using Entry = std::pair<Id, Box3d>;
     static constexpr unsigned kWidth = 16;
 
-    struct Rectangle
-    {
+    struct Rectangle {
         float left, bottom, right, top;
     };
     static Rectangle outward(const Box3d& box);
 
-    struct alignas(64) Node
-    {
+    struct alignas(64) Node {
         float left[kWidth], bottom[kWidth], right[kWidth], top[kWidth];
-        std::uint32_t child[kWidth]; // ids in a leaf, nodes above
+        std::uint32_t child[kWidth];  // ids in a leaf, nodes above
         // Children that touch the rectangle, a bit for each.
         unsigned touching(const Rectangle& r) const;
         Rectangle rectangle(unsigned place) const { return {left[place], bottom[place], right[place], top[place]}; }
@@ -45,8 +42,8 @@ public:
     // Much faster than one by one. Each id once; boxes must be finite.
     explicit BoxTree(const std::vector<Entry>& entries);
 
-    void insert(Id id, const Box3d& box); // of an id that is not there
-    void erase(Id id);                    // of one that is
+    void insert(Id id, const Box3d& box);  // of an id that is not there
+    void erase(Id id);                     // of one that is
     bool has(Id id) const { return id < m_places.size() && m_places[id] != kNowhere; }
     const Box3d& boxOf(Id id) const { return m_exact[m_places[id]]; }
     bool empty() const { return m_root == kNowhere; }
@@ -63,7 +60,7 @@ public:
 
     // For searches in an order of their own.
     std::uint32_t root() const { return m_root; }
-    unsigned height() const { return m_height; } // of the root; leaves stand at 0
+    unsigned height() const { return m_height; }  // of the root; leaves stand at 0
     const Node& node(std::uint32_t at) const { return m_nodes[at]; }
     unsigned childCount(std::uint32_t at) const { return m_links[at].count; }
 
@@ -72,8 +69,7 @@ public:
 
 private:
     static constexpr std::uint32_t kNowhere = ~0u;
-    struct Link
-    {
+    struct Link {
         std::uint32_t parent = kNowhere;
         std::uint16_t count = 0, height = 0;
     };
@@ -118,12 +114,12 @@ private:
     void release(std::uint32_t at);
 
     std::vector<Node> m_nodes;
-    std::vector<Link> m_links;        // of the nodes
-    std::vector<Box3d> m_exact;       // of the members of leaves; the width of a node for each
-    std::vector<std::uint32_t> m_places; // by id, into m_exact
-    std::vector<std::uint32_t> m_free;   // nodes
+    std::vector<Link> m_links;            // of the nodes
+    std::vector<Box3d> m_exact;           // of the members of leaves; the width of a node for each
+    std::vector<std::uint32_t> m_places;  // by id, into m_exact
+    std::vector<std::uint32_t> m_free;    // nodes
     std::uint32_t m_root = kNowhere;
     unsigned m_height = 0;
 };
 
-} // namespace vk::geom
+}  // namespace vk::geom

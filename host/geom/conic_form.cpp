@@ -8,8 +8,8 @@ namespace vk::geom {
 
 namespace {
 
-constexpr double kFlat = 1e-14;  // of the product of the axes
-constexpr double kRound = 1e-12; // of the radius
+constexpr double kFlat = 1e-14;   // of the product of the axes
+constexpr double kRound = 1e-12;  // of the radius
 
 // What a point sees that swings along one line: from where it is lowest to where it is highest.
 Segment swept(const Point3& center, const Vector3& u, const Vector3& v, Interval range)
@@ -35,12 +35,9 @@ Interval firstTurn(Interval range)
     return {range.from - back, range.to - back};
 }
 
-bool isWholeTurn(Interval range)
-{
-    return range.to - range.from >= kTwoPi * (1 - 1e-14);
-}
+bool isWholeTurn(Interval range) { return range.to - range.from >= kTwoPi * (1 - 1e-14); }
 
-} // namespace
+}  // namespace
 
 Curve curveOfConic(const Point3& center, const Vector3& u, const Vector3& v, Interval range, const Vector3& up)
 {
@@ -68,4 +65,4 @@ Curve curveOfConic(const Point3& center, const Vector3& u, const Vector3& v, Int
     return Arc{center, (a + b) / 2, held.from, held.to, normal};
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

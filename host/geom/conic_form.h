@@ -9,4 +9,4 @@ namespace vk::geom {
 // a segment where u and v are parallel. The normal lies on the side of `up`; against it the curve runs backwards.
 Curve curveOfConic(const Point3& center, const Vector3& u, const Vector3& v, Interval range, const Vector3& up);
 
-} // namespace vk::geom
+}  // namespace vk::geom

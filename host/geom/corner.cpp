@@ -12,10 +12,7 @@ namespace vk::geom {
 
 namespace {
 
-CornerResult failed(CornerFailure why)
-{
-    return {{}, why};
-}
+CornerResult failed(CornerFailure why) { return {{}, why}; }
 
 // The parameter of a place on the carrier, as one of the curve: around an arc, by whole turns nearest to it.
 double onCurve(const Curve& curve, const Point3& place)
@@ -27,7 +24,8 @@ double onCurve(const Curve& curve, const Point3& place)
         const double middle = (range.from + range.to) / 2;
         return t + kTwoPi * std::round((middle - t) / kTwoPi);
     }
-    if (std::holds_alternative<Segment>(curve) || std::holds_alternative<Ray>(curve) || std::holds_alternative<XLine>(curve))
+    if (std::holds_alternative<Segment>(curve) || std::holds_alternative<Ray>(curve) ||
+        std::holds_alternative<XLine>(curve))
         return t;
     const auto own = closestPoint(curve, place);
     return own ? own->param : 0;
@@ -39,7 +37,8 @@ std::optional<Curve> keptSide(const CornerSide& side, double corner)
     if (isClosed(side.curve))
         return std::nullopt;
     const Interval range = paramRange(side.curve);
-    return side.picked >= corner ? betweenEnds(side.curve, corner, range.to) : betweenEnds(side.curve, range.from, corner);
+    return side.picked >= corner ? betweenEnds(side.curve, corner, range.to)
+                                 : betweenEnds(side.curve, range.from, corner);
 }
 
 bool inOnePlane(const Curve& a, const Curve& b, const Vector3& normal)
@@ -119,7 +118,9 @@ CornerResult betweenLines(const CornerSide& a, const CornerSide& b, double radiu
     if (meeting.points.empty())
         return failed(CornerFailure::NoCrossing);
     const Crossing& corner = meeting.points.front();
-    const auto isPicked = [](const CornerSide& side, double at, double touch) { return (side.picked >= at) == (touch >= at); };
+    const auto isPicked = [](const CornerSide& side, double at, double touch) {
+        return (side.picked >= at) == (touch >= at);
+    };
     const Curve lineA = carrierOf(a.curve), lineB = carrierOf(b.curve);
     for (const TangentCircle& c : tangentCircles(lineA, lineB, radius, normal)) {
         if (!isPicked(a, corner.first, c.first) || !isPicked(b, corner.second, c.second))
@@ -127,7 +128,8 @@ CornerResult betweenLines(const CornerSide& a, const CornerSide& b, double radiu
         auto first = awayFrom(a, corner.first, c.first), second = awayFrom(b, corner.second, c.second);
         if (!first || !second)
             return failed(CornerFailure::NoCircle);
-        return {{std::move(first), std::move(second), shorterArc(c.center, pointAt(lineA, c.first), pointAt(lineB, c.second), normal)}};
+        return {{std::move(first), std::move(second),
+                 shorterArc(c.center, pointAt(lineA, c.first), pointAt(lineB, c.second), normal)}};
     }
     return failed(CornerFailure::NoCircle);
 }
@@ -137,7 +139,8 @@ CornerResult betweenLines(const CornerSide& a, const CornerSide& b, double radiu
 CornerResult halfCircle(const CornerSide& a, const CornerSide& b, const Vector3& normal)
 {
     const Interval range = paramRange(a.curve);
-    const bool atEnd = std::isfinite(range.to) && (!std::isfinite(range.from) || range.to - a.picked < a.picked - range.from);
+    const bool atEnd =
+        std::isfinite(range.to) && (!std::isfinite(range.from) || range.to - a.picked < a.picked - range.from);
     const double end = atEnd ? range.to : range.from;
     if (!std::isfinite(end))
         return failed(CornerFailure::Parallel);
@@ -151,12 +154,13 @@ CornerResult halfCircle(const CornerSide& a, const CornerSide& b, const Vector3&
     const double start = angleInPlane((leads ? from : to) - center, normal);
     const double corner = onCurve(b.curve, to);
     const Interval rb = paramRange(b.curve);
-    const bool keepsBefore = derivativesAt(b.curve, 0).first.dotProduct(outward) > 0 ? corner > rb.from : corner >= rb.to;
+    const bool keepsBefore =
+        derivativesAt(b.curve, 0).first.dotProduct(outward) > 0 ? corner > rb.from : corner >= rb.to;
     auto second = keepsBefore ? betweenEnds(b.curve, rb.from, corner) : betweenEnds(b.curve, corner, rb.to);
     return {{a.curve, std::move(second), Arc{center, near->distance / 2, start, start + kTwoPi / 2, normal}}};
 }
 
-} // namespace
+}  // namespace
 
 CornerResult filleted(const CornerSide& a, const CornerSide& b, double radius, const Vector3& up)
 {
@@ -172,11 +176,13 @@ CornerResult filleted(const CornerSide& a, const CornerSide& b, double radius, c
         return sharp(a, b);
     if (isStraight(a.curve) && isStraight(b.curve))
         return betweenLines(a, b, radius, normal);
-    const auto circle = tangentCircleNear(carrierOf(a.curve), carrierOf(b.curve), radius, normal, pointAt(a.curve, a.picked), pointAt(b.curve, b.picked));
+    const auto circle = tangentCircleNear(carrierOf(a.curve), carrierOf(b.curve), radius, normal,
+                                          pointAt(a.curve, a.picked), pointAt(b.curve, b.picked));
     if (!circle)
         return failed(CornerFailure::NoCircle);
     const Point3 from = pointAt(carrierOf(a.curve), circle->first), to = pointAt(carrierOf(b.curve), circle->second);
-    Corner corner{keptSide(a, onCurve(a.curve, from)), keptSide(b, onCurve(b.curve, to)), shorterArc(circle->center, from, to, normal)};
+    Corner corner{keptSide(a, onCurve(a.curve, from)), keptSide(b, onCurve(b.curve, to)),
+                  shorterArc(circle->center, from, to, normal)};
     const bool whole = (corner.first || isClosed(a.curve)) && (corner.second || isClosed(b.curve));
     return whole ? CornerResult{std::move(corner)} : failed(CornerFailure::NoCircle);
 }
@@ -211,17 +217,15 @@ CornerResult chamfered(const CornerSide& a, const CornerSide& b, double first, d
 namespace {
 
 // How far from a corner both sides are cut, and the bulge of what comes between.
-struct Cut
-{
+struct Cut {
     double before, after, bulge;
 };
 
-struct CornerAt
-{
+struct CornerAt {
     Point2 at;
-    Vector2 back, on; // unit vectors along the sides
+    Vector2 back, on;  // unit vectors along the sides
     double roomBefore, roomAfter;
-    double turn; // of the direction, positive to the left
+    double turn;  // of the direction, positive to the left
 };
 
 std::optional<CornerAt> cornerAt(const Polyline& p, size_t i)
@@ -251,7 +255,7 @@ RoundedPolyline cutCorners(const Polyline& p, const std::vector<size_t>& which, 
     RoundedPolyline result{p};
     const size_t n = p.vertices.size();
     std::vector<std::optional<Cut>> cuts(n);
-    std::vector<double> taken(n, 0); // of the segment that begins at a vertex
+    std::vector<double> taken(n, 0);  // of the segment that begins at a vertex
     for (size_t i : which) {
         const auto corner = cornerAt(p, i);
         const auto cut = corner ? cutOf(*corner) : std::nullopt;
@@ -279,13 +283,17 @@ RoundedPolyline cutCorners(const Polyline& p, const std::vector<size_t>& which, 
         }
         const CornerAt corner = *cornerAt(p, i);
         const PolyVertex& before = p.vertices[(i + n - 1) % n];
-        result.polyline.vertices.push_back({corner.at + corner.back * cuts[i]->before, cuts[i]->bulge, before.endWidth, v.startWidth});
+        result.polyline.vertices.push_back(
+            {corner.at + corner.back * cuts[i]->before, cuts[i]->bulge, before.endWidth, v.startWidth});
         result.polyline.vertices.push_back({corner.at + corner.on * cuts[i]->after, 0, v.startWidth, v.endWidth});
     }
     // Sides that are used up wholly leave two vertices in one place.
     auto& vertices = result.polyline.vertices;
     for (size_t i = 0; i + 1 < vertices.size();)
-        if (vertices[i].bulge == 0 && vertices[i].point.distanceTo(vertices[i + 1].point) <= 1e-12 * (1 + vertices[i].point.asVector().length()) && result.done > 0)
+        if (vertices[i].bulge == 0 &&
+            vertices[i].point.distanceTo(vertices[i + 1].point) <=
+                1e-12 * (1 + vertices[i].point.asVector().length()) &&
+            result.done > 0)
             vertices.erase(vertices.begin() + std::ptrdiff_t(i));
         else
             ++i;
@@ -301,7 +309,7 @@ std::vector<size_t> allCorners(const Polyline& p)
     return all;
 }
 
-} // namespace
+}  // namespace
 
 RoundedPolyline filletedAll(const Polyline& p, double radius)
 {
@@ -325,4 +333,4 @@ std::optional<Polyline> chamferedAt(const Polyline& p, size_t vertex, double fir
     return result.done ? std::optional(result.polyline) : std::nullopt;
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

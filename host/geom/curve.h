@@ -26,32 +26,27 @@ using Vector3 = VcGeVector3d;
 
 inline constexpr double kTwoPi = 6.28318530717958647692;
 
-struct Segment
-{
+struct Segment {
     Point3 start, end;
 };
 
-struct Ray
-{
+struct Ray {
     Point3 base;
     Vector3 direction;
 };
 
-struct XLine
-{
+struct XLine {
     Point3 base;
     Vector3 direction;
 };
 
-struct Circle
-{
+struct Circle {
     Point3 center;
     double radius = 0;
     Vector3 normal{0, 0, 1};
 };
 
-struct Arc
-{
+struct Arc {
     Point3 center;
     double radius = 0;
     double start = 0, end = kTwoPi;
@@ -59,8 +54,7 @@ struct Arc
 };
 
 // The minor axis is normal x major * ratio.
-struct Ellipse
-{
+struct Ellipse {
     Point3 center;
     Vector3 major;
     double ratio = 1;
@@ -70,8 +64,7 @@ struct Ellipse
 
 // Knots are degree + 1 more than poles; weights are as many as poles, or none. The curve lives between the knots
 // [degree] and [poles], whatever stands outside them, so that periodic splines need no flag.
-struct Nurbs
-{
+struct Nurbs {
     int degree = 3;
     std::vector<Point3> poles;
     std::vector<double> knots;
@@ -79,46 +72,40 @@ struct Nurbs
 };
 
 // The bulge is the tangent of a quarter of the arc's angle from this vertex to the next, positive anticlockwise.
-struct PolyVertex
-{
+struct PolyVertex {
     Point2 point;
     double bulge = 0;
     double startWidth = 0, endWidth = 0;
 };
 
 // Vertices are in the coordinates of the normal's arbitrary axes, at the elevation along it.
-struct Polyline
-{
+struct Polyline {
     std::vector<PolyVertex> vertices;
     bool closed = false;
     double elevation = 0;
     Vector3 normal{0, 0, 1};
 };
 
-struct Polyline3
-{
+struct Polyline3 {
     std::vector<Point3> vertices;
     bool closed = false;
 };
 
 using Curve = std::variant<Segment, Ray, XLine, Circle, Arc, Ellipse, Nurbs, Polyline, Polyline3>;
 
-struct Interval
-{
+struct Interval {
     double from = 0, to = 0;
 };
 
-struct Closest
-{
+struct Closest {
     Point3 point;
     double param = 0;
     double distance = 0;
 };
 
-struct Derivatives
-{
+struct Derivatives {
     Point3 point;
-    Vector3 first, second; // by the curve's parameter
+    Vector3 first, second;  // by the curve's parameter
 };
 
 // Numbers below 1e60, positive weights, knots that ascend and are as many as they must be, something to run along.
@@ -156,4 +143,4 @@ VKHOST_API Box3d extents(const Curve& curve);
 // The plane that a curve lies in; lines and straight splines have none of their own.
 VKHOST_API std::optional<VcGePlane> planeOf(const Curve& curve);
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -38,10 +38,7 @@ std::optional<Curve> part(const Circle& c, double from, double to)
 {
     return Arc{c.center, c.radius, from, to, c.normal};
 }
-std::optional<Curve> part(const Arc& a, double from, double to)
-{
-    return Arc{a.center, a.radius, from, to, a.normal};
-}
+std::optional<Curve> part(const Arc& a, double from, double to) { return Arc{a.center, a.radius, from, to, a.normal}; }
 std::optional<Curve> part(const Ellipse& e, double from, double to)
 {
     return Ellipse{e.center, e.major, e.ratio, from, to, e.normal};
@@ -101,22 +98,10 @@ std::optional<Curve> part(const Polyline3& p, double from, double to)
     return result;
 }
 
-Curve backwards(const Segment& s)
-{
-    return Segment{s.end, s.start};
-}
-Curve backwards(const Ray& r)
-{
-    return r;
-}
-Curve backwards(const XLine& x)
-{
-    return XLine{x.base, -x.direction};
-}
-Curve backwards(const Circle& c)
-{
-    return Circle{c.center, c.radius, -c.normal};
-}
+Curve backwards(const Segment& s) { return Segment{s.end, s.start}; }
+Curve backwards(const Ray& r) { return r; }
+Curve backwards(const XLine& x) { return XLine{x.base, -x.direction}; }
+Curve backwards(const Circle& c) { return Circle{c.center, c.radius, -c.normal}; }
 
 Curve backwards(const Arc& a)
 {
@@ -124,14 +109,8 @@ Curve backwards(const Arc& a)
     return curveOfConic(a.center, arc.u, -arc.v, {-arc.range.to, -arc.range.from}, -arc.normal());
 }
 
-Curve backwards(const Ellipse& e)
-{
-    return Ellipse{e.center, e.major, e.ratio, -e.end, -e.start, -e.normal};
-}
-Curve backwards(const Nurbs& n)
-{
-    return reversed(n);
-}
+Curve backwards(const Ellipse& e) { return Ellipse{e.center, e.major, e.ratio, -e.end, -e.start, -e.normal}; }
+Curve backwards(const Nurbs& n) { return reversed(n); }
 
 Curve backwards(const Polyline& p)
 {
@@ -151,18 +130,9 @@ Curve backwards(const Polyline3& p)
     return r;
 }
 
-Curve image(const Segment& s, const VcGeMatrix3d& m)
-{
-    return Segment{m * s.start, m * s.end};
-}
-Curve image(const Ray& r, const VcGeMatrix3d& m)
-{
-    return Ray{m * r.base, m * r.direction};
-}
-Curve image(const XLine& x, const VcGeMatrix3d& m)
-{
-    return XLine{m * x.base, m * x.direction};
-}
+Curve image(const Segment& s, const VcGeMatrix3d& m) { return Segment{m * s.start, m * s.end}; }
+Curve image(const Ray& r, const VcGeMatrix3d& m) { return Ray{m * r.base, m * r.direction}; }
+Curve image(const XLine& x, const VcGeMatrix3d& m) { return XLine{m * x.base, m * x.direction}; }
 
 template <class AnyConic>
 Curve imageOfConic(const AnyConic& curve, const VcGeMatrix3d& m)
@@ -180,10 +150,7 @@ Curve image(const Arc& a, const VcGeMatrix3d& m)
 {
     return a.radius > 0 ? imageOfConic(a, m) : Arc{m * a.center, 0, a.start, a.end, m * a.normal};
 }
-Curve image(const Ellipse& e, const VcGeMatrix3d& m)
-{
-    return imageOfConic(e, m);
-}
+Curve image(const Ellipse& e, const VcGeMatrix3d& m) { return imageOfConic(e, m); }
 
 Curve image(const Nurbs& n, const VcGeMatrix3d& m)
 {
@@ -250,7 +217,7 @@ double endOfRound(double from, double to, double turn)
     return std::min(to - std::ceil(rounds - 1 - slack) * turn, from + turn);
 }
 
-} // namespace
+}  // namespace
 
 std::optional<Curve> subCurve(const Curve& curve, double from, double to)
 {
@@ -302,4 +269,4 @@ Curve transformed(const Curve& curve, const VcGeMatrix3d& m)
     return isValid(curve) ? std::visit([&](const auto& c) { return image(c, m); }, curve) : curve;
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

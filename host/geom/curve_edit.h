@@ -31,4 +31,4 @@ VKHOST_API Nurbs withDegree(const Nurbs& nurbs, int degree);
 // Ends where the other begins and goes on as it does; degrees must agree.
 VKHOST_API Nurbs joined(const Nurbs& first, const Nurbs& second);
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -22,41 +22,17 @@ Interval turn(double start, double end)
 }
 
 // Of larger ones not enough is left after the turns are taken off.
-bool isAngle(double v)
-{
-    return std::fabs(v) < 1e9;
-}
+bool isAngle(double v) { return std::fabs(v) < 1e9; }
 
 // Products of coordinates must stay finite too.
-bool finite(double v)
-{
-    return std::fabs(v) < 1e60;
-}
-bool finite(const Point3& p)
-{
-    return finite(p.x) && finite(p.y) && finite(p.z);
-}
-bool finite(const Vector3& v)
-{
-    return finite(v.x) && finite(v.y) && finite(v.z);
-}
+bool finite(double v) { return std::fabs(v) < 1e60; }
+bool finite(const Point3& p) { return finite(p.x) && finite(p.y) && finite(p.z); }
+bool finite(const Vector3& v) { return finite(v.x) && finite(v.y) && finite(v.z); }
 
-bool valid(const Segment& s)
-{
-    return finite(s.start) && finite(s.end);
-}
-bool valid(const Ray& r)
-{
-    return finite(r.base) && finite(r.direction) && r.direction.lengthSqrd() > 0;
-}
-bool valid(const XLine& x)
-{
-    return finite(x.base) && finite(x.direction) && x.direction.lengthSqrd() > 0;
-}
-bool valid(const Circle& c)
-{
-    return finite(c.center) && finite(c.radius) && c.radius >= 0 && finite(c.normal);
-}
+bool valid(const Segment& s) { return finite(s.start) && finite(s.end); }
+bool valid(const Ray& r) { return finite(r.base) && finite(r.direction) && r.direction.lengthSqrd() > 0; }
+bool valid(const XLine& x) { return finite(x.base) && finite(x.direction) && x.direction.lengthSqrd() > 0; }
+bool valid(const Circle& c) { return finite(c.center) && finite(c.radius) && c.radius >= 0 && finite(c.normal); }
 bool valid(const Arc& a)
 {
     return finite(a.center) && finite(a.radius) && a.radius >= 0 && isAngle(a.start) && isAngle(a.end) &&
@@ -103,15 +79,9 @@ bool valid(const Polyline3& p)
     return !p.vertices.empty();
 }
 
-std::vector<Piece> pieces(const Segment& s)
-{
-    return {{LinePiece{s.start, s.end - s.start}, {0, 1}}};
-}
+std::vector<Piece> pieces(const Segment& s) { return {{LinePiece{s.start, s.end - s.start}, {0, 1}}}; }
 
-std::vector<Piece> pieces(const Ray& r)
-{
-    return {{LinePiece{r.base, r.direction, {0, kInfinite}}, {0, kInfinite}}};
-}
+std::vector<Piece> pieces(const Ray& r) { return {{LinePiece{r.base, r.direction, {0, kInfinite}}, {0, kInfinite}}}; }
 
 std::vector<Piece> pieces(const XLine& x)
 {
@@ -124,15 +94,9 @@ Piece round(const Point3& center, double radius, const Vector3& normal, Interval
     return {ConicPiece{center, f.x * radius, f.y * radius, range}, range};
 }
 
-std::vector<Piece> pieces(const Circle& c)
-{
-    return {round(c.center, c.radius, c.normal, {0, kTwoPi})};
-}
+std::vector<Piece> pieces(const Circle& c) { return {round(c.center, c.radius, c.normal, {0, kTwoPi})}; }
 
-std::vector<Piece> pieces(const Arc& a)
-{
-    return {round(a.center, a.radius, a.normal, turn(a.start, a.end))};
-}
+std::vector<Piece> pieces(const Arc& a) { return {round(a.center, a.radius, a.normal, turn(a.start, a.end))}; }
 
 // An axis called major may be the shorter; the piece then starts a quarter turn later on the other.
 std::vector<Piece> pieces(const Ellipse& e)
@@ -226,10 +190,7 @@ std::vector<Piece> pieces(const Polyline& p, FlatArcs flat)
     return result;
 }
 
-std::vector<Piece> pieces(const Polyline& p)
-{
-    return pieces(p, FlatArcs::ByPoles);
-}
+std::vector<Piece> pieces(const Polyline& p) { return pieces(p, FlatArcs::ByPoles); }
 
 std::vector<Piece> pieces(const Polyline3& p)
 {
@@ -246,30 +207,12 @@ size_t segmentAt(const AnyPolyline& p, double param)
 }
 
 // The one piece that holds a parameter, or the nearest to it, without making the others.
-Piece pieceAt(const Segment& s, double)
-{
-    return pieces(s).front();
-}
-Piece pieceAt(const Ray& r, double)
-{
-    return pieces(r).front();
-}
-Piece pieceAt(const XLine& x, double)
-{
-    return pieces(x).front();
-}
-Piece pieceAt(const Circle& c, double)
-{
-    return pieces(c).front();
-}
-Piece pieceAt(const Arc& a, double)
-{
-    return pieces(a).front();
-}
-Piece pieceAt(const Ellipse& e, double)
-{
-    return pieces(e).front();
-}
+Piece pieceAt(const Segment& s, double) { return pieces(s).front(); }
+Piece pieceAt(const Ray& r, double) { return pieces(r).front(); }
+Piece pieceAt(const XLine& x, double) { return pieces(x).front(); }
+Piece pieceAt(const Circle& c, double) { return pieces(c).front(); }
+Piece pieceAt(const Arc& a, double) { return pieces(a).front(); }
+Piece pieceAt(const Ellipse& e, double) { return pieces(e).front(); }
 
 Piece pieceAt(const Nurbs& n, double param)
 {
@@ -286,10 +229,7 @@ Piece pieceAt(const Polyline& p, double param)
     const bool within = param >= 0 && param <= double(segmentCount(p));
     return segmentPiece(p, frameOf(p), segmentAt(p, param), within ? FlatArcs::ByPoles : FlatArcs::AsCircles);
 }
-Piece pieceAt(const Polyline3& p, double param)
-{
-    return segmentPiece(p, segmentAt(p, param));
-}
+Piece pieceAt(const Polyline3& p, double param) { return segmentPiece(p, segmentAt(p, param)); }
 
 bool holdsAtEnds(const Curve& curve)
 {
@@ -297,7 +237,7 @@ bool holdsAtEnds(const Curve& curve)
     return std::holds_alternative<Nurbs>(curve) || (isClosed(curve) && !round);
 }
 
-} // namespace
+}  // namespace
 
 Piece arcPiece(const Point3& center, const Vector3& x, const Vector3& y, double from, double to)
 {
@@ -368,10 +308,7 @@ Derivatives derivativesAt(const Curve& curve, double param)
     return d;
 }
 
-Point3 pointAt(const Curve& curve, double param)
-{
-    return derivativesAt(curve, param).point;
-}
+Point3 pointAt(const Curve& curve, double param) { return derivativesAt(curve, param).point; }
 
 std::optional<Point3> startPoint(const Curve& curve)
 {
@@ -405,4 +342,4 @@ std::optional<double> paramAt(const Curve& curve, const Point3& point, double to
     return found && found->distance <= tolerance ? std::optional(found->param) : std::nullopt;
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

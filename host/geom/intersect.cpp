@@ -13,7 +13,7 @@ namespace {
 constexpr double kSizeShare = 1e-10;
 constexpr double kRounding = 4e-15;
 constexpr double kTangentSine = 1e-7;
-constexpr double kEven = 1e-9; // what lies as far from either end of an arc is left where it was found
+constexpr double kEven = 1e-9;  // what lies as far from either end of an arc is left where it was found
 
 // The box without what is infinite: of a ray, its base.
 Box3d finiteBox(const Curve& curve)
@@ -28,14 +28,13 @@ Box3d finiteBox(const Curve& curve)
     return box;
 }
 
-struct Operand
-{
-    std::vector<Piece> pieces;      // about the common origin
-    std::vector<PieceShape> shapes; // the same with their ranges widened where the curve goes on
-    std::vector<Interval> reaches;  // the rounds on either side of its own range that a widened arc is counted in
+struct Operand {
+    std::vector<Piece> pieces;       // about the common origin
+    std::vector<PieceShape> shapes;  // the same with their ranges widened where the curve goes on
+    std::vector<Interval> reaches;   // the rounds on either side of its own range that a widened arc is counted in
     std::vector<Box3d> boxes;
     Interval range;
-    size_t own = 0; // how many of the pieces are the curve's; those of circles beyond it follow
+    size_t own = 0;  // how many of the pieces are the curve's; those of circles beyond it follow
     bool closed = false;
     bool segmented = false;
 
@@ -231,12 +230,9 @@ void swapOrder(Meeting& meeting)
     joinOverlaps(meeting.overlaps);
 }
 
-bool extends(Extend extend, Extend which)
-{
-    return (int(extend) & int(which)) != 0;
-}
+bool extends(Extend extend, Extend which) { return (int(extend) & int(which)) != 0; }
 
-} // namespace
+}  // namespace
 
 static double meetingTolerance(const Box3d& boxA, const Box3d& boxB)
 {
@@ -247,7 +243,8 @@ static double meetingTolerance(const Box3d& boxA, const Box3d& boxB)
 double meetingTolerance(const Curve& a, const Curve& b) { return meetingTolerance(finiteBox(a), finiteBox(b)); }
 
 // In the order of orderOf, so that swapped arguments give the same points.
-static Meeting intersectInOrder(const Curve& a, const Box3d& boxA, const Curve& b, const Box3d& boxB, Extend extend, double tolerance)
+static Meeting intersectInOrder(const Curve& a, const Box3d& boxA, const Curve& b, const Box3d& boxB, Extend extend,
+                                double tolerance)
 {
     if (tolerance <= 0)
         tolerance = meetingTolerance(boxA, boxB);
@@ -288,4 +285,4 @@ std::vector<Point3> contactPoints(const Meeting& meeting)
     return points;
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -7,32 +7,23 @@ namespace vk::geom {
 
 // Which curve is taken to go on beyond its ends: lines straight on, arcs and elliptical arcs all the way round, open
 // polylines along their first and last segment. Splines and closed curves do not go on.
-enum class Extend
-{
-    Neither = 0,
-    First = 1,
-    Second = 2,
-    Both = 3
-};
+enum class Extend { Neither = 0, First = 1, Second = 2, Both = 3 };
 
-struct Crossing
-{
+struct Crossing {
     Point3 point;
-    double first = 0, second = 0; // parameters; beyond the ends where the curve was taken to go on
+    double first = 0, second = 0;  // parameters; beyond the ends where the curve was taken to go on
     bool tangent = false;
 };
 
 // A stretch that the curves have in common. `second` runs downwards where the second curve runs the other way.
-struct Overlap
-{
+struct Overlap {
     Interval first, second;
     Point3 start, end;
 };
 
-struct Meeting
-{
-    std::vector<Crossing> points;  // in the order of the first curve; those at or in an overlap are left out
-    std::vector<Overlap> overlaps; // in the order of the first curve
+struct Meeting {
+    std::vector<Crossing> points;   // in the order of the first curve; those at or in an overlap are left out
+    std::vector<Overlap> overlaps;  // in the order of the first curve
     bool empty() const { return points.empty() && overlaps.empty(); }
 };
 
@@ -49,4 +40,4 @@ VKHOST_API std::vector<Crossing> selfCrossings(const Curve& curve, double tolera
 // The points of a meeting, with the ends of its overlaps.
 VKHOST_API std::vector<Point3> contactPoints(const Meeting& meeting);
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -39,7 +39,8 @@ std::optional<Joined> joinedLines(const std::vector<Curve>& curves, double toler
     Segment line = std::get<Segment>(curves[0]);
     Joined result{line, {0}};
     for (size_t i = 1; i < curves.size(); ++i)
-        if (const auto* other = std::get_if<Segment>(&curves[i]); other && line.start != line.end && liesAlong(line, *other, tolerance)) {
+        if (const auto* other = std::get_if<Segment>(&curves[i]);
+            other && line.start != line.end && liesAlong(line, *other, tolerance)) {
             line = span(line, *other);
             result.used.push_back(i);
         }
@@ -57,13 +58,14 @@ double ahead(double from, double to)
 
 bool isSameRound(const Arc& a, const Arc& b, double tolerance)
 {
-    return a.center.distanceTo(b.center) <= tolerance && std::fabs(a.radius - b.radius) <= tolerance && (a.normal.normal() - b.normal.normal()).length() <= 1e-9;
+    return a.center.distanceTo(b.center) <= tolerance && std::fabs(a.radius - b.radius) <= tolerance &&
+           (a.normal.normal() - b.normal.normal()).length() <= 1e-9;
 }
 
 bool isSameRound(const Ellipse& a, const Ellipse& b, double tolerance)
 {
-    return a.center.distanceTo(b.center) <= tolerance && (a.major - b.major).length() <= tolerance && std::fabs(a.ratio - b.ratio) <= 1e-9 &&
-           (a.normal.normal() - b.normal.normal()).length() <= 1e-9;
+    return a.center.distanceTo(b.center) <= tolerance && (a.major - b.major).length() <= tolerance &&
+           std::fabs(a.ratio - b.ratio) <= 1e-9 && (a.normal.normal() - b.normal.normal()).length() <= 1e-9;
 }
 
 template <class Round>
@@ -74,7 +76,8 @@ std::optional<Joined> joinedRound(const std::vector<Curve>& curves, double toler
     for (size_t i = 1; i < curves.size(); ++i)
         if (const auto* other = std::get_if<Round>(&curves[i]); other && isSameRound(whole, *other, tolerance)) {
             // Up to the end that lies further on, not past the own start.
-            const double reach = std::max(whole.end - whole.start, ahead(whole.start, other->start) + (other->end - other->start));
+            const double reach =
+                std::max(whole.end - whole.start, ahead(whole.start, other->start) + (other->end - other->start));
             whole.end = whole.start + std::min(reach, kTwoPi);
             result.used.push_back(i);
         }
@@ -84,16 +87,12 @@ std::optional<Joined> joinedRound(const std::vector<Curve>& curves, double toler
 
 // Chains
 
-struct Link
-{
+struct Link {
     size_t index;
     Curve curve;
 };
 
-bool isLink(const Curve& c)
-{
-    return isValid(c) && !isClosed(c) && startPoint(c) && endPoint(c);
-}
+bool isLink(const Curve& c) { return isValid(c) && !isClosed(c) && startPoint(c) && endPoint(c); }
 
 // Puts whatever fits to either end, until nothing more does.
 std::deque<Link> chainFrom(const std::vector<Curve>& curves, double tolerance)
@@ -135,10 +134,14 @@ std::optional<VcGePlane> commonPlane(const std::deque<Link>& chain, double toler
             plane = planeOf(link.curve);
     if (!plane) {
         const Point3 start = *startPoint(chain.front().curve);
-        const bool level = std::all_of(chain.begin(), chain.end(), [&](const Link& l) { return std::fabs(endPoint(l.curve)->z - start.z) <= tolerance; });
+        const bool level = std::all_of(chain.begin(), chain.end(), [&](const Link& l) {
+            return std::fabs(endPoint(l.curve)->z - start.z) <= tolerance;
+        });
         Vector3 normal = level ? Vector3::zAxis() : Vector3();
         for (size_t i = 0; i + 1 < chain.size() && normal.length() <= 1e-12; ++i)
-            normal = (*endPoint(chain[i].curve) - *startPoint(chain[i].curve)).crossProduct(*endPoint(chain[i + 1].curve) - *startPoint(chain[i + 1].curve)).normal();
+            normal = (*endPoint(chain[i].curve) - *startPoint(chain[i].curve))
+                         .crossProduct(*endPoint(chain[i + 1].curve) - *startPoint(chain[i + 1].curve))
+                         .normal();
         plane = VcGePlane(start, normal.length() > 0 ? normal : Vector3::zAxis());
     }
     for (const Link& link : chain) {
@@ -196,7 +199,8 @@ std::optional<Curve> asPolyline(const std::deque<Link>& chain, double tolerance)
             whole.vertices.pop_back();
         whole.vertices.insert(whole.vertices.end(), vertices.begin(), vertices.end());
     }
-    if (whole.vertices.size() > 2 && whole.vertices.front().point.distanceTo(whole.vertices.back().point) <= tolerance) {
+    if (whole.vertices.size() > 2 &&
+        whole.vertices.front().point.distanceTo(whole.vertices.back().point) <= tolerance) {
         whole.vertices.pop_back();
         whole.closed = true;
     }
@@ -236,7 +240,7 @@ std::optional<Curve> asSpline(const std::deque<Link>& chain)
     return whole;
 }
 
-} // namespace
+}  // namespace
 
 std::optional<Joined> joinedToFirst(const std::vector<Curve>& curves, double tolerance)
 {
@@ -279,4 +283,4 @@ std::optional<Curve> closedRound(const Curve& curve)
     return std::nullopt;
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -5,10 +5,9 @@
 
 namespace vk::geom {
 
-struct Joined
-{
+struct Joined {
     Curve curve;
-    std::vector<std::size_t> used; // of the given ones, the first among them
+    std::vector<std::size_t> used;  // of the given ones, the first among them
 };
 
 // Joins to the first curve whatever of the others goes with it, as one curve: lines along one line and arcs of one circle
@@ -19,4 +18,4 @@ VKHOST_API std::optional<Joined> joinedToFirst(const std::vector<Curve>& curves,
 // An arc or elliptical arc made whole.
 VKHOST_API std::optional<Curve> closedRound(const Curve& curve);
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -68,10 +68,7 @@ bool nearlyEqual(const double (&a)[N][N], const double (&b)[N][N], const VcGeTol
     return true;
 }
 
-VcGeVector3d column(const VcGeMatrix3d& m, int c)
-{
-    return {m.entry[0][c], m.entry[1][c], m.entry[2][c]};
-}
+VcGeVector3d column(const VcGeMatrix3d& m, int c) { return {m.entry[0][c], m.entry[1][c], m.entry[2][c]}; }
 
 VcGeMatrix3d frameMatrix(const vk::geom::Frame& f)
 {
@@ -95,7 +92,7 @@ VcGeMatrix3d fromImages(const VcGeVector3d& x, const VcGeVector3d& y, const VcGe
     return m.setCoordSystem({}, x, y, z);
 }
 
-} // namespace
+}  // namespace
 
 VcGeMatrix2d VcGeMatrix2d::translation(const VcGeVector2d& v)
 {
@@ -127,15 +124,9 @@ VcGeMatrix2d VcGeMatrix2d::mirroring(const VcGePoint2d& onLine, const VcGeVector
     return m.setCoordSystem(onLine - (x * onLine.x + y * onLine.y), x, y);
 }
 
-VcGeMatrix2d& VcGeMatrix2d::setToIdentity()
-{
-    return *this = {};
-}
+VcGeMatrix2d& VcGeMatrix2d::setToIdentity() { return *this = {}; }
 
-VcGeMatrix2d& VcGeMatrix2d::setToProduct(const VcGeMatrix2d& a, const VcGeMatrix2d& b)
-{
-    return *this = a * b;
-}
+VcGeMatrix2d& VcGeMatrix2d::setToProduct(const VcGeMatrix2d& a, const VcGeMatrix2d& b) { return *this = a * b; }
 
 VcGeMatrix2d& VcGeMatrix2d::setCoordSystem(const VcGePoint2d& origin, const VcGeVector2d& x, const VcGeVector2d& y)
 {
@@ -163,10 +154,7 @@ bool VcGeMatrix2d::isSingular(const VcGeTol& tol) const
     return !(std::fabs(det()) > tol.equalVector * scale);
 }
 
-double VcGeMatrix2d::det() const
-{
-    return entry[0][0] * entry[1][1] - entry[0][1] * entry[1][0];
-}
+double VcGeMatrix2d::det() const { return entry[0][0] * entry[1][1] - entry[0][1] * entry[1][0]; }
 
 bool VcGeMatrix2d::isEqualTo(const VcGeMatrix2d& m, const VcGeTol& tol) const
 {
@@ -219,10 +207,7 @@ VcGeMatrix3d VcGeMatrix3d::mirroring(const VcGePlane& plane)
     return keeping(fromImages(x.mirror(n), y.mirror(n), z.mirror(n)), plane.pointOnPlane());
 }
 
-VcGeMatrix3d VcGeMatrix3d::mirroring(const VcGePoint3d& about)
-{
-    return scaling(-1, about);
-}
+VcGeMatrix3d VcGeMatrix3d::mirroring(const VcGePoint3d& about) { return scaling(-1, about); }
 
 VcGeMatrix3d VcGeMatrix3d::projection(const VcGePlane& plane, const VcGeVector3d& direction)
 {
@@ -236,15 +221,9 @@ VcGeMatrix3d VcGeMatrix3d::projection(const VcGePlane& plane, const VcGeVector3d
                    plane.pointOnPlane());
 }
 
-VcGeMatrix3d VcGeMatrix3d::worldToPlane(const VcGeVector3d& normal)
-{
-    return planeToWorld(normal).transpose();
-}
+VcGeMatrix3d VcGeMatrix3d::worldToPlane(const VcGeVector3d& normal) { return planeToWorld(normal).transpose(); }
 
-VcGeMatrix3d VcGeMatrix3d::worldToPlane(const VcGePlane& plane)
-{
-    return planeToWorld(plane).inverse();
-}
+VcGeMatrix3d VcGeMatrix3d::worldToPlane(const VcGePlane& plane) { return planeToWorld(plane).inverse(); }
 
 VcGeMatrix3d VcGeMatrix3d::planeToWorld(const VcGeVector3d& normal)
 {
@@ -267,15 +246,9 @@ VcGeMatrix3d VcGeMatrix3d::alignCoordSys(const VcGePoint3d& fromOrigin, const Vc
     return to * from.inverse();
 }
 
-VcGeMatrix3d& VcGeMatrix3d::setToIdentity()
-{
-    return *this = {};
-}
+VcGeMatrix3d& VcGeMatrix3d::setToIdentity() { return *this = {}; }
 
-VcGeMatrix3d& VcGeMatrix3d::setToProduct(const VcGeMatrix3d& a, const VcGeMatrix3d& b)
-{
-    return *this = a * b;
-}
+VcGeMatrix3d& VcGeMatrix3d::setToProduct(const VcGeMatrix3d& a, const VcGeMatrix3d& b) { return *this = a * b; }
 
 VcGeMatrix3d& VcGeMatrix3d::setCoordSystem(const VcGePoint3d& origin, const VcGeVector3d& x, const VcGeVector3d& y,
                                            const VcGeVector3d& z)
@@ -319,10 +292,7 @@ double VcGeMatrix3d::det() const
     return column(*this, 0).dotProduct(column(*this, 1).crossProduct(column(*this, 2)));
 }
 
-double VcGeMatrix3d::scale() const
-{
-    return column(*this, 0).length();
-}
+double VcGeMatrix3d::scale() const { return column(*this, 0).length(); }
 
 bool VcGeMatrix3d::isUniScaledOrtho(const VcGeTol& tol) const
 {

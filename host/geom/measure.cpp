@@ -134,7 +134,7 @@ std::optional<VcGePlane> commonPlane(const std::vector<Point3>& points)
     return plane;
 }
 
-} // namespace
+}  // namespace
 
 double length(const Curve& curve)
 {
@@ -181,10 +181,7 @@ Vector3 vectorArea(const Curve& curve)
     return sum;
 }
 
-double area(const Curve& curve)
-{
-    return vectorArea(curve).length();
-}
+double area(const Curve& curve) { return vectorArea(curve).length(); }
 
 Box3d extents(const Curve& curve)
 {
@@ -214,4 +211,4 @@ std::optional<VcGePlane> planeOf(const Curve& curve)
     return conic ? std::optional(VcGePlane(conic->center, conic->normal())) : std::nullopt;
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -67,10 +67,7 @@ bool sameContact(const Touch& p, const Touch& q, const PieceShape& a, const Piec
 }
 
 // A tangency stands for its contact, a crossing rather than an end.
-bool better(const Touch& p, const Touch& q)
-{
-    return p.tangent != q.tangent ? p.tangent : p.vague < q.vague;
-}
+bool better(const Touch& p, const Touch& q) { return p.tangent != q.tangent ? p.tangent : p.vague < q.vague; }
 
 std::vector<Touch> oncePerContact(std::vector<Touch> touches, const PieceShape& a, const PieceShape& b,
                                   double tolerance)
@@ -183,7 +180,7 @@ PieceMeeting meetPoint(const PieceShape& a, const PieceShape& b, double toleranc
     return n.distance <= tolerance ? PieceMeeting{{{t, n.t, false, true}}, {}} : PieceMeeting{};
 }
 
-} // namespace
+}  // namespace
 
 bool runsAlong(const PieceShape& a, double from, double to, const PieceShape& b, double tolerance, int samples)
 {
@@ -251,4 +248,4 @@ PieceMeeting meet(const PieceShape& a, const PieceShape& b, double tolerance)
     return result;
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -5,20 +5,17 @@
 
 namespace vk::geom {
 
-struct Touch
-{
+struct Touch {
     double a = 0, b = 0;
     bool tangent = false;
-    bool vague = false; // near the contact, but neither its crossing nor its tangency: an end, a place on the way
+    bool vague = false;  // near the contact, but neither its crossing nor its tangency: an end, a place on the way
 };
 
-struct SharedStretch
-{
+struct SharedStretch {
     Interval a, b;
 };
 
-struct PieceMeeting
-{
+struct PieceMeeting {
     std::vector<Touch> touches;
     std::vector<SharedStretch> shared;
 };
@@ -36,4 +33,4 @@ std::vector<SharedStretch> sharedStretches(const PieceShape& a, const PieceShape
 // Whether the part of a between two parameters stays within the tolerance of b, as far as samples tell.
 bool runsAlong(const PieceShape& a, double from, double to, const PieceShape& b, double tolerance, int samples);
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -8,10 +8,7 @@ namespace vk::geom {
 
 namespace {
 
-double spanLength(const LinePiece& line)
-{
-    return line.vector.length() * (line.range.to - line.range.from);
-}
+double spanLength(const LinePiece& line) { return line.vector.length() * (line.range.to - line.range.from); }
 
 double paramOn(const LinePiece& line, const Point3& p)
 {
@@ -59,7 +56,7 @@ std::optional<SharedStretch> commonStretch(const LinePiece& a, const LinePiece& 
     const Interval common{std::max(a.range.from, other.from), std::min(a.range.to, other.to)};
     const double commonLength = (common.to - common.from) * a.vector.length();
     if (commonLength <= tolerance)
-        return std::nullopt; // at most their ends meet
+        return std::nullopt;  // at most their ends meet
     for (double t : {common.from, common.to})
         if (std::isfinite(t) && !isNearLine(b, a.base + a.vector * t, tolerance))
             return std::nullopt;
@@ -68,8 +65,7 @@ std::optional<SharedStretch> commonStretch(const LinePiece& a, const LinePiece& 
     return SharedStretch{common, {otherParam(a, b, common.from), otherParam(a, b, common.to)}};
 }
 
-struct ConicFrame
-{
+struct ConicFrame {
     double a, b;
     Vector3 x, y, z;
     Point3 center;
@@ -82,10 +78,7 @@ struct ConicFrame
     Vector2 unit(const Vector3& v) const { return {v.dotProduct(x) / a, v.dotProduct(y) / b}; }
 };
 
-bool isFlat(const ConicPiece& c)
-{
-    return !(c.v.length() > 1e-12 * c.u.length());
-}
+bool isFlat(const ConicPiece& c) { return !(c.v.length() > 1e-12 * c.u.length()); }
 
 // How far the conic's plane is left by what stays within `reach` of `near`.
 double departure(const ConicFrame& frame, const Point3& near, const Vector3& direction, double reach)
@@ -148,14 +141,15 @@ std::vector<Touch> meetConicsInPlane(const ConicPiece& a, const ConicPiece& b, d
     return found;
 }
 
-} // namespace
+}  // namespace
 
 PieceMeeting meetLines(const LinePiece& a, const LinePiece& b, double tolerance)
 {
     constexpr double kSlight = 1e-3, kParallel = 1e-13;
     const Vector3 da = a.vector.normal(), db = b.vector.normal(), cross = da.crossProduct(db);
     const double sine = cross.length(), shorter = std::min(spanLength(a), spanLength(b));
-    const bool alongside = std::isfinite(shorter) ? sine * shorter <= tolerance : sine <= kSlight && runTogether(a, b, tolerance);
+    const bool alongside =
+        std::isfinite(shorter) ? sine * shorter <= tolerance : sine <= kSlight && runTogether(a, b, tolerance);
     if (sine <= kParallel || alongside) {
         const auto shared = commonStretch(a, b, tolerance);
         return shared ? PieceMeeting{{}, {*shared}} : PieceMeeting{};
@@ -220,4 +214,4 @@ std::vector<Touch> meetConics(const ConicPiece& a, const ConicPiece& b, double t
     return found;
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -11,14 +11,13 @@ namespace vk::geom {
 
 namespace {
 
-constexpr size_t kMostPairs = 40000; // near-coincident splines must not take for ever
-constexpr double kSmallest = 1e-6;   // of the smaller piece's size
+constexpr size_t kMostPairs = 40000;  // near-coincident splines must not take for ever
+constexpr double kSmallest = 1e-6;    // of the smaller piece's size
 
-struct Part
-{
+struct Part {
     const PieceShape* whole;
     Interval range;
-    Bezier bezier; // poles of the part where the piece is a Bezier one
+    Bezier bezier;  // poles of the part where the piece is a Bezier one
     std::vector<Point3> hull;
     double size = 0;
 
@@ -130,8 +129,7 @@ bool crossOnceAtMost(const Part& a, const Part& b)
     return coneAngle(a) + coneAngle(b) < 0.9 * std::min(angle, kTwoPi / 2 - angle);
 }
 
-struct Solve
-{
+struct Solve {
     const PieceShape &a, &b;
     double s = 0, t = 0;
 
@@ -227,7 +225,7 @@ PieceShape clipped(const PieceShape& shape, const PieceShape& against)
     return part;
 }
 
-} // namespace
+}  // namespace
 
 std::vector<Touch> meetBySubdivision(const PieceShape& givenA, const PieceShape& givenB, double tolerance)
 {
@@ -271,4 +269,4 @@ std::vector<Touch> meetBySubdivision(const PieceShape& givenA, const PieceShape&
     return touches;
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

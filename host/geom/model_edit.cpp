@@ -12,11 +12,11 @@ namespace vk::geom {
 
 namespace {
 
-constexpr int kFirstWithWords = 200, kFirstWithNumbers = 700; // versions whose records have words for senses, and numbers
+constexpr int kFirstWithWords = 200,
+              kFirstWithNumbers = 700;  // versions whose records have words for senses, and numbers
 
 // What a transform says: rows, place, scale, whether it turns, mirrors, shears.
-struct TransformValues
-{
+struct TransformValues {
     std::array<double, 13> numbers{};
     std::array<bool, 3> flags{};
 };
@@ -49,7 +49,8 @@ std::string written(double number)
 
 std::string writtenFlag(std::size_t which, bool value, int version)
 {
-    static constexpr const char* kNames[3][2] = {{"no_rotate", "rotate"}, {"no_reflect", "reflect"}, {"no_shear", "shear"}};
+    static constexpr const char* kNames[3][2] = {
+        {"no_rotate", "rotate"}, {"no_reflect", "reflect"}, {"no_shear", "shear"}};
     return version < kFirstWithWords ? (value ? "1" : "0") : kNames[which][value];
 }
 
@@ -69,12 +70,14 @@ std::string bytesOf(std::int64_t whole, int size)
 }
 
 // Pieces of the data that are replaced by others, all of them at once.
-class Edits
-{
+class Edits {
 public:
     explicit Edits(const std::string& data) : m_data(data) {}
 
-    void replace(std::string_view part, std::string by) { m_edits.push_back({std::size_t(part.data() - m_data.data()), part.size(), std::move(by)}); }
+    void replace(std::string_view part, std::string by)
+    {
+        m_edits.push_back({std::size_t(part.data() - m_data.data()), part.size(), std::move(by)});
+    }
     void insert(std::size_t at, std::string text) { m_edits.push_back({at, 0, std::move(text)}); }
 
     std::string applied()
@@ -91,8 +94,7 @@ public:
     }
 
 private:
-    struct Edit
-    {
+    struct Edit {
         std::size_t at, size;
         std::string by;
     };
@@ -100,10 +102,12 @@ private:
     std::vector<Edit> m_edits;
 };
 
-class ModelMover
-{
+class ModelMover {
 public:
-    ModelMover(const ModelRecords& records, const VcGeMatrix3d& by) : m_records(records), m_by(by), m_edits(records.data()) {}
+    ModelMover(const ModelRecords& records, const VcGeMatrix3d& by)
+        : m_records(records), m_by(by), m_edits(records.data())
+    {
+    }
 
     std::optional<std::string> moved()
     {
@@ -126,7 +130,8 @@ private:
     bool moveBody(const ModelRecord& body)
     {
         const auto tokens = m_records.tokens(body);
-        const auto last = std::find_if(tokens.rbegin(), tokens.rend(), [](const ModelToken& t) { return t.kind == ModelToken::Pointer; });
+        const auto last = std::find_if(tokens.rbegin(), tokens.rend(),
+                                       [](const ModelToken& t) { return t.kind == ModelToken::Pointer; });
         if (last == tokens.rend())
             return false;
         const ModelRecord* target = m_records.target(*last);
@@ -140,7 +145,8 @@ private:
         const auto old = modelTransform(m_records, record);
         const auto numbers = transformNumbers(m_records, record);
         const auto tokens = m_records.tokens(record);
-        const auto flags = old ? tokens.subspan(std::size_t(numbers.data() + numbers.size() - tokens.data())) : tokens.first(0);
+        const auto flags =
+            old ? tokens.subspan(std::size_t(numbers.data() + numbers.size() - tokens.data())) : tokens.first(0);
         if (flags.size() < 3)
             return false;
         const TransformValues v = valuesOf(m_by * *old);
@@ -157,14 +163,16 @@ private:
     std::string flag(std::size_t which, bool value) const
     {
         constexpr char kTrue = 10, kFalse = 11;
-        return m_records.isBinary() ? std::string(1, value ? kTrue : kFalse) : writtenFlag(which, value, m_records.version());
+        return m_records.isBinary() ? std::string(1, value ? kTrue : kFalse)
+                                    : writtenFlag(which, value, m_records.version());
     }
 
     bool addTransform(const ModelToken& pointer)
     {
         const auto number = std::int64_t(m_records.size()) + m_added++;
         const TransformValues v = valuesOf(m_by);
-        m_edits.replace(pointer.bytes, m_records.isBinary() ? bytesOf(number, m_records.wordSize()) : "$" + std::to_string(number));
+        m_edits.replace(pointer.bytes,
+                        m_records.isBinary() ? bytesOf(number, m_records.wordSize()) : "$" + std::to_string(number));
         m_edits.insert(m_records.endAt(), m_records.isBinary() ? binaryRecord(v) : textRecord(v));
         return true;
     }
@@ -186,7 +194,10 @@ private:
     {
         constexpr char kLong = 4, kDouble = 6, kPointer = 12, kName = 13, kEnd = 17, kVector = 20;
         const std::string none = bytesOf(std::int64_t(-1), m_records.wordSize());
-        std::string record = std::string(1, kName) + "\x09" "transform" + kPointer + none + kLong + none;
+        std::string record = std::string(1, kName) +
+                             "\x09"
+                             "transform" +
+                             kPointer + none + kLong + none;
         for (std::size_t i = 0; i < v.numbers.size(); ++i) {
             if (i % 3 == 0)
                 record += i < 12 ? kVector : kDouble;
@@ -221,7 +232,7 @@ private:
     std::int64_t m_added = 0;
 };
 
-} // namespace
+}  // namespace
 
 std::optional<std::string> transformedModel(const ModelRecords& records, const VcGeMatrix3d& m)
 {
@@ -230,4 +241,4 @@ std::optional<std::string> transformedModel(const ModelRecords& records, const V
     return ModelMover(records, m).moved();
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

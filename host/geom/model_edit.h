@@ -13,4 +13,4 @@ namespace vk::geom {
 // body that could be moved.
 VKHOST_API std::optional<std::string> transformedModel(const ModelRecords& records, const VcGeMatrix3d& m);
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -11,13 +11,12 @@ namespace vk::geom {
 
 namespace {
 
-constexpr int kChords = 96; // of an edge
+constexpr int kChords = 96;  // of an edge
 // Beside the edges that often stand where a line would: parity needs crossings, not touches.
 constexpr double kAside = 1e-7;
 
 // A point of a surface by its two parameters, or a line in the plane of these.
-struct Pair
-{
+struct Pair {
     double u = 0, v = 0;
 };
 
@@ -27,27 +26,30 @@ double toNearest(double angle, double to) { return angle - kTwoPi * std::round((
 
 // How one surface is run over. Angles u run about the axis; v is a height, or an angle from -pi/2 to pi/2 on spheres, or
 // one that goes round on tori.
-struct ConeMap
-{
+struct ConeMap {
     const ConeSurface& s;
     static constexpr bool kRound = false;
     Pair params(const Point3& p) const
     {
         const Vector3 d = p - s.base;
-        return {std::atan2(d.dotProduct(s.minor) / s.minor.lengthSqrd(), d.dotProduct(s.major) / s.major.lengthSqrd()), d.dotProduct(s.axis)};
+        return {std::atan2(d.dotProduct(s.minor) / s.minor.lengthSqrd(), d.dotProduct(s.major) / s.major.lengthSqrd()),
+                d.dotProduct(s.axis)};
     }
-    Point3 at(double u, double v) const { return s.base + s.axis * v + (s.major * std::cos(u) + s.minor * std::sin(u)) * (1 + s.slope * v); }
+    Point3 at(double u, double v) const
+    {
+        return s.base + s.axis * v + (s.major * std::cos(u) + s.minor * std::sin(u)) * (1 + s.slope * v);
+    }
     Curve alongV(double u, double from, double to) const { return Segment{at(u, from), at(u, to)}; }
 };
 
-struct SphereMap
-{
+struct SphereMap {
     const SphereSurface& s;
     static constexpr bool kRound = false;
     Pair params(const Point3& p) const
     {
         const Vector3 d = p - s.center;
-        return {std::atan2(d.dotProduct(s.y), d.dotProduct(s.x)), std::asin(std::clamp(d.dotProduct(s.pole) / s.radius, -1.0, 1.0))};
+        return {std::atan2(d.dotProduct(s.y), d.dotProduct(s.x)),
+                std::asin(std::clamp(d.dotProduct(s.pole) / s.radius, -1.0, 1.0))};
     }
     Curve alongV(double u, double from, double to) const
     {
@@ -56,12 +58,12 @@ struct SphereMap
     }
     Curve alongU(double v, double from, double to) const
     {
-        return Ellipse{s.center + s.pole * (s.radius * std::sin(v)), s.x * (s.radius * std::cos(v)), 1, from, to, s.pole};
+        return Ellipse{
+            s.center + s.pole * (s.radius * std::sin(v)), s.x * (s.radius * std::cos(v)), 1, from, to, s.pole};
     }
 };
 
-struct TorusMap
-{
+struct TorusMap {
     const TorusSurface& s;
     static constexpr bool kRound = true;
     Pair params(const Point3& p) const
@@ -79,7 +81,8 @@ struct TorusMap
     Curve alongU(double v, double from, double to) const
     {
         const double radius = s.radius + s.tube * std::cos(v);
-        return Ellipse{s.center + s.axis * (s.tube * std::sin(v)), s.x * radius, 1, from, to, radius < 0 ? -s.axis : s.axis};
+        return Ellipse{
+            s.center + s.axis * (s.tube * std::sin(v)), s.x * radius, 1, from, to, radius < 0 ? -s.axis : s.axis};
     }
 };
 
@@ -102,8 +105,7 @@ Chain chainOf(const Map& map, const Curve& edge, bool against)
 }
 
 // A place on a line where the inside begins or ends as one goes up it.
-struct Crossing
-{
+struct Crossing {
     double at = 0;
     bool begins = false;
 };
@@ -132,7 +134,7 @@ using Parts = std::vector<Interval>;
 Parts openParts(std::vector<Crossing> at, std::optional<Interval> limits)
 {
     std::sort(at.begin(), at.end(), [](const Crossing& a, const Crossing& b) { return a.at < b.at; });
-    int asBegin = 0; // how many crossings say that the first one begins the inside
+    int asBegin = 0;  // how many crossings say that the first one begins the inside
     for (std::size_t i = 0; i < at.size(); ++i)
         asBegin += at[i].begins == (i % 2 == 0) ? 1 : -1;
     std::vector<double> ends;
@@ -178,8 +180,7 @@ bool holds(const Parts& parts, double angle)
 const Parts kWholeTurn{{0, kTwoPi}};
 constexpr double kQuarter = kTwoPi / 4;
 
-class FaceLines
-{
+class FaceLines {
 public:
     FaceLines(const ModelShape& shape, const ModelFace& face, int count, std::vector<Curve>& to)
         : m_shape(shape), m_face(face), m_count(count), m_inverse(face.placed.inverse()), m_to(to)
@@ -205,7 +206,8 @@ private:
         std::vector<Chain> all;
         for (const ModelFace::Side& side : m_face.sides) {
             const Curve& edge = m_shape.edges[side.edge];
-            all.push_back(chainOf(map, m_face.placed == VcGeMatrix3d() ? edge : transformed(edge, m_inverse), side.against));
+            all.push_back(
+                chainOf(map, m_face.placed == VcGeMatrix3d() ? edge : transformed(edge, m_inverse), side.against));
         }
         return all;
     }
@@ -225,7 +227,8 @@ private:
             const Interval range = paramRange(edge);
             const Vector3 d = m_inverse * pointAt(edge, range.from) - cone.base;
             const double h = d.dotProduct(cone.axis);
-            const double reach = std::hypot(d.dotProduct(cone.major) / cone.major.lengthSqrd(), d.dotProduct(cone.minor) / cone.minor.lengthSqrd());
+            const double reach = std::hypot(d.dotProduct(cone.major) / cone.major.lengthSqrd(),
+                                            d.dotProduct(cone.minor) / cone.minor.lengthSqrd());
             same += std::fabs(reach - std::fabs(1 + cone.slope * h));
             other += std::fabs(reach - std::fabs(1 - cone.slope * h));
         }
@@ -263,7 +266,9 @@ private:
         for (int i = 1; i < m_count / 2; ++i) {
             const double v = -kQuarter + 2 * kQuarter * i / (m_count / 2) + kAside;
             auto at = crossings(edges, v, true, false, sphere.inward);
-            const Parts parts = !at.empty() ? roundParts(std::move(at)) : edges.empty() || holdsHeight(along(kAside), v) ? kWholeTurn : Parts();
+            const Parts parts = !at.empty()                                      ? roundParts(std::move(at))
+                                : edges.empty() || holdsHeight(along(kAside), v) ? kWholeTurn
+                                                                                 : Parts();
             for (const Interval& part : parts)
                 put(map.alongU(v, part.from, part.to));
         }
@@ -304,11 +309,11 @@ private:
     std::vector<Curve>& m_to;
 };
 
-} // namespace
+}  // namespace
 
 std::vector<Curve> isolines(const ModelShape& shape, int count)
 {
-    constexpr std::size_t kMost = 500'000; // more would only cover each other
+    constexpr std::size_t kMost = 500'000;  // more would only cover each other
     std::vector<Curve> lines;
     if (count > 0)
         for (const ModelFace& face : shape.faces)
@@ -317,4 +322,4 @@ std::vector<Curve> isolines(const ModelShape& shape, int count)
     return lines;
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

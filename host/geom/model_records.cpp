@@ -16,11 +16,12 @@ bool isSpace(char c) { return static_cast<unsigned char>(c) <= ' '; }
 
 bool endsAll(std::string_view type) { return type.starts_with("End-of-") || type.starts_with("Begin-of-"); }
 
-} // namespace
+}  // namespace
 
 bool isBinaryModel(std::string_view data)
 {
-    return std::any_of(std::begin(kMagics), std::end(kMagics), [&](std::string_view magic) { return data.starts_with(magic); });
+    return std::any_of(std::begin(kMagics), std::end(kMagics),
+                       [&](std::string_view magic) { return data.starts_with(magic); });
 }
 
 std::string modelTextExchanged(std::string_view text)
@@ -32,8 +33,7 @@ std::string modelTextExchanged(std::string_view text)
     return exchanged;
 }
 
-class ModelTextReader
-{
+class ModelTextReader {
 public:
     explicit ModelTextReader(ModelRecords& to) : m_to(to), m_text(to.m_data) {}
 
@@ -45,7 +45,7 @@ public:
             skipSpace();
             const std::size_t start = m_at;
             std::string_view type = word();
-            if (type.size() > 1 && type[0] == '-' && type[1] >= '0' && type[1] <= '9') { // numbered records
+            if (type.size() > 1 && type[0] == '-' && type[1] >= '0' && type[1] <= '9') {  // numbered records
                 skipSpace();
                 type = word();
             }
@@ -139,8 +139,7 @@ private:
     std::size_t m_at = 0;
 };
 
-class ModelBinaryReader
-{
+class ModelBinaryReader {
 public:
     explicit ModelBinaryReader(ModelRecords& to) : m_to(to), m_bytes(to.m_data) {}
 
@@ -158,8 +157,28 @@ public:
 
 private:
     enum Tag : unsigned char {
-        kChar = 2, kShort, kLong, kFloat, kDouble, kText8, kText16, kText32, kTrue, kFalse, kPointer, kName, kNamePart,
-        kOpen, kClose, kEnd, kLongText, kPosition, kVector, kEnum, kPair, kInt64,
+        kChar = 2,
+        kShort,
+        kLong,
+        kFloat,
+        kDouble,
+        kText8,
+        kText16,
+        kText32,
+        kTrue,
+        kFalse,
+        kPointer,
+        kName,
+        kNamePart,
+        kOpen,
+        kClose,
+        kEnd,
+        kLongText,
+        kPosition,
+        kVector,
+        kEnum,
+        kPair,
+        kInt64,
     };
 
     // Three names and three units, none of which a record begins with.
@@ -228,22 +247,44 @@ private:
         const unsigned char tag = byteAt(m_at++);
         const int word = m_to.m_wordSize;
         switch (tag) {
-        case kChar: return number(1);
-        case kShort: return number(2);
-        case kLong: case kEnum: return number(word);
-        case kInt64: return number(8);
-        case kFloat: return skipped(4);
-        case kDouble: return reals(1);
-        case kPair: return reals(2);
-        case kPosition: case kVector: return reals(3);
-        case kText8: case kName: case kNamePart: return text(1);
-        case kText16: return text(2);
-        case kText32: case kLongText: return text(4);
-        case kTrue: case kFalse: return put({ModelToken::Truth, tag == kTrue ? 1.0 : 0.0, m_bytes.substr(m_at - 1, 1)});
-        case kPointer: return number(word, ModelToken::Pointer);
-        case kOpen: return put({ModelToken::Open, 0, {}});
-        case kClose: return put({ModelToken::Close, 0, {}});
-        default: return false;
+        case kChar:
+            return number(1);
+        case kShort:
+            return number(2);
+        case kLong:
+        case kEnum:
+            return number(word);
+        case kInt64:
+            return number(8);
+        case kFloat:
+            return skipped(4);
+        case kDouble:
+            return reals(1);
+        case kPair:
+            return reals(2);
+        case kPosition:
+        case kVector:
+            return reals(3);
+        case kText8:
+        case kName:
+        case kNamePart:
+            return text(1);
+        case kText16:
+            return text(2);
+        case kText32:
+        case kLongText:
+            return text(4);
+        case kTrue:
+        case kFalse:
+            return put({ModelToken::Truth, tag == kTrue ? 1.0 : 0.0, m_bytes.substr(m_at - 1, 1)});
+        case kPointer:
+            return number(word, ModelToken::Pointer);
+        case kOpen:
+            return put({ModelToken::Open, 0, {}});
+        case kClose:
+            return put({ModelToken::Close, 0, {}});
+        default:
+            return false;
         }
     }
 
@@ -334,14 +375,15 @@ void ModelRecords::endRecord(std::string type, std::uint32_t firstToken, std::ui
 
 const ModelRecord* ModelRecords::target(const ModelToken& pointer) const
 {
-    const bool points = pointer.kind == ModelToken::Pointer && pointer.value >= 0 && pointer.value < double(m_records.size());
+    const bool points =
+        pointer.kind == ModelToken::Pointer && pointer.value >= 0 && pointer.value < double(m_records.size());
     return points ? &m_records[std::size_t(pointer.value)] : nullptr;
 }
 
 // Braces that are not closed end with their record.
 void ModelRecords::listShared(const ModelRecord& record)
 {
-    std::vector<std::size_t> open; // into m_shared; a reference opens nothing
+    std::vector<std::size_t> open;  // into m_shared; a reference opens nothing
     constexpr std::size_t kReference = std::size_t(-1);
     const std::uint32_t end = record.first + record.count;
     for (std::uint32_t i = record.first; i < end; ++i) {
@@ -366,4 +408,4 @@ std::span<const ModelToken> ModelRecords::shared(double number) const
     return {m_tokens.data() + b.first, b.end - b.first};
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

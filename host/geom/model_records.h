@@ -14,23 +14,20 @@
 
 namespace vk::geom {
 
-struct ModelToken
-{
+struct ModelToken {
     enum Kind : std::uint8_t { Pointer, Number, Truth, Word, Open, Close };
     Kind kind = Word;
-    double value = 0;       // a number, the number of a record or below 0 for none, 1 for true
-    std::string_view bytes; // as it stands in the data; of a vector's number its own eight
+    double value = 0;        // a number, the number of a record or below 0 for none, 1 for true
+    std::string_view bytes;  // as it stands in the data; of a vector's number its own eight
 };
 
-struct ModelRecord
-{
-    std::string type; // "straight-curve"
+struct ModelRecord {
+    std::string type;  // "straight-curve"
     std::uint32_t first = 0, count = 0;
-    std::uint32_t typeAt = 0; // where the record begins in the data
+    std::uint32_t typeAt = 0;  // where the record begins in the data
 };
 
-class VKHOST_API ModelRecords
-{
+class VKHOST_API ModelRecords {
 public:
     explicit ModelRecords(std::string data);
     ModelRecords(const ModelRecords&) = delete;
@@ -38,8 +35,8 @@ public:
 
     const std::string& data() const { return m_data; }
     bool isBinary() const { return m_wordSize != 0; }
-    int wordSize() const { return m_wordSize; } // of whole numbers and pointers in binary data
-    int version() const { return m_version; }   // 400 for 4.0
+    int wordSize() const { return m_wordSize; }  // of whole numbers and pointers in binary data
+    int version() const { return m_version; }    // 400 for 4.0
     std::uint32_t endAt() const { return m_endAt; }
 
     std::size_t size() const { return m_records.size(); }
@@ -59,13 +56,12 @@ private:
     std::string m_data;
     std::vector<ModelToken> m_tokens;
     std::vector<ModelRecord> m_records;
-    struct Braces
-    {
-        std::uint32_t first, end; // the tokens inside
+    struct Braces {
+        std::uint32_t first, end;  // the tokens inside
     };
-    std::vector<Braces> m_shared; // in the order of their opening
+    std::vector<Braces> m_shared;  // in the order of their opening
     int m_wordSize = 0, m_version = 0;
-    std::uint32_t m_endAt = 0; // where the mark of the end stands, or the data ends
+    std::uint32_t m_endAt = 0;  // where the mark of the end stands, or the data ends
 };
 
 // The text form is stored with its letters exchanged; the exchange undoes itself.
@@ -73,4 +69,4 @@ VKHOST_API std::string modelTextExchanged(std::string_view text);
 
 VKHOST_API bool isBinaryModel(std::string_view data);
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -11,8 +11,7 @@ namespace vk::geom {
 namespace {
 
 // Records are found through their types rather than by the places of pointers, which moved from version to version.
-class ShapeReader
-{
+class ShapeReader {
 public:
     explicit ShapeReader(const ModelRecords& records) : m_records(records) {}
 
@@ -125,10 +124,9 @@ private:
         m_shape.faces[face->second].sides.push_back({edge.index, against != edge.runsBack});
     }
 
-    struct Edge
-    {
+    struct Edge {
         bool isThere = false, runsBack = false;
-        bool isPoint = false; // the tip of a cone
+        bool isPoint = false;  // the tip of a cone
         std::uint32_t index = 0;
     };
 
@@ -183,8 +181,8 @@ private:
     std::unordered_map<const ModelRecord*, Edge> m_edges;
 };
 
-} // namespace
+}  // namespace
 
 ModelShape readModelShape(const ModelRecords& records) { return ShapeReader(records).read(); }
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -13,8 +13,7 @@ namespace {
 using Tokens = std::span<const ModelToken>;
 
 // Takes values one after the other; what does not fit makes it fail for good.
-class Values
-{
+class Values {
 public:
     explicit Values(Tokens tokens) : m_tokens(tokens) {}
 
@@ -53,7 +52,7 @@ private:
 
 bool isLong(const Vector3& v) { return v.length() > 1e-100; }
 
-} // namespace
+}  // namespace
 
 Tokens ownTokens(const ModelRecords& records, const ModelRecord& record)
 {
@@ -197,9 +196,10 @@ std::optional<Nurbs> splineFrom(Tokens tokens, bool isRational)
     constexpr int kHighestDegree = 25;
     Values values(tokens);
     const double degree = values.number();
-    values.next(); // open, closed or periodic, which the poles say as well
+    values.next();  // open, closed or periodic, which the poles say as well
     const double count = values.number();
-    if (values.failed() || !(degree >= 1 && degree <= kHighestDegree) || !(count >= 2 && count <= double(tokens.size())))
+    if (values.failed() || !(degree >= 1 && degree <= kHighestDegree) ||
+        !(count >= 2 && count <= double(tokens.size())))
         return std::nullopt;
     Nurbs n;
     n.degree = int(degree);
@@ -226,7 +226,8 @@ std::optional<Nurbs> firstSpline(Tokens braces)
 
 std::optional<Nurbs> splineOf(const ModelRecords& records, Tokens tokens)
 {
-    const auto open = std::find_if(tokens.begin(), tokens.end(), [](const ModelToken& t) { return t.kind == ModelToken::Open; });
+    const auto open =
+        std::find_if(tokens.begin(), tokens.end(), [](const ModelToken& t) { return t.kind == ModelToken::Open; });
     const Tokens inside = tokens.subspan(std::size_t(open - tokens.begin()) + (open != tokens.end()));
     if (inside.size() > 1 && inside[0].bytes == "ref")
         return firstSpline(records.shared(inside[1].value));
@@ -274,7 +275,7 @@ std::optional<EdgeCurve> splined(const ModelRecords& records, Tokens tokens, con
     return curve ? std::optional(EdgeCurve{std::move(*curve), runsBack}) : std::nullopt;
 }
 
-} // namespace
+}  // namespace
 
 std::optional<EdgeCurve> edgeCurve(const ModelRecords& records, const ModelRecord& curve, const EdgeEnds& ends)
 {
@@ -336,7 +337,8 @@ Surface sphereSurface(Values& values)
     const Vector3 begin = values.vector(), pole = values.vector();
     sphere.radius = std::fabs(radius);
     sphere.inward = radius < 0;
-    return values.failed() || radius == 0 || !setAxes(pole, begin, sphere.pole, sphere.x, sphere.y) ? Surface() : sphere;
+    return values.failed() || radius == 0 || !setAxes(pole, begin, sphere.pole, sphere.x, sphere.y) ? Surface()
+                                                                                                    : sphere;
 }
 
 Surface torusSurface(Values& values)
@@ -352,7 +354,7 @@ Surface torusSurface(Values& values)
     return values.failed() || tube == 0 || !setAxes(axis, begin, torus.axis, torus.x, torus.y) ? Surface() : torus;
 }
 
-} // namespace
+}  // namespace
 
 Surface modelSurface(const ModelRecords& records, const ModelRecord& surface)
 {
@@ -368,4 +370,4 @@ Surface modelSurface(const ModelRecords& records, const ModelRecord& surface)
     return OtherSurface();
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -19,21 +19,19 @@ std::span<const ModelToken> transformNumbers(const ModelRecords& records, const 
 std::optional<VcGeMatrix3d> modelTransform(const ModelRecords& records, const ModelRecord& record);
 
 // What an edge knows of the part of its curve that it is.
-struct EdgeEnds
-{
+struct EdgeEnds {
     std::optional<Point3> start, end;
     std::optional<Interval> params;
     bool isReversed = false;
 };
 
-struct EdgeCurve
-{
+struct EdgeCurve {
     Curve curve;
-    bool runsBack = false; // from the edge's end to its start
+    bool runsBack = false;  // from the edge's end to its start
 };
 
 std::optional<EdgeCurve> edgeCurve(const ModelRecords& records, const ModelRecord& curve, const EdgeEnds& ends);
 
 Surface modelSurface(const ModelRecords& records, const ModelRecord& surface);
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -8,8 +8,7 @@ namespace vk::geom {
 
 namespace {
 
-struct Spline
-{
+struct Spline {
     int degree;
     std::vector<Pole> poles;
     std::vector<double> knots;
@@ -91,7 +90,7 @@ Bezier conicPart(const ConicPiece& c, double from, double to)
     return {Pole::of(place(c, from)), Pole::of(corner, weight), Pole::of(place(c, to))};
 }
 
-} // namespace
+}  // namespace
 
 Nurbs nurbsBetween(const Nurbs& nurbs, double from, double to)
 {
@@ -195,4 +194,4 @@ std::optional<Nurbs> toNurbs(const Curve& curve)
     return composed(beziers);
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

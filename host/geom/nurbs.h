@@ -12,4 +12,4 @@ Nurbs composed(const std::vector<Bezier>& beziers);
 // Straight pieces have the given degree, 1 or 2; elliptical ones have degree 2, each within a quarter turn.
 std::vector<Bezier> asBeziers(const PieceShape& shape, int degree);
 
-} // namespace vk::geom
+}  // namespace vk::geom

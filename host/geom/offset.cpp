@@ -14,18 +14,12 @@ namespace vk::geom {
 
 namespace {
 
-constexpr double kFitShare = 1e-8; // of the curve's size and the distance
-constexpr double kFlattest = 1e-7; // an ellipse flatter than this has no sides to speak of
+constexpr double kFitShare = 1e-8;  // of the curve's size and the distance
+constexpr double kFlattest = 1e-7;  // an ellipse flatter than this has no sides to speak of
 
-OffsetResult failed(OffsetFailure why)
-{
-    return {{}, why};
-}
+OffsetResult failed(OffsetFailure why) { return {{}, why}; }
 
-OffsetResult one(Curve curve)
-{
-    return {{std::move(curve)}, OffsetFailure::None};
-}
+OffsetResult one(Curve curve) { return {{std::move(curve)}, OffsetFailure::None}; }
 
 std::optional<Vector3> aside(const Vector3& direction, double distance, const Vector3& up)
 {
@@ -73,8 +67,7 @@ OffsetResult moved(Arc a, double distance, GapFill, const Vector3&)
 }
 
 // In the frame of the curve's plane, so that its pieces lie in z = 0.
-struct Local
-{
+struct Local {
     Frame frame;
     VcGeMatrix3d toWorld, fromWorld;
 
@@ -267,7 +260,7 @@ OffsetResult moved(const Polyline3& p, double distance, GapFill gap, const Vecto
     return moved(flat, distance, gap, up);
 }
 
-} // namespace
+}  // namespace
 
 OffsetResult offset(const Curve& curve, double distance, GapFill gap, const Vector3& up)
 {
@@ -305,4 +298,4 @@ std::optional<double> offsetDistanceThrough(const Curve& curve, const Point3& po
     return std::copysign(arm.length(), best);
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

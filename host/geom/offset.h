@@ -7,23 +7,16 @@ namespace vk::geom {
 
 // What fills the gap where a corner opens: its sides go on until they meet (an arc where they do not), an arc about the
 // corner, a straight cut.
-enum class GapFill
-{
-    Extend = 0,
-    Fillet = 1,
-    Chamfer = 2
-};
+enum class GapFill { Extend = 0, Fillet = 1, Chamfer = 2 };
 
-enum class OffsetFailure
-{
+enum class OffsetFailure {
     None,
-    Vanished,  // nothing stays at that distance: the circle is too small, the outline closes up
-    NotPlanar, // the curve does not lie in a plane, or a line runs along the normal
+    Vanished,   // nothing stays at that distance: the circle is too small, the outline closes up
+    NotPlanar,  // the curve does not lie in a plane, or a line runs along the normal
     Invalid,
 };
 
-struct OffsetResult
-{
+struct OffsetResult {
     std::vector<Curve> curves;
     OffsetFailure failure = OffsetFailure::None;
 };
@@ -39,4 +32,4 @@ VKHOST_API OffsetResult offset(const Curve& curve, double distance, GapFill gap 
 VKHOST_API std::optional<double> offsetDistanceThrough(const Curve& curve, const Point3& point,
                                                        const Vector3& up = {0, 0, 1});
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -7,41 +7,31 @@
 
 namespace vk::geom {
 
-enum class Joint
-{
-    Smooth,
-    Inner,
-    Extend,
-    Fillet,
-    Chamfer
-};
+enum class Joint { Smooth, Inner, Extend, Fillet, Chamfer };
 
-struct OffsetSource
-{
-    std::vector<PieceShape> pieces; // none of no length, each beginning where the last ends
-    std::vector<size_t> origins;    // which segment of the curve each comes from
+struct OffsetSource {
+    std::vector<PieceShape> pieces;  // none of no length, each beginning where the last ends
+    std::vector<size_t> origins;     // which segment of the curve each comes from
     bool closed = false;
     double distance = 0;
     GapFill gap = GapFill::Extend;
     double tolerance = 0;
-    double fit = 0; // how far from true a moved spline may be
+    double fit = 0;  // how far from true a moved spline may be
 
-    bool simple = false;  // closed and not crossing itself, so that whatever keeps its distance closes too
-    std::vector<Joint> joints; // after each piece; the last one of an open chain is Smooth
+    bool simple = false;        // closed and not crossing itself, so that whatever keeps its distance closes too
+    std::vector<Joint> joints;  // after each piece; the last one of an open chain is Smooth
 
     size_t next(size_t i) const { return (i + 1) % pieces.size(); }
     size_t previous(size_t i) const { return (i + pieces.size() - 1) % pieces.size(); }
     bool hasJoint(size_t i) const { return closed || i + 1 < pieces.size(); }
 };
 
-struct ChainPiece
-{
+struct ChainPiece {
     PieceShape shape;
     size_t origin = 0;
 };
 
-struct Chain
-{
+struct Chain {
     std::vector<ChainPiece> pieces;
     bool closed = false;
 };
@@ -62,9 +52,6 @@ Point3 endOf(const PieceShape& shape);
 // tangent where it is a spline.
 double distanceToTheRight(const PieceShape& shape, bool atEnd, const Point3& p);
 
-inline Vector3 rightOf(const Vector3& direction)
-{
-    return Vector3(direction.y, -direction.x, 0).normal();
-}
+inline Vector3 rightOf(const Vector3& direction) { return Vector3(direction.y, -direction.x, 0).normal(); }
 
-} // namespace vk::geom
+}  // namespace vk::geom

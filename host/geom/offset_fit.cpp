@@ -14,14 +14,12 @@ namespace {
 constexpr size_t kMostPieces = 4000;
 constexpr int kDeepest = 34;
 
-struct Moved
-{
+struct Moved {
     Point3 point;
     Vector3 velocity;
 };
 
-class Fit
-{
+class Fit {
 public:
     Fit(const PieceShape& shape, double distance, double fit) : m_shape(shape), m_distance(distance), m_fit(fit) {}
 
@@ -76,11 +74,11 @@ private:
     std::vector<BezierPiece> m_pieces;
 };
 
-} // namespace
+}  // namespace
 
 std::vector<BezierPiece> fittedOffset(const PieceShape& shape, double distance, double fit)
 {
     return Fit(shape, distance, fit).pieces();
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

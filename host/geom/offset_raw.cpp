@@ -116,8 +116,7 @@ void extendStart(PieceShape& shape, double t)
     setRange(shape, {t, rangeOf(shape).to});
 }
 
-class RawChain
-{
+class RawChain {
 public:
     explicit RawChain(OffsetSource& source) : m_source(source) {}
 
@@ -216,27 +215,15 @@ private:
     Chain m_chain;
 };
 
-} // namespace
+}  // namespace
 
-Vector3 startTangent(const PieceShape& shape)
-{
-    return tangentNear(shape, rangeOf(shape).from, 1);
-}
+Vector3 startTangent(const PieceShape& shape) { return tangentNear(shape, rangeOf(shape).from, 1); }
 
-Vector3 endTangent(const PieceShape& shape)
-{
-    return tangentNear(shape, rangeOf(shape).to, -1);
-}
+Vector3 endTangent(const PieceShape& shape) { return tangentNear(shape, rangeOf(shape).to, -1); }
 
-Point3 startOf(const PieceShape& shape)
-{
-    return place(shape, rangeOf(shape).from);
-}
+Point3 startOf(const PieceShape& shape) { return place(shape, rangeOf(shape).from); }
 
-Point3 endOf(const PieceShape& shape)
-{
-    return place(shape, rangeOf(shape).to);
-}
+Point3 endOf(const PieceShape& shape) { return place(shape, rangeOf(shape).to); }
 
 double distanceToTheRight(const PieceShape& shape, bool atEnd, const Point3& p)
 {
@@ -249,9 +236,6 @@ double distanceToTheRight(const PieceShape& shape, bool atEnd, const Point3& p)
     return (p - at).dotProduct(rightOf(atEnd ? endTangent(shape) : startTangent(shape)));
 }
 
-Chain rawOffset(OffsetSource& source)
-{
-    return RawChain(source).build();
-}
+Chain rawOffset(OffsetSource& source) { return RawChain(source).build(); }
 
-} // namespace vk::geom
+}  // namespace vk::geom

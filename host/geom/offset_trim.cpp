@@ -14,8 +14,7 @@ namespace vk::geom {
 namespace {
 
 // Answers whether a point is where the offset may be.
-class Clearance
-{
+class Clearance {
 public:
     explicit Clearance(const OffsetSource& source)
         : m_source(source), m_reach(std::fabs(source.distance)), m_side(source.distance > 0 ? 1 : -1),
@@ -101,16 +100,12 @@ private:
     SpatialIndex m_pieces, m_mitres;
 };
 
-struct Cuts
-{
+struct Cuts {
     std::vector<double> params;
-    std::vector<Interval> doubled; // stretches that another part runs back over, or runs along as well
+    std::vector<Interval> doubled;  // stretches that another part runs back over, or runs along as well
 };
 
-bool runsBack(const SharedStretch& s)
-{
-    return s.b.to < s.b.from;
-}
+bool runsBack(const SharedStretch& s) { return s.b.to < s.b.from; }
 
 bool crossesItself(const OffsetSource& source)
 {
@@ -193,10 +188,9 @@ bool inAny(const std::vector<Interval>& intervals, double t)
     return std::any_of(intervals.begin(), intervals.end(), [&](const Interval& r) { return t > r.from && t < r.to; });
 }
 
-struct Slice
-{
+struct Slice {
     ChainPiece piece;
-    size_t raw = 0; // index of the raw piece, to join again what was cut in vain
+    size_t raw = 0;  // index of the raw piece, to join again what was cut in vain
     Point3 start, end;
 };
 
@@ -229,8 +223,7 @@ std::vector<Slice> goodSlices(const OffsetSource& source, const Chain& raw)
 }
 
 // Strings slices together by their ends.
-class Stringing
-{
+class Stringing {
 public:
     Stringing(const OffsetSource& source, std::vector<Slice> slices)
         : m_source(source), m_slices(std::move(slices)), m_used(m_slices.size()),
@@ -360,7 +353,7 @@ private:
     size_t m_lastRaw = 0;
 };
 
-} // namespace
+}  // namespace
 
 std::vector<Chain> trimmedOffset(OffsetSource& source, const Chain& raw)
 {
@@ -368,4 +361,4 @@ std::vector<Chain> trimmedOffset(OffsetSource& source, const Chain& raw)
     return Stringing(source, goodSlices(source, raw)).chains();
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -10,9 +10,8 @@ namespace vk::geom {
 
 namespace {
 
-struct Axes
-{
-    Vector3 x, y; // unit vectors along u and v
+struct Axes {
+    Vector3 x, y;  // unit vectors along u and v
     double a = 0, b = 0;
 
     explicit Axes(const ConicPiece& c) : a(c.u.length()), b(c.v.length())
@@ -23,10 +22,7 @@ struct Axes
     Point2 planar(const Vector3& arm) const { return {arm.dotProduct(x), arm.dotProduct(y)}; }
 };
 
-Derivatives derivativesOf(const LinePiece& line, double t)
-{
-    return {line.base + line.vector * t, line.vector, {}};
-}
+Derivatives derivativesOf(const LinePiece& line, double t) { return {line.base + line.vector * t, line.vector, {}}; }
 
 Derivatives derivativesOf(const ConicPiece& conic, double t)
 {
@@ -35,10 +31,7 @@ Derivatives derivativesOf(const ConicPiece& conic, double t)
     return {conic.center + arm, conic.v * c - conic.u * s, -arm};
 }
 
-Derivatives derivativesOf(const BezierPiece& bezier, double t)
-{
-    return derivatives(bezier.poles, t);
-}
+Derivatives derivativesOf(const BezierPiece& bezier, double t) { return derivatives(bezier.poles, t); }
 
 constexpr std::array<double, 4> kNodes{0.1834346424956498, 0.5255324099163290, 0.7966664774136267, 0.9602898564975363};
 constexpr std::array<double, 4> kWeights{0.3626837833783620, 0.3137066458778873, 0.2223810344533745,
@@ -65,10 +58,7 @@ double refinedLength(const PieceShape& shape, double from, double to, double who
            refinedLength(shape, mid, to, right, allowed, depth - 1);
 }
 
-double circleLength(const ConicPiece& conic, double from, double to)
-{
-    return conic.u.length() * (to - from);
-}
+double circleLength(const ConicPiece& conic, double from, double to) { return conic.u.length() * (to - from); }
 
 bool isRound(const ConicPiece& conic)
 {
@@ -195,14 +185,13 @@ Nearest nearestOnBezier(const BezierPiece& given, const Point3& to)
 }
 
 template <class... Fs>
-struct Overloaded : Fs...
-{
+struct Overloaded : Fs... {
     using Fs::operator()...;
 };
 template <class... Fs>
 Overloaded(Fs...) -> Overloaded<Fs...>;
 
-} // namespace
+}  // namespace
 
 Interval rangeOf(const PieceShape& shape)
 {
@@ -214,10 +203,7 @@ void setRange(PieceShape& shape, Interval range)
     std::visit([&](auto& s) { s.range = range; }, shape);
 }
 
-Interval Piece::range() const
-{
-    return rangeOf(shape);
-}
+Interval Piece::range() const { return rangeOf(shape); }
 
 double Piece::toCurve(double t) const
 {
@@ -244,10 +230,7 @@ Derivatives derivatives(const PieceShape& shape, double t)
     return std::visit([t](const auto& s) { return derivativesOf(s, t); }, shape);
 }
 
-Point3 place(const PieceShape& shape, double t)
-{
-    return derivatives(shape, t).point;
-}
+Point3 place(const PieceShape& shape, double t) { return derivatives(shape, t).point; }
 
 Box3d boxOf(const LinePiece& line)
 {
@@ -381,4 +364,4 @@ PieceShape translated(PieceShape shape, const Vector3& by)
     return shape;
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

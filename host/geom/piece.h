@@ -10,16 +10,14 @@
 namespace vk::geom {
 
 // base + vector * t. The range may be infinite.
-struct LinePiece
-{
+struct LinePiece {
     Point3 base;
     Vector3 vector;
     Interval range{0, 1};
 };
 
 // center + u * cos t + v * sin t, with u perpendicular to v, u not the shorter.
-struct ConicPiece
-{
+struct ConicPiece {
     Point3 center;
     Vector3 u, v;
     Interval range{0, kTwoPi};
@@ -28,18 +26,16 @@ struct ConicPiece
     Vector3 normal() const { return u.crossProduct(v).normal(); }
 };
 
-struct BezierPiece
-{
+struct BezierPiece {
     Bezier poles;
     Interval range{0, 1};
 };
 
 using PieceShape = std::variant<LinePiece, ConicPiece, BezierPiece>;
 
-struct Piece
-{
+struct Piece {
     PieceShape shape;
-    Interval onCurve; // the curve's parameters at the ends of the shape's range
+    Interval onCurve;  // the curve's parameters at the ends of the shape's range
 
     Interval range() const;
     double toCurve(double t) const;
@@ -48,11 +44,7 @@ struct Piece
 
 // A polyline's arc that is all but straight is exact along its run when its poles hold it, and goes on beyond its ends as
 // a circle does when its center holds it.
-enum class FlatArcs
-{
-    ByPoles,
-    AsCircles
-};
+enum class FlatArcs { ByPoles, AsCircles };
 
 // Pieces follow each other; of a curve that is not valid there are none. Zero-length segments stay in place so that the
 // parameters hold.
@@ -71,8 +63,7 @@ double lengthOf(const PieceShape& shape, double from, double to);
 // Half the integral of (P - origin) x dP.
 Vector3 sweptArea(const PieceShape& shape, const Point3& origin);
 
-struct Nearest
-{
+struct Nearest {
     double t = 0;
     double distance = 0;
 };
@@ -85,4 +76,4 @@ std::optional<double> admitted(const PieceShape& shape, double t, double toleran
 
 PieceShape translated(PieceShape shape, const Vector3& by);
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -64,15 +64,9 @@ VcGePlane& VcGePlane::reverseNormal()
     return *this;
 }
 
-double VcGePlane::signedDistanceTo(const VcGePoint3d& p) const
-{
-    return (p - m_origin).dotProduct(m_normal);
-}
+double VcGePlane::signedDistanceTo(const VcGePoint3d& p) const { return (p - m_origin).dotProduct(m_normal); }
 
-VcGePoint3d VcGePlane::closestPointTo(const VcGePoint3d& p) const
-{
-    return p - m_normal * signedDistanceTo(p);
-}
+VcGePoint3d VcGePlane::closestPointTo(const VcGePoint3d& p) const { return p - m_normal * signedDistanceTo(p); }
 
 VcGePoint2d VcGePlane::paramOf(const VcGePoint3d& p) const
 {
@@ -81,10 +75,7 @@ VcGePoint2d VcGePlane::paramOf(const VcGePoint3d& p) const
     return {arm.crossProduct(m_v).dotProduct(m_normal) / whole, m_u.crossProduct(arm).dotProduct(m_normal) / whole};
 }
 
-VcGePoint3d VcGePlane::evalPoint(const VcGePoint2d& uv) const
-{
-    return m_origin + m_u * uv.x + m_v * uv.y;
-}
+VcGePoint3d VcGePlane::evalPoint(const VcGePoint2d& uv) const { return m_origin + m_u * uv.x + m_v * uv.y; }
 
 bool VcGePlane::intersectWith(const VcGeLinearEnt3d& line, VcGePoint3d& p, const VcGeTol& tol) const
 {
@@ -117,25 +108,16 @@ bool VcGePlane::isCoplanarTo(const VcGePlane& other, const VcGeTol& tol) const
     return isParallelTo(other, tol) && isOn(other.m_origin, tol);
 }
 
-VcGePlane& VcGePlane::transformBy(const VcGeMatrix3d& m)
-{
-    return set(m * m_origin, m * m_u, m * m_v);
-}
+VcGePlane& VcGePlane::transformBy(const VcGeMatrix3d& m) { return set(m * m_origin, m * m_u, m * m_v); }
 
-bool VcGePlane::isOn(const VcGePoint3d& p, const VcGeTol& tol) const
-{
-    return distanceTo(p) <= tol.equalPoint;
-}
+bool VcGePlane::isOn(const VcGePoint3d& p, const VcGeTol& tol) const { return distanceTo(p) <= tol.equalPoint; }
 
 double VcGeCurve3d::distanceTo(const VcGePoint3d& p, const VcGeTol& tol) const
 {
     return p.distanceTo(closestPointTo(p, tol));
 }
 
-bool VcGeCurve3d::isOn(const VcGePoint3d& p, const VcGeTol& tol) const
-{
-    return distanceTo(p, tol) <= tol.equalPoint;
-}
+bool VcGeCurve3d::isOn(const VcGePoint3d& p, const VcGeTol& tol) const { return distanceTo(p, tol) <= tol.equalPoint; }
 
 VcGePoint3d VcGeLinearEnt3d::closestPointTo(const VcGePoint3d& p, const VcGeTol& tol) const
 {
@@ -191,10 +173,7 @@ bool VcGeLinearEnt3d::isColinearTo(const VcGeLinearEnt3d& other, const VcGeTol& 
     return isParallelTo(other, tol) && getLine().isOn(other.m_start, tol);
 }
 
-VcGeLine3d VcGeLinearEnt3d::getLine() const
-{
-    return {m_start, m_vector};
-}
+VcGeLine3d VcGeLinearEnt3d::getLine() const { return {m_start, m_vector}; }
 
 VcGeLinearEnt3d& VcGeLinearEnt3d::transformBy(const VcGeMatrix3d& m)
 {
@@ -203,10 +182,7 @@ VcGeLinearEnt3d& VcGeLinearEnt3d::transformBy(const VcGeMatrix3d& m)
     return *this;
 }
 
-VcGeLineSeg3d& VcGeLineSeg3d::transformBy(const VcGeMatrix3d& m)
-{
-    return *this = {m * m_start, m * m_end};
-}
+VcGeLineSeg3d& VcGeLineSeg3d::transformBy(const VcGeMatrix3d& m) { return *this = {m * m_start, m * m_end}; }
 
 bool VcGeLineSeg3d::hasStartPoint(VcGePoint3d& p) const
 {
@@ -220,7 +196,4 @@ bool VcGeLineSeg3d::hasEndPoint(VcGePoint3d& p) const
     return true;
 }
 
-double VcGeLineSeg3d::clamped(double param) const
-{
-    return std::clamp(param, 0.0, 1.0);
-}
+double VcGeLineSeg3d::clamped(double param) const { return std::clamp(param, 0.0, 1.0); }

@@ -35,7 +35,8 @@ std::optional<Curve> between(const Arc& a, double from, double to)
 std::optional<Curve> between(const Ellipse& e, double from, double to) { return aroundBetween(e, from, to); }
 std::optional<Curve> between(const Ray& r, double from, double to)
 {
-    return std::isfinite(to) ? Curve(Segment{r.base + r.direction * from, r.base + r.direction * to}) : Curve(Ray{r.base + r.direction * from, r.direction});
+    return std::isfinite(to) ? Curve(Segment{r.base + r.direction * from, r.base + r.direction * to})
+                             : Curve(Ray{r.base + r.direction * from, r.direction});
 }
 
 Point2 inPlane(const Polyline& p, const Point3& world)
@@ -54,7 +55,7 @@ std::optional<Curve> between(const Polyline& p, double from, double to)
     const auto widened = [](double bulge, double share) { return std::tan(std::atan(bulge) * share); };
     if (from < 0) {
         PolyVertex& first = result.vertices.front();
-        const double whole = std::min(std::min(to, last), 1.0); // how much of the first segment was kept
+        const double whole = std::min(std::min(to, last), 1.0);  // how much of the first segment was kept
         first.point = inPlane(p, pointAt(p, from));
         first.bulge = widened(p.vertices.front().bulge, whole - from);
     }
@@ -89,7 +90,7 @@ std::optional<Curve> between(const Other& c, double from, double to)
     return subCurve(c, from, to);
 }
 
-} // namespace
+}  // namespace
 
 std::optional<Curve> betweenEnds(const Curve& curve, double from, double to)
 {
@@ -103,7 +104,8 @@ std::optional<Curve> betweenEnds(const Curve& curve, double from, double to)
 
 bool canProlong(const Curve& curve, bool atStart)
 {
-    if (!isValid(curve) || isClosed(curve) || std::holds_alternative<Nurbs>(curve) || std::holds_alternative<XLine>(curve))
+    if (!isValid(curve) || isClosed(curve) || std::holds_alternative<Nurbs>(curve) ||
+        std::holds_alternative<XLine>(curve))
         return false;
     return atStart || !std::holds_alternative<Ray>(curve);
 }
@@ -119,7 +121,8 @@ std::optional<Curve> pathBeyond(const Curve& curve, bool atStart)
     const Interval range = paramRange(curve);
     const double end = atStart ? range.from : range.to, step = atStart ? 1 : -1;
     const Point3 tip = pointAt(curve, end);
-    if (const auto* p = std::get_if<Polyline>(&curve); p && p->vertices[atStart ? 0 : p->vertices.size() - 2].bulge != 0)
+    if (const auto* p = std::get_if<Polyline>(&curve);
+        p && p->vertices[atStart ? 0 : p->vertices.size() - 2].bulge != 0)
         if (const auto center = centerThrough(tip, pointAt(curve, end + step / 2), pointAt(curve, end + step)))
             return Circle{*center, center->distanceTo(tip), p->normal};
     const Vector3 along = derivativesAt(curve, end + step * 1e-9).first;
@@ -158,4 +161,4 @@ std::optional<double> paramAtLengthBeyond(const Curve& curve, double along)
     return speed > 0 ? std::optional(end + step * wanted / speed) : std::nullopt;
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -22,4 +22,4 @@ VKHOST_API bool isNearerStart(const Curve& curve, double param);
 // The parameter at a length, measured from the start, that may be negative or more than the whole.
 VKHOST_API std::optional<double> paramAtLengthBeyond(const Curve& curve, double along);
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -49,7 +49,7 @@ bool seenAsPoint(const Curve& curve, Point3& at)
     return false;
 }
 
-} // namespace
+}  // namespace
 
 Curve flattened(const Curve& curve, const VcGeMatrix3d& toView)
 {
@@ -146,4 +146,4 @@ bool fenceTouches(const std::vector<Point2>& fence, const Curve& curve, const Vc
     return !fence.empty() && !intersect(flattened(curve, toView), outlineOf(fence, false)).empty();
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -10,15 +10,14 @@
 namespace vk::geom {
 
 // An outline may cross itself: what is inside changes with each side that is passed.
-class VKHOST_API Region
-{
+class VKHOST_API Region {
 public:
     Region(std::vector<Point2> corners, const VcGeMatrix3d& toView = {});
     static Region window(const Point2& corner, const Point2& opposite, const VcGeMatrix3d& toView = {});
 
     bool contains(const Point3& p) const;
-    bool contains(const Curve& curve) const; // wholly
-    bool touches(const Curve& curve) const;  // inside or crossing
+    bool contains(const Curve& curve) const;  // wholly
+    bool touches(const Curve& curve) const;   // inside or crossing
 
 private:
     bool holds(const Point2& seen, double tolerance) const;
@@ -36,4 +35,4 @@ VKHOST_API bool fenceTouches(const std::vector<Point2>& fence, const Curve& curv
 // The curve as seen on the view's plane.
 VKHOST_API Curve flattened(const Curve& curve, const VcGeMatrix3d& toView);
 
-} // namespace vk::geom
+}  // namespace vk::geom

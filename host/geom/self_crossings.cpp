@@ -49,7 +49,7 @@ std::vector<Piece> simpleParts(const Curve& curve, const Vector3& shift)
     return parts;
 }
 
-} // namespace
+}  // namespace
 
 std::vector<Crossing> selfCrossings(const Curve& curve, double tolerance)
 {
@@ -92,4 +92,4 @@ std::vector<Crossing> selfCrossings(const Curve& curve, double tolerance)
     return found;
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

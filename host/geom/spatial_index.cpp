@@ -16,8 +16,7 @@ double distanceToBox(const Box3d& b, const VcGePoint3d& p)
 }
 
 // The part of base + direction * t, from <= t <= to, that lies in the box.
-struct Stretch
-{
+struct Stretch {
     double from, to;
     bool empty() const { return !(from <= to); }
 
@@ -54,8 +53,7 @@ Stretch within(const Box3d& box, const VcGePoint3d& base, const VcGeVector3d& di
 
 // Children that a line passes. A larger rectangle never gives a shorter stretch, rounding included, so that no child is
 // missed whose members are met.
-class PassedBy
-{
+class PassedBy {
 public:
     PassedBy(const VcGePoint3d& base, const VcGeVector3d& direction, double to, double slack)
         : m_base(base), m_direction(direction), m_to(to), m_slack(slack)
@@ -89,7 +87,7 @@ double flatDistance(const BoxTree::Rectangle& r, const VcGePoint3d& p)
     return std::hypot(std::max({r.left - p.x, 0.0, p.x - r.right}), std::max({r.bottom - p.y, 0.0, p.y - r.top}));
 }
 
-} // namespace
+}  // namespace
 
 SpatialIndex::SpatialIndex(const std::vector<Entry>& entries) : m_size(entries.size())
 {
@@ -178,7 +176,7 @@ void SpatialIndex::addTouching(const Box3d& box, std::vector<Found>& found) cons
 
 void SpatialIndex::addBelow(const VcGePoint3d& from, const VcGePoint3d& to, std::vector<Found>& found) const
 {
-    constexpr double kSlack = 1e-12; // of the way
+    constexpr double kSlack = 1e-12;  // of the way
     const auto take = [&](Id id, const Box3d& known) { found.push_back({id, &known}); };
     for (const auto& [id, known] : m_aside)
         if (!known.isEmpty())
@@ -187,7 +185,8 @@ void SpatialIndex::addBelow(const VcGePoint3d& from, const VcGePoint3d& to, std:
 }
 
 // The boxes met by the stretch, each asked itself, so that rounding in the tree's own test adds none.
-std::vector<SpatialIndex::Id> SpatialIndex::along(const VcGePoint3d& base, const VcGeVector3d& direction, double to) const
+std::vector<SpatialIndex::Id> SpatialIndex::along(const VcGePoint3d& base, const VcGeVector3d& direction,
+                                                  double to) const
 {
     std::vector<Id> found;
     const auto take = [&](Id id, const Box3d& box) {
@@ -231,8 +230,7 @@ std::vector<SpatialIndex::Neighbour> SpatialIndex::nearest(const VcGePoint3d& to
     if (m_tree.empty())
         return best;
     // Nodes come in the order of flat distances, which true ones never fall below.
-    struct Open
-    {
+    struct Open {
         double distance;
         std::uint32_t node;
         unsigned height;
@@ -254,4 +252,4 @@ std::vector<SpatialIndex::Neighbour> SpatialIndex::nearest(const VcGePoint3d& to
     return best;
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -31,11 +31,11 @@ std::vector<double> chordParams(const std::vector<Point3>& points)
 }
 
 // The derivative at each point, so that second derivatives agree from both sides.
-class Slopes
-{
+class Slopes {
 public:
     Slopes(const std::vector<Point3>& points, const std::vector<double>& params)
-        : m_points(points), m_params(params), m_count(int(points.size())), m_matrix(m_count, m_count), m_right(m_count, 3)
+        : m_points(points), m_params(params), m_count(int(points.size())), m_matrix(m_count, m_count),
+          m_right(m_count, 3)
     {
         m_right.setZero();
     }
@@ -98,14 +98,10 @@ private:
     Eigen::MatrixX3d m_right;
 };
 
-Vector3 mix(const Vector3& a, const Vector3& b, double t)
-{
-    return a * (1 - t) + b * t;
-}
+Vector3 mix(const Vector3& a, const Vector3& b, double t) { return a * (1 - t) + b * t; }
 
 // The cubic between two parameters, at three parameters at once: its poles over other knots are such values.
-struct Cubic
-{
+struct Cubic {
     Vector3 poles[4];
     double from, to;
 
@@ -121,7 +117,7 @@ struct Cubic
     }
 };
 
-} // namespace
+}  // namespace
 
 std::optional<Nurbs> fittedThrough(const std::vector<Point3>& given, bool closed, const FitEnds& ends)
 {
@@ -148,4 +144,4 @@ std::optional<Nurbs> fittedThrough(const std::vector<Point3>& given, bool closed
     return n;
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -5,9 +5,8 @@
 
 namespace vk::geom {
 
-struct FitEnds
-{
-    std::optional<Vector3> start, end; // directions; without one the curve runs out straight
+struct FitEnds {
+    std::optional<Vector3> start, end;  // directions; without one the curve runs out straight
 };
 
 // The cubic spline with even curvature through all points in order, by the lengths of the chords between them. Points that
@@ -15,4 +14,4 @@ struct FitEnds
 // its direction and curvature.
 VKHOST_API std::optional<Nurbs> fittedThrough(const std::vector<Point3>& points, bool closed, const FitEnds& ends = {});
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -44,4 +44,4 @@ void eachTouchingPair(const std::vector<Box3d>& a, const std::vector<Box3d>& b, 
     }
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -25,7 +25,7 @@ std::vector<Curve> centerLines(const Curve& carrier, double radius, const Vector
     return lines;
 }
 
-} // namespace
+}  // namespace
 
 Curve carrierOf(const Curve& curve)
 {
@@ -48,14 +48,15 @@ std::vector<TangentCircle> tangentCircles(const Curve& a, const Curve& b, double
             for (const Point3& center : contactPoints(intersect(p, q))) {
                 const auto onA = closestPoint(a, center), onB = closestPoint(b, center);
                 const double slack = 1e-6 * radius + meetingTolerance(a, b);
-                if (onA && onB && std::fabs(onA->distance - radius) <= slack && std::fabs(onB->distance - radius) <= slack)
+                if (onA && onB && std::fabs(onA->distance - radius) <= slack &&
+                    std::fabs(onB->distance - radius) <= slack)
                     found.push_back({center, onA->param, onB->param});
             }
     return found;
 }
 
-std::optional<TangentCircle> tangentCircleNear(const Curve& a, const Curve& b, double radius, const Vector3& up, const Point3& nearA,
-                                               const Point3& nearB)
+std::optional<TangentCircle> tangentCircleNear(const Curve& a, const Curve& b, double radius, const Vector3& up,
+                                               const Point3& nearA, const Point3& nearB)
 {
     std::optional<TangentCircle> best;
     double least = Box3d::kInfinite;
@@ -79,4 +80,4 @@ std::optional<Point3> centerThrough(const Point3& a, const Point3& b, const Poin
     return a + toCenter;
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

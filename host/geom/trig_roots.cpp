@@ -16,10 +16,7 @@ double TrigPolynomial::operator()(double t) const
     return a0 + a1 * std::cos(t) + b1 * std::sin(t) + a2 * std::cos(2 * t) + b2 * std::sin(2 * t);
 }
 
-double TrigPolynomial::largest() const
-{
-    return std::fabs(a1) + std::fabs(b1) + std::fabs(a2) + std::fabs(b2);
-}
+double TrigPolynomial::largest() const { return std::fabs(a1) + std::fabs(b1) + std::fabs(a2) + std::fabs(b2); }
 
 static double wrapped(double t)
 {
@@ -114,4 +111,4 @@ std::vector<double> zeros(const TrigPolynomial& f, const std::function<bool(doub
     return found;
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -29,23 +29,22 @@ std::vector<double> usableCuts(const Curve& curve, std::vector<double> cuts, dou
         // Near in space and along the curve: a curve that comes by again is cut again.
         const bool again = hasLast && p.distanceTo(last) <= tolerance &&
                            lengthBetween(curve, kept.empty() ? range.from : kept.back(), t) <= 100 * tolerance;
-        const bool atEnd = end && p.distanceTo(*end) <= tolerance && lengthBetween(curve, t, range.to) <= 100 * tolerance;
+        const bool atEnd =
+            end && p.distanceTo(*end) <= tolerance && lengthBetween(curve, t, range.to) <= 100 * tolerance;
         if (again || atEnd)
             continue;
         kept.push_back(t);
         last = p;
         hasLast = true;
     }
-    if (closed && kept.size() > 1 && pointAt(curve, kept.front()).distanceTo(pointAt(curve, kept.back())) <= tolerance &&
+    if (closed && kept.size() > 1 &&
+        pointAt(curve, kept.front()).distanceTo(pointAt(curve, kept.back())) <= tolerance &&
         kept.front() + turn - kept.back() <= 1e-6 * turn)
         kept.pop_back();
     return kept;
 }
 
-Trimmed failed(TrimFailure why)
-{
-    return {{}, why};
-}
+Trimmed failed(TrimFailure why) { return {{}, why}; }
 
 Trimmed trimmedRound(const Curve& curve, const std::vector<double>& cuts, double at)
 {
@@ -61,7 +60,7 @@ Trimmed trimmedRound(const Curve& curve, const std::vector<double>& cuts, double
     return rest ? Trimmed{{std::move(*rest)}} : failed(TrimFailure::NoCut);
 }
 
-} // namespace
+}  // namespace
 
 Trimmed trimmedAround(const Curve& curve, std::vector<double> cuts, double at, double tolerance)
 {
@@ -104,4 +103,4 @@ Trimmed extendedTowards(const Curve& curve, const std::vector<double>& places, d
     return longer ? Trimmed{{std::move(*longer)}} : failed(TrimFailure::NoEdge);
 }
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -5,18 +5,16 @@
 
 namespace vk::geom {
 
-enum class TrimFailure
-{
+enum class TrimFailure {
     None,
-    NoCut,      // no edge cuts the curve within its ends
-    OnlyOneCut, // a closed curve needs two
-    NoEdge,     // nothing lies in the direction in which it would go on
-    Closed,     // has no end that could go on
+    NoCut,       // no edge cuts the curve within its ends
+    OnlyOneCut,  // a closed curve needs two
+    NoEdge,      // nothing lies in the direction in which it would go on
+    Closed,      // has no end that could go on
 };
 
-struct Trimmed
-{
-    std::vector<Curve> kept; // in the order of the curve
+struct Trimmed {
+    std::vector<Curve> kept;  // in the order of the curve
     TrimFailure failure = TrimFailure::None;
 };
 
@@ -27,4 +25,4 @@ VKHOST_API Trimmed trimmedAround(const Curve& curve, std::vector<double> cuts, d
 // Lets the end nearer to a parameter go on, or come back, to the first of the places beyond it.
 VKHOST_API Trimmed extendedTowards(const Curve& curve, const std::vector<double>& places, double at, double tolerance);
 
-} // namespace vk::geom
+}  // namespace vk::geom

@@ -10,8 +10,7 @@ using vk::geom::arbitraryXAxis;
 namespace {
 
 // Sines and cosines of quarter turns are exact, so that turned drawings keep their right angles.
-struct SinCos
-{
+struct SinCos {
     explicit SinCos(double angle) : sine(std::sin(angle)), cosine(std::cos(angle))
     {
         const double quarters = angle / (std::numbers::pi / 2);
@@ -23,12 +22,9 @@ struct SinCos
     double sine, cosine;
 };
 
-bool within(double a, double b, double tol)
-{
-    return std::fabs(a - b) <= tol;
-}
+bool within(double a, double b, double tol) { return std::fabs(a - b) <= tol; }
 
-} // namespace
+}  // namespace
 
 double VcGeVector2d::angleTo(const VcGeVector2d& v) const
 {
@@ -41,10 +37,7 @@ VcGeVector2d& VcGeVector2d::rotateBy(double angle)
     return *this = {x * t.cosine - y * t.sine, x * t.sine + y * t.cosine};
 }
 
-VcGeVector2d& VcGeVector2d::transformBy(const VcGeMatrix2d& m)
-{
-    return *this = m * *this;
-}
+VcGeVector2d& VcGeVector2d::transformBy(const VcGeMatrix2d& m) { return *this = m * *this; }
 
 bool VcGeVector2d::isParallelTo(const VcGeVector2d& v, const VcGeTol& tol) const
 {
@@ -63,15 +56,9 @@ VcGePoint2d& VcGePoint2d::rotateBy(double angle, const VcGePoint2d& about)
     return *this = about + arm.rotateBy(angle);
 }
 
-VcGePoint2d& VcGePoint2d::transformBy(const VcGeMatrix2d& m)
-{
-    return *this = m * *this;
-}
+VcGePoint2d& VcGePoint2d::transformBy(const VcGeMatrix2d& m) { return *this = m * *this; }
 
-bool VcGePoint2d::isEqualTo(const VcGePoint2d& p, const VcGeTol& tol) const
-{
-    return distanceTo(p) <= tol.equalPoint;
-}
+bool VcGePoint2d::isEqualTo(const VcGePoint2d& p, const VcGeTol& tol) const { return distanceTo(p) <= tol.equalPoint; }
 
 double VcGeVector3d::angleTo(const VcGeVector3d& v) const
 {
@@ -84,10 +71,7 @@ double VcGeVector3d::angleTo(const VcGeVector3d& v, const VcGeVector3d& ref) con
     return crossProduct(v).dotProduct(ref) < 0 ? 2 * std::numbers::pi - angle : angle;
 }
 
-VcGeVector3d VcGeVector3d::perpVector() const
-{
-    return arbitraryXAxis(*this);
-}
+VcGeVector3d VcGeVector3d::perpVector() const { return arbitraryXAxis(*this); }
 
 bool VcGeVector3d::isParallelTo(const VcGeVector3d& v, const VcGeTol& tol) const
 {
@@ -135,15 +119,9 @@ bool VcGeVector3d::isEqualTo(const VcGeVector3d& v, const VcGeTol& tol) const
     return (*this - v).length() <= tol.equalVector;
 }
 
-VcGeVector3d& VcGeVector3d::transformBy(const VcGeMatrix3d& m)
-{
-    return *this = m * *this;
-}
+VcGeVector3d& VcGeVector3d::transformBy(const VcGeMatrix3d& m) { return *this = m * *this; }
 
-VcGePoint3d& VcGePoint3d::transformBy(const VcGeMatrix3d& m)
-{
-    return *this = m * *this;
-}
+VcGePoint3d& VcGePoint3d::transformBy(const VcGeMatrix3d& m) { return *this = m * *this; }
 
 VcGePoint3d& VcGePoint3d::rotateBy(double angle, const VcGeVector3d& axis, const VcGePoint3d& about)
 {
@@ -161,10 +139,7 @@ VcGePoint3d& VcGePoint3d::mirror(const VcGePlane& plane)
     return *this = *this - plane.normal() * (2 * plane.signedDistanceTo(*this));
 }
 
-VcGePoint3d VcGePoint3d::orthoProject(const VcGePlane& plane) const
-{
-    return plane.closestPointTo(*this);
-}
+VcGePoint3d VcGePoint3d::orthoProject(const VcGePlane& plane) const { return plane.closestPointTo(*this); }
 
 VcGePoint3d VcGePoint3d::project(const VcGePlane& plane, const VcGeVector3d& direction) const
 {
@@ -172,15 +147,9 @@ VcGePoint3d VcGePoint3d::project(const VcGePlane& plane, const VcGeVector3d& dir
     return along == 0 ? *this : *this - direction * (plane.signedDistanceTo(*this) / along);
 }
 
-VcGePoint2d VcGePoint3d::convert2d(const VcGePlane& plane) const
-{
-    return plane.paramOf(*this);
-}
+VcGePoint2d VcGePoint3d::convert2d(const VcGePlane& plane) const { return plane.paramOf(*this); }
 
-bool VcGePoint3d::isEqualTo(const VcGePoint3d& p, const VcGeTol& tol) const
-{
-    return distanceTo(p) <= tol.equalPoint;
-}
+bool VcGePoint3d::isEqualTo(const VcGePoint3d& p, const VcGeTol& tol) const { return distanceTo(p) <= tol.equalPoint; }
 
 bool VcGeScale3d::isEqualTo(const VcGeScale3d& s, const VcGeTol& tol) const
 {

@@ -63,10 +63,7 @@ private:
     std::unordered_map<std::uint32_t, VcDbObjectId> m_holders;  // by slot, the dictionary that lists the object
 };
 
-std::string called(const VcDbObject& object)
-{
-    return dxfNameOf(object);
-}
+std::string called(const VcDbObject& object) { return dxfNameOf(object); }
 
 // References that lead nowhere. Owners of what was erased are left: erased entries do not count.
 class DanglingVisitor final : public ReferenceVisitor {
@@ -188,7 +185,9 @@ void Audit::recursion()
                 continue;
             }
             auto* reference = VcDbBlockReference::cast(m_db.objectAt(step.block->memberSlots()[step.next++]));
-            const auto* inner = reference && !reference->isErased() ? m_db.liveAs<VcDbBlockTableRecord>(reference->blockTableRecord()) : nullptr;
+            const auto* inner = reference && !reference->isErased()
+                                    ? m_db.liveAs<VcDbBlockTableRecord>(reference->blockTableRecord())
+                                    : nullptr;
             if (!inner)
                 continue;
             State& state = states[inner->objectId().slot()];
@@ -232,7 +231,4 @@ void Audit::values()
 
 }
 
-AuditReport auditDrawing(VcDbDatabase& database, bool fix)
-{
-    return Audit(database.core(), fix).run();
-}
+AuditReport auditDrawing(VcDbDatabase& database, bool fix) { return Audit(database.core(), fix).run(); }

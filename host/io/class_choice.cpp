@@ -32,7 +32,10 @@ const VcRxClass* classOf(std::string_view type)
         const VcRxClass* cls = nullptr;
     };
     thread_local Seen seen[64];
-    Seen& entry = seen[(type.size() * 7 + (type.empty() ? 0 : static_cast<unsigned char>(type[0]) * 31 + static_cast<unsigned char>(type.back()))) % 64];
+    Seen& entry =
+        seen[(type.size() * 7 +
+              (type.empty() ? 0 : static_cast<unsigned char>(type[0]) * 31 + static_cast<unsigned char>(type.back()))) %
+             64];
     if (entry.type != type) {
         entry.type = type;
         entry.cls = VcRxClass::findByDxfName(type.data(), type.size());
@@ -59,8 +62,9 @@ std::string_view lastMarker(std::span<const Tag> body)
 
 std::unique_ptr<VcDbObject> makeEntity(std::string_view type, std::span<const Tag> body)
 {
-    std::unique_ptr<VcDbObject> made = isShared(type) ? newObjectOfType(type, integerIn(body, 70), integerIn(body, 71), lastMarker(body))
-                                                      : created(type);
+    std::unique_ptr<VcDbObject> made =
+        isShared(type) ? newObjectOfType(type, integerIn(body, 70), integerIn(body, 71), lastMarker(body))
+                       : created(type);
     if (!made || !made->isKindOf(VcDbEntity::desc()))
         made = std::make_unique<VcDbKeptEntity>(type);
     return made;

@@ -28,7 +28,8 @@ constexpr int kMostNesting = 8;
 
 bool isSolidModel(std::string_view type)
 {
-    return type == "3DSOLID" || type == "REGION" || type == "BODY" || (type.size() > 7 && type.substr(type.size() - 7) == "SURFACE");
+    return type == "3DSOLID" || type == "REGION" || type == "BODY" ||
+           (type.size() > 7 && type.substr(type.size() - 7) == "SURFACE");
 }
 
 // From R2013 on the data of solids stands in a section of its own that older releases do not read.
@@ -40,7 +41,8 @@ bool losesItsData(const VcDbEntity& entity, const DatabaseCore& db, DxfVersion v
         return !solid->hasModelText() && !solid->modelData().empty();
     if (db.origin.version < DxfVersion::R2013 || !isSolidModel(dxfNameOf(entity)))
         return false;
-    return std::any_of(db.keptSections.begin(), db.keptSections.end(), [](const KeptSection& s) { return s.name == kModelSection; });
+    return std::any_of(db.keptSections.begin(), db.keptSections.end(),
+                       [](const KeptSection& s) { return s.name == kModelSection; });
 }
 
 std::unique_ptr<VcDbEntity> throughPoints(const std::vector<VcGePoint3d>& points, bool closed)
@@ -75,7 +77,8 @@ std::unique_ptr<VcDbEntity> polylineOf(const VcDbPolyline& light)
 std::unique_ptr<VcDbEntity> polylineOf(const VcDbEllipse& ellipse)
 {
     const double sweep = ellipse.endParam() - ellipse.startParam();
-    const int segments = std::max(2, static_cast<int>(kSegmentsOfCircle * std::min(1.0, std::fabs(sweep) / vk::geom::kTwoPi)));
+    const int segments =
+        std::max(2, static_cast<int>(kSegmentsOfCircle * std::min(1.0, std::fabs(sweep) / vk::geom::kTwoPi)));
     const bool closed = ellipse.isClosed();
     std::vector<VcGePoint3d> points;
     for (int i = 0; i < segments + !closed; ++i)
@@ -85,7 +88,8 @@ std::unique_ptr<VcDbEntity> polylineOf(const VcDbEllipse& ellipse)
 
 std::unique_ptr<VcDbEntity> polylineOf(const VcDbSpline& spline)
 {
-    const vk::geom::Curve curve = vk::geom::Nurbs{spline.degree(), spline.controlPoints(), spline.knots(), spline.weights()};
+    const vk::geom::Curve curve =
+        vk::geom::Nurbs{spline.degree(), spline.controlPoints(), spline.knots(), spline.weights()};
     if (!vk::geom::isValid(curve))
         return spline.fitPoints().size() > 1 ? throughPoints(spline.fitPoints(), spline.isClosed()) : nullptr;
     const vk::geom::Interval range = vk::geom::paramRange(curve);
@@ -170,9 +174,11 @@ void putMView(const VcDbViewport& v, GroupSink& sink)
     sink.integer(1070, kVersion);
     sink.point(1010, v.viewTarget());
     sink.point(1010, VcGePoint3d(direction.x, direction.y, direction.z));
-    for (const double value : {degreesOfRadians(v.twistAngle()), v.viewHeight(), v.viewCenter().x, v.viewCenter().y, v.lensLength(), 0.0, 0.0})
+    for (const double value : {degreesOfRadians(v.twistAngle()), v.viewHeight(), v.viewCenter().x, v.viewCenter().y,
+                               v.lensLength(), 0.0, 0.0})
         sink.real(1040, value);
-    for (const int value : {0, 1000, 1, 3, 0, 0, 0, 0})  // mode, circle zoom, fast zoom, icon, snap, grid, style, isopair
+    for (const int value :
+         {0, 1000, 1, 3, 0, 0, 0, 0})  // mode, circle zoom, fast zoom, icon, snap, grid, style, isopair
         sink.integer(1070, value);
     for (const double value : {0.0, 0.0, 0.0, 10.0, 10.0, 10.0, 10.0})  // snap angle and base, snap and grid spacing
         sink.real(1040, value);
@@ -189,7 +195,8 @@ Fate fateOf(const VcDbEntity& entity, const DatabaseCore& db, DxfVersion version
         return losesItsData(entity, db, version) ? Fate::Dropped : Fate::Kept;
     if (entity.isKindOf(VcDbViewport::desc()) && !saysItsView(entity))
         return Fate::Rewritten;
-    if (LegacySink::knows(dxfNameOf(entity)) || (db.origin.fromFile && db.origin.version < DxfVersion::R13 && entity.isKindOf(VcDbKeptEntity::desc())))
+    if (LegacySink::knows(dxfNameOf(entity)) ||
+        (db.origin.fromFile && db.origin.version < DxfVersion::R13 && entity.isKindOf(VcDbKeptEntity::desc())))
         return Fate::Kept;
     return olderForms(entity).empty() ? Fate::Dropped : Fate::Rewritten;
 }
@@ -213,16 +220,35 @@ void writeOlderForm(VcDbEntity& entity, DatabaseCore& db, DxfVersion version, Gr
 bool isAbstractLinetype(const DatabaseCore& db, VcDbObjectId id)
 {
     const auto* record = db.objectAs<VcDbSymbolTableRecord>(id);
-    return record && (equalNoCase(record->nameUtf8(), std::string_view("ByLayer")) || equalNoCase(record->nameUtf8(), std::string_view("ByBlock")));
+    return record && (equalNoCase(record->nameUtf8(), std::string_view("ByLayer")) ||
+                      equalNoCase(record->nameUtf8(), std::string_view("ByBlock")));
 }
 
 // What every drawing has of itself, and what only serves objects that are counted, is no loss.
 static bool isFurniture(std::string_view type)
 {
     constexpr std::string_view kTypes[] = {
-        "ACDBDETAILVIEWSTYLE", "ACDBDICTIONARYWDFLT", "ACDBPLACEHOLDER", "ACDBSECTIONVIEWSTYLE", "CELLSTYLEMAP", "DICTIONARY",
-        "DICTIONARYVAR", "FIELDLIST", "IMAGEDEF", "IMAGEDEF_REACTOR", "MATERIAL", "MLEADERSTYLE", "MLINESTYLE", "PLOTSETTINGS",
-        "RASTERVARIABLES", "SCALE", "SORTENTSTABLE", "SUN", "TABLESTYLE", "VISUALSTYLE", "WIPEOUTVARIABLES",
+        "ACDBDETAILVIEWSTYLE",
+        "ACDBDICTIONARYWDFLT",
+        "ACDBPLACEHOLDER",
+        "ACDBSECTIONVIEWSTYLE",
+        "CELLSTYLEMAP",
+        "DICTIONARY",
+        "DICTIONARYVAR",
+        "FIELDLIST",
+        "IMAGEDEF",
+        "IMAGEDEF_REACTOR",
+        "MATERIAL",
+        "MLEADERSTYLE",
+        "MLINESTYLE",
+        "PLOTSETTINGS",
+        "RASTERVARIABLES",
+        "SCALE",
+        "SORTENTSTABLE",
+        "SUN",
+        "TABLESTYLE",
+        "VISUALSTYLE",
+        "WIPEOUTVARIABLES",
     };
     return std::find(std::begin(kTypes), std::end(kTypes), type) != std::end(kTypes);
 }
@@ -234,13 +260,14 @@ std::map<std::string, std::size_t> objectsWithoutPlace(const DatabaseCore& db, D
         return lost;
     for (std::uint32_t slot = 1; slot < db.slotCount(); ++slot) {
         const VcDbObject* object = db.objectAt(slot);
-        if (!object || object->isErased() || object->isKindOf(VcDbEntity::desc()) || object->isKindOf(VcDbSymbolTable::desc()) ||
-            object->isKindOf(VcDbSymbolTableRecord::desc()) || isFurniture(dxfNameOf(*object)) ||
-            letGo.contains(*object))
+        if (!object || object->isErased() || object->isKindOf(VcDbEntity::desc()) ||
+            object->isKindOf(VcDbSymbolTable::desc()) || object->isKindOf(VcDbSymbolTableRecord::desc()) ||
+            isFurniture(dxfNameOf(*object)) || letGo.contains(*object))
             continue;
         if (const auto* layout = VcDbLayout::cast(object)) {
             const auto* block = db.liveAs<VcDbBlockTableRecord>(layout->getBlockTableRecordId());
-            const bool hasPlace = !block || block->objectId() == db.modelSpace() || block->objectId() == db.paperSpace() || block->memberSlots().empty();
+            const bool hasPlace = !block || block->objectId() == db.modelSpace() ||
+                                  block->objectId() == db.paperSpace() || block->memberSlots().empty();
             if (hasPlace)
                 continue;
         }

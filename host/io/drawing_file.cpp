@@ -100,7 +100,8 @@ bool refusesLoss(DatabaseCore& db, const WriteOptions& options, WriteResult& res
     result.status = FileStatus::Refused;
     result.dropped = trial.dropped;
     result.droppedByType = trial.droppedByType;
-    result.message = fmt::format("release {} has no place for {}; nothing was written", releaseName(result.version), listOf(trial.droppedByType));
+    result.message = fmt::format("release {} has no place for {}; nothing was written", releaseName(result.version),
+                                 listOf(trial.droppedByType));
     return true;
 }
 
@@ -129,10 +130,12 @@ ReadResult readDrawingBytes(VcDbDatabase& database, std::string_view bytes, cons
 {
     ReadResult result;
     if (looksLikeDwg(bytes))
-        return failed(result, FileStatus::Unsupported, fmt::format("this is a DWG file ({}); DWG is not read, DXF is", bytes.substr(0, 6)));
+        return failed(result, FileStatus::Unsupported,
+                      fmt::format("this is a DWG file ({}); DWG is not read, DXF is", bytes.substr(0, 6)));
     if (hasDamagedSentinel(bytes))
         return failed(result, FileStatus::Unreadable,
-                      "byte 18: this was a binary DXF file, but its line ends were converted on the way, which destroys its data");
+                      "byte 18: this was a binary DXF file, but its line ends were converted on the way, which "
+                      "destroys its data");
     if (bytes.empty())
         return failed(result, FileStatus::Unreadable, "line 1: a section was expected, but the file is empty");
     if (!isBinaryDxf(bytes) && !looksLikeAsciiDxf(bytes) && !options.recover) {

@@ -48,8 +48,8 @@ struct WriteOptions {
     std::optional<bool> binary;         // by default as it came in
     bool allowLoss = false;
     bool keepBackup = true;
-    bool dryRun = false;       // everything but the file
-    bool touchTimes = false;   // brings $TDUPDATE and its kin up to date
+    bool dryRun = false;      // everything but the file
+    bool touchTimes = false;  // brings $TDUPDATE and its kin up to date
     FileProgress progress;
     const std::atomic<bool>* cancel = nullptr;
 };

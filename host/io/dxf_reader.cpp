@@ -15,7 +15,8 @@ std::string_view headerText(const DxfRecord& header, std::string_view variable)
 {
     for (std::size_t i = 0; i + 1 < header.tags.size(); ++i)
         if (header.tags[i].code == 9 && trimBlanks(header.tags[i].view()) == variable)
-            return header.tags[i + 1].form == Tag::Form::Raw ? trimBlanks(header.tags[i + 1].view()) : std::string_view();
+            return header.tags[i + 1].form == Tag::Form::Raw ? trimBlanks(header.tags[i + 1].view())
+                                                             : std::string_view();
     return {};
 }
 
@@ -103,7 +104,8 @@ bool DxfReader::nextRecord()
             return false;
         }
         if (m_options.progress)
-            m_options.progress(static_cast<double>(m_source->position()) / static_cast<double>(std::max<std::size_t>(m_bytes.size(), 1)));
+            m_options.progress(static_cast<double>(m_source->position()) /
+                               static_cast<double>(std::max<std::size_t>(m_bytes.size(), 1)));
     }
     if (m_source->next(m_record))
         return true;

@@ -67,9 +67,9 @@ private:
     std::unique_ptr<TextDecoder> m_decoder;
     std::unique_ptr<ObjectReader> m_objects;
     DxfRecord m_record;
-    bool m_recordWaits = false;   // the record in hand has not been dealt with
-    bool m_ended = false;         // the end mark has come
-    bool m_stopped = false;       // refused or cancelled
+    bool m_recordWaits = false;  // the record in hand has not been dealt with
+    bool m_ended = false;        // the end mark has come
+    bool m_stopped = false;      // refused or cancelled
     bool m_sectionOpen = false;
     std::size_t m_recordCount = 0;
 
@@ -80,6 +80,6 @@ private:
     std::uint64_t m_lastOwner = 0;
     VcDbBlockTableRecord* m_lastOwnerBlock = nullptr;
     std::uint32_t m_objectOrder = 0;
-    std::vector<VcDbObject*> m_orphans;  // objects that no owner was given for
+    std::vector<VcDbObject*> m_orphans;      // objects that no owner was given for
     std::vector<VcDbObjectId> m_madeTables;  // which get their handles when those of the file are all known
 };

@@ -40,7 +40,9 @@ VcDbBlockTableRecord& DxfReader::spaceOf(const ObjectParts& parts)
     if (m_lastOwnerBlock)
         return *m_lastOwnerBlock;
     VcDbBlockTableRecord& owner = space(parts.inPaperSpace);
-    note(m_record.line, parts.handle, fmt::format("the owner of {} was {:X}, which is no block; it stands in {}", m_record.type, parts.owner, owner.nameUtf8()));
+    note(m_record.line, parts.handle,
+         fmt::format("the owner of {} was {:X}, which is no block; it stands in {}", m_record.type, parts.owner,
+                     owner.nameUtf8()));
     return owner;
 }
 

@@ -16,7 +16,8 @@ void DxfReader::finish()
     closeParent();
     closeBlock();
     if (!m_ended)
-        note(m_source->line(), 0, m_sectionOpen ? "the file is cut off: ENDSEC was missing" : "the end mark EOF was missing",
+        note(m_source->line(), 0,
+             m_sectionOpen ? "the file is cut off: ENDSEC was missing" : "the end mark EOF was missing",
              !m_sectionOpen);
     if (m_source->commentsDropped())
         note(0, 0, fmt::format("{} comments inside sections were not kept", m_source->commentsDropped()));
@@ -73,8 +74,8 @@ static bool isUnderstood(NameTable table, std::string_view name)
 
 void DxfReader::reportImplicitRecords()
 {
-    constexpr const char* kKinds[] = {"layer", "linetype", "text style", "dimension style", "block",
-                                      "application", "coordinate system", "view", "viewport"};
+    constexpr const char* kKinds[] = {"layer",       "linetype",          "text style", "dimension style", "block",
+                                      "application", "coordinate system", "view",       "viewport"};
     // Layers come first in the list of tables, and those that are made need a linetype.
     for (int t = 0; t < 9; ++t) {
         for (const VcDbObjectId id : m_db.table(NameTable(t)).records()) {
@@ -83,7 +84,7 @@ void DxfReader::reportImplicitRecords()
                 continue;
             record.setImplicit(false);
             if (NameTable(t) == NameTable::Linetype && isAbstractLinetype(m_db, id))
-                continue; // old releases do not list them
+                continue;  // old releases do not list them
             if (auto* layer = VcDbLayerTableRecord::cast(&record); layer && layer->linetypeObjectId().isNull())
                 layer->setLinetypeObjectId(m_db.recordFor(NameTable::Linetype, "Continuous"));
             if (isUnderstood(NameTable(t), record.nameUtf8()))

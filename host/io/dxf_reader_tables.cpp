@@ -105,7 +105,8 @@ void DxfReader::readTables()
         if (entry.object)
             m_objects->fill(*entry.object, entry.parts);
         else
-            note(entry.record.line, entry.parts.handle, fmt::format("{} among the tables was passed over", entry.record.type), false);
+            note(entry.record.line, entry.parts.handle,
+                 fmt::format("{} among the tables was passed over", entry.record.type), false);
     }
 }
 
@@ -160,7 +161,8 @@ void DxfReader::declareRecord(TableEntry& entry, VcDbObjectId tableId)
     entry.object = &record;
     if (entry.parts.owner && entry.parts.owner != m_db.handleOf(tableId))
         note(entry.record.line, entry.parts.handle,
-             fmt::format("the owner of {} \"{}\" was {:X}, which is not its table", entry.record.type, record.nameUtf8(), entry.parts.owner));
+             fmt::format("the owner of {} \"{}\" was {:X}, which is not its table", entry.record.type,
+                         record.nameUtf8(), entry.parts.owner));
 }
 
 void DxfReader::readBlocks()
@@ -191,7 +193,8 @@ void DxfReader::beginBlock()
         }
     m_block = &blockFor(spaceName(name), parts.owner);
     if (parts.owner && parts.owner != m_db.handleOf(m_block->objectId()))
-        note(m_record.line, parts.handle, fmt::format("the owner of block \"{}\" was {:X}, which is not its record", name, parts.owner));
+        note(m_record.line, parts.handle,
+             fmt::format("the owner of block \"{}\" was {:X}, which is not its record", name, parts.owner));
     std::unique_ptr<VcDbObject> made = makeEntity("BLOCK", parts.body);
     auto& begin = static_cast<VcDbEntity&>(*made);
     const VcDbObjectId id = m_objects->place(std::move(made), parts, m_block->objectId(), m_record.line);

@@ -45,7 +45,8 @@ std::string printable(std::string_view text)
 class AsciiSource final : public DxfSource {
 public:
     AsciiSource(std::string_view bytes, bool recover, ProblemLog& problems)
-        : m_begin(bytes.data()), m_at(bytes.data()), m_end(bytes.data() + bytes.size()), m_recover(recover), m_problems(problems)
+        : m_begin(bytes.data()), m_at(bytes.data()), m_end(bytes.data() + bytes.size()), m_recover(recover),
+          m_problems(problems)
     {
         if (bytes.substr(0, 3) == "\xEF\xBB\xBF")
             m_at += 3;
@@ -105,7 +106,8 @@ private:
     std::string_view takeLine()
     {
         const char* start = m_at;
-        const auto* stop = static_cast<const char*>(std::memchr(start, m_lineEnd, static_cast<std::size_t>(m_end - start)));
+        const auto* stop =
+            static_cast<const char*>(std::memchr(start, m_lineEnd, static_cast<std::size_t>(m_end - start)));
         m_at = stop ? stop + 1 : m_end;
         if (!stop)
             stop = m_end;
@@ -144,7 +146,9 @@ private:
 
     bool restIsBlank(std::string_view line) const
     {
-        const auto blank = [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\x1a' || c == '\0'; };
+        const auto blank = [](char c) {
+            return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\x1a' || c == '\0';
+        };
         return std::all_of(line.begin(), line.end(), blank) && std::all_of(m_at, m_end, blank);
     }
 
@@ -361,10 +365,7 @@ std::string_view DxfRecord::text(int code) const
     return tag && tag->form == Tag::Form::Raw ? trimBlanks(tag->view()) : std::string_view();
 }
 
-bool isBinaryDxf(std::string_view bytes)
-{
-    return bytes.substr(0, kBinarySentinel.size()) == kBinarySentinel;
-}
+bool isBinaryDxf(std::string_view bytes) { return bytes.substr(0, kBinarySentinel.size()) == kBinarySentinel; }
 
 // A group code, or a comment's, on the first line that is not blank.
 bool looksLikeAsciiDxf(std::string_view bytes)

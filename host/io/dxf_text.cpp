@@ -7,10 +7,7 @@
 
 namespace {
 
-bool isControlMark(char c)
-{
-    return c >= '@' && c <= '_';
-}
+bool isControlMark(char c) { return c >= '@' && c <= '_'; }
 
 // "^J" is a line feed, "^ " a caret; any other caret stands for itself.
 void undoCarets(std::string& text)
@@ -74,10 +71,7 @@ void DxfTextDecoder::decode(std::string_view raw, std::string& out) const
 
 namespace {
 
-constexpr std::uint64_t everyByte(unsigned char byte)
-{
-    return byte * std::uint64_t(0x0101010101010101);
-}
+constexpr std::uint64_t everyByte(unsigned char byte) { return byte * std::uint64_t(0x0101010101010101); }
 
 // Whether any of eight bytes is below 32, above 127 or a caret. The differences borrow only out of bytes that are found.
 bool hasSpecialByte(std::uint64_t eight)

@@ -27,10 +27,7 @@ bool isNamed(const VcDbBlockTableRecord& block, const char* name)
     return equalNoCase(block.nameUtf8(), std::string_view(name));
 }
 
-bool isLive(const VcDbObject* object)
-{
-    return object && !object->isErased();
-}
+bool isLive(const VcDbObject* object) { return object && !object->isErased(); }
 
 }
 
@@ -39,10 +36,10 @@ struct DxfWriter::TableRow {
     NameTable table;
 };
 
-DxfWriter::DxfWriter(DatabaseCore& db, DxfVersion version, GroupSink& sink, const LetGo& letGo, const WriteOptions& options,
-                     WriteResult& result)
-    : m_db(db), m_version(version), m_sink(sink), m_letGo(letGo), m_options(options), m_result(result), m_objects(db, version, sink),
-      m_abandoned(vk::dim::abandonedBlocks(db))
+DxfWriter::DxfWriter(DatabaseCore& db, DxfVersion version, GroupSink& sink, const LetGo& letGo,
+                     const WriteOptions& options, WriteResult& result)
+    : m_db(db), m_version(version), m_sink(sink), m_letGo(letGo), m_options(options), m_result(result),
+      m_objects(db, version, sink), m_abandoned(vk::dim::abandonedBlocks(db))
 {
     m_hasHandles = !isLegacy() || !db.origin.fromFile || db.origin.version >= DxfVersion::R13 || db.origin.hasHandles;
     if (!m_hasHandles)
@@ -85,10 +82,7 @@ void DxfWriter::beginSection(const char* name)
     m_sink.text(2, name);
 }
 
-void DxfWriter::endSection()
-{
-    m_sink.text(0, "ENDSEC");
-}
+void DxfWriter::endSection() { m_sink.text(0, "ENDSEC"); }
 
 // Above every handle. R12 writes those of entities alone, so that what is made anew at each loading does not raise it.
 std::uint64_t DxfWriter::handleSeed() const
@@ -98,7 +92,8 @@ std::uint64_t DxfWriter::handleSeed() const
     std::uint64_t seed = m_db.header().handle("$HANDSEED");
     for (std::uint32_t slot = 1; m_hasHandles && slot < m_db.slotCount(); ++slot)
         if (const VcDbObject* object = m_db.objectAt(slot); isLive(object) && object->isKindOf(VcDbEntity::desc()) &&
-                                                            !object->isKindOf(VcDbBlockBegin::desc()) && !object->isKindOf(VcDbBlockEnd::desc()))
+                                                            !object->isKindOf(VcDbBlockBegin::desc()) &&
+                                                            !object->isKindOf(VcDbBlockEnd::desc()))
             seed = std::max(seed, m_db.handleOf(object->objectId()) + 1);
     return std::max(seed, m_seedAbove);
 }
@@ -226,9 +221,9 @@ private:
 void DxfWriter::tables()
 {
     constexpr TableRow kTables[] = {
-        {"VPORT", NameTable::Viewport}, {"LTYPE", NameTable::Linetype}, {"LAYER", NameTable::Layer},
-        {"STYLE", NameTable::TextStyle}, {"VIEW", NameTable::View}, {"UCS", NameTable::Ucs},
-        {"APPID", NameTable::AppId}, {"DIMSTYLE", NameTable::DimStyle}, {"BLOCK_RECORD", NameTable::Block},
+        {"VPORT", NameTable::Viewport},  {"LTYPE", NameTable::Linetype},    {"LAYER", NameTable::Layer},
+        {"STYLE", NameTable::TextStyle}, {"VIEW", NameTable::View},         {"UCS", NameTable::Ucs},
+        {"APPID", NameTable::AppId},     {"DIMSTYLE", NameTable::DimStyle}, {"BLOCK_RECORD", NameTable::Block},
     };
     ObjectWriter records(m_db, m_version, m_sink);
     records.setIdentity({!isLegacy(), !isLegacy()});
@@ -268,7 +263,8 @@ void DxfWriter::blocks()
         records.push_back(m_db.objectAs<VcDbBlockTableRecord>(id));
     // R12 has no table of blocks. A dimension style may name one ahead of this section, so its beginning says its place.
     if (isLegacy())
-        std::stable_sort(records.begin(), records.end(), [](const auto* a, const auto* b) { return a->beginId() < b->beginId(); });
+        std::stable_sort(records.begin(), records.end(),
+                         [](const auto* a, const auto* b) { return a->beginId() < b->beginId(); });
     for (VcDbBlockTableRecord* record : records)
         block(*record);
     endSection();
@@ -282,7 +278,8 @@ void DxfWriter::block(VcDbBlockTableRecord& record)
     ends.setIdentity({!isLegacy(), !isLegacy()});
     if (VcDbObject* begin = m_db.object(record.beginId()))
         ends.writeBegin(*begin, record, space);
-    if (!isNamed(record, "*Model_Space") && !isNamed(record, "*Paper_Space") && !m_db.loadedReferences.contains(record.objectId().slot()))
+    if (!isNamed(record, "*Model_Space") && !isNamed(record, "*Paper_Space") &&
+        !m_db.loadedReferences.contains(record.objectId().slot()))
         for (const std::uint32_t slot : record.memberSlots())
             if (auto* member = VcDbEntity::cast(m_db.objectAt(slot)); isLive(member))
                 entity(*member);
@@ -368,8 +365,11 @@ void DxfWriter::objects()
             continue;
         all.push_back(object);
     }
-    const auto place = [](const VcDbObject* o) { return o->order() ? o->order() : std::numeric_limits<std::uint32_t>::max(); };
-    std::stable_sort(all.begin(), all.end(), [&](const VcDbObject* a, const VcDbObject* b) { return place(a) < place(b); });
+    const auto place = [](const VcDbObject* o) {
+        return o->order() ? o->order() : std::numeric_limits<std::uint32_t>::max();
+    };
+    std::stable_sort(all.begin(), all.end(),
+                     [&](const VcDbObject* a, const VcDbObject* b) { return place(a) < place(b); });
     for (VcDbObject* object : all) {
         if (!tick())
             return;
@@ -385,8 +385,8 @@ void DxfWriter::keptSections()
         if (!section.name.empty())
             keptSection(section);
     const auto isOfModels = [](const KeptSection& s) { return s.name == kModelSection; };
-    if (m_version >= DxfVersion::R2013 && std::none_of(m_db.keptSections.begin(), m_db.keptSections.end(), isOfModels) &&
-        hasNewModelData(m_db)) {
+    if (m_version >= DxfVersion::R2013 &&
+        std::none_of(m_db.keptSections.begin(), m_db.keptSections.end(), isOfModels) && hasNewModelData(m_db)) {
         beginSection(kModelSection);
         putModelSection(m_db, nullptr, m_sink);
         endSection();

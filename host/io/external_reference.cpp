@@ -20,7 +20,8 @@ namespace {
 using Block = VcDbBlockTableRecord;
 
 constexpr std::int16_t kXref = 4, kOverlay = 8, kDependent = 16, kResolved = 32;
-constexpr NameTable kDependentTables[] = {NameTable::Layer, NameTable::Linetype, NameTable::TextStyle, NameTable::DimStyle, NameTable::Block};
+constexpr NameTable kDependentTables[] = {NameTable::Layer, NameTable::Linetype, NameTable::TextStyle,
+                                          NameTable::DimStyle, NameTable::Block};
 constexpr std::size_t kDeepest = 32;
 
 // Whether members come from a file is no state of the record.
@@ -49,7 +50,8 @@ void setLoaded(DatabaseCore& db, const Block& block, bool loaded)
 
 bool belongsTo(const VcDbSymbolTableRecord& record, const std::string& prefix)
 {
-    return record.nameUtf8().size() > prefix.size() && equalNoCase(std::string_view(record.nameUtf8()).substr(0, prefix.size()), prefix);
+    return record.nameUtf8().size() > prefix.size() &&
+           equalNoCase(std::string_view(record.nameUtf8()).substr(0, prefix.size()), prefix);
 }
 
 std::vector<VcDbSymbolTableRecord*> dependentsOf(const DatabaseCore& db, const Block& reference, NameTable table)
@@ -64,7 +66,9 @@ std::vector<VcDbSymbolTableRecord*> dependentsOf(const DatabaseCore& db, const B
 
 void setDependent(VcDbSymbolTableRecord& record, bool dependent)
 {
-    const auto with = [&](std::int16_t flags) { return std::int16_t(dependent ? flags | kDependent | kResolved : flags & ~(kDependent | kResolved)); };
+    const auto with = [&](std::int16_t flags) {
+        return std::int16_t(dependent ? flags | kDependent | kResolved : flags & ~(kDependent | kResolved));
+    };
     record.setFlags(with(record.flags()));
     if (auto* block = Block::cast(&record))
         block->setBlockFlags(with(block->blockFlags()));
@@ -72,7 +76,8 @@ void setDependent(VcDbSymbolTableRecord& record, bool dependent)
 
 void setResolved(Block& reference, bool resolved)
 {
-    reference.setBlockFlags(std::int16_t(resolved ? reference.blockFlags() | kResolved : reference.blockFlags() & ~kResolved));
+    reference.setBlockFlags(
+        std::int16_t(resolved ? reference.blockFlags() | kResolved : reference.blockFlags() & ~kResolved));
 }
 
 void removeMembers(DatabaseCore& db, Block& reference)
@@ -141,7 +146,8 @@ public:
     {
         const std::string path = locate(reference.pathUtf8(), folder);
         if (path.empty())
-            return fmt::format("Cannot find the file \"{}\" of the external reference \"{}\".", reference.pathUtf8(), reference.nameUtf8());
+            return fmt::format("Cannot find the file \"{}\" of the external reference \"{}\".", reference.pathUtf8(),
+                               reference.nameUtf8());
         if (isOpen(path))
             return fmt::format("\"{}\" refers back to itself through {}.", reference.nameUtf8(), path);
         VcDbDatabase other(false);
@@ -155,7 +161,10 @@ public:
     }
 
 private:
-    bool isOpen(const std::string& path) const { return std::find(m_open.begin(), m_open.end(), canonical(path)) != m_open.end(); }
+    bool isOpen(const std::string& path) const
+    {
+        return std::find(m_open.begin(), m_open.end(), canonical(path)) != m_open.end();
+    }
 
     // References that the file lays over itself are not seen from outside; those that lead back would never end.
     // The names of the others.
@@ -166,7 +175,8 @@ private:
             const std::string path = locate(nested->pathUtf8(), folder);
             const bool circular = !path.empty() && (isOpen(path) || m_open.size() > kDeepest);
             if (circular)
-                m_result.remarks.push_back(fmt::format("Circular reference \"{}\" in {} is left out.", nested->nameUtf8(), m_open.back()));
+                m_result.remarks.push_back(
+                    fmt::format("Circular reference \"{}\" in {} is left out.", nested->nameUtf8(), m_open.back()));
             if (!circular && !nested->isFromOverlayReference()) {
                 kept.push_back(nested->nameUtf8());
                 continue;
@@ -186,7 +196,8 @@ private:
         prefixNames(from, reference.nameUtf8());
         removeMembers(m_db, reference);
         VcDbObjectIdArray members;
-        forEachMember(from, *from.objectAs<Block>(from.modelSpace()), [&](VcDbEntity& member) { members.push_back(member.objectId()); });
+        forEachMember(from, *from.objectAs<Block>(from.modelSpace()),
+                      [&](VcDbEntity& member) { members.push_back(member.objectId()); });
         VcDbIdMapping mapping;
         if (!members.empty() && cloneObjects(members, reference.objectId(), mapping))
             return fmt::format("The objects of \"{}\" cannot be copied.", reference.nameUtf8());
@@ -205,7 +216,8 @@ private:
     void loadWithin(const std::string& name, const std::string& folder)
     {
         auto* nested = m_db.liveAs<Block>(m_db.findRecord(NameTable::Block, name));
-        if (!nested || !nested->isFromExternalReference() || (isLoaded(m_db, *nested) && !m_anew) || !m_taken.insert(foldKey(name)).second)
+        if (!nested || !nested->isFromExternalReference() || (isLoaded(m_db, *nested) && !m_anew) ||
+            !m_taken.insert(foldKey(name)).second)
             return;
         if (const std::string error = load(*nested, folder); !error.empty()) {
             setResolved(*nested, false);
@@ -256,10 +268,7 @@ Block& addExternalReference(DatabaseCore& db, const std::string& name, const std
     return block;
 }
 
-ReferenceLoad loadExternalReference(DatabaseCore& db, Block& reference)
-{
-    return loadFrom(db, reference, true);
-}
+ReferenceLoad loadExternalReference(DatabaseCore& db, Block& reference) { return loadFrom(db, reference, true); }
 
 void unloadExternalReference(DatabaseCore& db, Block& reference)
 {
@@ -285,7 +294,10 @@ std::vector<std::string> loadSavedReferences(DatabaseCore& db)
     return remarks;
 }
 
-bool isLoaded(const DatabaseCore& db, const Block& reference) { return db.loadedReferences.contains(reference.objectId().slot()); }
+bool isLoaded(const DatabaseCore& db, const Block& reference)
+{
+    return db.loadedReferences.contains(reference.objectId().slot());
+}
 
 bool bindExternalReference(DatabaseCore& db, Block& reference)
 {

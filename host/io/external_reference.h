@@ -14,7 +14,8 @@ class VcDbBlockTableRecord;
 // All of the drawing, those within others too.
 VKHOST_API std::vector<VcDbBlockTableRecord*> externalReferences(const DatabaseCore& db);
 // A record for it, without members. The name must be free.
-VKHOST_API VcDbBlockTableRecord& addExternalReference(DatabaseCore& db, const std::string& name, const std::string& path, bool overlay);
+VKHOST_API VcDbBlockTableRecord& addExternalReference(DatabaseCore& db, const std::string& name,
+                                                      const std::string& path, bool overlay);
 
 struct ReferenceLoad {
     std::string error;                 // a sentence; empty when it is loaded

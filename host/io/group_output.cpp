@@ -12,7 +12,8 @@ namespace {
 
 class AsciiOutput final : public GroupOutput {
 public:
-    AsciiOutput(bool crLf, const CodePage& page, ByteSink& sink) : GroupOutput(page, sink), m_lineEnd(crLf ? "\r\n" : "\n")
+    AsciiOutput(bool crLf, const CodePage& page, ByteSink& sink)
+        : GroupOutput(page, sink), m_lineEnd(crLf ? "\r\n" : "\n")
     {
         for (int code = 0; code < kCodes; ++code) {
             std::string line = std::string(code < 10 ? 2 : code < 100 ? 1 : 0, ' ') + std::to_string(code);
@@ -205,7 +206,10 @@ private:
 
 }
 
-GroupOutput::GroupOutput(const CodePage& page, ByteSink& sink) : m_buffer(kBufferSize, '\0'), m_encoder(page), m_sink(sink) {}
+GroupOutput::GroupOutput(const CodePage& page, ByteSink& sink)
+    : m_buffer(kBufferSize, '\0'), m_encoder(page), m_sink(sink)
+{
+}
 
 std::unique_ptr<GroupOutput> GroupOutput::create(const OutputFormat& format, const CodePage& page, ByteSink& sink)
 {

@@ -31,10 +31,7 @@ protected:
         return m_buffer.data() + m_used;
     }
     void took(const char* end) { m_used = static_cast<std::size_t>(end - m_buffer.data()); }
-    void put(std::string_view bytes)
-    {
-        took(std::copy(bytes.begin(), bytes.end(), room(bytes.size())));
-    }
+    void put(std::string_view bytes) { took(std::copy(bytes.begin(), bytes.end(), room(bytes.size()))); }
     void putText(std::string_view utf8);
 
 private:

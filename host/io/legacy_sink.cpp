@@ -57,7 +57,8 @@ const LegacyKind* kindOf(std::string_view type)
 // What entities share.
 bool isCommon(int code)
 {
-    return code == 5 || code == 6 || code == 8 || code == 62 || code == 67 || code == 38 || code == 39 || (code >= 210 && code <= 239);
+    return code == 5 || code == 6 || code == 8 || code == 62 || code == 67 || code == 38 || code == 39 ||
+           (code >= 210 && code <= 239);
 }
 
 bool isOrdinate(int code)
@@ -91,7 +92,8 @@ bool LegacySink::passes(int code) const
         return true;
     if ((m_kind->isEntity && isCommon(code)) || (m_kind->hasPoints && isOrdinate(code)))
         return true;
-    return std::any_of(std::begin(m_kind->codes), std::end(m_kind->codes), [&](const CodeRange& r) { return code >= r.first && code <= r.last && code != 0; });
+    return std::any_of(std::begin(m_kind->codes), std::end(m_kind->codes),
+                       [&](const CodeRange& r) { return code >= r.first && code <= r.last && code != 0; });
 }
 
 void LegacySink::real(int code, double value)

@@ -58,7 +58,8 @@ std::map<std::uint64_t, ModelData> ownData(const DatabaseCore& db)
     std::map<std::uint64_t, ModelData> own;
     for (std::uint32_t slot = 1; slot < db.slotCount(); ++slot) {
         const auto* solid = VcDbModelerGeometry::cast(db.objectAt(slot));
-        if (!solid || solid->isErased() || !solid->ownModelData() || db.loadedReferences.contains(solid->ownerId().slot()))
+        if (!solid || solid->isErased() || !solid->ownModelData() ||
+            db.loadedReferences.contains(solid->ownerId().slot()))
             continue;
         const std::uint64_t handle = db.handleOf(solid->objectId());
         const ModelData filed = sectionModelData(db, handle);
@@ -93,7 +94,8 @@ public:
     void change(std::uint64_t handle, std::string_view data)
     {
         for (TagList& part : m_parts)
-            if (isKind(part, kModelRecord) && numberIn(part, 320) == std::int64_t(handle) && says(part, 2, kModelDataName)) {
+            if (isKind(part, kModelRecord) && numberIn(part, 320) == std::int64_t(handle) &&
+                says(part, 2, kModelDataName)) {
                 part = withData(part, data);
                 return;
             }
@@ -127,7 +129,8 @@ private:
 
     std::int64_t addSchema(TagList fields, std::int64_t number)
     {
-        const auto record = std::find_if(m_parts.begin(), m_parts.end(), [](const TagList& p) { return isKind(p, kModelRecord); });
+        const auto record =
+            std::find_if(m_parts.begin(), m_parts.end(), [](const TagList& p) { return isKind(p, kModelRecord); });
         m_parts.insert(record, std::move(fields));
         return number;
     }
@@ -169,7 +172,8 @@ private:
     {
         if (const std::int64_t known = find(kModelSchema); known != kNoNumber)
             return known;
-        const std::int64_t treated = property("AcDbDs::TreatedAsObjectDataSchema", "AcDbDs::TreatedAsObjectData", 1, false);
+        const std::int64_t treated =
+            property("AcDbDs::TreatedAsObjectDataSchema", "AcDbDs::TreatedAsObjectData", 1, false);
         const std::int64_t legacy = property("AcDbDs::LegacySchema", "AcDbDs::Legacy", 1, false);
         const std::int64_t indexed = property("AcDbDs::IndexedPropertySchema", "AcDs:Indexable", 1, false);
         const std::int64_t handle = property("AcDbDs::HandleAttributeSchema", "AcDbDs::HandleAttribute", 7, true);

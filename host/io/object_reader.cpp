@@ -16,15 +16,9 @@ std::string_view chars(const Tag& tag)
     return tag.form == Tag::Form::Raw ? trimBlanks(tag.view()) : std::string_view();
 }
 
-bool opensBrace(const Tag& tag)
-{
-    return tag.code == 102 && chars(tag).substr(0, 1) == "{";
-}
+bool opensBrace(const Tag& tag) { return tag.code == 102 && chars(tag).substr(0, 1) == "{"; }
 
-bool closesBrace(const Tag& tag)
-{
-    return tag.code == 102 && chars(tag) == "}";
-}
+bool closesBrace(const Tag& tag) { return tag.code == 102 && chars(tag) == "}"; }
 
 // Extended data is what follows the first 1001 of the run of high codes at the end.
 std::size_t beginOfXData(std::span<const Tag> tags)
@@ -102,7 +96,8 @@ ObjectParts ObjectReader::split(DxfRecord& record, bool isEntity)
         }
     }
     std::size_t body = headEnd - left;
-    std::move_backward(tags.begin(), tags.begin() + static_cast<std::ptrdiff_t>(left), tags.begin() + static_cast<std::ptrdiff_t>(headEnd));
+    std::move_backward(tags.begin(), tags.begin() + static_cast<std::ptrdiff_t>(left),
+                       tags.begin() + static_cast<std::ptrdiff_t>(headEnd));
     if (isEntity)
         body = takeSpace(parts, tags, body, xdata);
     parts.body = std::span(tags).subspan(body, xdata - body);
@@ -123,7 +118,8 @@ std::size_t ObjectReader::takeSpace(ObjectParts& parts, std::vector<Tag>& tags, 
             continue;
         parts.inPaperSpace |= isSpace;
         parts.namesLayout |= code == 410;
-        std::move_backward(tags.begin() + static_cast<std::ptrdiff_t>(body), tags.begin() + static_cast<std::ptrdiff_t>(i),
+        std::move_backward(tags.begin() + static_cast<std::ptrdiff_t>(body),
+                           tags.begin() + static_cast<std::ptrdiff_t>(i),
                            tags.begin() + static_cast<std::ptrdiff_t>(i) + 1);
         ++body;
     }
@@ -142,8 +138,9 @@ VcDbObjectId ObjectReader::place(std::unique_ptr<VcDbObject> object, const Objec
     if (!m_db.object(known))
         return m_db.fill(known, std::move(object), owner);
     const VcDbObjectId made = m_db.add(std::move(object), owner);
-    m_problems.add(line, parts.handle,
-                   fmt::format("handle {:X} stands twice; the later object has got {:X}", parts.handle, m_db.handleOf(made)));
+    m_problems.add(
+        line, parts.handle,
+        fmt::format("handle {:X} stands twice; the later object has got {:X}", parts.handle, m_db.handleOf(made)));
     return made;
 }
 
@@ -178,7 +175,8 @@ void ObjectReader::readBrace(VcDbObject& object, std::span<Tag> group)
     const std::string_view name = chars(group[0]).substr(1);
     const std::span<Tag> members = group.subspan(1);
     const auto holdsOnly = [&](int code) {
-        return std::all_of(members.begin(), members.end(), [&](const Tag& t) { return t.code == code && handleValue(t) != 0; });
+        return std::all_of(members.begin(), members.end(),
+                           [&](const Tag& t) { return t.code == code && handleValue(t) != 0; });
     };
     if (name == "ACAD_XDICTIONARY" && members.size() == 1 && holdsOnly(360)) {
         extras.extensionDictionary = m_db.reserveHandle(handleValue(members[0]));

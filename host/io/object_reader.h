@@ -29,7 +29,8 @@ public:
     // Reorders the record's tags; the parts point into them and hold until the next call.
     ObjectParts split(DxfRecord& record, bool isEntity);
     // Puts the object into the drawing under its handle, or under a new one when it has none or another has it.
-    VcDbObjectId place(std::unique_ptr<VcDbObject> object, const ObjectParts& parts, VcDbObjectId owner, std::uint32_t line);
+    VcDbObjectId place(std::unique_ptr<VcDbObject> object, const ObjectParts& parts, VcDbObjectId owner,
+                       std::uint32_t line);
     // Reads what the parts hold into an object that is in the drawing.
     void fill(VcDbObject& object, const ObjectParts& parts);
     // As fill, for an object whose body is read by something else than its fields().

@@ -14,8 +14,9 @@ ObjectWriter::ObjectWriter(DatabaseCore& db, DxfVersion version, GroupSink& sink
 void ObjectWriter::head(VcDbObject& object, int handleCode)
 {
     if (m_identity.handle)
-        m_sink.handle(handleCode, m_identity.nextHandle && object.objectId().isNull() ? (*m_identity.nextHandle)++
-                                                                                      : m_db.handleOf(object.objectId()));
+        m_sink.handle(handleCode, m_identity.nextHandle && object.objectId().isNull()
+                                      ? (*m_identity.nextHandle)++
+                                      : m_db.handleOf(object.objectId()));
     if (!m_identity.owner)
         return;
     if (const ObjectExtras* extras = object.extras())

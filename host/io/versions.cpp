@@ -16,22 +16,13 @@ constexpr VersionRow kVersions[] = {
     {DxfVersion::R2013, "AC1027", "2013"}, {DxfVersion::R2018, "AC1032", "2018"},
 };
 
-const VersionRow& rowOf(DxfVersion version)
-{
-    return kVersions[static_cast<int>(version)];
-}
+const VersionRow& rowOf(DxfVersion version) { return kVersions[static_cast<int>(version)]; }
 
 }
 
-const char* acadVersionName(DxfVersion version)
-{
-    return rowOf(version).acadVersion;
-}
+const char* acadVersionName(DxfVersion version) { return rowOf(version).acadVersion; }
 
-const char* releaseName(DxfVersion version)
-{
-    return rowOf(version).release;
-}
+const char* releaseName(DxfVersion version) { return rowOf(version).release; }
 
 std::optional<DxfVersion> versionByName(std::string_view name)
 {

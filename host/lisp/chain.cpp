@@ -92,17 +92,23 @@ Value groupValue(const resbuf& node, bool isFlat)
 {
     switch (groupKind(node.restype)) {
     case GroupKind::String:
-    case GroupKind::Handle: return Value::text(rbUtf8(node));
-    case GroupKind::Reference: return entityValue(node.resval.rlname);
+    case GroupKind::Handle:
+        return Value::text(rbUtf8(node));
+    case GroupKind::Reference:
+        return entityValue(node.resval.rlname);
     case GroupKind::Point:
         return isFlat ? pointValue(node.resval.rpoint[0], node.resval.rpoint[1]) : pointValue(node.resval.rpoint);
-    case GroupKind::Real: return Value::real(rbReal(node));
+    case GroupKind::Real:
+        return Value::real(rbReal(node));
     case GroupKind::Int16:
     case GroupKind::Int32:
     case GroupKind::Int64:
-    case GroupKind::Bool: return Value::whole(static_cast<double>(rbInteger(node)));
-    case GroupKind::Binary: return Value::text(toHex(rbBytes(node)));
-    case GroupKind::None: break;
+    case GroupKind::Bool:
+        return Value::whole(static_cast<double>(rbInteger(node)));
+    case GroupKind::Binary:
+        return Value::text(toHex(rbBytes(node)));
+    case GroupKind::None:
+        break;
     }
     return Value();
 }
@@ -127,10 +133,7 @@ Value extendedData(const resbuf* node)
     return applications.take();
 }
 
-[[noreturn]] void badGroup(const Value& group)
-{
-    throw LispError("bad DXF group: " + print(group));
-}
+[[noreturn]] void badGroup(const Value& group) { throw LispError("bad DXF group: " + print(group)); }
 
 void addWhole(RbBuilder& chain, int code, const Value& value, double lowest, double highest, const Value& group)
 {
@@ -208,13 +211,20 @@ void addGroup(RbBuilder& chain, const Value& group)
 Value simpleResult(Interpreter& lisp, const resbuf& node)
 {
     switch (node.restype) {
-    case RTNIL: return Value();
-    case RTT: return lisp.truth(true);
-    case RTVOID: return lisp.symbols().silence();
-    case RTPOINT: return pointValue(node.resval.rpoint[0], node.resval.rpoint[1]);
-    case RTPICKS: return selectionValue(node.resval.rlname, Ownership::Borrowed);
-    case RTDXF0: return Value::cons(Value::integer(0), Value::text(rbUtf8(node)));
-    default: break;
+    case RTNIL:
+        return Value();
+    case RTT:
+        return lisp.truth(true);
+    case RTVOID:
+        return lisp.symbols().silence();
+    case RTPOINT:
+        return pointValue(node.resval.rpoint[0], node.resval.rpoint[1]);
+    case RTPICKS:
+        return selectionValue(node.resval.rlname, Ownership::Borrowed);
+    case RTDXF0:
+        return Value::cons(Value::integer(0), Value::text(rbUtf8(node)));
+    default:
+        break;
     }
     return node.restype >= RTNONE ? groupValue(node, false) : groupPair(node, false);
 }
@@ -242,22 +252,33 @@ bool travelsAsPoint(const Value& value, PointRule rule)
 void addSimpleValue(RbBuilder& chain, const Value& value)
 {
     switch (value.kind()) {
-    case Kind::nil: chain.add(RTNIL); return;
+    case Kind::nil:
+        chain.add(RTNIL);
+        return;
     case Kind::integer:
         chain.addInteger(value.integer() == static_cast<std::int16_t>(value.integer()) ? RTSHORT : RTLONG,
                          value.integer());
         return;
-    case Kind::real: chain.addReal(RTREAL, value.real()); return;
-    case Kind::text: chain.addUtf8(RTSTR, value.text()); return;
-    case Kind::entity: chain.addName(RTENAME, value.as<NameCell>().words); return;
-    case Kind::selection: chain.addName(RTPICKS, value.as<NameCell>().words); return;
+    case Kind::real:
+        chain.addReal(RTREAL, value.real());
+        return;
+    case Kind::text:
+        chain.addUtf8(RTSTR, value.text());
+        return;
+    case Kind::entity:
+        chain.addName(RTENAME, value.as<NameCell>().words);
+        return;
+    case Kind::selection:
+        chain.addName(RTPICKS, value.as<NameCell>().words);
+        return;
     case Kind::symbol:
         if (value.as<SymbolCell>().value.isSame(value)) {
             chain.add(RTT);
             return;
         }
         break;
-    default: break;
+    default:
+        break;
     }
     badArgument("value for the drawing", value);
 }
@@ -347,10 +368,7 @@ RbPtr valuesToChain(Args values)
     return chain.take();
 }
 
-Value entityValue(const vds_name name)
-{
-    return Value::cell(Kind::entity, new NameCell(name[0], name[1]));
-}
+Value entityValue(const vds_name name) { return Value::cell(Kind::entity, new NameCell(name[0], name[1])); }
 
 Value selectionValue(const vds_name set, Ownership ownership)
 {
@@ -373,9 +391,6 @@ void toPoint(const Value& value, vds_point pointOut)
     pointOut[2] = point.z;
 }
 
-Value pointValue(const vds_point point)
-{
-    return pointValue(point[0], point[1], point[2]);
-}
+Value pointValue(const vds_point point) { return pointValue(point[0], point[1], point[2]); }
 
 }  // namespace vk::lisp

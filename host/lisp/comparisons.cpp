@@ -54,35 +54,17 @@ int order(const Value& a, const Value& b)
     badArgument("comparable", a.isNumber() || a.isText() ? b : a);
 }
 
-bool isSameValue(const Value& a, const Value& b)
-{
-    return areAtomsEqual(a, b, 0);
-}
+bool isSameValue(const Value& a, const Value& b) { return areAtomsEqual(a, b, 0); }
 
-bool differs(const Value& a, const Value& b)
-{
-    return !isSameValue(a, b);
-}
+bool differs(const Value& a, const Value& b) { return !isSameValue(a, b); }
 
-bool isLess(const Value& a, const Value& b)
-{
-    return order(a, b) < 0;
-}
+bool isLess(const Value& a, const Value& b) { return order(a, b) < 0; }
 
-bool isMore(const Value& a, const Value& b)
-{
-    return order(a, b) > 0;
-}
+bool isMore(const Value& a, const Value& b) { return order(a, b) > 0; }
 
-bool isAtMost(const Value& a, const Value& b)
-{
-    return order(a, b) <= 0;
-}
+bool isAtMost(const Value& a, const Value& b) { return order(a, b) <= 0; }
 
-bool isAtLeast(const Value& a, const Value& b)
-{
-    return order(a, b) >= 0;
-}
+bool isAtLeast(const Value& a, const Value& b) { return order(a, b) >= 0; }
 
 template <bool (*holds)(const Value&, const Value&)>
 Value eachNext(Interpreter& lisp, Args args)
@@ -93,10 +75,7 @@ Value eachNext(Interpreter& lisp, Args args)
     return lisp.truth(true);
 }
 
-Value eq(Interpreter& lisp, Args args)
-{
-    return lisp.truth(args[0].isSame(args[1]));
-}
+Value eq(Interpreter& lisp, Args args) { return lisp.truth(args[0].isSame(args[1])); }
 
 Value equal(Interpreter& lisp, Args args)
 {
@@ -104,10 +83,7 @@ Value equal(Interpreter& lisp, Args args)
     return lisp.truth(isEqual(lisp, args[0], args[1], fuzz));
 }
 
-Value isNil(Interpreter& lisp, Args args)
-{
-    return lisp.truth(args[0].isNil());
-}
+Value isNil(Interpreter& lisp, Args args) { return lisp.truth(args[0].isNil()); }
 
 constexpr Builtin kComparisons[] = {
     {"=", eachNext<isSameValue>, 1, kAnyNumber},
@@ -124,9 +100,6 @@ constexpr Builtin kComparisons[] = {
 
 }  // namespace
 
-void defineComparisons(Interpreter& lisp)
-{
-    lisp.define(kComparisons);
-}
+void defineComparisons(Interpreter& lisp) { lisp.define(kComparisons); }
 
 }  // namespace vk::lisp

@@ -50,12 +50,18 @@ VcGePoint3d asWorldPoint(const Value& value)
 }
 
 template <class T>
-Value triple(const T& v) { return pointValue(v.x, v.y, v.z); }
+Value triple(const T& v)
+{
+    return pointValue(v.x, v.y, v.z);
+}
 
 Value numberIf(Vcad::ErrorStatus status, double number) { return status == Vcad::eOk ? Value::real(number) : Value(); }
 
 template <class T>
-Value tripleIf(Vcad::ErrorStatus status, const T& v) { return status == Vcad::eOk ? triple(v) : Value(); }
+Value tripleIf(Vcad::ErrorStatus status, const T& v)
+{
+    return status == Vcad::eOk ? triple(v) : Value();
+}
 
 // One for each shape that the questions of a curve have.
 template <Vcad::ErrorStatus (VcDbCurve::*ask)(double&) const>
@@ -128,7 +134,8 @@ Value isPeriodic(Interpreter& lisp, Args args)
     const OpenCurve curve(args[0]);
     const auto* ellipse = VcDbEllipse::cast(curve.operator->());
     const auto* spline = VcDbSpline::cast(curve.operator->());
-    return lisp.truth(VcDbCircle::cast(curve.operator->()) || (ellipse && ellipse->isClosed()) || (spline && spline->isPeriodic()));
+    return lisp.truth(VcDbCircle::cast(curve.operator->()) || (ellipse && ellipse->isClosed()) ||
+                      (spline && spline->isPeriodic()));
 }
 
 bool isStraight(const geom::Curve& curve)
@@ -185,9 +192,6 @@ constexpr Builtin kCurves[] = {
 
 }  // namespace
 
-void defineCurves(Interpreter& lisp)
-{
-    lisp.define(kCurves);
-}
+void defineCurves(Interpreter& lisp) { lisp.define(kCurves); }
 
 }  // namespace vk::lisp

@@ -17,10 +17,7 @@ Name asEntity(const Value& value)
     return name;
 }
 
-Name asEntityOrNone(const Value& value)
-{
-    return value ? asEntity(value) : Name();
-}
+Name asEntityOrNone(const Value& value) { return value ? asEntity(value) : Name(); }
 
 Name asSelection(const Value& value)
 {
@@ -31,15 +28,9 @@ Name asSelection(const Value& value)
     return name;
 }
 
-std::wstring asWide(const Value& value)
-{
-    return utf8ToWide(asText(value));
-}
+std::wstring asWide(const Value& value) { return utf8ToWide(asText(value)); }
 
-Value fromWide(const wchar_t* text)
-{
-    return Value::text(text ? wideToUtf8(text) : std::string());
-}
+Value fromWide(const wchar_t* text) { return Value::text(text ? wideToUtf8(text) : std::string()); }
 
 bool succeeded(int status)
 {
@@ -48,10 +39,7 @@ bool succeeded(int status)
     return status == RTNORM;
 }
 
-Value entityIf(int status, const Name& name)
-{
-    return succeeded(status) ? entityValue(name) : Value();
-}
+Value entityIf(int status, const Name& name) { return succeeded(status) ? entityValue(name) : Value(); }
 
 void defineDrawing(Interpreter& lisp)
 {

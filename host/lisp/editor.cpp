@@ -26,10 +26,7 @@ void feedCommand(RbBuilder& arguments)
         succeeded(edit::Editor::instance().command(arguments.take(), true));
 }
 
-void cancelCommand()
-{
-    edit::Editor::instance().command(nullptr, true);
-}
+void cancelCommand() { edit::Editor::instance().command(nullptr, true); }
 
 // No arguments at all, and a nil among them, are Esc.
 Value command(Interpreter&, Args args)
@@ -141,7 +138,8 @@ Value trans(Interpreter&, Args args)
     vds_point from, to = {};
     toPoint(args[0], from);
     const bool isDisplacement = !argument(args, 3).isNil();
-    const int status = vcedTrans(from, coordinateSystem(args[1]).get(), coordinateSystem(args[2]).get(), isDisplacement, to);
+    const int status =
+        vcedTrans(from, coordinateSystem(args[1]).get(), coordinateSystem(args[2]).get(), isDisplacement, to);
     return succeeded(status) ? pointValue(to) : Value();
 }
 
@@ -229,10 +227,7 @@ Value getfiled(Interpreter&, Args args)
     return path.empty() ? Value() : Value::text(path);
 }
 
-Value cancel(Interpreter&, Args)
-{
-    throw LispCancel();
-}
+Value cancel(Interpreter&, Args) { throw LispCancel(); }
 
 constexpr Builtin kEditor[] = {
     {"COMMAND", command, 0, kAnyNumber},
@@ -256,9 +251,6 @@ constexpr Builtin kEditor[] = {
 
 }  // namespace
 
-void defineEditor(Interpreter& lisp)
-{
-    lisp.define(kEditor);
-}
+void defineEditor(Interpreter& lisp) { lisp.define(kEditor); }
 
 }  // namespace vk::lisp

@@ -24,10 +24,7 @@ Value entget(Interpreter&, Args args)
     return groupsToList(chain.get());
 }
 
-Value entmod(Interpreter&, Args args)
-{
-    return succeeded(vcdbEntMod(listToGroups(args[0]).get())) ? args[0] : Value();
-}
+Value entmod(Interpreter&, Args args) { return succeeded(vcdbEntMod(listToGroups(args[0]).get())) ? args[0] : Value(); }
 
 // A block that is complete answers with its name, which the drawing may have chosen.
 Value entmake(Interpreter&, Args args)
@@ -46,15 +43,9 @@ Value entmakex(Interpreter&, Args args)
     return entityIf(vcdbEntMakeX(listToGroups(args[0]).get(), made), made);
 }
 
-Value entdel(Interpreter&, Args args)
-{
-    return succeeded(vcdbEntDel(asEntity(args[0]))) ? args[0] : Value();
-}
+Value entdel(Interpreter&, Args args) { return succeeded(vcdbEntDel(asEntity(args[0]))) ? args[0] : Value(); }
 
-Value entupd(Interpreter&, Args args)
-{
-    return succeeded(vcdbEntUpd(asEntity(args[0]))) ? args[0] : Value();
-}
+Value entupd(Interpreter&, Args args) { return succeeded(vcdbEntUpd(asEntity(args[0]))) ? args[0] : Value(); }
 
 Value entlast(Interpreter&, Args)
 {
@@ -92,10 +83,7 @@ Value xdsize(Interpreter&, Args args)
     return succeeded(vcdbXdSize(chain->rbnext, &bytes)) ? Value::whole(static_cast<double>(bytes)) : Value();
 }
 
-Value regapp(Interpreter&, Args args)
-{
-    return succeeded(vcdbRegApp(asWide(args[0]).c_str())) ? args[0] : Value();
-}
+Value regapp(Interpreter&, Args args) { return succeeded(vcdbRegApp(asWide(args[0]).c_str())) ? args[0] : Value(); }
 
 Value textbox(Interpreter&, Args args)
 {
@@ -107,26 +95,14 @@ Value textbox(Interpreter&, Args args)
 }
 
 constexpr Builtin kEntities[] = {
-    {"ENTGET", entget, 1, 2},
-    {"ENTMOD", entmod, 1, 1},
-    {"ENTMAKE", entmake, 0, 1},
-    {"ENTMAKEX", entmakex, 1, 1},
-    {"ENTDEL", entdel, 1, 1},
-    {"ENTUPD", entupd, 1, 1},
-    {"ENTLAST", entlast, 0, 0},
-    {"ENTNEXT", entnext, 0, 1},
-    {"HANDENT", handent, 1, 1},
-    {"XDROOM", xdroom, 1, 1},
-    {"XDSIZE", xdsize, 1, 1},
-    {"REGAPP", regapp, 1, 1},
+    {"ENTGET", entget, 1, 2},   {"ENTMOD", entmod, 1, 1}, {"ENTMAKE", entmake, 0, 1}, {"ENTMAKEX", entmakex, 1, 1},
+    {"ENTDEL", entdel, 1, 1},   {"ENTUPD", entupd, 1, 1}, {"ENTLAST", entlast, 0, 0}, {"ENTNEXT", entnext, 0, 1},
+    {"HANDENT", handent, 1, 1}, {"XDROOM", xdroom, 1, 1}, {"XDSIZE", xdsize, 1, 1},   {"REGAPP", regapp, 1, 1},
     {"TEXTBOX", textbox, 1, 1},
 };
 
 }  // namespace
 
-void defineEntities(Interpreter& lisp)
-{
-    lisp.define(kEntities);
-}
+void defineEntities(Interpreter& lisp) { lisp.define(kEntities); }
 
 }  // namespace vk::lisp

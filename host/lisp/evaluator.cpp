@@ -58,17 +58,11 @@ edit::LispEvaluator::Result resultOf(Outcome outcome)
     return result;
 }
 
-std::string functionOf(std::string_view command)
-{
-    return std::string(kCommandPrefix) += command;
-}
+std::string functionOf(std::string_view command) { return std::string(kCommandPrefix) += command; }
 
 }  // namespace
 
-EditorLisp::EditorLisp(edit::Editor& editor) : m_interpreter(surroundingsOf(editor))
-{
-    defineDrawing(m_interpreter);
-}
+EditorLisp::EditorLisp(edit::Editor& editor) : m_interpreter(surroundingsOf(editor)) { defineDrawing(m_interpreter); }
 
 EditorLisp::~EditorLisp() = default;
 
@@ -79,10 +73,7 @@ edit::LispEvaluator::Result EditorLisp::evaluate(std::string_view text)
     return resultOf(std::move(outcome));
 }
 
-bool EditorLisp::hasCommand(std::string_view name) const
-{
-    return m_interpreter.hasFunction(functionOf(name));
-}
+bool EditorLisp::hasCommand(std::string_view name) const { return m_interpreter.hasFunction(functionOf(name)); }
 
 edit::LispEvaluator::Result EditorLisp::runCommand(std::string_view name)
 {

@@ -123,15 +123,9 @@ Value writeCharacter(Interpreter& lisp, Args args)
     return args[0];
 }
 
-Value filenameBase(Interpreter&, Args args)
-{
-    return Value::text(pathOf(args[0]).stem().string());
-}
+Value filenameBase(Interpreter&, Args args) { return Value::text(pathOf(args[0]).stem().string()); }
 
-Value filenameFolder(Interpreter&, Args args)
-{
-    return Value::text(pathOf(args[0]).parent_path().string());
-}
+Value filenameFolder(Interpreter&, Args args) { return Value::text(pathOf(args[0]).parent_path().string()); }
 
 Value filenameExtension(Interpreter&, Args args)
 {
@@ -210,7 +204,8 @@ Value fileTime(Interpreter&, Args args)
     tm local;
     if (stat(pathOf(args[0]).c_str(), &found) != 0 || !localtime_r(&found.st_mtime, &local))
         return Value();
-    const int parts[] = {local.tm_year + 1900, local.tm_mon + 1, local.tm_wday, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec};
+    const int parts[] = {local.tm_year + 1900, local.tm_mon + 1, local.tm_wday, local.tm_mday,
+                         local.tm_hour,        local.tm_min,     local.tm_sec};
     ListBuilder list;
     for (const int part : parts)
         list.add(Value::integer(part));
@@ -221,7 +216,9 @@ Value fileTime(Interpreter&, Args args)
 Value temporaryName(Interpreter&, Args args)
 {
     const fs::path pattern = argument(args, 0) ? pathOf(args[0]) : fs::path("lisp");
-    const fs::path folder = argument(args, 1) ? pathOf(args[1]) : pattern.has_parent_path() ? pattern.parent_path() : fs::temp_directory_path();
+    const fs::path folder = argument(args, 1)           ? pathOf(args[1])
+                            : pattern.has_parent_path() ? pattern.parent_path()
+                                                        : fs::temp_directory_path();
     const std::string ending = argument(args, 2) ? asText(args[2]) : pattern.extension().string();
     std::error_code failed;
     for (int number = 1; number < 1000; ++number) {
@@ -280,9 +277,6 @@ constexpr Builtin kFiles[] = {
 
 }  // namespace
 
-void defineFiles(Interpreter& lisp)
-{
-    lisp.define(kFiles);
-}
+void defineFiles(Interpreter& lisp) { lisp.define(kFiles); }
 
 }  // namespace vk::lisp

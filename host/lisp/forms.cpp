@@ -16,10 +16,7 @@ const Value& required(const Value& operands)
     return operands.car();
 }
 
-Value quote(Interpreter&, const Value& operands)
-{
-    return required(operands);
-}
+Value quote(Interpreter&, const Value& operands) { return required(operands); }
 
 Value function(Interpreter& lisp, const Value& operands)
 {
@@ -57,10 +54,7 @@ Value lambda(Interpreter& lisp, const Value& operands)
     return lisp.makeFunction("", asList(required(operands)), operands.cdr());
 }
 
-Value progn(Interpreter& lisp, const Value& operands)
-{
-    return lisp.evalSequence(operands);
-}
+Value progn(Interpreter& lisp, const Value& operands) { return lisp.evalSequence(operands); }
 
 Value ifForm(Interpreter& lisp, const Value& operands)
 {
@@ -118,7 +112,7 @@ Value repeat(Interpreter& lisp, const Value& operands)
     return last;
 }
 
-Value foreach(Interpreter& lisp, const Value& operands)
+Value foreach (Interpreter& lisp, const Value& operands)
 {
     const Value& name = required(operands);
     asSymbol(name);
@@ -136,18 +130,14 @@ Value foreach(Interpreter& lisp, const Value& operands)
 }
 
 constexpr Form kForms[] = {
-    {"QUOTE", quote}, {"FUNCTION", function},    {"SETQ", setq},       {"DEFUN", defun},
-    {"LAMBDA", lambda}, {"DEFUN-Q", defunAsList}, {"PROGN", progn},     {"IF", ifForm},
-    {"COND", cond},   {"AND", andForm},          {"OR", orForm},       {"WHILE", whileForm},
-    {"REPEAT", repeat}, {"FOREACH", foreach},
+    {"QUOTE", quote},         {"FUNCTION", function}, {"SETQ", setq},     {"DEFUN", defun},     {"LAMBDA", lambda},
+    {"DEFUN-Q", defunAsList}, {"PROGN", progn},       {"IF", ifForm},     {"COND", cond},       {"AND", andForm},
+    {"OR", orForm},           {"WHILE", whileForm},   {"REPEAT", repeat}, {"FOREACH", foreach},
 };
 
 }  // namespace
 
-void defineForms(Interpreter& lisp)
-{
-    lisp.define(kForms);
-}
+void defineForms(Interpreter& lisp) { lisp.define(kForms); }
 
 void defineLanguage(Interpreter& lisp)
 {

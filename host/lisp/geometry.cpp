@@ -13,10 +13,7 @@ namespace vk::lisp {
 
 namespace {
 
-VcGePoint3d toPoint(const Point& point, bool isFlat)
-{
-    return {point.x, point.y, isFlat ? 0.0 : point.z};
-}
+VcGePoint3d toPoint(const Point& point, bool isFlat) { return {point.x, point.y, isFlat ? 0.0 : point.z}; }
 
 Value angle(Interpreter&, Args args)
 {
@@ -96,9 +93,6 @@ constexpr Builtin kGeometry[] = {
 
 }  // namespace
 
-void defineGeometry(Interpreter& lisp)
-{
-    lisp.define(kGeometry);
-}
+void defineGeometry(Interpreter& lisp) { lisp.define(kGeometry); }
 
 }  // namespace vk::lisp

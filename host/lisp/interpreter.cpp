@@ -61,10 +61,7 @@ private:
     Interpreter& m_lisp;
 };
 
-Interpreter::Interpreter(Surroundings surroundings) : m_surroundings(std::move(surroundings))
-{
-    defineLanguage(*this);
-}
+Interpreter::Interpreter(Surroundings surroundings) : m_surroundings(std::move(surroundings)) { defineLanguage(*this); }
 
 Interpreter::~Interpreter() = default;
 
@@ -141,9 +138,12 @@ Value Interpreter::load(const std::string& name, bool& isFound)
 Value Interpreter::eval(const Value& form)
 {
     switch (form.kind()) {
-    case Kind::symbol: return form.as<SymbolCell>().value;
-    case Kind::cons: return evalCall(form);
-    default: return form;
+    case Kind::symbol:
+        return form.as<SymbolCell>().value;
+    case Kind::cons:
+        return evalCall(form);
+    default:
+        return form;
     }
 }
 
@@ -341,9 +341,6 @@ void Interpreter::define(std::span<const Form> forms)
     }
 }
 
-void Interpreter::undefine(std::string_view name)
-{
-    assign(m_symbols.intern(name), Value());
-}
+void Interpreter::undefine(std::string_view name) { assign(m_symbols.intern(name), Value()); }
 
 }  // namespace vk::lisp

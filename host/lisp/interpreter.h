@@ -13,8 +13,8 @@ namespace vk::lisp {
 struct Outcome {
     enum Status { done, failed, cancelled };
     Status status = done;
-    Value value;          // of the last expression, when done
-    std::string message;  // why not, otherwise
+    Value value;             // of the last expression, when done
+    std::string message;     // why not, otherwise
     bool isHandled = false;  // the program's own *error* took the message
 };
 

@@ -4,10 +4,7 @@
 
 namespace vk::lisp {
 
-std::size_t countCharacters(std::string_view text)
-{
-    return wideLength(text);
-}
+std::size_t countCharacters(std::string_view text) { return wideLength(text); }
 
 std::size_t byteOfCharacter(std::string_view text, std::size_t character)
 {
@@ -29,9 +26,6 @@ std::vector<std::string_view> splitCharacters(std::string_view text)
     return characters;
 }
 
-char32_t firstCharacter(std::string_view text)
-{
-    return text.empty() ? 0 : takeCharacter(text);
-}
+char32_t firstCharacter(std::string_view text) { return text.empty() ? 0 : takeCharacter(text); }
 
 }  // namespace vk::lisp

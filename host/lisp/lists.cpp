@@ -11,15 +11,9 @@ namespace vk::lisp {
 
 namespace {
 
-Value cons(Interpreter&, Args args)
-{
-    return Value::cons(args[0], args[1]);
-}
+Value cons(Interpreter&, Args args) { return Value::cons(args[0], args[1]); }
 
-Value list(Interpreter&, Args args)
-{
-    return listOf(args);
-}
+Value list(Interpreter&, Args args) { return listOf(args); }
 
 Value listWithTail(Interpreter&, Args args)
 {
@@ -58,10 +52,7 @@ Value last(Interpreter&, Args args)
     return rest->car();
 }
 
-Value length(Interpreter&, Args args)
-{
-    return Value::whole(static_cast<double>(itemsOf(args[0]).size()));
-}
+Value length(Interpreter&, Args args) { return Value::whole(static_cast<double>(itemsOf(args[0]).size())); }
 
 Value nth(Interpreter&, Args args)
 {
@@ -122,20 +113,11 @@ Value removeItem(Interpreter& lisp, Args args)
     return kept.take();
 }
 
-Value isAtom(Interpreter& lisp, Args args)
-{
-    return lisp.truth(!args[0].isCons());
-}
+Value isAtom(Interpreter& lisp, Args args) { return lisp.truth(!args[0].isCons()); }
 
-Value isPair(Interpreter& lisp, Args args)
-{
-    return lisp.truth(args[0].isCons());
-}
+Value isPair(Interpreter& lisp, Args args) { return lisp.truth(args[0].isCons()); }
 
-Value isListOrNil(Interpreter& lisp, Args args)
-{
-    return lisp.truth(args[0].isList());
-}
+Value isListOrNil(Interpreter& lisp, Args args) { return lisp.truth(args[0].isList()); }
 
 constexpr Builtin kLists[] = {
     {"CONS", cons, 2, 2},
@@ -170,7 +152,8 @@ void defineWalks(Interpreter& lisp, const std::string& path)
 {
     constexpr std::size_t kLongestPath = 4;
     if (!path.empty())
-        lisp.define("C" + path + "R", [path](Interpreter&, Args args) { return walk(path, args[0]); }, 1, 1);
+        lisp.define(
+            "C" + path + "R", [path](Interpreter&, Args args) { return walk(path, args[0]); }, 1, 1);
     if (path.size() == kLongestPath)
         return;
     defineWalks(lisp, path + 'A');

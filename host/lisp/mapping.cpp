@@ -58,15 +58,9 @@ Value every(Interpreter& lisp, Args args)
     return lisp.truth(holds);
 }
 
-Value apply(Interpreter& lisp, Args args)
-{
-    return lisp.apply(args[0], itemsOf(args[1]));
-}
+Value apply(Interpreter& lisp, Args args) { return lisp.apply(args[0], itemsOf(args[1])); }
 
-Value eval(Interpreter& lisp, Args args)
-{
-    return lisp.eval(args[0]);
-}
+Value eval(Interpreter& lisp, Args args) { return lisp.eval(args[0]); }
 
 bool passes(Interpreter& lisp, const Value& test, const Value& item)
 {
@@ -152,10 +146,7 @@ Value catchAll(Interpreter& lisp, Args args)
     }
 }
 
-Value isFault(Interpreter& lisp, Args args)
-{
-    return lisp.truth(args[0].kind() == Kind::fault);
-}
+Value isFault(Interpreter& lisp, Args args) { return lisp.truth(args[0].kind() == Kind::fault); }
 
 Value faultMessage(Interpreter&, Args args)
 {
@@ -164,10 +155,7 @@ Value faultMessage(Interpreter&, Args args)
     return Value::text(args[0].as<TextCell>().content);
 }
 
-Value quit(Interpreter&, Args)
-{
-    throw LispError("quit / exit abort");
-}
+Value quit(Interpreter&, Args) { throw LispError("quit / exit abort"); }
 
 constexpr Builtin kMapping[] = {
     {"MAPCAR", mapcar, 2, kAnyNumber},
@@ -190,9 +178,6 @@ constexpr Builtin kMapping[] = {
 
 }  // namespace
 
-void defineMapping(Interpreter& lisp)
-{
-    lisp.define(kMapping);
-}
+void defineMapping(Interpreter& lisp) { lisp.define(kMapping); }
 
 }  // namespace vk::lisp

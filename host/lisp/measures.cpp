@@ -13,8 +13,10 @@ namespace {
 
 using Powers = std::array<int, 5>;
 
-constexpr Powers kNone{}, kLength{1}, kArea{2}, kVolume{3}, kMass{0, 1}, kTime{0, 0, 1}, kTemperature{0, 0, 0, 1}, kAngle{0, 0, 0, 0, 1};
-constexpr Powers kForce{1, 1, -2}, kPressure{-1, 1, -2}, kEnergy{2, 1, -2}, kPower{2, 1, -3}, kSpeed{1, 0, -1}, kFrequency{0, 0, -1};
+constexpr Powers kNone{}, kLength{1}, kArea{2}, kVolume{3}, kMass{0, 1}, kTime{0, 0, 1}, kTemperature{0, 0, 0, 1},
+    kAngle{0, 0, 0, 0, 1};
+constexpr Powers kForce{1, 1, -2}, kPressure{-1, 1, -2}, kEnergy{2, 1, -2}, kPower{2, 1, -3}, kSpeed{1, 0, -1},
+    kFrequency{0, 0, -1};
 
 constexpr double kInch = 0.0254, kFoot = 0.3048, kMile = 1609.344, kPound = 0.45359237, kGravity = 9.80665;
 
@@ -50,16 +52,16 @@ constexpr Row kUnits[] = {
     {"parsec", kLength, 3.0856775814913673e16},
     {"are", kArea, 100},
     {"hectare ha", kArea, 1e4},
-    {"acre", kArea, 43560 * kFoot * kFoot},
+    {"acre", kArea, 43560 * kFoot* kFoot},
     {"liter+ litre+ l", kVolume, 1e-3},
-    {"gallon gal", kVolume, 231 * kInch * kInch * kInch},
-    {"quart qt", kVolume, 57.75 * kInch * kInch * kInch},
-    {"pint", kVolume, 28.875 * kInch * kInch * kInch},
-    {"cup", kVolume, 14.4375 * kInch * kInch * kInch},
-    {"fluid_ounce fl_oz", kVolume, 1.8046875 * kInch * kInch * kInch},
-    {"barrel bbl", kVolume, 42 * 231 * kInch * kInch * kInch},
-    {"bushel", kVolume, 2150.42 * kInch * kInch * kInch},
-    {"board_foot board_feet fbm", kVolume, 144 * kInch * kInch * kInch},
+    {"gallon gal", kVolume, 231 * kInch* kInch* kInch},
+    {"quart qt", kVolume, 57.75 * kInch* kInch* kInch},
+    {"pint", kVolume, 28.875 * kInch* kInch* kInch},
+    {"cup", kVolume, 14.4375 * kInch* kInch* kInch},
+    {"fluid_ounce fl_oz", kVolume, 1.8046875 * kInch* kInch* kInch},
+    {"barrel bbl", kVolume, 42 * 231 * kInch* kInch* kInch},
+    {"bushel", kVolume, 2150.42 * kInch* kInch* kInch},
+    {"board_foot board_feet fbm", kVolume, 144 * kInch* kInch* kInch},
     {"gram+ g kg", kMass, 1e-3},
     {"pound lb lbm", kMass, kPound},
     {"ounce oz", kMass, kPound / 16},
@@ -68,7 +70,7 @@ constexpr Row kUnits[] = {
     {"ton short_ton", kMass, 2000 * kPound},
     {"long_ton", kMass, 2240 * kPound},
     {"tonne metric_ton", kMass, 1000},
-    {"slug", kMass, kPound * kGravity / kFoot},
+    {"slug", kMass, kPound* kGravity / kFoot},
     {"carat", kMass, 2e-4},
     {"second+ sec s", kTime, 1},
     {"minute min", kTime, 60},
@@ -88,13 +90,13 @@ constexpr Row kUnits[] = {
     {"quadrant", kAngle, M_PI / 2},
     {"newton+ n", kForce, 1},
     {"dyne", kForce, 1e-5},
-    {"pound_force lbf", kForce, kPound * kGravity},
+    {"pound_force lbf", kForce, kPound* kGravity},
     {"kilogram_force kgf kilopond", kForce, kGravity},
-    {"kip", kForce, 1000 * kPound * kGravity},
+    {"kip", kForce, 1000 * kPound* kGravity},
     {"pascal+ pa", kPressure, 1},
     {"bar+", kPressure, 1e5},
     {"atmosphere atm", kPressure, 101325},
-    {"psi", kPressure, kPound * kGravity / (kInch * kInch)},
+    {"psi", kPressure, kPound* kGravity / (kInch * kInch)},
     {"torr mmhg", kPressure, 101325.0 / 760},
     {"joule+ j", kEnergy, 1},
     {"erg", kEnergy, 1e-7},
@@ -102,7 +104,7 @@ constexpr Row kUnits[] = {
     {"btu", kEnergy, 1055.05585262},
     {"kilowatt_hour kwh", kEnergy, 3.6e6},
     {"watt+ w", kPower, 1},
-    {"horsepower hp", kPower, 550 * kFoot * kPound * kGravity},
+    {"horsepower hp", kPower, 550 * kFoot* kPound* kGravity},
     {"knot", kSpeed, 1852.0 / 3600},
     {"mph", kSpeed, kMile / 3600},
     {"hertz+ hz", kFrequency, 1},
@@ -114,8 +116,9 @@ constexpr struct {
     const char* name;
     const char* letter;
     double factor;
-} kPrefixes[] = {{"pico", "p", 1e-12}, {"nano", "n", 1e-9}, {"micro", "u", 1e-6}, {"milli", "m", 1e-3}, {"centi", "c", 1e-2}, {"deci", "d", 1e-1},
-                 {"deka", "da", 1e1}, {"hecto", "h", 1e2}, {"kilo", "k", 1e3}, {"mega", "", 1e6}, {"giga", "", 1e9}, {"tera", "", 1e12}};
+} kPrefixes[] = {{"pico", "p", 1e-12}, {"nano", "n", 1e-9}, {"micro", "u", 1e-6}, {"milli", "m", 1e-3},
+                 {"centi", "c", 1e-2}, {"deci", "d", 1e-1}, {"deka", "da", 1e1},  {"hecto", "h", 1e2},
+                 {"kilo", "k", 1e3},   {"mega", "", 1e6},   {"giga", "", 1e9},    {"tera", "", 1e12}};
 
 using Names = std::unordered_map<std::string, Measure>;
 
@@ -185,7 +188,8 @@ std::optional<Measure> factor(std::string text)
     }
     static constexpr std::pair<std::string_view, int> kWords[] = {{"square", 2}, {"sq", 2}, {"cubic", 3}, {"cu", 3}};
     for (const auto& [word, wordPower] : kWords)
-        if (text.size() > word.size() + 1 && text.starts_with(word) && (text[word.size()] == ' ' || text[word.size()] == '_' || text[word.size()] == '.')) {
+        if (text.size() > word.size() + 1 && text.starts_with(word) &&
+            (text[word.size()] == ' ' || text[word.size()] == '_' || text[word.size()] == '.')) {
             power *= wordPower;
             text = trimBlanks(std::string_view(text).substr(word.size() + 1));
             break;

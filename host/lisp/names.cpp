@@ -63,7 +63,9 @@ Value ssnamex(Interpreter&, Args args)
 Value atomsFamily(Interpreter& lisp, Args args)
 {
     const bool asSymbols = asInteger(args[0]) == 0;
-    const auto shown = [&](const std::string& name) { return asSymbols ? lisp.symbols().intern(name) : Value::text(name); };
+    const auto shown = [&](const std::string& name) {
+        return asSymbols ? lisp.symbols().intern(name) : Value::text(name);
+    };
     ListBuilder list;
     if (!argument(args, 1)) {
         for (const std::string& name : lisp.functionNames(""))
@@ -146,9 +148,6 @@ constexpr Builtin kNames[] = {
 
 }  // namespace
 
-void defineNames(Interpreter& lisp)
-{
-    lisp.define(kNames);
-}
+void defineNames(Interpreter& lisp) { lisp.define(kNames); }
 
 }  // namespace vk::lisp

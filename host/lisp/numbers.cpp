@@ -33,15 +33,9 @@ Value fold(Args args, Operation operation)
     return result;
 }
 
-Value add(Interpreter&, Args args)
-{
-    return fold(args, std::plus<double>());
-}
+Value add(Interpreter&, Args args) { return fold(args, std::plus<double>()); }
 
-Value multiply(Interpreter&, Args args)
-{
-    return fold(args, std::multiplies<double>());
-}
+Value multiply(Interpreter&, Args args) { return fold(args, std::multiplies<double>()); }
 
 Value subtract(Interpreter&, Args args)
 {
@@ -54,9 +48,8 @@ Value quotient(const Value& a, const Value& b)
 {
     if (asNumber(b) == 0)
         throw LispError("divide by zero");
-    return combine(a, b, [&](double x, double y) {
-        return a.isInteger() && b.isInteger() ? std::trunc(x / y) : x / y;
-    });
+    return combine(a, b,
+                   [&](double x, double y) { return a.isInteger() && b.isInteger() ? std::trunc(x / y) : x / y; });
 }
 
 Value remainder(const Value& a, const Value& b)
@@ -78,15 +71,9 @@ Value chain(Interpreter&, Args args)
     return result;
 }
 
-Value addOne(Interpreter&, Args args)
-{
-    return combine(args[0], Value::integer(1), std::plus<double>());
-}
+Value addOne(Interpreter&, Args args) { return combine(args[0], Value::integer(1), std::plus<double>()); }
 
-Value subtractOne(Interpreter&, Args args)
-{
-    return combine(args[0], Value::integer(1), std::minus<double>());
-}
+Value subtractOne(Interpreter&, Args args) { return combine(args[0], Value::integer(1), std::minus<double>()); }
 
 Value absolute(Interpreter&, Args args)
 {
@@ -104,15 +91,9 @@ Value smallest(Interpreter&, Args args)
     return fold(args, [](double a, double b) { return std::min(a, b); });
 }
 
-Value fix(Interpreter&, Args args)
-{
-    return Value::whole(std::trunc(asNumber(args[0])));
-}
+Value fix(Interpreter&, Args args) { return Value::whole(std::trunc(asNumber(args[0]))); }
 
-Value toReal(Interpreter&, Args args)
-{
-    return Value::real(asNumber(args[0]));
-}
+Value toReal(Interpreter&, Args args) { return Value::real(asNumber(args[0])); }
 
 double defined(double result, const Value& argument)
 {
@@ -121,10 +102,7 @@ double defined(double result, const Value& argument)
     return result;
 }
 
-Value squareRoot(Interpreter&, Args args)
-{
-    return Value::real(defined(std::sqrt(asNumber(args[0])), args[0]));
-}
+Value squareRoot(Interpreter&, Args args) { return Value::real(defined(std::sqrt(asNumber(args[0])), args[0])); }
 
 Value logarithm(Interpreter&, Args args)
 {
@@ -141,20 +119,11 @@ Value power(Interpreter&, Args args)
     return args[0].isInteger() && args[1].isInteger() ? Value::whole(result) : Value::real(result);
 }
 
-Value exponential(Interpreter&, Args args)
-{
-    return Value::real(std::exp(asNumber(args[0])));
-}
+Value exponential(Interpreter&, Args args) { return Value::real(std::exp(asNumber(args[0]))); }
 
-Value sine(Interpreter&, Args args)
-{
-    return Value::real(std::sin(asNumber(args[0])));
-}
+Value sine(Interpreter&, Args args) { return Value::real(std::sin(asNumber(args[0]))); }
 
-Value cosine(Interpreter&, Args args)
-{
-    return Value::real(std::cos(asNumber(args[0])));
-}
+Value cosine(Interpreter&, Args args) { return Value::real(std::cos(asNumber(args[0]))); }
 
 Value arcTangent(Interpreter&, Args args)
 {
@@ -170,15 +139,9 @@ Value greatestDivisor(Interpreter&, Args args)
     return Value::whole(static_cast<double>(divisor));
 }
 
-std::uint32_t bits(const Value& value)
-{
-    return static_cast<std::uint32_t>(asInteger(value));
-}
+std::uint32_t bits(const Value& value) { return static_cast<std::uint32_t>(asInteger(value)); }
 
-Value fromBits(std::uint32_t pattern)
-{
-    return Value::integer(static_cast<std::int32_t>(pattern));
-}
+Value fromBits(std::uint32_t pattern) { return Value::integer(static_cast<std::int32_t>(pattern)); }
 
 Value bitAnd(Interpreter&, Args args)
 {
@@ -196,10 +159,7 @@ Value bitOr(Interpreter&, Args args)
     return fromBits(pattern);
 }
 
-Value bitNot(Interpreter&, Args args)
-{
-    return fromBits(~bits(args[0]));
-}
+Value bitNot(Interpreter&, Args args) { return fromBits(~bits(args[0])); }
 
 Value bitShift(Interpreter&, Args args)
 {
@@ -222,15 +182,9 @@ Value boole(Interpreter&, Args args)
     return fromBits(a);
 }
 
-Value isNegative(Interpreter& lisp, Args args)
-{
-    return lisp.truth(asNumber(args[0]) < 0);
-}
+Value isNegative(Interpreter& lisp, Args args) { return lisp.truth(asNumber(args[0]) < 0); }
 
-Value isZero(Interpreter& lisp, Args args)
-{
-    return lisp.truth(asNumber(args[0]) == 0);
-}
+Value isZero(Interpreter& lisp, Args args) { return lisp.truth(asNumber(args[0]) == 0); }
 
 Value isInfinite(Interpreter& lisp, Args args) { return lisp.truth(args[0].isReal() && std::isinf(args[0].real())); }
 Value isNoNumber(Interpreter& lisp, Args args) { return lisp.truth(args[0].isReal() && std::isnan(args[0].real())); }
@@ -269,9 +223,6 @@ constexpr Builtin kNumbers[] = {
 
 }  // namespace
 
-void defineNumbers(Interpreter& lisp)
-{
-    lisp.define(kNumbers);
-}
+void defineNumbers(Interpreter& lisp) { lisp.define(kNumbers); }
 
 }  // namespace vk::lisp

@@ -23,20 +23,11 @@ Value show(Interpreter& lisp, Args args, PrintStyle style, const char* before, c
     return args[0];
 }
 
-Value princ(Interpreter& lisp, Args args)
-{
-    return show(lisp, args, PrintStyle::plain, "", "");
-}
+Value princ(Interpreter& lisp, Args args) { return show(lisp, args, PrintStyle::plain, "", ""); }
 
-Value prin1(Interpreter& lisp, Args args)
-{
-    return show(lisp, args, PrintStyle::readable, "", "");
-}
+Value prin1(Interpreter& lisp, Args args) { return show(lisp, args, PrintStyle::readable, "", ""); }
 
-Value printLine(Interpreter& lisp, Args args)
-{
-    return show(lisp, args, PrintStyle::readable, "\n", " ");
-}
+Value printLine(Interpreter& lisp, Args args) { return show(lisp, args, PrintStyle::readable, "\n", " "); }
 
 Value prompt(Interpreter& lisp, Args args)
 {
@@ -63,28 +54,16 @@ Value load(Interpreter& lisp, Args args)
 }
 
 // Programs switch between a text and a drawing screen; here both can always be seen.
-Value stayOnScreen(Interpreter&, Args)
-{
-    return Value();
-}
+Value stayOnScreen(Interpreter&, Args) { return Value(); }
 
 constexpr Builtin kOutput[] = {
-    {"PRINC", princ, 0, 2},
-    {"PRIN1", prin1, 0, 2},
-    {"PRINT", printLine, 0, 2},
-    {"PROMPT", prompt, 1, 1},
-    {"TERPRI", newLine, 0, 0},
-    {"LOAD", load, 1, 2},
-    {"TEXTSCR", stayOnScreen, 0, 0},
-    {"TEXTPAGE", stayOnScreen, 0, 0},
-    {"GRAPHSCR", stayOnScreen, 0, 0},
+    {"PRINC", princ, 0, 2},          {"PRIN1", prin1, 0, 2},           {"PRINT", printLine, 0, 2},
+    {"PROMPT", prompt, 1, 1},        {"TERPRI", newLine, 0, 0},        {"LOAD", load, 1, 2},
+    {"TEXTSCR", stayOnScreen, 0, 0}, {"TEXTPAGE", stayOnScreen, 0, 0}, {"GRAPHSCR", stayOnScreen, 0, 0},
 };
 
 }  // namespace
 
-void defineOutput(Interpreter& lisp)
-{
-    lisp.define(kOutput);
-}
+void defineOutput(Interpreter& lisp) { lisp.define(kOutput); }
 
 }  // namespace vk::lisp

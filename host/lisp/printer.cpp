@@ -25,13 +25,26 @@ std::string printReal(double number)
 void appendEscaped(std::string& out, char c)
 {
     switch (c) {
-    case '"': out += "\\\""; return;
-    case '\\': out += "\\\\"; return;
-    case '\n': out += "\\n"; return;
-    case '\t': out += "\\t"; return;
-    case '\r': out += "\\r"; return;
-    case '\x1b': out += "\\e"; return;
-    default: break;
+    case '"':
+        out += "\\\"";
+        return;
+    case '\\':
+        out += "\\\\";
+        return;
+    case '\n':
+        out += "\\n";
+        return;
+    case '\t':
+        out += "\\t";
+        return;
+    case '\r':
+        out += "\\r";
+        return;
+    case '\x1b':
+        out += "\\e";
+        return;
+    default:
+        break;
     }
     if (static_cast<unsigned char>(c) < ' ')
         out += fmt::format("\\{:03o}", static_cast<unsigned>(c));
@@ -58,18 +71,29 @@ std::string printName(const char* what, const Value& value)
 std::string printAtom(const Value& value, PrintStyle style)
 {
     switch (value.kind()) {
-    case Kind::integer: return std::to_string(value.integer());
-    case Kind::real: return printReal(value.real());
-    case Kind::text: return style == PrintStyle::plain ? value.text() : quoted(value.text());
-    case Kind::symbol: return value.as<SymbolCell>().name;
-    case Kind::builtin: return "#<SUBR " + value.as<BuiltinCell>().name + ">";
-    case Kind::function: return "#<USUBR " + value.as<FunctionCell>().name + ">";
-    case Kind::entity: return printName("Entity name", value);
-    case Kind::selection: return printName("Selection set", value);
-    case Kind::file: return fmt::format("#<file \"{}\">", value.as<FileCell>().path());
-    case Kind::fault: return "#<ERROR " + value.as<TextCell>().content + ">";
+    case Kind::integer:
+        return std::to_string(value.integer());
+    case Kind::real:
+        return printReal(value.real());
+    case Kind::text:
+        return style == PrintStyle::plain ? value.text() : quoted(value.text());
+    case Kind::symbol:
+        return value.as<SymbolCell>().name;
+    case Kind::builtin:
+        return "#<SUBR " + value.as<BuiltinCell>().name + ">";
+    case Kind::function:
+        return "#<USUBR " + value.as<FunctionCell>().name + ">";
+    case Kind::entity:
+        return printName("Entity name", value);
+    case Kind::selection:
+        return printName("Selection set", value);
+    case Kind::file:
+        return fmt::format("#<file \"{}\">", value.as<FileCell>().path());
+    case Kind::fault:
+        return "#<ERROR " + value.as<TextCell>().content + ">";
     case Kind::nil:
-    case Kind::cons: break;
+    case Kind::cons:
+        break;
     }
     return "nil";
 }

@@ -25,10 +25,7 @@ std::string currentProfile()
     return name;
 }
 
-std::string keyOfGroup(const Value& group)
-{
-    return profileGroupKey(currentProfile(), asText(group));
-}
+std::string keyOfGroup(const Value& group) { return profileGroupKey(currentProfile(), asText(group)); }
 
 Value profileRead(Interpreter&, Args args)
 {
@@ -36,18 +33,23 @@ Value profileRead(Interpreter&, Args args)
     if (!setting)
         return Value();
     switch (setting->kind) {
-    case SettingValue::Kind::Text: return Value::text(setting->text);
-    case SettingValue::Kind::Number: return Value::integer(static_cast<std::int32_t>(setting->number));
-    case SettingValue::Kind::LongNumber: return Value::whole(static_cast<double>(setting->number));
-    case SettingValue::Kind::Bytes: break;
+    case SettingValue::Kind::Text:
+        return Value::text(setting->text);
+    case SettingValue::Kind::Number:
+        return Value::integer(static_cast<std::int32_t>(setting->number));
+    case SettingValue::Kind::LongNumber:
+        return Value::whole(static_cast<double>(setting->number));
+    case SettingValue::Kind::Bytes:
+        break;
     }
     throw LispError("neither a number nor a text: " + print(args[1]));
 }
 
 Value profileWrite(Interpreter&, Args args)
 {
-    const SettingValue setting = args[2].isInteger() ? SettingValue::ofNumber(static_cast<std::uint32_t>(args[2].integer()))
-                                                     : SettingValue::ofText(asText(args[2]));
+    const SettingValue setting = args[2].isInteger()
+                                     ? SettingValue::ofNumber(static_cast<std::uint32_t>(args[2].integer()))
+                                     : SettingValue::ofText(asText(args[2]));
     if (!userSettings().write(keyOfGroup(args[0]), asText(args[1]), setting))
         throw LispError("the settings could not be saved: " + userSettings().lastError());
     return args[2];
@@ -60,9 +62,6 @@ constexpr Builtin kProfile[] = {
 
 }  // namespace
 
-void defineProfile(Interpreter& lisp)
-{
-    lisp.define(kProfile);
-}
+void defineProfile(Interpreter& lisp) { lisp.define(kProfile); }
 
 }  // namespace vk::lisp

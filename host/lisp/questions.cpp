@@ -213,9 +213,6 @@ constexpr Builtin kQuestions[] = {
 
 }  // namespace
 
-void defineQuestions(Interpreter& lisp)
-{
-    lisp.define(kQuestions);
-}
+void defineQuestions(Interpreter& lisp) { lisp.define(kQuestions); }
 
 }  // namespace vk::lisp

@@ -11,20 +11,11 @@ namespace vk::lisp {
 
 namespace {
 
-bool isBlank(char c)
-{
-    return static_cast<unsigned char>(c) <= ' ';
-}
+bool isBlank(char c) { return static_cast<unsigned char>(c) <= ' '; }
 
-bool endsAtom(char c)
-{
-    return isBlank(c) || c == '(' || c == ')' || c == '"' || c == '\'' || c == ';';
-}
+bool endsAtom(char c) { return isBlank(c) || c == '(' || c == ')' || c == '"' || c == '\'' || c == ';'; }
 
-bool isDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 // Digits with at most one point and an exponent; keeps "1+", "-" and "inf" for symbols.
 bool looksLikeNumber(std::string_view token)
@@ -219,11 +210,21 @@ void Reader::readEscape(std::string& out)
         return readHex(out);
     ++m_at;
     switch (c) {
-    case 'n': out += '\n'; return;
-    case 't': out += '\t'; return;
-    case 'r': out += '\r'; return;
-    case 'e': out += '\x1b'; return;
-    default: out += c; return;
+    case 'n':
+        out += '\n';
+        return;
+    case 't':
+        out += '\t';
+        return;
+    case 'r':
+        out += '\r';
+        return;
+    case 'e':
+        out += '\x1b';
+        return;
+    default:
+        out += c;
+        return;
     }
 }
 

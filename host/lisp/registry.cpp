@@ -22,9 +22,12 @@ std::string nameOf(const Value& name) { return name ? asText(name) : std::string
 Value asValue(const SettingValue& setting)
 {
     switch (setting.kind) {
-    case SettingValue::Kind::Number: return Value::integer(static_cast<std::int32_t>(setting.number));
-    case SettingValue::Kind::LongNumber: return Value::whole(static_cast<double>(setting.number));
-    default: return Value::text(setting.text);
+    case SettingValue::Kind::Number:
+        return Value::integer(static_cast<std::int32_t>(setting.number));
+    case SettingValue::Kind::LongNumber:
+        return Value::whole(static_cast<double>(setting.number));
+    default:
+        return Value::text(setting.text);
     }
 }
 
@@ -43,7 +46,8 @@ Value writeRegistry(Interpreter&, Args args)
     if (!data)
         done = userSettings().createKey(key);
     else if (data.isInteger())
-        done = userSettings().write(key, nameOf(argument(args, 1)), SettingValue::ofNumber(static_cast<std::uint32_t>(data.integer())));
+        done = userSettings().write(key, nameOf(argument(args, 1)),
+                                    SettingValue::ofNumber(static_cast<std::uint32_t>(data.integer())));
     else
         done = userSettings().write(key, nameOf(argument(args, 1)), SettingValue::ofText(asText(data)));
     if (!done)
@@ -54,7 +58,8 @@ Value writeRegistry(Interpreter&, Args args)
 Value deleteRegistry(Interpreter& lisp, Args args)
 {
     const Value& name = argument(args, 1);
-    return lisp.truth(name ? userSettings().remove(keyOf(args[0]), asText(name)) : userSettings().removeKey(keyOf(args[0])));
+    return lisp.truth(name ? userSettings().remove(keyOf(args[0]), asText(name))
+                           : userSettings().removeKey(keyOf(args[0])));
 }
 
 // The keys below one, or with a second argument the names of its values.
@@ -124,9 +129,6 @@ constexpr Builtin kRegistry[] = {
 
 }  // namespace
 
-void defineRegistry(Interpreter& lisp)
-{
-    lisp.define(kRegistry);
-}
+void defineRegistry(Interpreter& lisp) { lisp.define(kRegistry); }
 
 }  // namespace vk::lisp

@@ -33,7 +33,9 @@ public:
 
     int run(vds_name setOut) const
     {
-        const void* first = m_polygon ? static_cast<const void*>(m_polygon.get()) : m_pointCount > 0 ? m_points[0] : nullptr;
+        const void* first = m_polygon          ? static_cast<const void*>(m_polygon.get())
+                            : m_pointCount > 0 ? m_points[0]
+                                               : nullptr;
         const void* second = m_pointCount > 1 ? m_points[1] : nullptr;
         return vcedSSGet(m_hasMode ? m_mode.c_str() : nullptr, first, second, m_filter.get(), setOut);
     }
@@ -90,10 +92,7 @@ private:
     RbPtr m_filter;
 };
 
-Value setIf(int status, const Name& set)
-{
-    return succeeded(status) ? selectionValue(set, Ownership::Owned) : Value();
-}
+Value setIf(int status, const Name& set) { return succeeded(status) ? selectionValue(set, Ownership::Owned) : Value(); }
 
 Value ssget(Interpreter&, Args args)
 {
@@ -162,21 +161,13 @@ Value ssgetfirst(Interpreter&, Args)
 }
 
 constexpr Builtin kSelections[] = {
-    {"SSGET", ssget, 0, 4},
-    {"SSADD", ssadd, 0, 2},
-    {"SSDEL", ssdel, 2, 2},
-    {"SSLENGTH", sslength, 1, 1},
-    {"SSNAME", ssname, 2, 2},
-    {"SSMEMB", ssmemb, 2, 2},
-    {"SSSETFIRST", sssetfirst, 1, 2},
-    {"SSGETFIRST", ssgetfirst, 0, 0},
+    {"SSGET", ssget, 0, 4},           {"SSADD", ssadd, 0, 2},           {"SSDEL", ssdel, 2, 2},
+    {"SSLENGTH", sslength, 1, 1},     {"SSNAME", ssname, 2, 2},         {"SSMEMB", ssmemb, 2, 2},
+    {"SSSETFIRST", sssetfirst, 1, 2}, {"SSGETFIRST", ssgetfirst, 0, 0},
 };
 
 }  // namespace
 
-void defineSelections(Interpreter& lisp)
-{
-    lisp.define(kSelections);
-}
+void defineSelections(Interpreter& lisp) { lisp.define(kSelections); }
 
 }  // namespace vk::lisp

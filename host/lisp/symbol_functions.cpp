@@ -11,26 +11,34 @@ namespace {
 const char* typeName(const Value& value)
 {
     switch (value.kind()) {
-    case Kind::integer: return "INT";
-    case Kind::real: return "REAL";
-    case Kind::text: return "STR";
-    case Kind::symbol: return "SYM";
-    case Kind::builtin: return "SUBR";
-    case Kind::function: return "USUBR";
-    case Kind::entity: return "ENAME";
-    case Kind::selection: return "PICKSET";
-    case Kind::file: return "FILE";
-    case Kind::fault: return "ERROR";
+    case Kind::integer:
+        return "INT";
+    case Kind::real:
+        return "REAL";
+    case Kind::text:
+        return "STR";
+    case Kind::symbol:
+        return "SYM";
+    case Kind::builtin:
+        return "SUBR";
+    case Kind::function:
+        return "USUBR";
+    case Kind::entity:
+        return "ENAME";
+    case Kind::selection:
+        return "PICKSET";
+    case Kind::file:
+        return "FILE";
+    case Kind::fault:
+        return "ERROR";
     case Kind::nil:
-    case Kind::cons: break;
+    case Kind::cons:
+        break;
     }
     return "LIST";
 }
 
-Value type(Interpreter& lisp, Args args)
-{
-    return args[0] ? lisp.symbols().intern(typeName(args[0])) : Value();
-}
+Value type(Interpreter& lisp, Args args) { return args[0] ? lisp.symbols().intern(typeName(args[0])) : Value(); }
 
 Value set(Interpreter& lisp, Args args)
 {
@@ -38,36 +46,18 @@ Value set(Interpreter& lisp, Args args)
     return args[1];
 }
 
-Value isBound(Interpreter& lisp, Args args)
-{
-    return lisp.truth(args[0].isSymbol() && args[0].as<SymbolCell>().value);
-}
+Value isBound(Interpreter& lisp, Args args) { return lisp.truth(args[0].isSymbol() && args[0].as<SymbolCell>().value); }
 
-Value isNumber(Interpreter& lisp, Args args)
-{
-    return lisp.truth(args[0].isNumber());
-}
+Value isNumber(Interpreter& lisp, Args args) { return lisp.truth(args[0].isNumber()); }
 
-Value isSymbol(Interpreter& lisp, Args args)
-{
-    return lisp.truth(args[0].isSymbol());
-}
+Value isSymbol(Interpreter& lisp, Args args) { return lisp.truth(args[0].isSymbol()); }
 
-Value symbolName(Interpreter&, Args args)
-{
-    return Value::text(asSymbol(args[0]).name);
-}
+Value symbolName(Interpreter&, Args args) { return Value::text(asSymbol(args[0]).name); }
 
-Value symbolValue(Interpreter&, Args args)
-{
-    return asSymbol(args[0]).value;
-}
+Value symbolValue(Interpreter&, Args args) { return asSymbol(args[0]).value; }
 
 // The extensions that programs ask for are always there.
-Value loadExtensions(Interpreter& lisp, Args)
-{
-    return lisp.symbols().silence();
-}
+Value loadExtensions(Interpreter& lisp, Args) { return lisp.symbols().silence(); }
 
 constexpr Builtin kSymbols[] = {
     {"TYPE", type, 1, 1},
@@ -82,9 +72,6 @@ constexpr Builtin kSymbols[] = {
 
 }  // namespace
 
-void defineSymbols(Interpreter& lisp)
-{
-    lisp.define(kSymbols);
-}
+void defineSymbols(Interpreter& lisp) { lisp.define(kSymbols); }
 
 }  // namespace vk::lisp

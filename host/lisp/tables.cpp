@@ -107,22 +107,13 @@ Value dictrename(Interpreter&, Args args)
 }
 
 constexpr Builtin kTables[] = {
-    {"TBLSEARCH", tblsearch, 2, 3},
-    {"TBLNEXT", tblnext, 1, 2},
-    {"TBLOBJNAME", tblobjname, 2, 2},
-    {"DICTSEARCH", dictsearch, 2, 3},
-    {"DICTNEXT", dictnext, 1, 2},
-    {"DICTADD", dictadd, 3, 3},
-    {"DICTREMOVE", dictremove, 2, 2},
-    {"DICTRENAME", dictrename, 3, 3},
-    {"NAMEDOBJDICT", namedobjdict, 0, 0},
+    {"TBLSEARCH", tblsearch, 2, 3},   {"TBLNEXT", tblnext, 1, 2},       {"TBLOBJNAME", tblobjname, 2, 2},
+    {"DICTSEARCH", dictsearch, 2, 3}, {"DICTNEXT", dictnext, 1, 2},     {"DICTADD", dictadd, 3, 3},
+    {"DICTREMOVE", dictremove, 2, 2}, {"DICTRENAME", dictrename, 3, 3}, {"NAMEDOBJDICT", namedobjdict, 0, 0},
 };
 
 }  // namespace
 
-void defineTables(Interpreter& lisp)
-{
-    lisp.define(kTables);
-}
+void defineTables(Interpreter& lisp) { lisp.define(kTables); }
 
 }  // namespace vk::lisp

@@ -19,10 +19,7 @@ std::size_t lengthOfCharacter(unsigned char first)
     return first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : first >= 0xC0 ? 2 : 1;
 }
 
-std::string asUtf8(std::string bytes)
-{
-    return isValidUtf8(bytes) ? bytes : CodePage::host().toUtf8(bytes);
-}
+std::string asUtf8(std::string bytes) { return isValidUtf8(bytes) ? bytes : CodePage::host().toUtf8(bytes); }
 
 }  // namespace
 
@@ -75,7 +72,7 @@ std::optional<char32_t> FileCell::readCharacter()
     std::string bytes(1, static_cast<char>(first));
     while (bytes.size() < lengthOfCharacter(static_cast<unsigned char>(first))) {
         const int next = std::getc(file);
-        if ((next & 0xC0) != 0x80) { // not UTF-8 after all
+        if ((next & 0xC0) != 0x80) {  // not UTF-8 after all
             std::ungetc(next, file);
             break;
         }

@@ -17,7 +17,7 @@ public:
     const std::string& path() const { return m_path; }
 
     // These throw LispError when the file is closed, or the disk does not do its part.
-    std::optional<std::string> readLine(); // UTF-8, without its end; nothing at the end of the file
+    std::optional<std::string> readLine();  // UTF-8, without its end; nothing at the end of the file
     std::optional<char32_t> readCharacter();
     void write(std::string_view utf8);
     void close();

@@ -79,10 +79,7 @@ Value changeCase(Interpreter&, Args args)
     return Value::text(argument(args, 1) ? toLower(text) : toUpper(text));
 }
 
-Value codeOfFirst(Interpreter&, Args args)
-{
-    return Value::whole(firstCharacter(asText(args[0])));
-}
+Value codeOfFirst(Interpreter&, Args args) { return Value::whole(firstCharacter(asText(args[0]))); }
 
 std::string character(const Value& code)
 {
@@ -93,10 +90,7 @@ std::string character(const Value& code)
     return text;
 }
 
-Value characterOfCode(Interpreter&, Args args)
-{
-    return Value::text(character(args[0]));
-}
+Value characterOfCode(Interpreter&, Args args) { return Value::text(character(args[0])); }
 
 Value textToInteger(Interpreter&, Args args)
 {
@@ -110,10 +104,7 @@ Value textToReal(Interpreter&, Args args)
     return Value::real(std::isfinite(number) ? number : 0.0);
 }
 
-Value integerToText(Interpreter&, Args args)
-{
-    return Value::text(std::to_string(asInteger(args[0])));
-}
+Value integerToText(Interpreter&, Args args) { return Value::text(std::to_string(asInteger(args[0]))); }
 
 Value read(Interpreter& lisp, Args args)
 {
@@ -246,9 +237,6 @@ constexpr Builtin kTexts[] = {
 
 }  // namespace
 
-void defineTexts(Interpreter& lisp)
-{
-    lisp.define(kTexts);
-}
+void defineTexts(Interpreter& lisp) { lisp.define(kTexts); }
 
 }  // namespace vk::lisp

@@ -16,10 +16,7 @@ namespace {
 constexpr std::size_t kUnitTextLength = 133;
 constexpr int kFromDrawing = -1;
 
-int asIntegerOr(const Value& value, int otherwise)
-{
-    return value ? asInteger(value) : otherwise;
-}
+int asIntegerOr(const Value& value, int otherwise) { return value ? asInteger(value) : otherwise; }
 
 template <int (*write)(double, int, int, wchar_t*)>
 Value numberToText(Interpreter&, Args args)
@@ -70,9 +67,6 @@ constexpr Builtin kUnits[] = {
 
 }  // namespace
 
-void defineUnits(Interpreter& lisp)
-{
-    lisp.define(kUnits);
-}
+void defineUnits(Interpreter& lisp) { lisp.define(kUnits); }
 
 }  // namespace vk::lisp

@@ -61,10 +61,7 @@ TextCell::TextCell(std::string text) : content(std::move(text))
     claim(content.size());
 }
 
-TextCell::~TextCell()
-{
-    liveBytes -= content.size();
-}
+TextCell::~TextCell() { liveBytes -= content.size(); }
 
 Value Value::integer(std::int32_t number)
 {
@@ -100,35 +97,17 @@ Value Value::cell(Kind kind, Cell* cell)
     return v;
 }
 
-Value Value::text(std::string text)
-{
-    return cell(Kind::text, new TextCell(std::move(text)));
-}
+Value Value::text(std::string text) { return cell(Kind::text, new TextCell(std::move(text))); }
 
-Value Value::cons(Value car, Value cdr)
-{
-    return cell(Kind::cons, new ConsCell(std::move(car), std::move(cdr)));
-}
+Value Value::cons(Value car, Value cdr) { return cell(Kind::cons, new ConsCell(std::move(car), std::move(cdr))); }
 
-Value Value::fault(std::string message)
-{
-    return cell(Kind::fault, new TextCell(std::move(message)));
-}
+Value Value::fault(std::string message) { return cell(Kind::fault, new TextCell(std::move(message))); }
 
-const std::string& Value::text() const
-{
-    return as<TextCell>().content;
-}
+const std::string& Value::text() const { return as<TextCell>().content; }
 
-const Value& Value::car() const
-{
-    return isCons() ? as<ConsCell>().car : kNil;
-}
+const Value& Value::car() const { return isCons() ? as<ConsCell>().car : kNil; }
 
-const Value& Value::cdr() const
-{
-    return isCons() ? as<ConsCell>().cdr : kNil;
-}
+const Value& Value::cdr() const { return isCons() ? as<ConsCell>().cdr : kNil; }
 
 bool Value::isSame(const Value& other) const
 {

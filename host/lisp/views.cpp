@@ -71,7 +71,8 @@ Value vports(Interpreter&, Args)
     std::stable_partition(panes.begin(), panes.end(), [&](const Pane& pane) { return pane.number == current; });
     ListBuilder list;
     for (const Pane& pane : panes) {
-        const Value items[] = {Value::integer(pane.number), pointValue(pane.low.x, pane.low.y), pointValue(pane.high.x, pane.high.y)};
+        const Value items[] = {Value::integer(pane.number), pointValue(pane.low.x, pane.low.y),
+                               pointValue(pane.high.x, pane.high.y)};
         list.add(listOf(items));
     }
     return list.take();
@@ -165,9 +166,6 @@ constexpr Builtin kViews[] = {
 
 }  // namespace
 
-void defineViews(Interpreter& lisp)
-{
-    lisp.define(kViews);
-}
+void defineViews(Interpreter& lisp) { lisp.define(kViews); }
 
 }  // namespace vk::lisp

@@ -12,7 +12,8 @@ geom::Box3d movedBox(const geom::Box3d& box, const VcGeMatrix3d& m)
     if (box.isEmpty())
         return moved;
     for (int corner = 0; corner < 8; ++corner)
-        moved.add(m * VcGePoint3d(corner & 1 ? box.max.x : box.min.x, corner & 2 ? box.max.y : box.min.y, corner & 4 ? box.max.z : box.min.z));
+        moved.add(m * VcGePoint3d(corner & 1 ? box.max.x : box.min.x, corner & 2 ? box.max.y : box.min.y,
+                                  corner & 4 ? box.max.z : box.min.z));
     return moved;
 }
 

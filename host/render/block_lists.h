@@ -14,9 +14,9 @@ public:
 
     struct BlockList {
         DisplayList list;
-        geom::Box3d bounds;    // with the blocks that it uses
+        geom::Box3d bounds;      // with the blocks that it uses
         bool unbounded = false;  // holds what has no box of its own
-        bool drawing = false;  // set while it is painted: a block inside itself is not drawn again
+        bool drawing = false;    // set while it is painted: a block inside itself is not drawn again
     };
     // Null for what is no block.
     BlockList* find(VcDbObjectId block);

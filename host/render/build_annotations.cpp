@@ -44,7 +44,8 @@ void buildShape(const VcDbEntity& e, ListBuilder& b)
     const geom::Frame frame = geom::arbitraryFrame(shape.normal());
     const double c = std::cos(shape.rotation()), s = std::sin(shape.rotation());
     const VcGeVector3d along = frame.x * c + frame.y * s, up = frame.y * c - frame.x * s;
-    const VcGeVector3d x = along * (shape.size() * shape.widthFactor()), y = (up + along * std::tan(shape.oblique())) * shape.size();
+    const VcGeVector3d x = along * (shape.size() * shape.widthFactor()),
+                       y = (up + along * std::tan(shape.oblique())) * shape.size();
     const std::uint32_t first = b.figureCount();
     for (const auto& line : *lines) {
         b.beginFigure();

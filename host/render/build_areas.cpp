@@ -160,7 +160,8 @@ void buildFace(const VcDbEntity& e, ListBuilder& b)
     for (unsigned i = 0; i < 4; ++i)
         face.getVertexAt(i, corners[i]);
     for (unsigned i = 0; i < 4; ++i)
-        if (bool visible = true; face.isEdgeVisibleAt(i, visible) == Vcad::eOk && visible && corners[i] != corners[(i + 1) % 4])
+        if (bool visible = true;
+            face.isEdgeVisibleAt(i, visible) == Vcad::eOk && visible && corners[i] != corners[(i + 1) % 4])
             b.line(corners[i], corners[(i + 1) % 4]);
 }
 

@@ -74,7 +74,9 @@ std::optional<std::vector<VcGePoint2d>> invertedBoundary(const DatabaseCore& db,
         std::vector<VcGePoint2d>* list = nullptr;
         for (const Tag& tag : record->data()) {
             if (tag.code == 102 && tag.form == Tag::Form::Utf8)
-                list = tag.view() == "ACAD_INVERTEDCLIP_ROUNDTRIP" ? &drawn : tag.view() == "ACAD_INVERTEDCLIP_ROUNDTRIP_COMPARE" ? &around : nullptr;
+                list = tag.view() == "ACAD_INVERTEDCLIP_ROUNDTRIP"           ? &drawn
+                       : tag.view() == "ACAD_INVERTEDCLIP_ROUNDTRIP_COMPARE" ? &around
+                                                                             : nullptr;
             else if (list && tag.code == 10 && tag.form == Tag::Form::Real)
                 list->emplace_back(tag.real, 0);
             else if (list && !list->empty() && tag.code == 20 && tag.form == Tag::Form::Real)

@@ -64,8 +64,8 @@ void buildEllipse(const VcDbEntity& e, ListBuilder& b)
     double sweep = std::fmod(ellipse.endParam() - ellipse.startParam(), geom::kTwoPi);
     if (sweep <= 1e-12)
         sweep += geom::kTwoPi;
-    strokeArc(b, {ellipse.center(), ellipse.majorAxis(), ellipse.minorAxis(), ellipse.startParam(), sweep}, ellipse.isClosed(), 0,
-              ellipse.normal());
+    strokeArc(b, {ellipse.center(), ellipse.majorAxis(), ellipse.minorAxis(), ellipse.startParam(), sweep},
+              ellipse.isClosed(), 0, ellipse.normal());
 }
 
 void buildSpline(const VcDbEntity& e, ListBuilder& b)

@@ -103,9 +103,9 @@ void buildOleFrame(const VcDbEntity& e, ListBuilder& b)
 void buildNothing(const VcDbEntity&, ListBuilder&) {}
 
 constexpr BuildEntry kBuilders[] = {
-    {&VcDbWipeout::desc, buildWipeout},      {&VcDbRasterImage::desc, buildImage}, {&VcDbViewport::desc, buildViewport},
-    {&VcDbOle2Frame::desc, buildOleFrame},   {&VcDbLight::desc, buildNothing},     {&VcDbSequenceEnd::desc, buildNothing},
-    {&VcDbBlockBegin::desc, buildNothing},   {&VcDbBlockEnd::desc, buildNothing},  {&VcDbVertex::desc, buildNothing},
+    {&VcDbWipeout::desc, buildWipeout},    {&VcDbRasterImage::desc, buildImage}, {&VcDbViewport::desc, buildViewport},
+    {&VcDbOle2Frame::desc, buildOleFrame}, {&VcDbLight::desc, buildNothing},     {&VcDbSequenceEnd::desc, buildNothing},
+    {&VcDbBlockBegin::desc, buildNothing}, {&VcDbBlockEnd::desc, buildNothing},  {&VcDbVertex::desc, buildNothing},
 };
 
 }

@@ -50,11 +50,21 @@ private:
         if (tag.form != Tag::Form::Real)
             return;
         switch (tag.code) {
-        case 30: elevation = tag.real; return;
-        case 210: normal.x = tag.real; return;
-        case 220: normal.y = tag.real; return;
-        case 230: normal.z = tag.real; return;
-        case 53: lines.emplace_back().angle = tag.real * std::numbers::pi / 180; return;
+        case 30:
+            elevation = tag.real;
+            return;
+        case 210:
+            normal.x = tag.real;
+            return;
+        case 220:
+            normal.y = tag.real;
+            return;
+        case 230:
+            normal.z = tag.real;
+            return;
+        case 53:
+            lines.emplace_back().angle = tag.real * std::numbers::pi / 180;
+            return;
         }
         if (!lines.empty())
             takeOfLine(lines.back(), tag);
@@ -65,11 +75,21 @@ private:
     static void takeOfLine(VcDbHatch::PatternLine& line, const Tag& tag)
     {
         switch (tag.code) {
-        case 43: line.baseX = tag.real; return;
-        case 44: line.baseY = tag.real; return;
-        case 45: line.offsetX = tag.real; return;
-        case 46: line.offsetY = tag.real; return;
-        case 49: line.dashes.push_back(tag.real); return;
+        case 43:
+            line.baseX = tag.real;
+            return;
+        case 44:
+            line.baseY = tag.real;
+            return;
+        case 45:
+            line.offsetX = tag.real;
+            return;
+        case 46:
+            line.offsetY = tag.real;
+            return;
+        case 49:
+            line.dashes.push_back(tag.real);
+            return;
         }
     }
 

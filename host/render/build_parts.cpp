@@ -131,7 +131,8 @@ void addBluntJoint(ListBuilder& b, const Frame& frame, const WidePiece& a, const
     b.endFigure(true);
 }
 
-void addSide(ListBuilder& b, const Frame& frame, const WidePiece& piece, const PlaneArc& arc, double side, bool backwards)
+void addSide(ListBuilder& b, const Frame& frame, const WidePiece& piece, const PlaneArc& arc, double side,
+             bool backwards)
 {
     constexpr int kChordsOfTaper = 48;
     // To the left of an arc that turns left is nearer its centre.
@@ -184,7 +185,9 @@ geom::Nurbs throughPoints(const std::vector<VcGePoint3d>& points)
 {
     geom::Nurbs nurbs{3, {points.front()}, {0, 0, 0, 0}, {}};
     const std::size_t last = points.size() - 1;
-    const auto tangent = [&](std::size_t i) { return (points[std::min(i + 1, last)] - points[i ? i - 1 : 0]) * (i && i < last ? 0.5 : 1.0); };
+    const auto tangent = [&](std::size_t i) {
+        return (points[std::min(i + 1, last)] - points[i ? i - 1 : 0]) * (i && i < last ? 0.5 : 1.0);
+    };
     for (std::size_t i = 0; i < last; ++i) {
         nurbs.poles.push_back(points[i] + tangent(i) / 3);
         nurbs.poles.push_back(points[i + 1] - tangent(i + 1) / 3);

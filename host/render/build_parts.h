@@ -42,14 +42,16 @@ void addWideFigures(ListBuilder& b, const geom::Frame& frame, const std::vector<
 void addThroughPoints(ListBuilder& b, const std::vector<VcGePoint3d>& points, bool smooth);
 
 // Letters and rules of a text of many lines from its insertion point, in the current colour where they have none.
-void addMTextLayout(ListBuilder& b, const vktext::MTextLayout& layout, const VcGePoint3d& at, const VcGeVector3d& x, const VcGeVector3d& y);
+void addMTextLayout(ListBuilder& b, const vktext::MTextLayout& layout, const VcGePoint3d& at, const VcGeVector3d& x,
+                    const VcGeVector3d& y);
 
 void buildMultiLeader(const VcDbEntity& e, ListBuilder& b);
 void buildUnderlay(const VcDbEntity& e, ListBuilder& b);
 void buildMPolygon(const VcDbEntity& e, ListBuilder& b);
 
 // A name across the middle of a frame, for what is not at hand.
-void addLabel(ListBuilder& b, std::string_view file, const VcGePoint3d& corner, const VcGeVector3d& width, const VcGeVector3d& height);
+void addLabel(ListBuilder& b, std::string_view file, const VcGePoint3d& corner, const VcGeVector3d& width,
+              const VcGeVector3d& height);
 
 // The picture that another program left with an object of its own class; false where there is none.
 bool addKeptGraphics(const VcDbEntity& e, ListBuilder& b);

@@ -152,7 +152,9 @@ Grid gridOf(const VcDbPolygonMesh& mesh)
     own.columns = std::size_t(std::max<int>(mesh.nSize(), 0));
     smooth.rows = std::size_t(std::max<int>(mesh.mDensity(), 0));
     smooth.columns = std::size_t(std::max<int>(mesh.nDensity(), 0));
-    const auto whole = [](const Grid& grid) { return grid.rows * grid.columns > 0 && grid.points.size() >= grid.rows * grid.columns; };
+    const auto whole = [](const Grid& grid) {
+        return grid.rows * grid.columns > 0 && grid.points.size() >= grid.rows * grid.columns;
+    };
     return whole(smooth) ? smooth : whole(own) ? own : Grid();
 }
 
@@ -180,12 +182,13 @@ void addFace(ListBuilder& b, const VcDbFaceRecord& face, const std::vector<VcGeP
 {
     std::vector<std::int16_t> corners;
     for (unsigned i = 0; i < 4; ++i)
-        if (std::int16_t vertex = 0; face.getVertexAt(i, vertex) == Vcad::eOk && vertex != 0 &&
-                                     std::size_t(std::abs(vertex)) <= vertices.size())
+        if (std::int16_t vertex = 0;
+            face.getVertexAt(i, vertex) == Vcad::eOk && vertex != 0 && std::size_t(std::abs(vertex)) <= vertices.size())
             corners.push_back(vertex);
     for (std::size_t i = 0; i < corners.size() && corners.size() > 1; ++i)
         if (corners[i] > 0)
-            b.line(vertices[std::size_t(corners[i] - 1)], vertices[std::size_t(std::abs(corners[(i + 1) % corners.size()]) - 1)]);
+            b.line(vertices[std::size_t(corners[i] - 1)],
+                   vertices[std::size_t(std::abs(corners[(i + 1) % corners.size()]) - 1)]);
 }
 
 void buildPolyFaceMesh(const VcDbEntity& e, ListBuilder& b)
@@ -257,8 +260,8 @@ void addMlineFill(ListBuilder& b, const VcDbMline& mline, const VcDbMlineStyle& 
     b.fill(first, FillRule::NonZero);
 }
 
-void addCap(ListBuilder& b, const VcDbMline& mline, const VcDbMlineStyle& style, const VcDbMline::Vertex& vertex, bool round,
-            bool square, bool atStart)
+void addCap(ListBuilder& b, const VcDbMline& mline, const VcDbMlineStyle& style, const VcDbMline::Vertex& vertex,
+            bool round, bool square, bool atStart)
 {
     const auto sides = outermost(style);
     const auto low = elementPoint(vertex, sides[0]), high = elementPoint(vertex, sides[1]);
@@ -288,7 +291,8 @@ void addCaps(ListBuilder& b, const VcDbMline& mline, const VcDbMlineStyle& style
         return v;
     }();
     if (!mline.hidesStartCap())
-        addCap(b, mline, style, mline.vertices().front(), has(VcDbMlineStyle::kStartRoundCap), has(VcDbMlineStyle::kStartSquareCap), true);
+        addCap(b, mline, style, mline.vertices().front(), has(VcDbMlineStyle::kStartRoundCap),
+               has(VcDbMlineStyle::kStartSquareCap), true);
     if (!mline.hidesEndCap())
         addCap(b, mline, style, last, has(VcDbMlineStyle::kEndRoundCap), has(VcDbMlineStyle::kEndSquareCap), false);
 }
@@ -317,7 +321,8 @@ void buildMline(const VcDbEntity& e, ListBuilder& b)
         for (std::size_t i = 0; i + (mline.closedMline() ? 0 : 1) < n; ++i)
             addElementPiece(b, vertices[i], vertices[(i + 1) % n], element);
     }
-    for (std::size_t i = 1; (style->flags() & VcDbMlineStyle::kMitres) != 0 && i + (mline.closedMline() ? 0 : 1) < n; ++i)
+    for (std::size_t i = 1; (style->flags() & VcDbMlineStyle::kMitres) != 0 && i + (mline.closedMline() ? 0 : 1) < n;
+         ++i)
         addCap(b, mline, *style, vertices[i], false, true, false);
     if (!mline.closedMline())
         addCaps(b, mline, *style);

@@ -18,15 +18,16 @@ void include(vktext::Box& box, const vktext::GlyphMetrics& m, const vktext::Plac
 {
     for (const double x : {m.left, m.right})
         for (const double y : {m.bottom, m.top}) {
-            const double px = glyph.origin.x + glyph.xScale * x + glyph.slant * y, py = glyph.origin.y + glyph.yScale * y;
+            const double px = glyph.origin.x + glyph.xScale * x + glyph.slant * y,
+                         py = glyph.origin.y + glyph.yScale * y;
             box = {std::min(box.left, px), std::min(box.bottom, py), std::max(box.right, px), std::max(box.top, py)};
         }
 }
 
 }
 
-void ListBuilder::text(const vktext::TextStyleSpec& style, double height, std::string_view text, const VcGePoint3d& origin,
-                       const VcGeVector3d& x, const VcGeVector3d& y, double tracking)
+void ListBuilder::text(const vktext::TextStyleSpec& style, double height, std::string_view text,
+                       const VcGePoint3d& origin, const VcGeVector3d& x, const VcGeVector3d& y, double tracking)
 {
     const vktext::Font& font = vktext::FontLibrary::instance().font(style);
     vktext::PlacedLine line = vktext::placeLine(style, height, text);
@@ -43,7 +44,8 @@ void ListBuilder::text(const vktext::TextStyleSpec& style, double height, std::s
     for (const double px : {ink.left, ink.right})
         for (const double py : {ink.bottom, ink.top})
             m_list.bounds.add(place(px, py));
-    m_list.texts.push_back({&font, std::uint32_t(m_list.glyphs.size()), std::uint32_t(line.glyphs.size()), origin, x, y, height, ink});
+    m_list.texts.push_back(
+        {&font, std::uint32_t(m_list.glyphs.size()), std::uint32_t(line.glyphs.size()), origin, x, y, height, ink});
     m_list.glyphs.insert(m_list.glyphs.end(), line.glyphs.begin(), line.glyphs.end());
     item(Item::Text, 0, m_list.texts.size() - 1);
 }
@@ -62,14 +64,15 @@ VcCmColor colourOf(const vktext::TextColor& colour, const VcCmColor& inherited)
 
 }
 
-void addMTextLayout(ListBuilder& b, const vktext::MTextLayout& layout, const VcGePoint3d& at, const VcGeVector3d& x, const VcGeVector3d& y)
+void addMTextLayout(ListBuilder& b, const vktext::MTextLayout& layout, const VcGePoint3d& at, const VcGeVector3d& x,
+                    const VcGeVector3d& y)
 {
     const VcCmColor inherited = b.colour();
     const auto place = [&](double px, double py) { return at + x * px + y * py; };
     for (const vktext::MTextFragment& fragment : layout.fragments) {
         b.setColour(colourOf(fragment.color, inherited));
-        b.text(vktext::fragmentStyle(layout, fragment), fragment.height, vktext::fragmentText(fragment), place(fragment.x, fragment.y),
-               x, y, fragment.tracking);
+        b.text(vktext::fragmentStyle(layout, fragment), fragment.height, vktext::fragmentText(fragment),
+               place(fragment.x, fragment.y), x, y, fragment.tracking);
     }
     for (const vktext::MTextRule& rule : layout.rules) {
         b.setColour(colourOf(rule.color, inherited));
@@ -82,7 +85,8 @@ void addTextSaying(ListBuilder& b, const VcDbText& text, const std::string& draw
 {
     const Frame frame = geom::arbitraryFrame(text.normal());
     const double c = std::cos(text.rotation()), s = std::sin(text.rotation());
-    b.text(textStyleSpec(text), text.height(), drawn, drawnPosition(text, drawn), frame.x * c + frame.y * s, frame.y * c - frame.x * s);
+    b.text(textStyleSpec(text), text.height(), drawn, drawnPosition(text, drawn), frame.x * c + frame.y * s,
+           frame.y * c - frame.x * s);
 }
 
 namespace {
@@ -124,7 +128,8 @@ void addBackground(ListBuilder& b, const VcDbMText& text, vktext::Box box, const
     box = {box.left - beyond, box.bottom - beyond, box.right + beyond, box.top + beyond};
     const auto corner = [&](double px, double py) { return text.location() + x * px + y * py; };
     const std::uint32_t first = b.figureCount();
-    b.polygon({corner(box.left, box.bottom), corner(box.right, box.bottom), corner(box.right, box.top), corner(box.left, box.top)});
+    b.polygon({corner(box.left, box.bottom), corner(box.right, box.bottom), corner(box.right, box.top),
+               corner(box.left, box.top)});
     if (text.useBackgroundColorOn())
         return b.mask(first);
     b.setColour(text.backgroundFillColor());

@@ -43,16 +43,36 @@ private:
         if (tag.form != Tag::Form::Real)
             return;
         switch (tag.code) {
-        case 10: at.x = tag.real; return;
-        case 20: at.y = tag.real; return;
-        case 30: at.z = tag.real; return;
-        case 41: xScale = tag.real; return;
-        case 42: yScale = tag.real; return;
-        case 50: rotation = tag.real * std::numbers::pi / 180; return;
-        case 210: normal.x = tag.real; return;
-        case 220: normal.y = tag.real; return;
-        case 230: normal.z = tag.real; return;
-        case 11: boundary.emplace_back(tag.real, 0); return;
+        case 10:
+            at.x = tag.real;
+            return;
+        case 20:
+            at.y = tag.real;
+            return;
+        case 30:
+            at.z = tag.real;
+            return;
+        case 41:
+            xScale = tag.real;
+            return;
+        case 42:
+            yScale = tag.real;
+            return;
+        case 50:
+            rotation = tag.real * std::numbers::pi / 180;
+            return;
+        case 210:
+            normal.x = tag.real;
+            return;
+        case 220:
+            normal.y = tag.real;
+            return;
+        case 230:
+            normal.z = tag.real;
+            return;
+        case 11:
+            boundary.emplace_back(tag.real, 0);
+            return;
         case 21:
             if (!boundary.empty())
                 boundary.back().y = tag.real;
@@ -75,7 +95,8 @@ std::string fileOf(const DatabaseCore& db, VcDbObjectId definition)
 
 }
 
-void addLabel(ListBuilder& b, std::string_view file, const VcGePoint3d& corner, const VcGeVector3d& width, const VcGeVector3d& height)
+void addLabel(ListBuilder& b, std::string_view file, const VcGePoint3d& corner, const VcGeVector3d& width,
+              const VcGeVector3d& height)
 {
     const std::size_t slash = file.find_last_of("/\\");
     const std::string_view name = slash == std::string_view::npos ? file : file.substr(slash + 1);
@@ -98,7 +119,8 @@ void buildUnderlay(const VcDbEntity& e, ListBuilder& b)
         return;
     const geom::Frame frame = geom::arbitraryFrame(underlay.normal);
     const double c = std::cos(underlay.rotation), s = std::sin(underlay.rotation);
-    const VcGeVector3d x = (frame.x * c + frame.y * s) * underlay.xScale, y = (frame.y * c - frame.x * s) * underlay.yScale;
+    const VcGeVector3d x = (frame.x * c + frame.y * s) * underlay.xScale,
+                       y = (frame.y * c - frame.x * s) * underlay.yScale;
     const VcGePoint3d origin = frame.toWorld(underlay.at);
     VcGePoint2d low = underlay.boundary.front(), high = low;
     std::vector<VcGePoint3d> corners;
@@ -110,7 +132,8 @@ void buildUnderlay(const VcDbEntity& e, ListBuilder& b)
     const std::uint32_t first = b.figureCount();
     b.polygon(corners);
     b.stroke(first, Item::Continuous);
-    addLabel(b, fileOf(b.db(), underlay.definition), origin + x * low.x + y * low.y, x * (high.x - low.x), y * (high.y - low.y));
+    addLabel(b, fileOf(b.db(), underlay.definition), origin + x * low.x + y * low.y, x * (high.x - low.x),
+             y * (high.y - low.y));
 }
 
 }  // namespace vk::render

@@ -51,8 +51,8 @@ struct Rings {
 // Colours at places from 0 to 1 along a line, or outward from a centre.
 struct Gradient {
     bool radial = false;
-    Point2 from, to;    // radial: the centre and a point on the rim
-    Point2 focus;       // of a radial one
+    Point2 from, to;  // radial: the centre and a point on the rim
+    Point2 focus;     // of a radial one
     std::vector<std::pair<double, std::uint32_t>> stops;
 };
 
@@ -70,8 +70,8 @@ public:
     // Takes away what has been drawn, down to the page.
     virtual void erase(const Rings& rings) = 0;
     // The image over the parallelogram at the lower left corner with its sides; false when it cannot be loaded.
-    virtual bool image(const std::string& file, Point2 corner, VcGeVector2d width, VcGeVector2d height, const Rings& outline,
-                       const ImageAdjustment& adjustment) = 0;
+    virtual bool image(const std::string& file, Point2 corner, VcGeVector2d width, VcGeVector2d height,
+                       const Rings& outline, const ImageAdjustment& adjustment) = 0;
     // Until popClip nothing is drawn outside (with inverted: inside) the rings. Clips nest.
     virtual void pushClip(const Rings& rings, bool inverted) = 0;
     virtual void popClip() = 0;

@@ -28,7 +28,8 @@ std::uint32_t DisplayList::ownLook(EntityProps props)
 
 DisplayList::Length DisplayList::length() const
 {
-    return {points.size(), arcs.size(), splines.size(), texts.size(), hatches.size(), pictures.size(), marks.size(), endless.size(), blocks.size()};
+    return {points.size(),   arcs.size(),  splines.size(), texts.size(), hatches.size(),
+            pictures.size(), marks.size(), endless.size(), blocks.size()};
 }
 
 namespace {

@@ -77,7 +77,8 @@ void Flattener::addSpline(std::vector<VcGePoint3d>& to, const geom::Nurbs& nurbs
     }
 }
 
-void Flattener::add(std::vector<VcGePoint3d>& to, const DisplayList& list, const Figure& figure, std::vector<std::size_t>* corners) const
+void Flattener::add(std::vector<VcGePoint3d>& to, const DisplayList& list, const Figure& figure,
+                    std::vector<std::size_t>* corners) const
 {
     const std::size_t begin = to.size();
     for (std::uint32_t i = figure.first; i < figure.first + figure.count; ++i) {

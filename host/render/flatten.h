@@ -12,7 +12,8 @@ public:
 
     // Appends the figure's points; corners, where they are wanted, gets the places of the ends of its straight pieces
     // and curves.
-    void add(std::vector<VcGePoint3d>& to, const DisplayList& list, const Figure& figure, std::vector<std::size_t>* corners = nullptr) const;
+    void add(std::vector<VcGePoint3d>& to, const DisplayList& list, const Figure& figure,
+             std::vector<std::size_t>* corners = nullptr) const;
 
 private:
     void addArc(std::vector<VcGePoint3d>& to, const EllipseArc& arc) const;

@@ -47,7 +47,8 @@ void addCrossings(std::vector<Crossing>& to, Point2 a, Point2 b)
 
 class DashedLine {
 public:
-    DashedLine(const LineAxes& axes, const VcDbHatch::PatternLine& line, double finest) : m_axes(axes), m_dashes(line.dashes)
+    DashedLine(const LineAxes& axes, const VcDbHatch::PatternLine& line, double finest)
+        : m_axes(axes), m_dashes(line.dashes)
     {
         for (const double dash : m_dashes)
             m_period += std::fabs(dash);
@@ -127,7 +128,8 @@ bool isInside(const Point2& p, std::span<const Point2> ring)
 {
     bool inside = false;
     for (std::size_t i = 0, j = ring.size() - 1; i < ring.size(); j = i++)
-        if ((ring[i].y > p.y) != (ring[j].y > p.y) && p.x < (ring[j].x - ring[i].x) * (p.y - ring[i].y) / (ring[j].y - ring[i].y) + ring[i].x)
+        if ((ring[i].y > p.y) != (ring[j].y > p.y) &&
+            p.x < (ring[j].x - ring[i].x) * (p.y - ring[i].y) / (ring[j].y - ring[i].y) + ring[i].x)
             inside = !inside;
     return inside;
 }

@@ -117,7 +117,8 @@ std::string graphicsOf(const VcDbEntity& entity)
     if (entity.extras())
         for (const UnclaimedGroups& groups : entity.extras()->unclaimed)
             for (const Tag& tag : groups.tags)
-                if (tag.code == 310 && tag.form == Tag::Form::Bytes && (groups.subclass == "AcDbEntity" || groups.subclass == "AcDbProxyEntity"))
+                if (tag.code == 310 && tag.form == Tag::Form::Bytes &&
+                    (groups.subclass == "AcDbEntity" || groups.subclass == "AcDbProxyEntity"))
                     all += tag.view();
     return all;
 }
@@ -148,27 +149,57 @@ private:
     void draw(std::uint32_t kind, Bytes data)
     {
         switch (kind) {
-        case kCircle: return circle(data);
-        case kCircleByPoints: return throughPoints(data, true);
-        case kArc: return arc(data);
-        case kArcByPoints: return throughPoints(data, false);
-        case kPolyline: case kPolylineWithNormal: return chain(points(data, data.number()), false);
-        case kPolygon: return chain(points(data, data.number()), true);
-        case kMesh: return mesh(data);
-        case kShell: return shell(data);
-        case kText: case kUnicodeText: return text(data, kind == kUnicodeText);
-        case kStyledText: case kStyledUnicodeText: return styledText(data, kind == kStyledUnicodeText);
-        case kXline: case kRay: return endless(data, kind == kXline);
-        case kPackedPolyline: return packedPolyline(data);
-        case kEllipticArc: return ellipticArc(data);
-        case kColourIndex: setColourIndex(data.number()); return keepColour();
-        case kColour: setPackedColour(m_b, data.number()); return keepColour();
-        case kLineweight: m_look.lineWeight = std::int16_t(data.take<std::int32_t>()); return m_b.setOwnLook(m_look);
-        case kLinetype: return setLinetype(data.number());
-        case kPushClip: return pushClip(data);
-        case kPopClip: return popClip();
-        case kFill: m_fills = data.number() == 1; return;
-        case kPushMatrix: case kPushOtherMatrix: return push(data);
+        case kCircle:
+            return circle(data);
+        case kCircleByPoints:
+            return throughPoints(data, true);
+        case kArc:
+            return arc(data);
+        case kArcByPoints:
+            return throughPoints(data, false);
+        case kPolyline:
+        case kPolylineWithNormal:
+            return chain(points(data, data.number()), false);
+        case kPolygon:
+            return chain(points(data, data.number()), true);
+        case kMesh:
+            return mesh(data);
+        case kShell:
+            return shell(data);
+        case kText:
+        case kUnicodeText:
+            return text(data, kind == kUnicodeText);
+        case kStyledText:
+        case kStyledUnicodeText:
+            return styledText(data, kind == kStyledUnicodeText);
+        case kXline:
+        case kRay:
+            return endless(data, kind == kXline);
+        case kPackedPolyline:
+            return packedPolyline(data);
+        case kEllipticArc:
+            return ellipticArc(data);
+        case kColourIndex:
+            setColourIndex(data.number());
+            return keepColour();
+        case kColour:
+            setPackedColour(m_b, data.number());
+            return keepColour();
+        case kLineweight:
+            m_look.lineWeight = std::int16_t(data.take<std::int32_t>());
+            return m_b.setOwnLook(m_look);
+        case kLinetype:
+            return setLinetype(data.number());
+        case kPushClip:
+            return pushClip(data);
+        case kPopClip:
+            return popClip();
+        case kFill:
+            m_fills = data.number() == 1;
+            return;
+        case kPushMatrix:
+        case kPushOtherMatrix:
+            return push(data);
         case kPopMatrix:
             if (!m_matrices.empty())
                 m_matrices.pop_back();
@@ -266,7 +297,8 @@ private:
             return;
         if (!(doubled > 1e-24 * u.lengthSqrd() * v.lengthSqrd()))
             return chain({place(a), place(c)}, false);
-        const VcGePoint3d center = a + (normal.crossProduct(u) * v.lengthSqrd() + v.crossProduct(normal) * u.lengthSqrd()) / doubled;
+        const VcGePoint3d center =
+            a + (normal.crossProduct(u) * v.lengthSqrd() + v.crossProduct(normal) * u.lengthSqrd()) / doubled;
         const VcGeVector3d first = a - center, side = normal.normal().crossProduct(first), last = c - center;
         const double sweep = std::atan2(last.dotProduct(side), last.dotProduct(first));
         bow(center, first, side, whole ? 2 * kPi : sweep <= 0 ? sweep + 2 * kPi : sweep, whole);
@@ -320,7 +352,8 @@ private:
 
     void letters(const TextPlace& where, double height, const vktext::TextStyleSpec& style, const std::string& said)
     {
-        const VcGeVector3d x = place(where.direction).normal(), y = place(where.normal).normal().crossProduct(x).normal();
+        const VcGeVector3d x = place(where.direction).normal(),
+                           y = place(where.normal).normal().crossProduct(x).normal();
         if (!(height > 0) || x.length() == 0)
             return;
         m_b.text(style, height, said, place(where.at), x, y);

@@ -38,11 +38,11 @@ Line loop()
 const std::map<int, ShapeLines>& shapes()
 {
     static const std::map<int, ShapeLines> all{
-        {130, {{{0, -1}, {0, 1}}}},                                      // TRACK1, a sleeper
-        {131, {{{0, 0}, {1, 1}, {2, 0}}}},                               // ZIG
-        {132, {{{0, 0}, {0, 1}, {2, 1}, {2, -1}, {0, -1}, {0, 0}}}},     // BOX
-        {133, {arc({1, 0}, 1, 180, 360)}},                               // CIRC1
-        {134, {loop()}},                                                 // BAT
+        {130, {{{0, -1}, {0, 1}}}},                                   // TRACK1, a sleeper
+        {131, {{{0, 0}, {1, 1}, {2, 0}}}},                            // ZIG
+        {132, {{{0, 0}, {0, 1}, {2, 1}, {2, -1}, {0, -1}, {0, 0}}}},  // BOX
+        {133, {arc({1, 0}, 1, 180, 360)}},                            // CIRC1
+        {134, {loop()}},                                              // BAT
     };
     return all;
 }
@@ -60,7 +60,8 @@ const ShapeLines* linetypeShape(std::string_view file, int number)
 
 const ShapeLines* namedShape(std::string_view file, std::string_view name)
 {
-    static constexpr std::pair<const char*, int> kNumbers[] = {{"TRACK1", 130}, {"ZIG", 131}, {"BOX", 132}, {"CIRC1", 133}, {"BAT", 134}};
+    static constexpr std::pair<const char*, int> kNumbers[] = {
+        {"TRACK1", 130}, {"ZIG", 131}, {"BOX", 132}, {"CIRC1", 133}, {"BAT", 134}};
     for (const auto& [known, number] : kNumbers)
         if (equalNoCase(known, name))
             return linetypeShape(file, number);

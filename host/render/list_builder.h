@@ -26,7 +26,10 @@ private:
 // with the properties of the current entity until another look is set.
 class VKHOST_API ListBuilder {
 public:
-    ListBuilder(DisplayList& list, const DatabaseCore& db, Omissions& omissions) : m_list(list), m_db(db), m_omissions(omissions) {}
+    ListBuilder(DisplayList& list, const DatabaseCore& db, Omissions& omissions)
+        : m_list(list), m_db(db), m_omissions(omissions)
+    {
+    }
 
     // Adds what the entity looks like. Attributes of a reference are added with it.
     void add(const VcDbEntity& entity);
@@ -58,7 +61,10 @@ public:
     std::uint32_t figureCount() const { return std::uint32_t(m_list.figures.size()); }
 
     // Items over the figures from the given one on.
-    void stroke(std::uint32_t firstFigure, std::uint8_t flags = 0) { item(Item::Stroke, flags, firstFigure, figureCount() - firstFigure); }
+    void stroke(std::uint32_t firstFigure, std::uint8_t flags = 0)
+    {
+        item(Item::Stroke, flags, firstFigure, figureCount() - firstFigure);
+    }
     void fill(std::uint32_t firstFigure, FillRule rule);
     void mask(std::uint32_t firstFigure) { item(Item::Mask, 0, firstFigure, figureCount() - firstFigure); }
     void item(Item::Kind kind, std::uint8_t flags, std::size_t first, std::size_t count = 1);

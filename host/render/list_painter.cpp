@@ -30,7 +30,8 @@ ListPainter::Projection ListPainter::Projection::about(const VcGePoint3d& p) con
         return *this;
     const Point2 at = (*this)(p);
     VcGeMatrix3d straight;
-    const double rows[2][3] = {{xx, xy, xz}, {yx, yy, yz}}, depths[3] = {wx, wy, wz}, page[2] = {at.x, at.y}, world[3] = {p.x, p.y, p.z};
+    const double rows[2][3] = {{xx, xy, xz}, {yx, yy, yz}}, depths[3] = {wx, wy, wz}, page[2] = {at.x, at.y},
+                 world[3] = {p.x, p.y, p.z};
     for (int row = 0; row < 2; ++row) {
         straight.entry[row][3] = page[row];
         for (int column = 0; column < 3; ++column) {
@@ -41,9 +42,10 @@ ListPainter::Projection ListPainter::Projection::about(const VcGePoint3d& p) con
     return Projection(straight);
 }
 
-ListPainter::ListPainter(const DatabaseCore& db, BlockLists& blocks, Canvas& canvas, LookResolver& looks, const PageView& view,
-                         PaintBudget& budget, Omissions& omissions)
-    : m_db(db), m_blocks(blocks), m_canvas(canvas), m_looks(looks), m_view(view), m_budget(budget), m_omissions(omissions)
+ListPainter::ListPainter(const DatabaseCore& db, BlockLists& blocks, Canvas& canvas, LookResolver& looks,
+                         const PageView& view, PaintBudget& budget, Omissions& omissions)
+    : m_db(db), m_blocks(blocks), m_canvas(canvas), m_looks(looks), m_view(view), m_budget(budget),
+      m_omissions(omissions)
 {
     const double scale = db.header().real("$LTSCALE", 1);
     m_globalLinetypeScale = (scale > 0 ? scale : 1) * view.linetypeScale;

@@ -13,12 +13,12 @@
 namespace vk::render {
 
 struct PageView {
-    VcGeMatrix3d toPage;        // from the world to pixels
-    Point2 low, high;           // the part of the page that is drawn on
-    double pixelsPerMm = 1;     // of lineweights
-    double thinnestPen = 1;     // pixels
-    double tolerance = 0.1;     // of curves, in pixels
-    double linetypeScale = 1;   // of the whole drawing in this view
+    VcGeMatrix3d toPage;       // from the world to pixels
+    Point2 low, high;          // the part of the page that is drawn on
+    double pixelsPerMm = 1;    // of lineweights
+    double thinnestPen = 1;    // pixels
+    double tolerance = 0.1;    // of curves, in pixels
+    double linetypeScale = 1;  // of the whole drawing in this view
     // Only how far things reach is asked for: texts, images and patterns by their outlines, nothing endless.
     bool measuring = false;
 };
@@ -56,7 +56,10 @@ private:
         static Point2 seen(const Point2& flat, double depth);
         // What is nearly the same about a point and straight: vectors go by such ones only.
         Projection about(const VcGePoint3d& p) const;
-        VcGeVector2d operator()(const VcGeVector3d& v) const { return {xx * v.x + xy * v.y + xz * v.z, yx * v.x + yy * v.y + yz * v.z}; }
+        VcGeVector2d operator()(const VcGeVector3d& v) const
+        {
+            return {xx * v.x + xy * v.y + xz * v.z, yx * v.x + yy * v.y + yz * v.z};
+        }
     };
     struct Place {
         const DisplayList& list;
@@ -71,15 +74,19 @@ private:
 
     void paintFigures(const Place& place, const Item& item, const ResolvedLook& look);
     void paintFigure(const Place& place, const Item& item, const Figure& figure, const ResolvedLook& look);
-    void paintDashes(const Place& place, std::span<const VcGePoint3d> points, const DashPattern& pattern, const ResolvedLook& look);
-    void paintDashMark(const Place& place, const MeasuredLine& line, double along, std::size_t element, const ResolvedLook& look);
+    void paintDashes(const Place& place, std::span<const VcGePoint3d> points, const DashPattern& pattern,
+                     const ResolvedLook& look);
+    void paintDashMark(const Place& place, const MeasuredLine& line, double along, std::size_t element,
+                       const ResolvedLook& look);
     struct DashMark {
         VcGePoint3d origin;
         VcGeVector3d x, y;
         double scale;  // of the linetype
     };
-    void paintDashText(const Place& place, const DashMark& mark, const VcDbLinetypeTableRecord::Dash& dash, const ResolvedLook& look);
-    void paintDashShape(const Place& place, const DashMark& mark, const VcDbLinetypeTableRecord::Dash& dash, const ResolvedLook& look);
+    void paintDashText(const Place& place, const DashMark& mark, const VcDbLinetypeTableRecord::Dash& dash,
+                       const ResolvedLook& look);
+    void paintDashShape(const Place& place, const DashMark& mark, const VcDbLinetypeTableRecord::Dash& dash,
+                        const ResolvedLook& look);
     void paintText(const Place& place, const TextRun& run, const ResolvedLook& look);
     void paintHatch(const Place& place, const HatchArea& area, const ResolvedLook& look);
     void paintPattern(const Place& place, const HatchArea& area, const Rings& rings, const ResolvedLook& look);
@@ -88,7 +95,8 @@ private:
     void paintMark(const Place& place, const PointMark& mark, const ResolvedLook& look);
     void paintEndless(const Place& place, const EndlessLine& line, const ResolvedLook& look);
     void paintUse(const Place& place, const BlockUse& use, const ResolvedLook& look);
-    void paintCell(const ClipFrame* clip, BlockLists::BlockList& block, const VcGeMatrix3d& matrix, const ResolvedLook& look);
+    void paintCell(const ClipFrame* clip, BlockLists::BlockList& block, const VcGeMatrix3d& matrix,
+                   const ResolvedLook& look);
 
     void pushClip(const ClipFrame& clip, const VcGeMatrix3d& matrix);
 

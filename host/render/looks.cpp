@@ -12,11 +12,16 @@ std::optional<VcCmColor> colourOfPacked(std::uint32_t bits)
 {
     enum : std::uint32_t { kByLayer = 0xc0, kByBlock = 0xc1, kTrue = 0xc2, kIndex = 0xc3 };
     switch (bits >> 24) {
-    case kByLayer: return VcCmColor::fromIndex(VcCmColor::kAciByLayer);
-    case kByBlock: return VcCmColor::fromIndex(VcCmColor::kAciByBlock);
-    case kIndex: return VcCmColor::fromIndex(std::int16_t(bits & 0x1ff));
-    case kTrue: break;
-    default: return std::nullopt;
+    case kByLayer:
+        return VcCmColor::fromIndex(VcCmColor::kAciByLayer);
+    case kByBlock:
+        return VcCmColor::fromIndex(VcCmColor::kAciByBlock);
+    case kIndex:
+        return VcCmColor::fromIndex(std::int16_t(bits & 0x1ff));
+    case kTrue:
+        break;
+    default:
+        return std::nullopt;
     }
     VcCmColor colour;
     colour.setTrueColor(bits & 0xffffff);
@@ -123,8 +128,8 @@ std::uint32_t opacityOf(const VcDbLayerTableRecord& layer)
 
 }
 
-std::uint32_t LookResolver::withTransparency(std::uint32_t argb, const EntityProps& props, const std::optional<LayerLook>& layer,
-                                             const ResolvedLook* reference)
+std::uint32_t LookResolver::withTransparency(std::uint32_t argb, const EntityProps& props,
+                                             const std::optional<LayerLook>& layer, const ResolvedLook* reference)
 {
     const std::uint32_t kind = props.hasTransparency ? std::uint32_t(props.transparency) >> 24 : 0;
     std::uint32_t alpha = 0xff;

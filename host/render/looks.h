@@ -17,13 +17,13 @@ namespace vk::render {
 
 struct ResolvedLook {
     bool visible = true;
-    bool frozen = false;              // of references: with all that they hold
-    bool foreground = false;          // colour 7, which is seen on any page
+    bool frozen = false;      // of references: with all that they hold
+    bool foreground = false;  // colour 7, which is seen on any page
     std::uint32_t argb = 0xff000000;
     const VcDbLinetypeTableRecord* linetype = nullptr;  // null: continuous
     double linetypeScale = 1;
     double weightMm = 0.25;
-    VcDbObjectId layer;               // that the content of a reference on layer 0 is on
+    VcDbObjectId layer;  // that the content of a reference on layer 0 is on
 };
 
 // What one viewport shows a layer with instead of what it has.
@@ -72,11 +72,13 @@ private:
     std::optional<LayerLook> lookOf(const VcDbLayerTableRecord* layer) const;
     Colour plainColour(const VcCmColor& colour) const;
     Colour layerColour(const VcCmColor& colour) const;
-    Colour colourOf(const VcCmColor& colour, const std::optional<LayerLook>& layer, const ResolvedLook* reference) const;
-    const VcDbLinetypeTableRecord* linetypeOf(VcDbObjectId id, const std::optional<LayerLook>& layer, const ResolvedLook* reference) const;
+    Colour colourOf(const VcCmColor& colour, const std::optional<LayerLook>& layer,
+                    const ResolvedLook* reference) const;
+    const VcDbLinetypeTableRecord* linetypeOf(VcDbObjectId id, const std::optional<LayerLook>& layer,
+                                              const ResolvedLook* reference) const;
     double weightOf(int weight, const std::optional<LayerLook>& layer, const ResolvedLook* reference) const;
-    static std::uint32_t withTransparency(std::uint32_t argb, const EntityProps& props, const std::optional<LayerLook>& layer,
-                                          const ResolvedLook* reference);
+    static std::uint32_t withTransparency(std::uint32_t argb, const EntityProps& props,
+                                          const std::optional<LayerLook>& layer, const ResolvedLook* reference);
 
     const DatabaseCore& m_db;
     ViewLooks m_view;

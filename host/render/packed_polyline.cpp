@@ -18,27 +18,37 @@ public:
     std::int32_t shortNumber()
     {
         switch (bits(2)) {
-        case 0: return std::int16_t(value<std::uint16_t>());
-        case 1: return byte();
-        case 2: return 0;
-        default: return 256;
+        case 0:
+            return std::int16_t(value<std::uint16_t>());
+        case 1:
+            return byte();
+        case 2:
+            return 0;
+        default:
+            return 256;
         }
     }
     std::uint32_t longNumber()
     {
         switch (bits(2)) {
-        case 0: return value<std::uint32_t>();
-        case 1: return byte();
-        default: return 0;
+        case 0:
+            return value<std::uint32_t>();
+        case 1:
+            return byte();
+        default:
+            return 0;
         }
     }
     double plainReal() { return value<double>(); }
     double real()
     {
         switch (bits(2)) {
-        case 0: return plainReal();
-        case 1: return 1;
-        default: return 0;
+        case 0:
+            return plainReal();
+        case 1:
+            return 1;
+        default:
+            return 0;
         }
     }
     // Only the bytes that differ from those of another number.

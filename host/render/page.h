@@ -12,7 +12,7 @@ enum class PictureFormat { Png, Svg, Pdf };
 
 struct PageSpec {
     PictureFormat format = PictureFormat::Png;
-    int width = 1920, height = 1080;         // pixels of 1/96 inch
+    int width = 1920, height = 1080;        // pixels of 1/96 inch
     std::uint32_t background = 0xffffffff;  // 0: transparent
 };
 

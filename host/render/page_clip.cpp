@@ -21,7 +21,8 @@ std::optional<std::pair<Point2, Point2>> clippedSegment(const PageRect& rect, co
     return std::pair(from > 0 ? a + d * from : a, to < 1 ? a + d * to : b);
 }
 
-void clipLine(const PageRect& rect, std::span<const Point2> points, const std::function<void(std::span<const Point2>)>& each)
+void clipLine(const PageRect& rect, std::span<const Point2> points,
+              const std::function<void(std::span<const Point2>)>& each)
 {
     std::vector<Point2> run;
     const auto flush = [&] {

@@ -15,7 +15,8 @@ struct PageRect {
 
 std::optional<std::pair<Point2, Point2>> clippedSegment(const PageRect& rect, const Point2& a, const Point2& b);
 // Calls each with the stretches of a line that lie in the rectangle.
-void clipLine(const PageRect& rect, std::span<const Point2> points, const std::function<void(std::span<const Point2>)>& each);
+void clipLine(const PageRect& rect, std::span<const Point2> points,
+              const std::function<void(std::span<const Point2>)>& each);
 // Rings whose part inside the rectangle is that of the given ones; outside they run along its border.
 Rings clipRings(const PageRect& rect, const Rings& rings);
 

@@ -35,8 +35,9 @@ std::optional<geom::Box3d> pageInSpace(const PageView& view)
 bool isPlainClass(const VcDbEntity& entity)
 {
     const VcRxClass* cls = entity.isA();
-    for (VcRxClass* (*desc)() : {&VcDbLine::desc, &VcDbPolyline::desc, &VcDbText::desc, &VcDbCircle::desc, &VcDbArc::desc, &VcDbAttribute::desc,
-                                 &VcDbAttributeDefinition::desc, &VcDbHatch::desc, &VcDbEllipse::desc, &VcDbSpline::desc, &VcDbFace::desc, &VcDbSolid::desc})
+    for (VcRxClass* (*desc)() : {&VcDbLine::desc, &VcDbPolyline::desc, &VcDbText::desc, &VcDbCircle::desc,
+                                 &VcDbArc::desc, &VcDbAttribute::desc, &VcDbAttributeDefinition::desc, &VcDbHatch::desc,
+                                 &VcDbEllipse::desc, &VcDbSpline::desc, &VcDbFace::desc, &VcDbSolid::desc})
         if (cls == desc())
             return true;
     return false;
@@ -51,7 +52,8 @@ bool PageCull::isOff(const VcDbEntity& entity)
 {
     constexpr double kDiffers = 0.05;  // of the box
     VcDbExtents extents;
-    if (!m_page || !isWorthIt() || !staysInBox(entity) || entity.getGeomExtents(extents) != Vcad::eOk || extents.isEmpty())
+    if (!m_page || !isWorthIt() || !staysInBox(entity) || entity.getGeomExtents(extents) != Vcad::eOk ||
+        extents.isEmpty())
         return false;
     const geom::Box3d box{extents.minPoint(), extents.maxPoint()};
     const bool off = box.isFinite() && !m_page->touches(box.grown(kDiffers * box.diagonal()));

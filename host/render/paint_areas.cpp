@@ -110,10 +110,11 @@ void ListPainter::paintPattern(const Place& place, const HatchArea& area, const 
     constexpr double kClosest = 0.7;  // pixels between lines that still look like lines
     const Pen pen = penOf(look);
     for (const VcDbHatch::PatternLine& line : area.lines) {
-        const bool drawn = hatchLines(plane, line, kClosest / place.project.scale, [&](const Point2& a, const Point2& b) {
-            const Point2 ends[] = {toPage(a), toPage(b)};
-            strokePage(ends, pen);
-        });
+        const bool drawn =
+            hatchLines(plane, line, kClosest / place.project.scale, [&](const Point2& a, const Point2& b) {
+                const Point2 ends[] = {toPage(a), toPage(b)};
+                strokePage(ends, pen);
+            });
         if (!drawn)
             return fillPage(rings, false, (look.argb & 0xffffff) | (look.argb >> 25) << 24);
     }
@@ -142,7 +143,10 @@ void ListPainter::paintGradient(const Place& place, const HatchArea& area, const
     std::uint32_t first = m_looks.argbOf(fill.first, look), second = m_looks.argbOf(fill.second, look);
     if (fill.inverted)
         std::swap(first, second);
-    const VcGeVector2d along = place.project.about(m_points.empty() ? area.frame.origin : m_points.front())(area.frame.x * std::cos(fill.angle) + area.frame.y * std::sin(fill.angle)).normal();
+    const VcGeVector2d along = place.project
+                                   .about(m_points.empty() ? area.frame.origin : m_points.front())(
+                                       area.frame.x * std::cos(fill.angle) + area.frame.y * std::sin(fill.angle))
+                                   .normal();
     const VcGeVector2d across = along.perpVector();
     const Bounds2 box(rings.points);
     const Point2 middle = box.low + (box.high - box.low) * 0.5;

@@ -35,30 +35,40 @@ void ListPainter::paintUse(const Place& place, const BlockUse& use, const Resolv
     if (place.project.isPerspective) {
         for (std::uint32_t r = 0; r < use.rows; ++r)
             for (std::uint32_t c = 0; c < use.columns && m_budget.items > 0; ++c)
-                paintCell(clip, *block, place.matrix * VcGeMatrix3d::translation(use.columnStep * c + use.rowStep * r) * use.matrix, look);
+                paintCell(clip, *block,
+                          place.matrix * VcGeMatrix3d::translation(use.columnStep * c + use.rowStep * r) * use.matrix,
+                          look);
         return;
     }
     const VcGeVector2d column = place.project(use.columnStep), row = place.project(use.rowStep);
     // Cells closer than half a pixel cannot be told apart.
-    const auto stride = [](const VcGeVector2d& step) { return step.length() > 0 ? std::max(1.0, std::ceil(0.5 / step.length())) : 1e9; };
+    const auto stride = [](const VcGeVector2d& step) {
+        return step.length() > 0 ? std::max(1.0, std::ceil(0.5 / step.length())) : 1e9;
+    };
     const double columnStride = stride(column), rowStride = stride(row);
     for (double r = 0; r < use.rows; r += rowStride) {
         const Point2 low = Point2(box.min.x, box.min.y) + row * r, high = Point2(box.max.x, box.max.y) + row * r;
         const auto alongX = meeting(low.x, high.x, column.x, m_view.low.x, m_view.high.x, use.columns);
         const auto alongY = meeting(low.y, high.y, column.y, m_view.low.y, m_view.high.y, use.columns);
-        for (double c = std::max(alongX.first, alongY.first); c <= std::min(alongX.second, alongY.second); c += columnStride)
-            paintCell(clip, *block, place.matrix * VcGeMatrix3d::translation(use.columnStep * c + use.rowStep * r) * use.matrix, look);
+        for (double c = std::max(alongX.first, alongY.first); c <= std::min(alongX.second, alongY.second);
+             c += columnStride)
+            paintCell(clip, *block,
+                      place.matrix * VcGeMatrix3d::translation(use.columnStep * c + use.rowStep * r) * use.matrix,
+                      look);
     }
 }
 
-void ListPainter::paintCell(const ClipFrame* clip, BlockLists::BlockList& block, const VcGeMatrix3d& matrix, const ResolvedLook& look)
+void ListPainter::paintCell(const ClipFrame* clip, BlockLists::BlockList& block, const VcGeMatrix3d& matrix,
+                            const ResolvedLook& look)
 {
     const geom::Box3d box = movedBox(block.bounds, matrix);
     const bool unbounded = block.unbounded || isPerspectiveMatrix(matrix);
-    if (!unbounded && (box.isEmpty() ? block.list.blocks.empty() : !isSeen({box.min.x, box.min.y}, {box.max.x, box.max.y}, 40)))
+    if (!unbounded &&
+        (box.isEmpty() ? block.list.blocks.empty() : !isSeen({box.min.x, box.min.y}, {box.max.x, box.max.y}, 40)))
         return;
     constexpr double kSmallest = 0.4;  // pixels
-    if (!m_view.measuring && !unbounded && !box.isEmpty() && look.visible && box.max.x - box.min.x < kSmallest && box.max.y - box.min.y < kSmallest)
+    if (!m_view.measuring && !unbounded && !box.isEmpty() && look.visible && box.max.x - box.min.x < kSmallest &&
+        box.max.y - box.min.y < kSmallest)
         return dot({box.min.x, box.min.y}, penOf(look));
     if (clip)
         pushClip(*clip, matrix);

@@ -12,7 +12,10 @@ namespace vk::render {
 // Nothing nearer to the camera is seen, as a part of the way to the target.
 inline constexpr double kNearest = 0.05;
 
-inline bool isPerspectiveMatrix(const VcGeMatrix3d& m) { return m.entry[3][0] != 0 || m.entry[3][1] != 0 || m.entry[3][2] != 0; }
+inline bool isPerspectiveMatrix(const VcGeMatrix3d& m)
+{
+    return m.entry[3][0] != 0 || m.entry[3][1] != 0 || m.entry[3][2] != 0;
+}
 
 inline bool isFinite(const Point2& p) { return std::isfinite(p.x) && std::isfinite(p.y); }
 

@@ -121,14 +121,16 @@ std::pair<double, double> seenStretch(const MeasuredLine& line, const std::vecto
         const double whole = (page[i + 1] - page[i]).length(), length = line.lengthUpTo(i + 1) - line.lengthUpTo(i);
         const double perPixel = whole > 0 ? length / whole : 0;
         from = std::min(from, line.lengthUpTo(i) + (part->first - page[i]).length() * perPixel);
-        to = std::max(to, whole > 0 ? line.lengthUpTo(i) + (part->second - page[i]).length() * perPixel : line.lengthUpTo(i + 1));
+        to = std::max(to, whole > 0 ? line.lengthUpTo(i) + (part->second - page[i]).length() * perPixel
+                                    : line.lengthUpTo(i + 1));
     }
     return {from, to};
 }
 
 }
 
-void ListPainter::paintDashes(const Place& place, std::span<const VcGePoint3d> points, const DashPattern& pattern, const ResolvedLook& look)
+void ListPainter::paintDashes(const Place& place, std::span<const VcGePoint3d> points, const DashPattern& pattern,
+                              const ResolvedLook& look)
 {
     const Pen pen = penOf(look);
     const MeasuredLine line(points);
@@ -146,15 +148,20 @@ void ListPainter::paintDashes(const Place& place, std::span<const VcGePoint3d> p
         if (look.linetype->dashes()[element].hasShape())
             paintDashMark(place, line, at, element, look);
     };
-    DashWalk(pattern, line.length()).run(from, to, [&](double a, double b) {
-        m_dash.clear();
-        line.add(m_dash, a, b);
-        strokeProjected(place, m_dash, pen);
-    }, mark);
+    DashWalk(pattern, line.length())
+        .run(
+            from, to,
+            [&](double a, double b) {
+                m_dash.clear();
+                line.add(m_dash, a, b);
+                strokeProjected(place, m_dash, pen);
+            },
+            mark);
 }
 
 // A text or a figure of a linetype, along the line or as it stands.
-void ListPainter::paintDashMark(const Place& place, const MeasuredLine& line, double along, std::size_t element, const ResolvedLook& look)
+void ListPainter::paintDashMark(const Place& place, const MeasuredLine& line, double along, std::size_t element,
+                                const ResolvedLook& look)
 {
     const VcDbLinetypeTableRecord::Dash& dash = look.linetype->dashes()[element];
     const double scale = m_globalLinetypeScale * look.linetypeScale;
@@ -176,7 +183,8 @@ void ListPainter::paintDashMark(const Place& place, const MeasuredLine& line, do
         paintDashShape(place, mark, dash, look);
 }
 
-void ListPainter::paintDashText(const Place& place, const DashMark& mark, const VcDbLinetypeTableRecord::Dash& dash, const ResolvedLook& look)
+void ListPainter::paintDashText(const Place& place, const DashMark& mark, const VcDbLinetypeTableRecord::Dash& dash,
+                                const ResolvedLook& look)
 {
     DisplayList marks;
     ListBuilder builder(marks, m_db, m_omissions);
@@ -189,7 +197,8 @@ void ListPainter::paintDashText(const Place& place, const DashMark& mark, const 
         paintText(there, run, look);
 }
 
-void ListPainter::paintDashShape(const Place& place, const DashMark& mark, const VcDbLinetypeTableRecord::Dash& dash, const ResolvedLook& look)
+void ListPainter::paintDashShape(const Place& place, const DashMark& mark, const VcDbLinetypeTableRecord::Dash& dash,
+                                 const ResolvedLook& look)
 {
     const auto* style = m_db.liveAs<VcDbTextStyleTableRecord>(dash.style);
     const ShapeLines* shape = style ? linetypeShape(style->fileUtf8(), dash.shapeNumber) : nullptr;
@@ -213,8 +222,10 @@ void ListPainter::paintEndless(const Place& place, const EndlessLine& line, cons
     if (!isFinite(base) || !(direction.length() > 0))
         return dot(base, penOf(look));
     const double reach = 2 * ((m_view.high - m_view.low).length() + (base - m_view.low).length()) / direction.length();
-    const VcGePoint3d ends[] = {line.bothWays ? line.base - line.direction * reach : line.base, line.base + line.direction * reach};
-    const DashPattern pattern = look.linetype ? DashPattern::of(*look.linetype, m_globalLinetypeScale * look.linetypeScale) : DashPattern();
+    const VcGePoint3d ends[] = {line.bothWays ? line.base - line.direction * reach : line.base,
+                                line.base + line.direction * reach};
+    const DashPattern pattern =
+        look.linetype ? DashPattern::of(*look.linetype, m_globalLinetypeScale * look.linetypeScale) : DashPattern();
     if (pattern.length * place.project.scale < 2)
         return strokeProjected(place, ends, penOf(look));
     paintDashes(place, ends, pattern, look);
@@ -230,7 +241,8 @@ void ListPainter::paintMark(const Place& place, const PointMark& mark, const Res
     if (m_view.measuring)
         return dot(at, pen);
     const double percent = mark.size == 0 ? 5 : -mark.size;
-    const double size = mark.size > 0 ? mark.size * place.project.scale : percent / 100 * (m_view.high.y - m_view.low.y);
+    const double size =
+        mark.size > 0 ? mark.size * place.project.scale : percent / 100 * (m_view.high.y - m_view.low.y);
     const Projection project = place.project.about(mark.at);
     const VcGeVector2d x = project(mark.x).normal() * size, y = project(mark.y).normal() * size;
     const auto segment = [&](double x0, double y0, double x1, double y1) {
@@ -250,12 +262,14 @@ void ListPainter::paintMark(const Place& place, const PointMark& mark, const Res
     if (figure == 4)
         segment(0, 0, 0, 0.5);
     if (frame & 64)
-        for (const auto& [x0, y0, x1, y1] : {std::array{-0.5, -0.5, 0.5, -0.5}, {0.5, -0.5, 0.5, 0.5}, {0.5, 0.5, -0.5, 0.5}, {-0.5, 0.5, -0.5, -0.5}})
+        for (const auto& [x0, y0, x1, y1] :
+             {std::array{-0.5, -0.5, 0.5, -0.5}, {0.5, -0.5, 0.5, 0.5}, {0.5, 0.5, -0.5, 0.5}, {-0.5, 0.5, -0.5, -0.5}})
             segment(x0, y0, x1, y1);
     if (frame & 32) {
         std::vector<Point2> circle;
         for (int i = 0; i <= 64; ++i)
-            circle.push_back(at + x * (0.5 * std::cos(i * geom::kTwoPi / 64)) + y * (0.5 * std::sin(i * geom::kTwoPi / 64)));
+            circle.push_back(at + x * (0.5 * std::cos(i * geom::kTwoPi / 64)) +
+                             y * (0.5 * std::sin(i * geom::kTwoPi / 64)));
         circle.back() = circle.front();
         strokePage(circle, pen);
     }

@@ -9,8 +9,8 @@ void ListPainter::paintText(const Place& place, const TextRun& run, const Resolv
     const Point2 origin = project(run.origin);
     const VcGeVector2d x = project(run.x), y = project(run.y);
     const auto at = [&](double px, double py) { return origin + x * px + y * py; };
-    const Point2 box[] = {at(run.ink.left, run.ink.bottom), at(run.ink.right, run.ink.bottom), at(run.ink.right, run.ink.top),
-                          at(run.ink.left, run.ink.top)};
+    const Point2 box[] = {at(run.ink.left, run.ink.bottom), at(run.ink.right, run.ink.bottom),
+                          at(run.ink.right, run.ink.top), at(run.ink.left, run.ink.top)};
     const Bounds2 bounds(box);
     const Pen pen = penOf(look);
     if (!isFinite(bounds.low) || !isFinite(bounds.high) || !isSeen(bounds.low, bounds.high, pen.width))
@@ -29,7 +29,8 @@ void ListPainter::paintText(const Place& place, const TextRun& run, const Resolv
         for (const auto& line : shape.lines) {
             m_page.clear();
             for (const VcGePoint2d& p : line)
-                m_page.push_back(at(glyph.origin.x + glyph.xScale * p.x + glyph.slant * p.y, glyph.origin.y + glyph.yScale * p.y));
+                m_page.push_back(
+                    at(glyph.origin.x + glyph.xScale * p.x + glyph.slant * p.y, glyph.origin.y + glyph.yScale * p.y));
             if (!shape.filled) {
                 strokePage(m_page, pen);
                 continue;

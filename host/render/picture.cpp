@@ -18,10 +18,10 @@ struct NamedColour {
     std::uint32_t argb;
 };
 constexpr NamedColour kColours[] = {
-    {"white", 0xffffffff}, {"black", 0xff000000},  {"red", 0xffff0000},   {"yellow", 0xffffff00},    {"green", 0xff00ff00},
-    {"cyan", 0xff00ffff},  {"blue", 0xff0000ff},   {"magenta", 0xffff00ff}, {"grey", 0xff808080},    {"gray", 0xff808080},
-    {"lightgrey", 0xffd3d3d3}, {"lightgray", 0xffd3d3d3}, {"darkgrey", 0xff404040}, {"darkgray", 0xff404040}, {"transparent", 0},
-    {"none", 0},
+    {"white", 0xffffffff},    {"black", 0xff000000},    {"red", 0xffff0000},       {"yellow", 0xffffff00},
+    {"green", 0xff00ff00},    {"cyan", 0xff00ffff},     {"blue", 0xff0000ff},      {"magenta", 0xffff00ff},
+    {"grey", 0xff808080},     {"gray", 0xff808080},     {"lightgrey", 0xffd3d3d3}, {"lightgray", 0xffd3d3d3},
+    {"darkgrey", 0xff404040}, {"darkgray", 0xff404040}, {"transparent", 0},        {"none", 0},
 };
 
 std::optional<std::uint32_t> hexColour(std::string_view digits)
@@ -88,7 +88,8 @@ std::pair<int, int> pageSize(const PictureRequest& request, const Scene& scene, 
     const auto paper = scene.paperScale();
     const double unit = paper ? *paper * kPixelsPerMm : 0;
     const double width = window.width() * unit, height = window.height() * unit;
-    if (request.format == PictureFormat::Pdf && width >= 1 && height >= 1 && width < kMostPixels && height < kMostPixels)
+    if (request.format == PictureFormat::Pdf && width >= 1 && height >= 1 && width < kMostPixels &&
+        height < kMostPixels)
         return {int(std::lround(width)), int(std::lround(height))};
     return {1920, 1080};
 }
@@ -106,7 +107,8 @@ PictureResult paintPicture(const DatabaseCore& db, const PictureRequest& request
     const auto page = makePage({request.format, width, height, request.background}, result.error);
     if (!page)
         return result;
-    scene.paint(page->canvas(), window, {double(width), double(height), request.background, request.format != PictureFormat::Png});
+    scene.paint(page->canvas(), window,
+                {double(width), double(height), request.background, request.format != PictureFormat::Png});
     page->finish(result.bytes, result.error);
     return result;
 }

@@ -79,7 +79,8 @@ public:
     void fill(const Rings& rings, bool, std::uint32_t) override { add(rings.points); }
     void fillGradient(const Rings& rings, const Gradient&) override { add(rings.points); }
     void erase(const Rings& rings) override { add(rings.points); }
-    bool image(const std::string&, Point2, VcGeVector2d, VcGeVector2d, const Rings& outline, const ImageAdjustment&) override
+    bool image(const std::string&, Point2, VcGeVector2d, VcGeVector2d, const Rings& outline,
+               const ImageAdjustment&) override
     {
         add(outline.points);
         return true;
@@ -111,7 +112,8 @@ private:
         const Clip clip = m_clips.empty() ? Clip() : m_clips.back();
         for (const Point2& p : points)
             if (clip.low.x <= clip.high.x && clip.low.y <= clip.high.y)
-                box.add(VcGePoint3d(std::clamp(p.x, clip.low.x, clip.high.x), std::clamp(p.y, clip.low.y, clip.high.y), 0));
+                box.add(
+                    VcGePoint3d(std::clamp(p.x, clip.low.x, clip.high.x), std::clamp(p.y, clip.low.y, clip.high.y), 0));
     }
     std::vector<Clip> m_clips;
 };
@@ -195,7 +197,8 @@ PlaneWindow Scene::wholeWindow()
     if (!paper)
         return withMargin(reach);
     // A sheet that shows nothing of the drawing is of no use.
-    const bool meets = reach.low.x < paper->high.x && reach.high.x > paper->low.x && reach.low.y < paper->high.y && reach.high.y > paper->low.y;
+    const bool meets = reach.low.x < paper->high.x && reach.high.x > paper->low.x && reach.low.y < paper->high.y &&
+                       reach.high.y > paper->low.y;
     return meets ? *paper : withMargin(reach);
 }
 
@@ -286,8 +289,9 @@ VcGeMatrix3d viewportMatrix(const VcDbViewport& viewport)
                                 VcGeMatrix3d::translation(-viewport.viewTarget().asVector());
     const VcGePoint2d seen = viewport.viewCenter();
     const VcGeVector3d middle(seen.x, seen.y, 0);
-    return VcGeMatrix3d::translation(viewport.centerPoint().asVector()) * VcGeMatrix3d::scaling(viewport.customScale()) *
-           VcGeMatrix3d::translation(-middle) * cameraMatrix(viewport) * toView;
+    return VcGeMatrix3d::translation(viewport.centerPoint().asVector()) *
+           VcGeMatrix3d::scaling(viewport.customScale()) * VcGeMatrix3d::translation(-middle) * cameraMatrix(viewport) *
+           toView;
 }
 
 std::vector<Point2> rectangleOf(const VcDbViewport& viewport, const VcGeMatrix3d& toPage)

@@ -46,7 +46,8 @@ Creases creasesOf(const VcDbSubDMesh& mesh)
 
 class Subdivision {
 public:
-    Subdivision(const FaceMesh& mesh, const Creases& creases) : m_mesh(mesh), m_creases(creases), m_corners(mesh.vertices.size())
+    Subdivision(const FaceMesh& mesh, const Creases& creases)
+        : m_mesh(mesh), m_creases(creases), m_corners(mesh.vertices.size())
     {
         for (const auto& face : mesh.faces)
             addFace(face);
@@ -69,8 +70,10 @@ public:
             const auto centre = std::uint32_t(finer.vertices.size());
             finer.vertices.push_back(m_centres[f]);
             for (std::size_t i = 0; i < face.size(); ++i) {
-                const std::uint32_t before = face[(i + face.size() - 1) % face.size()], after = face[(i + 1) % face.size()];
-                finer.faces.push_back({face[i], middles.at(keyOf(face[i], after)), centre, middles.at(keyOf(before, face[i]))});
+                const std::uint32_t before = face[(i + face.size() - 1) % face.size()],
+                                    after = face[(i + 1) % face.size()];
+                finer.faces.push_back(
+                    {face[i], middles.at(keyOf(face[i], after)), centre, middles.at(keyOf(before, face[i]))});
             }
         }
         return finer;

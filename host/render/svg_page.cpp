@@ -78,11 +78,13 @@ public:
         flush();
         const int id = ++m_ids;
         if (g.radial)
-            put("<radialGradient id=\"g{}\" gradientUnits=\"userSpaceOnUse\" cx=\"{}\" cy=\"{}\" r=\"{}\" fx=\"{}\" fy=\"{}\">", id,
-                number(g.from.x), number(g.from.y), number((g.to - g.from).length()), number(g.focus.x), number(g.focus.y));
+            put("<radialGradient id=\"g{}\" gradientUnits=\"userSpaceOnUse\" cx=\"{}\" cy=\"{}\" r=\"{}\" fx=\"{}\" "
+                "fy=\"{}\">",
+                id, number(g.from.x), number(g.from.y), number((g.to - g.from).length()), number(g.focus.x),
+                number(g.focus.y));
         else
-            put("<linearGradient id=\"g{}\" gradientUnits=\"userSpaceOnUse\" x1=\"{}\" y1=\"{}\" x2=\"{}\" y2=\"{}\">", id,
-                number(g.from.x), number(g.from.y), number(g.to.x), number(g.to.y));
+            put("<linearGradient id=\"g{}\" gradientUnits=\"userSpaceOnUse\" x1=\"{}\" y1=\"{}\" x2=\"{}\" y2=\"{}\">",
+                id, number(g.from.x), number(g.from.y), number(g.to.x), number(g.to.y));
         for (const auto& [at, argb] : g.stops)
             put("<stop offset=\"{}\" {}/>", number(at), paint("stop", argb, "-color"));
         m_text += g.radial ? "</radialGradient>" : "</linearGradient>";
@@ -92,7 +94,10 @@ public:
     }
 
     // Where the page is transparent a mask can only be white.
-    void erase(const Rings& rings) override { fill(rings, false, m_spec.background >> 24 ? m_spec.background : 0xffffffff); }
+    void erase(const Rings& rings) override
+    {
+        fill(rings, false, m_spec.background >> 24 ? m_spec.background : 0xffffffff);
+    }
 
     bool image(const std::string& file, Point2 corner, VcGeVector2d width, VcGeVector2d height, const Rings& outline,
                const ImageAdjustment& adjustment) override
@@ -103,10 +108,11 @@ public:
             return false;
         pushClip(outline, false);
         const Point2 top = corner + height;
-        put("<image width=\"1\" height=\"1\" preserveAspectRatio=\"none\" opacity=\"{}\" transform=\"matrix({} {} {} {} {} {})\" "
+        put("<image width=\"1\" height=\"1\" preserveAspectRatio=\"none\" opacity=\"{}\" transform=\"matrix({} {} {} "
+            "{} {} {})\" "
             "xlink:href=\"data:{};base64,{}\"/>\n",
-            number(1 - adjustment.fade / 100.0), number(width.x), number(width.y), number(-height.x), number(-height.y), number(top.x),
-            number(top.y), type, base64(*bytes));
+            number(1 - adjustment.fade / 100.0), number(width.x), number(width.y), number(-height.x), number(-height.y),
+            number(top.x), number(top.y), type, base64(*bytes));
         popClip();
         return true;
     }

@@ -20,7 +20,7 @@ char32_t equivalent(char32_t c)
     switch (c) {
     case 0x2205:
     case 0x2300:
-        return 0xD8; // diameter
+        return 0xD8;  // diameter
     case 0x00A0:
     case 0x2002:
     case 0x2003:
@@ -60,7 +60,7 @@ bool takesNoRoom(char32_t c)
     return c < 0x20 || c == 0x200B || c == 0x200C || c == 0x200D || c == 0xFEFF || (c >= 0xFE00 && c <= 0xFE0F);
 }
 
-} // namespace
+}  // namespace
 
 Font::Font(std::vector<std::shared_ptr<GlyphSource>> sources, SystemSource systemSource)
     : m_sources(std::move(sources)), m_systemSource(systemSource)
@@ -123,4 +123,4 @@ const GlyphShape& Font::shape(char32_t c) const
     return m_shapes.emplace(c, std::move(shape)).first->second;
 }
 
-} // namespace vktext
+}  // namespace vktext

@@ -15,36 +15,32 @@
 namespace vktext {
 
 // A glyph without ink (a space) has left = 0, right = advance, bottom = top = 0.
-struct GlyphMetrics
-{
+struct GlyphMetrics {
     double advance = 0;
-    double left = 0, right = 0, bottom = 0, top = 0; // the ink
+    double left = 0, right = 0, bottom = 0, top = 0;  // the ink
     bool blank = true;
 };
 
 // Strokes are open polylines to be drawn with a pen. Contours are closed polygons without their repeated first point,
 // to be filled by the non-zero rule.
-struct GlyphShape
-{
+struct GlyphShape {
     std::vector<std::vector<VcGePoint2d>> lines;
     bool filled = false;
 };
 
 // One font file, or one set of strokes.
-class GlyphSource
-{
+class GlyphSource {
 public:
     virtual ~GlyphSource() = default;
-    virtual std::optional<GlyphMetrics> metrics(char32_t c) = 0; // nothing when the glyph is missing
+    virtual std::optional<GlyphMetrics> metrics(char32_t c) = 0;  // nothing when the glyph is missing
     virtual GlyphShape shape(char32_t c) = 0;
-    virtual double descent() const = 0; // how far letters such as g reach below the baseline, positive
+    virtual double descent() const = 0;  // how far letters such as g reach below the baseline, positive
     virtual bool stroked() const = 0;
 };
 
 // A font with its stand-ins for missing glyphs. Every character has metrics and a shape: what no source has is a box.
 // Fills its caches on use, so that a font serves one thread.
-class VKHOST_API Font
-{
+class VKHOST_API Font {
 public:
     // systemSource gives a further source that has the character, or null.
     using SystemSource = GlyphSource* (*)(char32_t);
@@ -64,8 +60,7 @@ public:
     std::size_t missingGlyphs() const { return m_missing; }
 
 private:
-    struct Located
-    {
+    struct Located {
         GlyphSource* source = nullptr;
         GlyphMetrics metrics;
     };
@@ -76,11 +71,11 @@ private:
     SystemSource m_systemSource;
     double m_descent = 1.0 / 3;
     bool m_stroked = true;
-    mutable std::array<GlyphMetrics, 0x250> m_common; // a negative advance means not loaded yet
+    mutable std::array<GlyphMetrics, 0x250> m_common;  // a negative advance means not loaded yet
     mutable std::unordered_map<char32_t, GlyphMetrics> m_rare;
     mutable std::unordered_map<char32_t, GlyphShape> m_shapes;
     mutable std::size_t m_borrowed = 0;
     mutable std::size_t m_missing = 0;
 };
 
-} // namespace vktext
+}  // namespace vktext

@@ -13,15 +13,13 @@ namespace vktext {
 
 namespace {
 
-struct Found
-{
-    std::shared_ptr<GlyphSource> source; // null when nothing at all could be had
+struct Found {
+    std::shared_ptr<GlyphSource> source;  // null when nothing at all could be had
     std::string taken;
     FontMatch match = FontMatch::Substitute;
 };
 
-struct RequestHash
-{
+struct RequestHash {
     std::size_t operator()(const FontRequest& r) const
     {
         const std::hash<std::string> hash;
@@ -39,17 +37,12 @@ std::string folderOfThisLibrary()
 
 constexpr const char* kHersheyFolder = "/usr/share/hershey-fonts";
 
-GlyphSource* systemSource(char32_t c)
-{
-    return SystemFonts::instance().covering(c);
-}
+GlyphSource* systemSource(char32_t c) { return SystemFonts::instance().covering(c); }
 
-} // namespace
+}  // namespace
 
-struct FontLibrary::State
-{
-    struct Entry
-    {
+struct FontLibrary::State {
+    struct Entry {
         FontRequest asked;
         std::string taken;
         FontMatch match;
@@ -211,4 +204,4 @@ void FontLibrary::setFolders(std::vector<std::string> folders)
     m_state->foldersGivenToSystem = false;
 }
 
-} // namespace vktext
+}  // namespace vktext

@@ -10,26 +10,23 @@
 
 namespace vktext {
 
-enum class FontMatch
-{
-    Exact,      // the font itself, or the stroke set that goes by its name
-    SameWidths, // another font whose letters are as wide
-    Substitute, // texts may come out longer or shorter
+enum class FontMatch {
+    Exact,       // the font itself, or the stroke set that goes by its name
+    SameWidths,  // another font whose letters are as wide
+    Substitute,  // texts may come out longer or shorter
 };
 
-struct FontUse
-{
+struct FontUse {
     FontRequest asked;
-    std::string taken; // a typeface, or the name of a stroke set
+    std::string taken;  // a typeface, or the name of a stroke set
     FontMatch match = FontMatch::Exact;
-    std::size_t borrowedGlyphs = 0; // characters that came from yet another font
-    std::size_t missingGlyphs = 0;  // characters drawn as boxes
+    std::size_t borrowedGlyphs = 0;  // characters that came from yet another font
+    std::size_t missingGlyphs = 0;   // characters drawn as boxes
 };
 
 // One for the program, made when first used; font files are looked for when first asked for. A font that cannot be had
 // is replaced, never refused. For one thread at a time.
-class VKHOST_API FontLibrary
-{
+class VKHOST_API FontLibrary {
 public:
     static FontLibrary& instance();
 
@@ -53,4 +50,4 @@ private:
     std::unique_ptr<State> m_state;
 };
 
-} // namespace vktext
+}  // namespace vktext

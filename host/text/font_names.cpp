@@ -32,8 +32,7 @@ constexpr StrokeSet kStrokeSets[] = {
     {"amgdt", "gdt", kDrawn, false},        {"amgdtans", "gdt", kDrawn, false},
 };
 
-struct FaceFile
-{
+struct FaceFile {
     std::string_view stem;
     std::string_view family;
     bool bold, italic;
@@ -64,10 +63,9 @@ constexpr FaceFile kFaceFiles[] = {
     {"isocpeur", "ISOCPEUR", false, false},     {"isocteur", "ISOCTEUR", false, false},
 };
 
-struct MetricTwin
-{
+struct MetricTwin {
     std::string_view asked, taken;
-    double capHeight; // of the asked one, in ems
+    double capHeight;  // of the asked one, in ems
 };
 
 constexpr MetricTwin kTwins[] = {
@@ -84,12 +82,9 @@ constexpr MetricTwin kTwins[] = {
     {"Cambria", "Caladea", 0},
 };
 
-char lower(char c)
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
+char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
-} // namespace
+}  // namespace
 
 std::string baseName(std::string_view font)
 {
@@ -124,10 +119,7 @@ const StrokeSet* strokeSet(std::string_view stem)
     return found == std::end(kStrokeSets) ? nullptr : found;
 }
 
-const StrokeSet& defaultStrokeSet()
-{
-    return kStrokeSets[0];
-}
+const StrokeSet& defaultStrokeSet() { return kStrokeSets[0]; }
 
 TypefaceName typefaceOf(const FontRequest& request)
 {
@@ -154,4 +146,4 @@ bool sameWidths(std::string_view asked, std::string_view taken)
            });
 }
 
-} // namespace vktext
+}  // namespace vktext

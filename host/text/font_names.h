@@ -9,17 +9,15 @@
 
 namespace vktext {
 
-struct StrokeSet
-{
-    std::string_view name; // as drawings write it, without its ending
-    std::string_view file; // of the Hershey sets, without its ending
+struct StrokeSet {
+    std::string_view name;  // as drawings write it, without its ending
+    std::string_view file;  // of the Hershey sets, without its ending
     StrokeSpacing spacing;
-    bool exact; // false: the set only resembles the font
+    bool exact;  // false: the set only resembles the font
 };
 
 // A typeface, and the member of its family that the file name or the name stands for.
-struct TypefaceName
-{
+struct TypefaceName {
     std::string family;
     bool bold = false;
     bool italic = false;
@@ -41,4 +39,4 @@ double publishedCapHeight(std::string_view family);
 // Whether texts in `taken` are as long as in `asked`.
 bool sameWidths(std::string_view asked, std::string_view taken);
 
-} // namespace vktext
+}  // namespace vktext

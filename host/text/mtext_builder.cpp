@@ -42,10 +42,7 @@ ParagraphFormat& MTextBuilder::changeParagraph()
     return m_paragraph;
 }
 
-void MTextBuilder::changeFont(const FontRequest& font)
-{
-    changeFormat().font = fontIndex(font);
-}
+void MTextBuilder::changeFont(const FontRequest& font) { changeFormat().font = fontIndex(font); }
 
 void MTextBuilder::restore(Mark mark)
 {
@@ -106,4 +103,4 @@ std::uint32_t MTextBuilder::fontIndex(const FontRequest& font)
     return static_cast<std::uint32_t>(m_out.fonts.size() - 1);
 }
 
-} // namespace vktext
+}  // namespace vktext

@@ -7,8 +7,7 @@
 
 namespace vktext {
 
-class MTextBuilder
-{
+class MTextBuilder {
 public:
     MTextBuilder(const CharFormat& base, const FontRequest& font, std::size_t expectedLength);
 
@@ -29,8 +28,7 @@ public:
     ParagraphFormat& changeParagraph();
 
     // The formats that hold now, to be brought back.
-    struct Mark
-    {
+    struct Mark {
         std::uint32_t format, paragraph;
     };
     Mark mark() { return {formatIndex(), paragraphIndex()}; }
@@ -48,7 +46,7 @@ private:
     MTextContent m_out;
     CharFormat m_format;
     ParagraphFormat m_paragraph;
-    std::size_t m_textBegin = 0; // characters from here on belong to no token yet
+    std::size_t m_textBegin = 0;  // characters from here on belong to no token yet
 };
 
-} // namespace vktext
+}  // namespace vktext

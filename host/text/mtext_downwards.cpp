@@ -12,8 +12,7 @@ namespace vktext {
 
 namespace {
 
-class DownwardPlacer
-{
+class DownwardPlacer {
 public:
     DownwardPlacer(const MTextSpec& spec, const CharFormat& base)
         : m_spec(spec), m_base(base), m_content(parseMText(spec.contents, base, spec.style)),
@@ -119,20 +118,17 @@ private:
     const MTextSpec& m_spec;
     const CharFormat& m_base;
     MTextContent m_content;
-    const double m_length; // of a line
+    const double m_length;  // of a line
     std::vector<const Font*> m_fonts;
-    double m_pen = 0;    // downwards
-    double m_center = 0; // x of the line
+    double m_pen = 0;     // downwards
+    double m_center = 0;  // x of the line
     std::uint32_t m_line = 0;
     Box m_ink;
     MTextLayout m_out;
 };
 
-} // namespace
+}  // namespace
 
-MTextLayout layoutDownwards(const MTextSpec& spec, const CharFormat& base)
-{
-    return DownwardPlacer(spec, base).run();
-}
+MTextLayout layoutDownwards(const MTextSpec& spec, const CharFormat& base) { return DownwardPlacer(spec, base).run(); }
 
-} // namespace vktext
+}  // namespace vktext

@@ -9,4 +9,4 @@ namespace vktext {
 // are written out; paragraph formats and columns have no part in it.
 MTextLayout layoutDownwards(const MTextSpec& spec, const CharFormat& base);
 
-} // namespace vktext
+}  // namespace vktext

@@ -14,10 +14,7 @@ namespace {
 
 constexpr int kMostColumns = 1000;
 
-double positiveOr(double value, double otherwise)
-{
-    return std::isfinite(value) && value > 0 ? value : otherwise;
-}
+double positiveOr(double value, double otherwise) { return std::isfinite(value) && value > 0 ? value : otherwise; }
 
 CharFormat baseFormat(const MTextSpec& spec)
 {
@@ -30,18 +27,16 @@ CharFormat baseFormat(const MTextSpec& spec)
 }
 
 // What a line needs to be put in its place once the width of all lines is known.
-struct PlacedLineRecord
-{
+struct PlacedLineRecord {
     std::size_t fragmentBegin = 0, fragmentEnd = 0, ruleBegin = 0, ruleEnd = 0;
     double marginLeft = 0, marginRight = 0;
     ParagraphAlignment alignment = ParagraphAlignment::Left;
-    double left = 0, right = 0; // ink, from the pen
+    double left = 0, right = 0;  // ink, from the pen
     double baseline = 0;
     int column = 0;
 };
 
-class MTextPlacer
-{
+class MTextPlacer {
 public:
     explicit MTextPlacer(const MTextSpec& spec)
         : m_spec(spec), m_base(baseFormat(spec)), m_content(parseMText(spec.contents, m_base, spec.style)),
@@ -84,11 +79,10 @@ private:
     }
 
     // Heights of a line above and below its baseline.
-    struct LineHeights
-    {
-        double nominal = 0; // of the largest letters
+    struct LineHeights {
+        double nominal = 0;  // of the largest letters
         double top = 0, bottom = 0;
-        double stackDepth = 0; // how far stacks reach down
+        double stackDepth = 0;  // how far stacks reach down
     };
 
     LineHeights heightsOf(const LineRange& range, std::uint32_t emptyFormat) const
@@ -388,23 +382,23 @@ private:
     MTextContent m_content;
     PieceMaker m_maker;
     const double m_factor;
-    int m_columns = 0; // 0: none
+    int m_columns = 0;  // 0: none
     double m_width = 0, m_gutter = 0;
 
-    std::vector<Piece> m_pieces; // of the paragraph at hand
+    std::vector<Piece> m_pieces;  // of the paragraph at hand
     std::vector<PlacedLineRecord> m_lines;
     int m_column = 0;
     int m_linesInColumn = 0;
-    double m_baseline = 0;   // of the latest line
-    double m_stackDepth = 0; // of the latest line
-    double m_space = 0;      // between paragraphs, still to come
-    double m_deepest = 0;    // y of the lowest ink
-    bool m_joins = false;    // whether the next text may go on in the latest fragment
+    double m_baseline = 0;    // of the latest line
+    double m_stackDepth = 0;  // of the latest line
+    double m_space = 0;       // between paragraphs, still to come
+    double m_deepest = 0;     // y of the lowest ink
+    bool m_joins = false;     // whether the next text may go on in the latest fragment
     std::uint32_t m_lastFormat = 0;
     MTextLayout m_out;
 };
 
-} // namespace
+}  // namespace
 
 MTextLayout layoutMText(const MTextSpec& spec)
 {
@@ -440,11 +434,14 @@ Box drawnBox(const MTextLayout& layout)
 {
     Box box = layout.box;
     for (const MTextFragment& fragment : layout.fragments) {
-        constexpr double kHighest = 2; // of what stands on a base line, in its heights
+        constexpr double kHighest = 2;  // of what stands on a base line, in its heights
         if (fragment.y + kHighest * fragment.height > layout.box.top)
-            box.top = std::max(box.top, fragment.y + measureLine(fragmentStyle(layout, fragment), fragment.height, fragmentText(fragment)).ink.top);
+            box.top = std::max(
+                box.top,
+                fragment.y +
+                    measureLine(fragmentStyle(layout, fragment), fragment.height, fragmentText(fragment)).ink.top);
     }
     return box;
 }
 
-} // namespace vktext
+}  // namespace vktext

@@ -12,58 +12,53 @@
 
 namespace vktext {
 
-struct MTextColumns
-{
-    int count = 0; // 0: no columns
+struct MTextColumns {
+    int count = 0;  // 0: no columns
     double width = 0;
     double gutter = 0;
-    std::vector<double> heights; // of each column; what is missing takes the last; 0 is as long as need be
+    std::vector<double> heights;  // of each column; what is missing takes the last; 0 is as long as need be
 };
 
-struct MTextSpec
-{
+struct MTextSpec {
     std::string contents;
-    TextStyleSpec style; // its mirroring and its fixed height are of no account
+    TextStyleSpec style;  // its mirroring and its fixed height are of no account
     double height = 1;
-    double width = 0;          // lines are broken at this width; 0 or nonsense: only where the contents say so
-    int attachment = 1;        // 1 to 9, top left to bottom right
-    int flow = 1;              // 1 in lines; 3 downwards, in columns from right to left; 5 as the style says
-    bool exactSpacing = false; // every line at the same distance; else lines that stand out get more room
-    double spacingFactor = 1;  // of five thirds of the text height
+    double width = 0;           // lines are broken at this width; 0 or nonsense: only where the contents say so
+    int attachment = 1;         // 1 to 9, top left to bottom right
+    int flow = 1;               // 1 in lines; 3 downwards, in columns from right to left; 5 as the style says
+    bool exactSpacing = false;  // every line at the same distance; else lines that stand out get more room
+    double spacingFactor = 1;   // of five thirds of the text height
     MTextColumns columns;
 };
 
 // A stretch of one line that looks alike throughout. `text` is plain characters without any codes.
-struct MTextFragment
-{
+struct MTextFragment {
     std::string text;
-    std::uint32_t font = 0; // into the layout's fonts
+    std::uint32_t font = 0;  // into the layout's fonts
     std::uint32_t line = 0;
     double height = 1, widthFactor = 1;
-    double oblique = 0;  // radians
-    double tracking = 1; // of each advance
+    double oblique = 0;   // radians
+    double tracking = 1;  // of each advance
     TextColor color;
     std::uint8_t decorations = 0;
-    double x = 0, y = 0; // left end of the baseline
-    double width = 0;    // sum of the advances
+    double x = 0, y = 0;  // left end of the baseline
+    double width = 0;     // sum of the advances
 };
 
 // A fraction's line.
-struct MTextRule
-{
+struct MTextRule {
     VcGePoint2d from, to;
     TextColor color;
 };
 
-struct MTextLayout
-{
+struct MTextLayout {
     std::vector<FontRequest> fonts;
-    std::vector<MTextFragment> fragments; // in reading order
+    std::vector<MTextFragment> fragments;  // in reading order
     std::vector<MTextRule> rules;
     // The actual size: with the attachment's corner on the insertion point, a box of this size holds all that is drawn,
     // but for strokes of the first line that rise above its capitals.
     double width = 0, height = 0;
-    Box box; // that box
+    Box box;  // that box
     std::size_t lines = 0;
 };
 
@@ -77,4 +72,4 @@ VKHOST_API TextStyleSpec fragmentStyle(const MTextLayout& layout, const MTextFra
 // The box with what rises out of its top: accents, and the dots of some stroke fonts.
 VKHOST_API Box drawnBox(const MTextLayout& layout);
 
-} // namespace vktext
+}  // namespace vktext

@@ -7,15 +7,11 @@ namespace vktext {
 
 namespace {
 
-constexpr double kDefaultTab = 4; // text heights
+constexpr double kDefaultTab = 4;  // text heights
 
-bool isBlank(const Piece& piece)
-{
-    return piece.kind == Piece::Kind::Space || piece.kind == Piece::Kind::Tab;
-}
+bool isBlank(const Piece& piece) { return piece.kind == Piece::Kind::Space || piece.kind == Piece::Kind::Tab; }
 
-struct Stop
-{
+struct Stop {
     double at;
     TabKind kind;
 };
@@ -32,8 +28,7 @@ Stop nextStop(const ParagraphFrame& frame, double pen)
 }
 
 // Of what stands between a tab and the next one or the end of the paragraph, and the part before its decimal sign.
-struct TabbedText
-{
+struct TabbedText {
     double width = 0, beforePoint = 0;
 };
 
@@ -55,8 +50,7 @@ TabbedText textBehindTab(const MTextContent& content, const std::vector<Piece>& 
     return text;
 }
 
-class Breaker
-{
+class Breaker {
 public:
     Breaker(const ParagraphFrame& frame, const MTextContent& content, const std::vector<Piece>& pieces)
         : m_frame(frame), m_content(content), m_pieces(pieces)
@@ -128,7 +122,7 @@ private:
     std::vector<LineRange> m_lines;
 };
 
-} // namespace
+}  // namespace
 
 double tabWidth(const ParagraphFrame& frame, const MTextContent& content, const std::vector<Piece>& pieces,
                 std::size_t next, double pen)
@@ -150,4 +144,4 @@ std::vector<LineRange> breakLines(const ParagraphFrame& frame, const MTextConten
     return Breaker(frame, content, pieces).run();
 }
 
-} // namespace vktext
+}  // namespace vktext

@@ -5,19 +5,17 @@
 
 namespace vktext {
 
-struct LineRange
-{
-    std::size_t begin = 0, end = 0; // pieces, without the spaces at the end of the line
-    bool first = false;             // of its paragraph
+struct LineRange {
+    std::size_t begin = 0, end = 0;  // pieces, without the spaces at the end of the line
+    bool first = false;              // of its paragraph
     bool last = false;
 };
 
 // Lengths of a paragraph in drawing units, from the left edge of its column.
-struct ParagraphFrame
-{
-    double width = 0; // of the column; 0: lines are not broken
+struct ParagraphFrame {
+    double width = 0;  // of the column; 0: lines are not broken
     double left = 0, firstLeft = 0, right = 0;
-    const std::vector<TabStop>* tabs = nullptr; // in text heights
+    const std::vector<TabStop>* tabs = nullptr;  // in text heights
     double textHeight = 1;
 
     double leftOf(bool first) const { return first ? firstLeft : left; }
@@ -31,4 +29,4 @@ double tabWidth(const ParagraphFrame& frame, const MTextContent& content, const 
 std::vector<LineRange> breakLines(const ParagraphFrame& frame, const MTextContent& content,
                                   const std::vector<Piece>& pieces);
 
-} // namespace vktext
+}  // namespace vktext

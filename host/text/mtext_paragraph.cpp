@@ -7,11 +7,10 @@ namespace vktext {
 
 namespace {
 
-constexpr double kLimit = 1e6; // text heights
+constexpr double kLimit = 1e6;  // text heights
 constexpr std::size_t kMostTabs = 64;
 
-class ParagraphCode
-{
+class ParagraphCode {
 public:
     ParagraphCode(ParagraphFormat& format, std::string_view code) : m_format(format), m_code(code) {}
 
@@ -50,7 +49,7 @@ private:
             tabs();
             break;
         default:
-            break; // the "x" in front, commas
+            break;  // the "x" in front, commas
         }
     }
 
@@ -146,11 +145,8 @@ private:
     std::size_t m_at = 0;
 };
 
-} // namespace
+}  // namespace
 
-void applyParagraphCode(ParagraphFormat& format, std::string_view code)
-{
-    ParagraphCode(format, code).apply();
-}
+void applyParagraphCode(ParagraphFormat& format, std::string_view code) { ParagraphCode(format, code).apply(); }
 
-} // namespace vktext
+}  // namespace vktext

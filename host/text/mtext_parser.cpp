@@ -9,23 +9,16 @@ namespace vktext {
 
 namespace {
 
-constexpr std::size_t kMostNesting = 4096; // groups deeper than this are balanced, but restore nothing
-constexpr double kMostScaling = 1e6;       // of heights, against the base height
+constexpr std::size_t kMostNesting = 4096;  // groups deeper than this are balanced, but restore nothing
+constexpr double kMostScaling = 1e6;        // of heights, against the base height
 constexpr char32_t kUnprintable = 0x25AF;
 
-double degrees(double value)
-{
-    return value * M_PI / 180;
-}
+double degrees(double value) { return value * M_PI / 180; }
 
 // Windows keeps red in the low byte.
-std::uint32_t rgbFromBgr(std::uint32_t bgr)
-{
-    return ((bgr & 0xFF) << 16) | (bgr & 0xFF00) | ((bgr >> 16) & 0xFF);
-}
+std::uint32_t rgbFromBgr(std::uint32_t bgr) { return ((bgr & 0xFF) << 16) | (bgr & 0xFF00) | ((bgr >> 16) & 0xFF); }
 
-class MTextReader
-{
+class MTextReader {
 public:
     MTextReader(std::string_view text, const CharFormat& base, const FontRequest& font)
         : m_text(text), m_baseHeight(base.height), m_out(base, font, text.size())
@@ -243,8 +236,7 @@ private:
 
     // A number behind the code's letter, perhaps followed by "x", and a semicolon, which may be missing. The position
     // moves behind all that if there is a number.
-    struct Value
-    {
+    struct Value {
         double value = 0;
         bool relative = false;
     };
@@ -414,7 +406,7 @@ private:
 
     std::string_view m_text;
     std::size_t m_at = 0;
-    std::size_t m_semicolon = 0; // the first one at or behind what was last asked for
+    std::size_t m_semicolon = 0;  // the first one at or behind what was last asked for
     const double m_baseHeight;
     std::vector<MTextBuilder::Mark> m_groups;
     std::size_t m_tooDeep = 0;
@@ -429,7 +421,7 @@ void appendStack(std::string& to, const MTextContent& content, const MTextToken&
     to += toUtf8(chars.substr(token.middle, token.end - token.middle));
 }
 
-} // namespace
+}  // namespace
 
 MTextContent parseMText(std::string_view contents, const CharFormat& base, const FontRequest& font)
 {
@@ -458,4 +450,4 @@ std::string plainMText(std::string_view contents)
     return plain;
 }
 
-} // namespace vktext
+}  // namespace vktext

@@ -10,9 +10,9 @@ namespace vktext {
 namespace {
 
 // In heights of the stack's text.
-constexpr double kUpperBase = 1.5; // baseline of the upper part above that of the lower
+constexpr double kUpperBase = 1.5;  // baseline of the upper part above that of the lower
 constexpr double kRuleAt = 1.25;
-constexpr double kDiagonalRise = 0.8; // of the upper part of a slanted fraction
+constexpr double kDiagonalRise = 0.8;  // of the upper part of a slanted fraction
 constexpr double kDiagonalGap = 0.5;
 constexpr double kRuleOverhang = 0.1;
 
@@ -37,7 +37,7 @@ StackGeometry diagonal(const Piece& piece, double h)
     return g;
 }
 
-} // namespace
+}  // namespace
 
 StackGeometry stackGeometry(const Piece& piece, double h)
 {
@@ -158,4 +158,4 @@ Piece PieceMaker::stackPiece(const MTextToken& token)
     return piece;
 }
 
-} // namespace vktext
+}  // namespace vktext

@@ -19,8 +19,7 @@ FT_Library library()
 }
 
 // Collects an outline as polygons in capital heights.
-class Flattener
-{
+class Flattener {
 public:
     Flattener(double scaleX, double scaleY) : m_scaleX(scaleX), m_scaleY(scaleY) {}
 
@@ -36,7 +35,7 @@ public:
     }
 
 private:
-    static constexpr int kSteps = 6; // of a curve: finer than a pixel up to letters of 200 pixels
+    static constexpr int kSteps = 6;  // of a curve: finer than a pixel up to letters of 200 pixels
 
     VcGePoint2d place(const FT_Vector& v) const { return {v.x * m_scaleX, v.y * m_scaleY}; }
     static Flattener& self(void* user) { return *static_cast<Flattener*>(user); }
@@ -87,10 +86,9 @@ private:
     std::vector<std::vector<VcGePoint2d>> m_contours;
 };
 
-} // namespace
+}  // namespace
 
-struct OutlineFont::Face
-{
+struct OutlineFont::Face {
     FT_Face handle = nullptr;
     ~Face()
     {
@@ -163,4 +161,4 @@ GlyphShape OutlineFont::shape(char32_t c)
     return {Flattener(m_scaleX, m_scaleY).flatten(m_face->handle->glyph->outline), true};
 }
 
-} // namespace vktext
+}  // namespace vktext

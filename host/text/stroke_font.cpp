@@ -12,12 +12,11 @@ namespace {
 
 using Strokes = std::vector<std::vector<VcGePoint2d>>;
 
-constexpr double kUnit = 1.0 / 21; // capitals are 21 units high
-constexpr int kBaseline = 9;       // units below the middle of the letter, y pointing down
+constexpr double kUnit = 1.0 / 21;  // capitals are 21 units high
+constexpr int kBaseline = 9;        // units below the middle of the letter, y pointing down
 
 // Accents are drawn about x = 0 with y = 0 at the top of the letter they sit on, or at its foot for those below.
-struct Accent
-{
+struct Accent {
     char32_t mark;
     bool below;
     Strokes strokes;
@@ -54,11 +53,10 @@ const Accent* accentFor(char32_t mark)
 }
 
 // Letters and signs that a base glyph and one stroke make.
-struct Crossed
-{
+struct Crossed {
     char32_t c;
     char base;
-    VcGePoint2d from, to; // in fractions of the ink's width and height
+    VcGePoint2d from, to;  // in fractions of the ink's width and height
 };
 
 constexpr Crossed kCrossed[] = {
@@ -90,7 +88,7 @@ void changeX(Strokes& strokes, Change change)
             p.x = change(p.x);
 }
 
-} // namespace
+}  // namespace
 
 std::shared_ptr<StrokeFont> StrokeFont::load(const std::string& path, StrokeSpacing spacing)
 {
@@ -239,4 +237,4 @@ GlyphShape StrokeFont::shape(char32_t c)
     return found ? GlyphShape{std::move(found->strokes), false} : GlyphShape{};
 }
 
-} // namespace vktext
+}  // namespace vktext

@@ -8,17 +8,15 @@
 
 namespace vktext {
 
-enum class StrokeSpacing
-{
-    AsDrawn,   // the set's own side bearings
-    Cells,     // every letter on a grid of sixths of its height, at most four wide, two apart
-    MonoCells, // every letter advances by the height
+enum class StrokeSpacing {
+    AsDrawn,    // the set's own side bearings
+    Cells,      // every letter on a grid of sixths of its height, at most four wide, two apart
+    MonoCells,  // every letter advances by the height
 };
 
 // Covers ASCII, the degree, plus-minus and diameter signs, and Latin letters with accents, which are put together
 // from the letter and strokes of our own.
-class StrokeFont final : public GlyphSource
-{
+class StrokeFont final : public GlyphSource {
 public:
     // Null when the file cannot be read or holds no glyphs.
     static std::shared_ptr<StrokeFont> load(const std::string& path, StrokeSpacing spacing);
@@ -29,12 +27,11 @@ public:
     bool stroked() const override { return true; }
 
 private:
-    struct Glyph
-    {
+    struct Glyph {
         GlyphMetrics metrics;
         std::vector<std::vector<VcGePoint2d>> strokes;
     };
-    static constexpr std::size_t kGlyphs = 95; // from the space to the tilde
+    static constexpr std::size_t kGlyphs = 95;  // from the space to the tilde
 
     bool parse(const std::string& data);
     std::optional<Glyph> glyph(char32_t c) const;
@@ -46,4 +43,4 @@ private:
     std::array<Glyph, kGlyphs> m_glyphs;
 };
 
-} // namespace vktext
+}  // namespace vktext

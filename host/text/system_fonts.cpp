@@ -9,14 +9,12 @@ namespace vktext {
 
 namespace {
 
-struct PatternDeleter
-{
+struct PatternDeleter {
     void operator()(FcPattern* p) const { FcPatternDestroy(p); }
 };
 using Pattern = std::unique_ptr<FcPattern, PatternDeleter>;
 
-struct FontSetDeleter
-{
+struct FontSetDeleter {
     void operator()(FcFontSet* s) const { FcFontSetDestroy(s); }
 };
 using FontSet = std::unique_ptr<FcFontSet, FontSetDeleter>;
@@ -53,12 +51,11 @@ void addFamily(FcPattern* pattern, const char* family)
     FcPatternAddString(pattern, FC_FAMILY, reinterpret_cast<const FcChar8*>(family));
 }
 
-} // namespace
+}  // namespace
 
-struct SystemFonts::State
-{
+struct SystemFonts::State {
     FcConfig* config = FcInitLoadConfigAndFonts();
-    FontSet byPreference; // for characters that a font lacks; sorted when first needed
+    FontSet byPreference;  // for characters that a font lacks; sorted when first needed
     std::vector<std::shared_ptr<OutlineFont>> loaded;
     std::vector<bool> tried;
 
@@ -163,4 +160,4 @@ GlyphSource* SystemFonts::covering(char32_t c)
     return nullptr;
 }
 
-} // namespace vktext
+}  // namespace vktext

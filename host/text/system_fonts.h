@@ -11,15 +11,13 @@ namespace vktext {
 
 class GlyphSource;
 
-struct FontFile
-{
+struct FontFile {
     std::string path;
     int faceIndex = 0;
-    std::string family; // under the asked name when the font has several
+    std::string family;  // under the asked name when the font has several
 };
 
-class SystemFonts
-{
+class SystemFonts {
 public:
     static SystemFonts& instance();
 
@@ -37,4 +35,4 @@ private:
     std::unique_ptr<State> m_state;
 };
 
-} // namespace vktext
+}  // namespace vktext

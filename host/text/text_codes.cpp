@@ -66,18 +66,11 @@ const CodePage* multibytePage(char digit)
     return digit >= '1' && digit <= '5' ? CodePage::byNumber(kNumbers[digit - '1']) : nullptr;
 }
 
-bool isLeadSurrogate(int unit)
-{
-    return unit >= 0xD800 && unit <= 0xDBFF;
-}
+bool isLeadSurrogate(int unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
 
-bool isTrailSurrogate(int unit)
-{
-    return unit >= 0xDC00 && unit <= 0xDFFF;
-}
+bool isTrailSurrogate(int unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 
-class Decoder
-{
+class Decoder {
 public:
     explicit Decoder(std::string_view text) : m_text(text) { m_out.chars.reserve(text.size()); }
 
@@ -124,7 +117,7 @@ private:
     DecodedText m_out;
 };
 
-} // namespace
+}  // namespace
 
 char32_t nextChar(std::string_view utf8, std::size_t& at)
 {
@@ -201,14 +194,8 @@ CharCode multibyteCode(std::string_view text)
     return c == 0 ? CharCode{} : CharCode{8, std::u32string(1, c), 0};
 }
 
-DecodedText decodeText(std::string_view utf8)
-{
-    return Decoder(utf8).run();
-}
+DecodedText decodeText(std::string_view utf8) { return Decoder(utf8).run(); }
 
-std::string plainText(std::string_view utf8)
-{
-    return toUtf8(decodeText(utf8).chars);
-}
+std::string plainText(std::string_view utf8) { return toUtf8(decodeText(utf8).chars); }
 
-} // namespace vktext
+}  // namespace vktext

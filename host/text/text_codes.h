@@ -11,18 +11,15 @@
 
 namespace vktext {
 
-enum Decoration : std::uint8_t
-{
+enum Decoration : std::uint8_t {
     kUnderline = 1,
     kOverline = 2,
     kStrike = 4,
 };
 
 // A single line as it is drawn. A span reaches to the next one's begin; without spans nothing is decorated.
-struct DecodedText
-{
-    struct Span
-    {
+struct DecodedText {
+    struct Span {
         std::size_t begin = 0;
         std::uint8_t decorations = 0;
     };
@@ -41,14 +38,13 @@ VKHOST_API std::string toUtf8(std::u32string_view text);
 char32_t nextChar(std::string_view utf8, std::size_t& at);
 
 // What stands at the beginning of a text, if it is a code.
-struct CharCode
-{
-    std::size_t length = 0; // 0: no code
+struct CharCode {
+    std::size_t length = 0;  // 0: no code
     std::u32string chars;
-    std::uint8_t toggles = 0; // decorations to be switched
+    std::uint8_t toggles = 0;  // decorations to be switched
 };
-CharCode percentCode(std::string_view text);   // at "%%"
-CharCode unicodeCode(std::string_view text);   // at "\U+"; two halves of a pair are taken together
-CharCode multibyteCode(std::string_view text); // at "\M+"
+CharCode percentCode(std::string_view text);    // at "%%"
+CharCode unicodeCode(std::string_view text);    // at "\U+"; two halves of a pair are taken together
+CharCode multibyteCode(std::string_view text);  // at "\M+"
 
-} // namespace vktext
+}  // namespace vktext

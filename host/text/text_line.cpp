@@ -10,13 +10,12 @@ namespace vktext {
 
 namespace {
 
-constexpr double kVerticalStep = 1.5; // from letter to letter of a vertical text, in heights
+constexpr double kVerticalStep = 1.5;  // from letter to letter of a vertical text, in heights
 
 // The factors that turn capital heights into drawing units; nonsense in a style counts as its default.
-struct Scale
-{
+struct Scale {
     double x = 1, y = 1;
-    double slant = 0; // x for each y
+    double slant = 0;  // x for each y
 
     Scale(const TextStyleSpec& style, double height)
     {
@@ -39,8 +38,7 @@ std::uint8_t allDecorations(const DecodedText& text)
 }
 
 // In capital heights, the text running to the right.
-struct UnitLine
-{
+struct UnitLine {
     double length = 0;
     Box ink;
 };
@@ -166,8 +164,7 @@ VcGeVector2d upright(const LineMetrics& line, HorizontalMode horizontal, Vertica
     return {x, verticalAt(line, vertical)};
 }
 
-class LinePlacer
-{
+class LinePlacer {
 public:
     LinePlacer(const TextStyleSpec& style, double height)
         : m_style(style), m_font(FontLibrary::instance().font(style)), m_scale(style, height)
@@ -252,7 +249,7 @@ void addShape(TextOutline& to, const GlyphShape& shape, const PlacedGlyph& glyph
         to.letterEnds.push_back(to.contours.size());
 }
 
-} // namespace
+}  // namespace
 
 LineMetrics measureLine(const TextStyleSpec& style, double height, std::string_view text)
 {
@@ -316,4 +313,4 @@ TextOutline outlineLine(const TextStyleSpec& style, double height, std::string_v
     return outline;
 }
 
-} // namespace vktext
+}  // namespace vktext

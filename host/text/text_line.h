@@ -11,8 +11,7 @@
 
 namespace vktext {
 
-struct Box
-{
+struct Box {
     double left = 0, bottom = 0, right = 0, top = 0;
     double width() const { return right - left; }
     double height() const { return top - bottom; }
@@ -20,12 +19,11 @@ struct Box
 
 // What justification counts with. The length of a text in a stroke font ends with its last stroke, that in an outline
 // font with the last letter's advance.
-struct LineMetrics
-{
+struct LineMetrics {
     double length = 0;
-    double height = 0;  // of capitals
-    double descent = 0; // of the font, positive
-    Box ink;            // of what is drawn, decorations included, before slant and mirroring
+    double height = 0;   // of capitals
+    double descent = 0;  // of the font, positive
+    Box ink;             // of what is drawn, decorations included, before slant and mirroring
 };
 
 VKHOST_API LineMetrics measureLine(const TextStyleSpec& style, double height, std::string_view text);
@@ -36,22 +34,8 @@ VKHOST_API LineMetrics measureLine(const TextStyleSpec& style, double height, st
 VKHOST_API Box lineBox(const TextStyleSpec& style, double height, std::string_view text);
 
 // Groups 72 and 73 of a text entity.
-enum class HorizontalMode
-{
-    Left,
-    Center,
-    Right,
-    Aligned,
-    Middle,
-    Fit
-};
-enum class VerticalMode
-{
-    Baseline,
-    Bottom,
-    Middle,
-    Top
-};
+enum class HorizontalMode { Left, Center, Right, Aligned, Middle, Fit };
+enum class VerticalMode { Baseline, Bottom, Middle, Top };
 
 // From the base point to the point that the justification speaks of, for texts that are neither aligned nor fitted.
 // Middle means half of what is drawn, descenders included, and pays no regard to the vertical mode.
@@ -65,27 +49,24 @@ VKHOST_API double fittedWidthFactor(const TextStyleSpec& style, double height, s
 
 // A letter in its place. Shapes in capital heights are taken to drawing units by
 // x' = origin.x + xScale * x + slant * y,  y' = origin.y + yScale * y.
-struct PlacedGlyph
-{
+struct PlacedGlyph {
     char32_t c = 0;
     VcGePoint2d origin;
     double xScale = 1, yScale = 1, slant = 0;
 };
 
 // Letters and decoration strokes of a text from its base point, ready to be drawn. The font is that of the style.
-struct PlacedLine
-{
+struct PlacedLine {
     std::vector<PlacedGlyph> glyphs;
     std::vector<std::pair<VcGePoint2d, VcGePoint2d>> decorations;
 };
 VKHOST_API PlacedLine placeLine(const TextStyleSpec& style, double height, std::string_view text);
 
 // Polylines of everything that is drawn: strokes and contours.
-struct TextOutline
-{
+struct TextOutline {
     std::vector<std::vector<VcGePoint2d>> strokes;
-    std::vector<std::vector<VcGePoint2d>> contours; // closed, to be filled by the non-zero rule letter by letter
-    std::vector<std::size_t> letterEnds;            // how many contours stand up to the end of each filled letter
+    std::vector<std::vector<VcGePoint2d>> contours;  // closed, to be filled by the non-zero rule letter by letter
+    std::vector<std::size_t> letterEnds;             // how many contours stand up to the end of each filled letter
 };
 VKHOST_API TextOutline outlineLine(const TextStyleSpec& style, double height, std::string_view text);
 
@@ -94,4 +75,4 @@ inline constexpr double kUnderlineAt = -0.2;
 inline constexpr double kOverlineAt = 1.2;
 inline constexpr double kStrikeAt = 0.5;
 
-} // namespace vktext
+}  // namespace vktext

@@ -6,10 +6,9 @@
 namespace vktext {
 
 // Names a font the way drawings do: a file ("arial.ttf", "simplex.shx", "txt") or a typeface ("Arial Narrow").
-struct FontRequest
-{
+struct FontRequest {
     std::string font;
-    std::string bigFont; // asked for what the first font lacks
+    std::string bigFont;  // asked for what the first font lacks
     bool bold = false;
     bool italic = false;
     bool operator==(const FontRequest&) const = default;
@@ -17,9 +16,8 @@ struct FontRequest
 
 // For a text entity the caller fills in the entity's own width factor, oblique angle and mirroring, which replace
 // those of its style.
-struct TextStyleSpec : FontRequest
-{
-    double fixedHeight = 0; // 0: the height is each text's own
+struct TextStyleSpec : FontRequest {
+    double fixedHeight = 0;  // 0: the height is each text's own
     double widthFactor = 1;
     double oblique = 0;
     bool backwards = false;
@@ -28,4 +26,4 @@ struct TextStyleSpec : FontRequest
     bool operator==(const TextStyleSpec&) const = default;
 };
 
-} // namespace vktext
+}  // namespace vktext

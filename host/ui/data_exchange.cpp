@@ -24,8 +24,8 @@ void refuse(CDataExchange* exchange, int id, const wchar_t* message)
 }
 
 template <class Number>
-void exchangeNumber(CDataExchange* exchange, int id, Number& value, Number (QLocale::*parse)(const QString&, bool*) const,
-                    const wchar_t* whenNone)
+void exchangeNumber(CDataExchange* exchange, int id, Number& value,
+                    Number (QLocale::*parse)(const QString&, bool*) const, const wchar_t* whenNone)
 {
     CWnd* item = itemFor(exchange, id);
     if (!item)

@@ -6,7 +6,10 @@
 
 namespace vk::ui {
 
-void DialogAnswers::addAnswer(std::string form, Steps steps) { m_waiting.push_back({std::move(form), std::move(steps)}); }
+void DialogAnswers::addAnswer(std::string form, Steps steps)
+{
+    m_waiting.push_back({std::move(form), std::move(steps)});
+}
 
 std::vector<std::string> DialogAnswers::unusedAnswers() const
 {

@@ -25,10 +25,7 @@ void activate(QDialog& dialog)
     QCoreApplication::processEvents();
 }
 
-bool isNumber(const std::string& name)
-{
-    return !name.empty() && name.find_first_not_of("0123456789") == name.npos;
-}
+bool isNumber(const std::string& name) { return !name.empty() && name.find_first_not_of("0123456789") == name.npos; }
 
 }
 

@@ -21,12 +21,11 @@ using vk::ui::fromWide;
 
 namespace {
 
-struct FileRequest
-{
+struct FileRequest {
     QString title;
     QString preset;
-    QString filters;          // as Qt has them: "Name (*.a *.b);;Name (*)"
-    QString extension;        // put behind a name that has none
+    QString filters;    // as Qt has them: "Name (*.a *.b);;Name (*)"
+    QString extension;  // put behind a name that has none
     bool forOpening = true;
     bool mustExist = false;
     bool asksBeforeReplacing = false;

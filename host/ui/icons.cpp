@@ -5,8 +5,7 @@
 #include <QPainterPath>
 #include <QPixmap>
 
-struct VkIcon
-{
+struct VkIcon {
     QIcon icon;
 };
 

@@ -152,12 +152,10 @@ bool PaletteView::event(QEvent* event)
     const auto* help = static_cast<QHelpEvent*>(event);
     const int index = indexAt(help->pos());
     const QColor colour(index ? vccmPaletteRgb(index) : 0);
-    QToolTip::showText(help->globalPos(), index ? QString("%1: %2, %3, %4")
-                                                      .arg(index)
-                                                      .arg(colour.red())
-                                                      .arg(colour.green())
-                                                      .arg(colour.blue())
-                                                : QString());
+    QToolTip::showText(
+        help->globalPos(),
+        index ? QString("%1: %2, %3, %4").arg(index).arg(colour.red()).arg(colour.green()).arg(colour.blue())
+              : QString());
     return true;
 }
 

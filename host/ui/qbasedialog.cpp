@@ -19,7 +19,7 @@ QWidget* parentOrMain(QWidget* parent)
 }
 
 constexpr std::pair<int, int> kNamedKeys[] = {
-    {Qt::Key_Escape, VK_ESCAPE}, {Qt::Key_Return, 0x0D}, {Qt::Key_Enter, 0x0D},    {Qt::Key_Tab, 0x09},
+    {Qt::Key_Escape, VK_ESCAPE}, {Qt::Key_Return, 0x0D}, {Qt::Key_Enter, 0x0D},     {Qt::Key_Tab, 0x09},
     {Qt::Key_Delete, 0x2E},      {Qt::Key_F1, 0x70},     {Qt::Key_Backspace, 0x08}, {Qt::Key_Space, 0x20},
 };
 

@@ -18,8 +18,7 @@
 
 using vk::ui::fromWide;
 
-struct CWnd::Inner
-{
+struct CWnd::Inner {
     QPointer<QWidget> widget;
     bool autoDelete = false;
     std::map<int, QPointer<QWidget>> items;

@@ -14,7 +14,8 @@ RbPtr textChain()
 {
     const vds_name name = {11, 12};
     const vds_point at = {1, 2, 3};
-    return RbPtr(vcutBuildList(-1, name, RTDXF0, L"TEXT", 8, L"WALLS", 62, 3, 10, at, 40, 2.5, 1, L"one", 40, 9.0, RTNONE));
+    return RbPtr(
+        vcutBuildList(-1, name, RTDXF0, L"TEXT", 8, L"WALLS", 62, 3, 10, at, 40, 2.5, 1, L"one", 40, 9.0, RTNONE));
 }
 
 RbPtr namesChain(int count)

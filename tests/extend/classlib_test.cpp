@@ -8,8 +8,7 @@
 
 namespace {
 
-class ClassLibrary : public SdkTest
-{
+class ClassLibrary : public SdkTest {
 protected:
     std::mt19937 m_random{20240229};
     int upTo(int most) { return std::uniform_int_distribution<int>(0, most)(m_random); }
@@ -145,7 +144,9 @@ TEST_F(ClassLibrary, TextsBehaveAsTextsWithinTheirBounds)
             EXPECT_EQ(ours.Left(count), CStdStrW(theirs.substr(0, std::size_t(std::max(count, 0)))));
             break;
         case 4:
-            EXPECT_EQ(ours.Right(count), CStdStrW(theirs.substr(theirs.size() - std::min(theirs.size(), std::size_t(std::max(count, 0))))));
+            EXPECT_EQ(
+                ours.Right(count),
+                CStdStrW(theirs.substr(theirs.size() - std::min(theirs.size(), std::size_t(std::max(count, 0))))));
             break;
         case 5: {
             const auto found = at < 0 ? theirs.npos : theirs.find(letter, clamped(at));
@@ -250,4 +251,4 @@ TEST_F(ClassLibrary, Colours)
     EXPECT_EQ(a.colorIndex(), 3) << "what is refused changes nothing";
 }
 
-} // namespace
+}  // namespace

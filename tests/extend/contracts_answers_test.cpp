@@ -6,11 +6,9 @@
 
 namespace {
 
-class Answers : public SdkTest
-{
+class Answers : public SdkTest {
 protected:
-    struct Picked
-    {
+    struct Picked {
         int result = 0;
         Name name;
         VcGePoint3d at;
@@ -28,8 +26,7 @@ protected:
     }
 };
 
-struct PickCase
-{
+struct PickCase {
     const char* why;
     int bits;
     const wchar_t* keywords;
@@ -143,14 +140,13 @@ int sample(vds_point point, vds_matrix)
 
 TEST_F(Answers, DragsEndInFourWays)
 {
-    struct
-    {
+    struct {
         const char* typed;
         int result;
         const wchar_t* input;
         bool sampled;
     } const cases[] = {
-        {"7,8\n", RTNORM, nullptr, true},   {"r\n", RTKWORD, L"Rotate", false}, {"\n", RTNONE, nullptr, false},
+        {"7,8\n", RTNORM, nullptr, true},      {"r\n", RTKWORD, L"Rotate", false}, {"\n", RTNONE, nullptr, false},
         {"(cancel)\n", RTCAN, nullptr, false}, {"12.5\n", RTSTR, L"12.5", false},  {"two\n", RTSTR, L"two", false},
     };
     Name set;
@@ -176,15 +172,12 @@ TEST_F(Answers, DragsEndInFourWays)
 }
 
 // FILEDIA 0: a path is what was typed.
-struct PathCase
-{
+struct PathCase {
     const char* why;
     const char* typed;
     const char* file;
 };
-class Paths : public SdkTest, public testing::WithParamInterface<PathCase>
-{
-};
+class Paths : public SdkTest, public testing::WithParamInterface<PathCase> {};
 
 TEST_P(Paths, AreTakenAsTyped)
 {
@@ -213,4 +206,4 @@ const PathCase kPaths[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Typed, Paths, testing::ValuesIn(kPaths), [](const auto& info) { return info.param.why; });
 
-} // namespace
+}  // namespace

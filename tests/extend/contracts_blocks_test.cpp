@@ -3,8 +3,7 @@
 
 namespace {
 
-class BlockRules : public SdkTest
-{
+class BlockRules : public SdkTest {
 protected:
     static VcDbObjectId recordId(const wchar_t* name)
     {
@@ -26,8 +25,10 @@ protected:
     static void nest(const wchar_t* outer, const wchar_t* inner)
     {
         const vds_point origin = {0, 0, 0};
-        ASSERT_EQ(vcdbEntMake(RbPtr(vcutBuildList(RTDXF0, L"BLOCK", 2, outer, 70, 0, 10, origin, RTNONE)).get()), RTNORM);
-        ASSERT_EQ(vcdbEntMake(RbPtr(vcutBuildList(RTDXF0, L"INSERT", 8, L"0", 2, inner, 10, origin, RTNONE)).get()), RTNORM);
+        ASSERT_EQ(vcdbEntMake(RbPtr(vcutBuildList(RTDXF0, L"BLOCK", 2, outer, 70, 0, 10, origin, RTNONE)).get()),
+                  RTNORM);
+        ASSERT_EQ(vcdbEntMake(RbPtr(vcutBuildList(RTDXF0, L"INSERT", 8, L"0", 2, inner, 10, origin, RTNONE)).get()),
+                  RTNORM);
         ASSERT_EQ(vcdbEntMake(RbPtr(vcutBuildList(RTDXF0, L"ENDBLK", RTNONE)).get()), RTKWORD);
     }
     static std::wstring added(const wchar_t* name)
@@ -99,12 +100,15 @@ TEST_F(BlockRules, NamesThatBeginWithAStarAreNumbered)
 TEST_F(BlockRules, UnevenScalesExplodeCirclesIntoEllipses)
 {
     const vds_point origin = {0, 0, 0};
-    ASSERT_EQ(vcdbEntMake(RbPtr(vcutBuildList(RTDXF0, L"BLOCK", 2, L"ROUND", 70, 0, 10, origin, RTNONE)).get()), RTNORM);
+    ASSERT_EQ(vcdbEntMake(RbPtr(vcutBuildList(RTDXF0, L"BLOCK", 2, L"ROUND", 70, 0, 10, origin, RTNONE)).get()),
+              RTNORM);
     ASSERT_EQ(vcdbEntMake(RbPtr(vcutBuildList(RTDXF0, L"CIRCLE", 8, L"0", 10, origin, 40, 2.0, RTNONE)).get()), RTNORM);
     ASSERT_EQ(vcdbEntMake(RbPtr(vcutBuildList(RTDXF0, L"ENDBLK", RTNONE)).get()), RTKWORD);
     const vds_point at = {10, 0, 0};
-    const Name uneven = made(vcutBuildList(RTDXF0, L"INSERT", 8, L"0", 2, L"ROUND", 10, at, 41, 3.0, 42, 1.0, 43, 1.0, RTNONE));
-    const Name even = made(vcutBuildList(RTDXF0, L"INSERT", 8, L"0", 2, L"ROUND", 10, at, 41, 3.0, 42, 3.0, 43, 3.0, RTNONE));
+    const Name uneven =
+        made(vcutBuildList(RTDXF0, L"INSERT", 8, L"0", 2, L"ROUND", 10, at, 41, 3.0, 42, 1.0, 43, 1.0, RTNONE));
+    const Name even =
+        made(vcutBuildList(RTDXF0, L"INSERT", 8, L"0", 2, L"ROUND", 10, at, 41, 3.0, 42, 3.0, 43, 3.0, RTNONE));
     auto parts = pieces(uneven);
     ASSERT_EQ(parts.size(), 1u);
     const auto* ellipse = VcDbEllipse::cast(parts[0]);
@@ -124,13 +128,20 @@ TEST_F(BlockRules, ExplodingKeepsWhatIsNotDrawn)
 {
     const vds_point origin = {0, 0, 0};
     ASSERT_EQ(vcdbEntMake(RbPtr(vcutBuildList(RTDXF0, L"BLOCK", 2, L"T", 70, 2, 10, origin, RTNONE)).get()), RTNORM);
-    ASSERT_EQ(vcdbEntMake(RbPtr(vcutBuildList(RTDXF0, L"ATTDEF", 8, L"0", 10, origin, 40, 2.0, 1, L"x", 3, L"P", 2, L"TAG", 70, 0, RTNONE)).get()),
+    ASSERT_EQ(vcdbEntMake(RbPtr(vcutBuildList(RTDXF0, L"ATTDEF", 8, L"0", 10, origin, 40, 2.0, 1, L"x", 3, L"P", 2,
+                                              L"TAG", 70, 0, RTNONE))
+                              .get()),
               RTNORM);
     ASSERT_EQ(vcdbEntMake(RbPtr(vcutBuildList(RTDXF0, L"ENDBLK", RTNONE)).get()), RTKWORD);
     // A reference with an attribute, within a definition.
-    ASSERT_EQ(vcdbEntMake(RbPtr(vcutBuildList(RTDXF0, L"BLOCK", 2, L"HOLDS", 70, 0, 10, origin, RTNONE)).get()), RTNORM);
-    ASSERT_EQ(vcdbEntMake(RbPtr(vcutBuildList(RTDXF0, L"INSERT", 8, L"0", 66, 1, 2, L"T", 10, origin, RTNONE)).get()), RTNORM);
-    ASSERT_EQ(vcdbEntMake(RbPtr(vcutBuildList(RTDXF0, L"ATTRIB", 8, L"0", 10, origin, 40, 2.0, 1, L"17", 2, L"TAG", 70, 0, RTNONE)).get()), RTNORM);
+    ASSERT_EQ(vcdbEntMake(RbPtr(vcutBuildList(RTDXF0, L"BLOCK", 2, L"HOLDS", 70, 0, 10, origin, RTNONE)).get()),
+              RTNORM);
+    ASSERT_EQ(vcdbEntMake(RbPtr(vcutBuildList(RTDXF0, L"INSERT", 8, L"0", 66, 1, 2, L"T", 10, origin, RTNONE)).get()),
+              RTNORM);
+    ASSERT_EQ(vcdbEntMake(RbPtr(vcutBuildList(RTDXF0, L"ATTRIB", 8, L"0", 10, origin, 40, 2.0, 1, L"17", 2, L"TAG", 70,
+                                              0, RTNONE))
+                              .get()),
+              RTNORM);
     ASSERT_EQ(vcdbEntMake(RbPtr(vcutBuildList(RTDXF0, L"SEQEND", 8, L"0", RTNONE)).get()), RTNORM);
     ASSERT_EQ(vcdbEntMake(RbPtr(vcutBuildList(RTDXF0, L"ENDBLK", RTNONE)).get()), RTKWORD);
 
@@ -170,8 +181,10 @@ TEST_F(BlockRules, ABlockMayForbidIt)
 TEST_F(BlockRules, AnAttributeDefinitionMeasuresAsItsTag)
 {
     const vds_point at = {0, 0, 0};
-    const Name shortTag = made(vcutBuildList(RTDXF0, L"ATTDEF", 8, L"0", 10, at, 40, 2.0, 1, L"a very long default text", 3, L"P", 2, L"T", 70, 0, RTNONE));
-    const Name longTag = made(vcutBuildList(RTDXF0, L"ATTDEF", 8, L"0", 10, at, 40, 2.0, 1, L"", 3, L"P", 2, L"TAGTAGTAG", 70, 0, RTNONE));
+    const Name shortTag = made(vcutBuildList(RTDXF0, L"ATTDEF", 8, L"0", 10, at, 40, 2.0, 1,
+                                             L"a very long default text", 3, L"P", 2, L"T", 70, 0, RTNONE));
+    const Name longTag = made(
+        vcutBuildList(RTDXF0, L"ATTDEF", 8, L"0", 10, at, 40, 2.0, 1, L"", 3, L"P", 2, L"TAGTAGTAG", 70, 0, RTNONE));
     double widths[2] = {};
     for (int i = 0; i < 2; ++i) {
         auto* definition = opened<VcDbEntity>(idOf(i ? longTag : shortTag));
@@ -197,4 +210,4 @@ TEST_F(BlockRules, DrawOrderGoesDirectlyBeneathTheParent)
     EXPECT_NE(vcedDrawOrderInherit(idOf(names[1]), {idOf(record)}, 3), Vcad::eOk);
 }
 
-} // namespace
+}  // namespace

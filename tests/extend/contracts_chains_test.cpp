@@ -8,8 +8,7 @@ namespace {
 
 constexpr double kPi = std::numbers::pi;
 
-class Chains : public SdkTest
-{
+class Chains : public SdkTest {
 protected:
     static std::set<int> codesOf(const resbuf* chain)
     {
@@ -34,7 +33,8 @@ protected:
     static Name mtext(const wchar_t* text, double x, double y)
     {
         const vds_point at = {x, y, 0};
-        return made(vcutBuildList(RTDXF0, L"MTEXT", 100, L"AcDbEntity", 8, L"0", 100, L"AcDbMText", 10, at, 40, 2.0, 41, 0.0, 1, text, RTNONE));
+        return made(vcutBuildList(RTDXF0, L"MTEXT", 100, L"AcDbEntity", 8, L"0", 100, L"AcDbMText", 10, at, 40, 2.0, 41,
+                                  0.0, 1, text, RTNONE));
     }
     static int setDimension(const wchar_t* name, std::wstring value)
     {
@@ -47,8 +47,7 @@ protected:
 
 TEST_F(Chains, HoldEveryGroupOfTheirClass)
 {
-    const struct
-    {
+    const struct {
         const char* why;
         Name name;
         std::vector<int> there, missing;
@@ -100,8 +99,7 @@ TEST_F(Chains, WhatCannotBeChangesNothing)
 {
     layer(L"L");
     const Name round = circle(1, 2, 3);
-    const struct
-    {
+    const struct {
         const char* why;
         resbuf* rest;
     } cases[] = {
@@ -190,7 +188,8 @@ TEST_F(Chains, AnMtextsAngleIsFromTheUcs)
 TEST_F(Chains, JustifiedTextFollowsItsAlignmentPoint)
 {
     const vds_point at = {0, 0, 0}, to = {100, 50, 0}, further = {200, 50, 0};
-    const Name name = made(vcutBuildList(RTDXF0, L"TEXT", 8, L"0", 10, at, 11, to, 40, 2.5, 1, L"middle", 72, 1, 73, 2, RTNONE));
+    const Name name =
+        made(vcutBuildList(RTDXF0, L"TEXT", 8, L"0", 10, at, 11, to, 40, 2.5, 1, L"middle", 72, 1, 73, 2, RTNONE));
     const VcGePoint3d first = pointOf(name, 10);
     EXPECT_LT(first.x, 100);
     EXPECT_GT(first.x, 50);
@@ -269,4 +268,4 @@ TEST_F(Chains, AGroupLeavesOutWhatIsErased)
     EXPECT_TRUE(exists(nameOf(id)));
 }
 
-} // namespace
+}  // namespace

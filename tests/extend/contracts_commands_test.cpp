@@ -4,14 +4,14 @@
 
 namespace {
 
-class Driving : public SdkTest
-{
+class Driving : public SdkTest {
 protected:
     // Runs the work as a module's command; what it throws and leaves open is the editor's to settle.
     static int asCommand(const std::function<void()>& work)
     {
         s_work = work;
-        return editor().invokeModuleCommand("TESTCOMMAND", [] { s_work(); }, 0);
+        return editor().invokeModuleCommand(
+            "TESTCOMMAND", [] { s_work(); }, 0);
     }
     static int active() { return shortVariable(L"CMDACTIVE"); }
     static Name last()
@@ -43,7 +43,8 @@ TEST_F(Driving, ArgumentsOfEveryKind)
     const Name picked = last();
     Name set;
     ASSERT_EQ(vcedSSAdd(picked, nullptr, set.value), RTNORM);
-    EXPECT_EQ(vcedCommand(RTSTR, L"_.MOVE", RTPICKS, set.value, RTSTR, L"", RTSTR, L"0,0", RTSTR, L"10,0", RTNONE), RTNORM);
+    EXPECT_EQ(vcedCommand(RTSTR, L"_.MOVE", RTPICKS, set.value, RTSTR, L"", RTSTR, L"0,0", RTSTR, L"10,0", RTNONE),
+              RTNORM);
     EXPECT_EQ(pointOf(picked, 10).x, 15);
     vcedSSFree(set);
     EXPECT_EQ(vcedCommand(RTSTR, L"_.ERASE", RTENAME, picked.value, RTSTR, L"", RTNONE), RTNORM);
@@ -111,7 +112,8 @@ TEST_F(Driving, WrongCallsFailAndLeaveNothingOpen)
 TEST_F(Driving, WrongArgumentsAreAskedForAgain)
 {
     asCommand([] {
-        EXPECT_EQ(vcedCommand(RTSTR, L"_.CIRCLE", RTSTR, L"nowhere", RTSTR, L"3,3", RTREAL, -1.0, RTREAL, 2.0, RTNONE), RTNORM);
+        EXPECT_EQ(vcedCommand(RTSTR, L"_.CIRCLE", RTSTR, L"nowhere", RTSTR, L"3,3", RTREAL, -1.0, RTREAL, 2.0, RTNONE),
+                  RTNORM);
     });
     EXPECT_EQ(countOfDrawing(), 1);
     EXPECT_EQ(realOf(last(), 40), 2);
@@ -130,7 +132,8 @@ TEST_F(Driving, AnEmptySetAddsNothing)
     ASSERT_EQ(vcedSSAdd(nullptr, nullptr, freed.value), RTNORM);
     vcedSSFree(freed);
     const Name null;
-    EXPECT_EQ(vcedCommand(RTSTR, L"_.ERASE", RTPICKS, empty.value, RTPICKS, null.value, RTPICKS, freed.value, RTENAME, a.value, RTSTR, L"", RTNONE),
+    EXPECT_EQ(vcedCommand(RTSTR, L"_.ERASE", RTPICKS, empty.value, RTPICKS, null.value, RTPICKS, freed.value, RTENAME,
+                          a.value, RTSTR, L"", RTNONE),
               RTNORM);
     EXPECT_FALSE(exists(a));
     EXPECT_TRUE(exists(b));
@@ -274,7 +277,9 @@ TEST_F(Driving, CommandsWithinCommands)
 {
     asCommand([] {
         point(1, 1);
-        EXPECT_EQ(editor().invokeModuleCommand("INNER", [] { point(2, 2); }, 0), RTNORM);
+        EXPECT_EQ(editor().invokeModuleCommand(
+                      "INNER", [] { point(2, 2); }, 0),
+                  RTNORM);
         point(3, 3);
     });
     EXPECT_EQ(countOfDrawing(), 3);
@@ -282,4 +287,4 @@ TEST_F(Driving, CommandsWithinCommands)
     EXPECT_EQ(countOfDrawing(), 0) << "one step";
 }
 
-} // namespace
+}  // namespace

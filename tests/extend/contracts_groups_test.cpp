@@ -3,8 +3,7 @@
 
 namespace {
 
-class Groups : public SdkTest
-{
+class Groups : public SdkTest {
 protected:
     Groups()
     {
@@ -108,4 +107,4 @@ TEST_F(Groups, MayBeAnonymousAndDescribed)
     EXPECT_EQ(count("5,0\n\n"), 2);
 }
 
-} // namespace
+}  // namespace

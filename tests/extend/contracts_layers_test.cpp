@@ -3,8 +3,7 @@
 
 namespace {
 
-class LayerRules : public SdkTest
-{
+class LayerRules : public SdkTest {
 protected:
     static Name record(const wchar_t* name)
     {
@@ -176,4 +175,4 @@ TEST_F(LayerRules, NamesAreFoundInAnyCaseAndMadeOnce)
     table->close();
 }
 
-} // namespace
+}  // namespace

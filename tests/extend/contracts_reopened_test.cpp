@@ -5,8 +5,7 @@
 
 namespace {
 
-class Reopened : public SdkTest
-{
+class Reopened : public SdkTest {
 protected:
     Reopened() { std::filesystem::create_directories(m_folder); }
     ~Reopened() override { std::filesystem::remove_all(m_folder); }
@@ -53,7 +52,8 @@ TEST_F(Reopened, TheHeaderSpeaksWhereThereIsNoViewportRecord)
 {
     openText("  0\nSECTION\n  2\nHEADER\n  9\n$ACADVER\n  1\nAC1009\n  9\n$UCSORG\n 10\n5.0\n 20\n6.0\n 30\n0.0\n"
              "  9\n$UCSXDIR\n 10\n0.0\n 20\n1.0\n 30\n0.0\n  9\n$UCSYDIR\n 10\n-1.0\n 20\n0.0\n 30\n0.0\n  0\nENDSEC\n"
-             "  0\nSECTION\n  2\nENTITIES\n  0\nLINE\n  8\nWALLS\n 10\n0.0\n 20\n0.0\n 11\n1.0\n 21\n1.0\n  0\nENDSEC\n  0\nEOF\n");
+             "  0\nSECTION\n  2\nENTITIES\n  0\nLINE\n  8\nWALLS\n 10\n0.0\n 20\n0.0\n 11\n1.0\n 21\n1.0\n  "
+             "0\nENDSEC\n  0\nEOF\n");
     EXPECT_TRUE(point(L"UCSORG").isEqualTo({5, 6, 0}));
     EXPECT_TRUE(point(L"UCSXDIR").isEqualTo({0, 1, 0}));
     Name name;
@@ -129,4 +129,4 @@ TEST_F(Reopened, ExtendedDataAndItsRoom)
     EXPECT_FALSE(group(plain.get(), 1000));
 }
 
-} // namespace
+}  // namespace

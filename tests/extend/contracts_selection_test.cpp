@@ -3,11 +3,11 @@
 
 namespace {
 
-class Selections : public SdkTest
-{
+class Selections : public SdkTest {
 protected:
     // Members of the set as letters in the order of naming; "-" and the code where there is none.
-    std::string taken(const wchar_t* mode, const void* first = nullptr, const void* second = nullptr, const resbuf* filter = nullptr)
+    std::string taken(const wchar_t* mode, const void* first = nullptr, const void* second = nullptr,
+                      const resbuf* filter = nullptr)
     {
         Name set;
         set.value[0] = 77;
@@ -80,7 +80,7 @@ TEST_F(Selections, XTakesEveryLayoutInTheOrderOfMaking)
     named(line(0, 2, 10, 2));
     run("TILEMODE\n1\n");
     const Name last = named(line(0, 3, 10, 3, L"LOCKED"));
-    const RbPtr lines(vcutBuildList(RTDXF0, L"LINE", RTNONE)); // the sheet has viewports of its own
+    const RbPtr lines(vcutBuildList(RTDXF0, L"LINE", RTNONE));  // the sheet has viewports of its own
     const auto takenLines = [&](const wchar_t* mode) { return taken(mode, nullptr, nullptr, lines.get()); };
     EXPECT_EQ(takenLines(L"X"), "abcd");
     EXPECT_EQ(takenLines(L"_X"), "abcd");
@@ -236,15 +236,15 @@ TEST_F(Selections, LayersByNameOrByWildCard)
         layer(name);
         named(line(0, 0, 1, 0, name));
     }
-    const struct
-    {
+    const struct {
         const wchar_t* pattern;
         const char* taken;
-    } cases[] = {{L"A#", "a"},    {L"a#", "a"}, {L"A?", "abc"},    {L"A1,A2", "bc"}, {L"A[12]", "bc"},
+    } cases[] = {{L"A#", "a"},  {L"a#", "a"}, {L"A?", "abc"},     {L"A1,A2", "bc"}, {L"A[12]", "bc"},
                  {L"~A?", "d"}, {L"b.", "d"}, {L"NONE", "-5001"}, {L"", "-5001"}};
     for (const auto& c : cases) {
         const RbPtr filter(vcutBuildList(8, c.pattern, RTNONE));
-        EXPECT_EQ(taken(L"X", nullptr, nullptr, filter.get()), c.taken) << testing::PrintToString(std::wstring(c.pattern));
+        EXPECT_EQ(taken(L"X", nullptr, nullptr, filter.get()), c.taken)
+            << testing::PrintToString(std::wstring(c.pattern));
     }
     const auto isOff = [](const wchar_t* name) {
         const RbPtr record(vcdbTblSearch(L"LAYER", name, 0));
@@ -274,4 +274,4 @@ TEST_F(Selections, BadCallsAreRefused)
     EXPECT_EQ(taken(L"X"), "-5001") << "an empty drawing";
 }
 
-} // namespace
+}  // namespace

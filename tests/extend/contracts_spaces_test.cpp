@@ -7,8 +7,7 @@ namespace {
 
 constexpr double kPi = std::numbers::pi;
 
-class Spaces : public SdkTest
-{
+class Spaces : public SdkTest {
 protected:
     static resbuf system(int code)
     {
@@ -183,7 +182,8 @@ TEST_F(Spaces, VectorsAreTakenAndRefused)
     EXPECT_EQ(vcedGrDraw(a, b, 1, 0), RTNORM);
     EXPECT_EQ(vcedGrDraw(nullptr, b, 1, 0), RTERROR);
     EXPECT_EQ(vcedGrDraw(a, nullptr, 1, 0), RTERROR);
-    const RbPtr pairs(vcutBuildList(RTSHORT, 1, RTPOINT, a, RTPOINT, b, RTSHORT, -3, RT3DPOINT, b, RT3DPOINT, a, RTNONE));
+    const RbPtr pairs(
+        vcutBuildList(RTSHORT, 1, RTPOINT, a, RTPOINT, b, RTSHORT, -3, RT3DPOINT, b, RT3DPOINT, a, RTNONE));
     const RbPtr odd(vcutBuildList(RTSHORT, 1, RTPOINT, a, RTPOINT, b, RTPOINT, a, RTNONE));
     const RbPtr wrong(vcutBuildList(RTSHORT, 1, RTREAL, 1.0, RTNONE));
     const vds_matrix twice = {{2, 0, 0, 0}, {0, 2, 0, 0}, {0, 0, 2, 0}, {0, 0, 0, 1}};
@@ -203,4 +203,4 @@ TEST_F(Spaces, VectorsAreTakenAndRefused)
     EXPECT_EQ(vcedGraphScr(), RTNORM);
 }
 
-} // namespace
+}  // namespace

@@ -3,8 +3,7 @@
 
 namespace {
 
-class Walking : public SdkTest
-{
+class Walking : public SdkTest {
 protected:
     // Types in the order of vcdbEntNext from the name.
     static std::string kinds(const std::int64_t* from)
@@ -35,14 +34,18 @@ protected:
         const vds_point at = {0, 0, 0}, to = {10, 0, 0};
         EXPECT_EQ(make(vcutBuildList(RTDXF0, L"BLOCK", 2, L"TAGGED", 70, 2, 10, at, RTNONE)), RTNORM);
         EXPECT_EQ(make(vcutBuildList(RTDXF0, L"LINE", 8, L"0", 10, at, 11, to, RTNONE)), RTNORM);
-        EXPECT_EQ(make(vcutBuildList(RTDXF0, L"ATTDEF", 8, L"0", 10, at, 40, 2.0, 1, L"", 3, L"Number", 2, L"NUMBER", 70, 0, RTNONE)), RTNORM);
+        EXPECT_EQ(make(vcutBuildList(RTDXF0, L"ATTDEF", 8, L"0", 10, at, 40, 2.0, 1, L"", 3, L"Number", 2, L"NUMBER",
+                                     70, 0, RTNONE)),
+                  RTNORM);
         EXPECT_EQ(make(vcutBuildList(RTDXF0, L"ENDBLK", RTNONE)), RTKWORD);
     }
     static void taggedInsert()
     {
         const vds_point at = {5, 5, 0};
         EXPECT_EQ(make(vcutBuildList(RTDXF0, L"INSERT", 8, L"0", 66, 1, 2, L"TAGGED", 10, at, RTNONE)), RTNORM);
-        EXPECT_EQ(make(vcutBuildList(RTDXF0, L"ATTRIB", 8, L"0", 10, at, 40, 2.0, 1, L"17", 2, L"NUMBER", 70, 0, RTNONE)), RTNORM);
+        EXPECT_EQ(
+            make(vcutBuildList(RTDXF0, L"ATTRIB", 8, L"0", 10, at, 40, 2.0, 1, L"17", 2, L"NUMBER", 70, 0, RTNONE)),
+            RTNORM);
         EXPECT_EQ(make(vcutBuildList(RTDXF0, L"SEQEND", 8, L"0", RTNONE)), RTNORM);
     }
     static Name last()
@@ -172,10 +175,10 @@ TEST_F(Walking, ChainsThatMakeNothing)
 {
     const vds_point at = {0, 0, 0};
     resbuf* const bad[] = {
-        vcutBuildList(8, L"0", 10, at, RTNONE),                                     // no type
+        vcutBuildList(8, L"0", 10, at, RTNONE),  // no type
         vcutBuildList(RTDXF0, L"NOSUCHTHING", 8, L"0", RTNONE),
         vcutBuildList(RTDXF0, L"", 8, L"0", RTNONE),
-        vcutBuildList(RTDXF0, L"CIRCLE", 8, L"0", 10, at, 40, 0.0, RTNONE),         // no radius
+        vcutBuildList(RTDXF0, L"CIRCLE", 8, L"0", 10, at, 40, 0.0, RTNONE),  // no radius
         vcutBuildList(RTDXF0, L"CIRCLE", 8, L"0", 10, at, 40, -1.0, RTNONE),
         vcutBuildList(RTDXF0, L"INSERT", 8, L"0", 2, L"NOBLOCK", 10, at, RTNONE),
         vcutBuildList(RTDXF0, L"TEXT", 8, L"0", 10, at, 40, 1.0, 1, L"x", 7, L"NOSTYLE", RTNONE),
@@ -248,4 +251,4 @@ TEST_F(Walking, HandlesAndStaleNames)
     EXPECT_EQ(vcdbEntUpd(name), RTNORM);
 }
 
-} // namespace
+}  // namespace

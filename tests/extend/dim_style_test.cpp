@@ -25,8 +25,7 @@ CStringArray linesOf(std::initializer_list<const wchar_t*> texts)
     return lines;
 }
 
-struct Split
-{
+struct Split {
     const wchar_t *line, *name, *value;
     int status;
 };
@@ -34,9 +33,12 @@ struct Split
 TEST(DimStyleLines, ALineIsSplitAtItsFirstBlank)
 {
     const Split cases[] = {
-        {L"DIMPOST <> mm\n", L"DIMPOST", L"<> mm", RTNORM}, {L"DIMTXSTY  a  b \n", L"DIMTXSTY", L"a  b", RTNORM},
-        {L" DIMSCALE 2\n", L"", L"DIMSCALE 2", RTNORM},    {L"\tDIMSCALE 2\n", L"DIMSCALE", L"2", RTNORM},
-        {L"DIMPOST \n", L"DIMPOST", L"", RTNORM},          {L"DIMPOST\n", L"kept", L"kept", RTERROR},
+        {L"DIMPOST <> mm\n", L"DIMPOST", L"<> mm", RTNORM},
+        {L"DIMTXSTY  a  b \n", L"DIMTXSTY", L"a  b", RTNORM},
+        {L" DIMSCALE 2\n", L"", L"DIMSCALE 2", RTNORM},
+        {L"\tDIMSCALE 2\n", L"DIMSCALE", L"2", RTNORM},
+        {L"DIMPOST \n", L"DIMPOST", L"", RTNORM},
+        {L"DIMPOST\n", L"kept", L"kept", RTERROR},
         {L"", L"kept", L"kept", RTERROR},
     };
     for (const Split& c : cases) {
@@ -75,10 +77,9 @@ TEST(DimStyleTables, CodesAndNames)
     EXPECT_FALSE(ExistCode(148, kTextStyleTable));
 }
 
-struct Node
-{
+struct Node {
     const wchar_t* line;
-    int code; // 0 for no node
+    int code;  // 0 for no node
     double number;
     const wchar_t* text;
 };
@@ -86,12 +87,18 @@ struct Node
 TEST(DimStyleTables, ALineBecomesANode)
 {
     const Node cases[] = {
-        {L"DIMSCALE 2.5\n", 40, 2.5, nullptr},  {L"DIMTAD 1x\n", 77, 1, nullptr},
-        {L"DIMLWD -2\n", 371, -2, nullptr},     {L"DIMPOST %s <>\n", 3, 0, L"%s <>"},
-        {L"DIMENSION_STYLE_NAME A b\n", 2, 0, L"A b"}, {L"DIMPOST .\n", 0, 0, nullptr},
-        {L"DIMALTRND 0.5\n", 0, 0, nullptr},    {L"DIMTXSTY A\n", 0, 0, nullptr},
-        {L"DIMLDRBLK _DOT\n", 0, 0, nullptr},   {L"%ls %ls\n", 0, 0, nullptr},
-        {L"\n", 0, 0, nullptr},                 {L"DIMSCALE\n", 0, 0, nullptr},
+        {L"DIMSCALE 2.5\n", 40, 2.5, nullptr},
+        {L"DIMTAD 1x\n", 77, 1, nullptr},
+        {L"DIMLWD -2\n", 371, -2, nullptr},
+        {L"DIMPOST %s <>\n", 3, 0, L"%s <>"},
+        {L"DIMENSION_STYLE_NAME A b\n", 2, 0, L"A b"},
+        {L"DIMPOST .\n", 0, 0, nullptr},
+        {L"DIMALTRND 0.5\n", 0, 0, nullptr},
+        {L"DIMTXSTY A\n", 0, 0, nullptr},
+        {L"DIMLDRBLK _DOT\n", 0, 0, nullptr},
+        {L"%ls %ls\n", 0, 0, nullptr},
+        {L"\n", 0, 0, nullptr},
+        {L"DIMSCALE\n", 0, 0, nullptr},
     };
     for (const Node& c : cases) {
         const RbPtr node(MakeBuffer(c.line, kDimStyleTable));
@@ -114,8 +121,7 @@ TEST(ArrowNames, AreKnownWithAndWithoutTheirUnderscore)
     EXPECT_EQ(internalArrowName(L"open90"), L"_OPEN90");
 }
 
-class DimStyles : public CommandTest
-{
+class DimStyles : public CommandTest {
 protected:
     static CStdStrW output() { return CStdStrW((testing::TempDir() + "out.dim").c_str()); }
     static std::string bytesOf(const std::filesystem::path& path)
@@ -148,7 +154,8 @@ protected:
             const RbPtr chain(vcdbEntGet(name));
             for (const resbuf* node = chain.get(); node; node = node->rbnext)
                 if (dxf2rbtype(node->restype) == RT3DPOINT)
-                    looks += " " + std::to_string(node->resval.rpoint[0]) + "," + std::to_string(node->resval.rpoint[1]);
+                    looks +=
+                        " " + std::to_string(node->resval.rpoint[0]) + "," + std::to_string(node->resval.rpoint[1]);
                 else if (dxf2rbtype(node->restype) == RTREAL)
                     looks += " " + std::to_string(node->resval.rreal);
             entity->close();
@@ -160,9 +167,9 @@ protected:
 TEST_F(DimStyles, EachArrowHasALookOfItsOwnAtUnitSize)
 {
     std::vector<std::string> looks;
-    for (const wchar_t* name : {L"_DOT", L"_DOTSMALL", L"_DOTBLANK", L"_ORIGIN", L"_ORIGIN2", L"_OPEN", L"_OPEN90", L"_OPEN30",
-                                L"_CLOSED", L"_SMALL", L"_BOXFILLED", L"_BOXBLANK", L"_CLOSEDBLANK", L"_DATUMFILLED",
-                                L"_DATUMBLANK", L"_INTEGRAL", L"_ARCHTICK"}) {
+    for (const wchar_t* name : {L"_DOT", L"_DOTSMALL", L"_DOTBLANK", L"_ORIGIN", L"_ORIGIN2", L"_OPEN", L"_OPEN90",
+                                L"_OPEN30", L"_CLOSED", L"_SMALL", L"_BOXFILLED", L"_BOXBLANK", L"_CLOSEDBLANK",
+                                L"_DATUMFILLED", L"_DATUMBLANK", L"_INTEGRAL", L"_ARCHTICK"}) {
         VcDbExtents extents;
         EXPECT_TRUE(vds_checkArrowheadBlock(name, nullptr));
         looks.push_back(looksOf(name, extents));
@@ -205,7 +212,8 @@ TEST_F(DimStyles, AStyleThatIsNotThereGetsItsHeaderAndItsEnd)
 {
     EXPECT_EQ(OutDimStyle(linesOf({L"No such", L"Nor this"}), output(), kTextStyleInFull), RTNORM);
     EXPECT_EQ(bytesOf(testing::TempDir() + "out.dim"),
-              "DIMENSION_STYLE_NAME No such\nEND_OF_STYLE No such\n\nDIMENSION_STYLE_NAME Nor this\nEND_OF_STYLE Nor this\n\n");
+              "DIMENSION_STYLE_NAME No such\nEND_OF_STYLE No such\n\nDIMENSION_STYLE_NAME Nor this\nEND_OF_STYLE Nor "
+              "this\n\n");
     CStringArray lines;
     EXPECT_EQ(GetNameValueFromStyle(lines, L"No such", kTextStyleNameOnly), RTERROR);
     EXPECT_EQ(lines.GetSize(), 0);
@@ -229,8 +237,8 @@ TEST_F(DimStyles, TheSectionOfATextStyleEndsAtTheFirstMissingGroup)
 
 TEST_F(DimStyles, NodesTakeTheirValuesFromTheLines)
 {
-    const CStringArray lines = linesOf({L"DIMTXT_TXTSIZE 2.5\n", L"DIMTXT_FLAGS 4\n", L"DIMTXT_FILENAME .\n", L"DIMTXT_BIGFILE ABC\n",
-                                        L"DIMTXT_XSCALE \n"});
+    const CStringArray lines = linesOf({L"DIMTXT_TXTSIZE 2.5\n", L"DIMTXT_FLAGS 4\n", L"DIMTXT_FILENAME .\n",
+                                        L"DIMTXT_BIGFILE ABC\n", L"DIMTXT_XSCALE \n"});
     const RbPtr chain(vcutBuildList(40, 1.0, 71, 0, 3, L"txt", 4, L"abc", 41, 0.8, 70, 4, RTNONE));
     for (resbuf* node = chain.get(); node; node = node->rbnext)
         EXPECT_EQ(modifyDimVariable(node, lines, kTextStyleTable), RTNORM);
@@ -250,8 +258,9 @@ TEST_F(DimStyles, NodesTakeTheirValuesFromTheLines)
 
 TEST_F(DimStyles, TheReaderKeepsLinesAndDropsWhatHasNoEnd)
 {
-    writeBytes("before\nxDIMENSION_STYLE_NAME A\r\nDIMSCALE 2\r\nxEND_OF_STYLE\nbetween\nDIMENSION_STYLE_NAME END_OF_STYLE\n"
-               "END_OF_STYLE\nDIMENSION_STYLE_NAME C\n");
+    writeBytes(
+        "before\nxDIMENSION_STYLE_NAME A\r\nDIMSCALE 2\r\nxEND_OF_STYLE\nbetween\nDIMENSION_STYLE_NAME END_OF_STYLE\n"
+        "END_OF_STYLE\nDIMENSION_STYLE_NAME C\n");
     std::vector<CStringArray2> styles;
     EXPECT_EQ(ReadDimStyleFile(styles, output()), RTNORM);
     ASSERT_EQ(styles.size(), 2u);
@@ -262,8 +271,7 @@ TEST_F(DimStyles, TheReaderKeepsLinesAndDropsWhatHasNoEnd)
 }
 
 // The rights of somebody who owns nothing here: what root may do hides what a file says of its readers and writers.
-class AsNobody
-{
+class AsNobody {
 public:
     AsNobody() : m_owner(geteuid())
     {
@@ -311,7 +319,8 @@ TEST_F(DimStyles, BrokenFilesDoNoHarm)
     const std::string sources[] = {
         bytesOf(testing::TempDir() + "out.dim"),
         "DIMENSION_STYLE_NAME A\nDIMBLK DOT\nDIMLDRBLK _ORIGIN\nDIMBLK2 HOUSE\nDIMTXSTY B\nEND_OF_STYLE A\n",
-        "\xEF\xBB\xBF" "DIMENSION_STYLE_NAME C\nDIMTXSTY D\nDIMTXT_FULLINFO 1\nDIMTXT_TXTSIZE 2\nEND_DIMTXT\nEND_OF_STYLE C\n",
+        "\xEF\xBB\xBF"
+        "DIMENSION_STYLE_NAME C\nDIMTXSTY D\nDIMTXT_FULLINFO 1\nDIMTXT_TXTSIZE 2\nEND_DIMTXT\nEND_OF_STYLE C\n",
     };
     for (int round = 0; round < 400; ++round) {
         std::string bytes = sources[below(3)];

@@ -15,8 +15,7 @@
 
 namespace {
 
-class DrawingGeometry : public CommandTest
-{
+class DrawingGeometry : public CommandTest {
 protected:
     // A quarter turn about Z.
     static void turnUcs(const VcGePoint3d& origin = {10, 20, 0})
@@ -35,8 +34,8 @@ protected:
     void makeMText(int attachment, double rotation, vds_name name)
     {
         const vds_point at = {100, 50, 3};
-        make(vcutBuildList(RTDXF0, L"MTEXT", 100, L"AcDbEntity", 8, L"0", 100, L"AcDbMText", 10, at, 40, 2.5, 41, 0.0, 71,
-                           attachment, 1, L"several words", 50, rotation, RTNONE),
+        make(vcutBuildList(RTDXF0, L"MTEXT", 100, L"AcDbEntity", 8, L"0", 100, L"AcDbMText", 10, at, 40, 2.5, 41, 0.0,
+                           71, attachment, 1, L"several words", 50, rotation, RTNONE),
              name);
     }
     static VcGePoint2d sizeOf(const vds_name name)
@@ -150,11 +149,11 @@ TEST_F(DrawingGeometry, LinesOnLines)
 }
 
 // Where the text's place lies in its box, as shares of width and height from the upper left.
-const struct
-{
+const struct {
     int attachment;
     double x, y;
-} kPlaces[] = {{1, 0, 0}, {2, 0.5, 0}, {3, 1, 0}, {4, 0, 0.5}, {5, 0.5, 0.5}, {6, 1, 0.5}, {7, 0, 1}, {8, 0.5, 1}, {9, 1, 1}};
+} kPlaces[] = {{1, 0, 0},   {2, 0.5, 0}, {3, 1, 0},   {4, 0, 0.5}, {5, 0.5, 0.5},
+               {6, 1, 0.5}, {7, 0, 1},   {8, 0.5, 1}, {9, 1, 1}};
 
 TEST_F(DrawingGeometry, BoxesOfMtextsFollowTheAttachment)
 {
@@ -301,8 +300,7 @@ TEST_F(DrawingGeometry, LinesAndPolylinesAreMade)
     CList<SdsVertex, SdsVertex> vertices;
     for (const auto& [x, y] : {std::pair(0.0, 0.0), {10.0, 0.0}, {10.0, 10.0}})
         vertices.AddTail(SdsVertex(x, y, 0, 0.5));
-    const struct
-    {
+    const struct {
         double lastX;
         unsigned count;
         bool closed;
@@ -341,8 +339,7 @@ TEST_F(DrawingGeometry, MeetingsGoByEdgeAndProjection)
     makeLine({5, 3, 0}, {5, 9, 0}, far);
     makeLine({5, -5, 4}, {5, 5, 4}, high);
     makeLine({20, -5, 0}, {20, 5, 0}, beside);
-    const struct
-    {
+    const struct {
         const char* what;
         const std::int64_t* second;
         int edge, projection;
@@ -375,8 +372,8 @@ TEST_F(DrawingGeometry, MeetingsWithWhatHasPieces)
     const std::wstring block = makeBlockOfLine({3, -5, 0}, {3, 5, 0});
     vcdbEntLast(reference);
     const vds_point from = {3, -5, 0}, to = {5, -5, 0}, at = {5, 5, 0};
-    make(vcutBuildList(RTDXF0, L"DIMENSION", 100, L"AcDbEntity", 8, L"0", 100, L"AcDbDimension", 2, block.c_str(), 10, at,
-                       70, 33, 3, L"Standard", 100, L"AcDbAlignedDimension", 13, from, 14, to, RTNONE),
+    make(vcutBuildList(RTDXF0, L"DIMENSION", 100, L"AcDbEntity", 8, L"0", 100, L"AcDbDimension", 2, block.c_str(), 10,
+                       at, 70, 33, 3, L"Standard", 100, L"AcDbAlignedDimension", 13, from, 14, to, RTNONE),
          dimension);
 
     resbuf* list = &m_anything;
@@ -458,8 +455,7 @@ TEST_F(DrawingGeometry, AReferenceOnTheSheetStandsThere)
 TEST_F(DrawingGeometry, AWindowIsShownWithAMargin)
 {
     const vds_point center = {30, 40, 0};
-    const struct
-    {
+    const struct {
         double width, height;
         bool exact;
         double shown;

@@ -12,14 +12,13 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 TEST(Reals, EqualityIsRelativeToTheSecond)
 {
-    const struct
-    {
+    const struct {
         double a, b, tolerance;
         bool equal;
     } kCases[] = {
-        {0, 0, 0, true},         {0.1, 0, 0.1, true},     {0.11, 0, 0.1, false},    {0.05, 0.1, 0.1, true},
-        {110, 100, 0.1, true},   {111, 100, 0.1, false},  {90, 100, 0.1, true},     {100, 111, 0.1, true},
-        {100, 90, 0.1, false},   {-100, 100, 0.1, false}, {-105, -100, 0.1, true},  {0.2, 0.11, 0.1, false},
+        {0, 0, 0, true},         {0.1, 0, 0.1, true},     {0.11, 0, 0.1, false},   {0.05, 0.1, 0.1, true},
+        {110, 100, 0.1, true},   {111, 100, 0.1, false},  {90, 100, 0.1, true},    {100, 111, 0.1, true},
+        {100, 90, 0.1, false},   {-100, 100, 0.1, false}, {-105, -100, 0.1, true}, {0.2, 0.11, 0.1, false},
         {0.11, 0.1, 0.1, false}, {0.1, 0.11, 0.1, true},  {1e300, 1e300, 0, true},
     };
     for (const auto& c : kCases)
@@ -49,12 +48,11 @@ TEST(Reals, ZeroTakesItsBounds)
 
 TEST(Reals, ValidityIsReadFromTheBits)
 {
-    const struct
-    {
+    const struct {
         double value;
         bool valid;
     } kCases[] = {
-        {0.0, true},    {-0.0, true},    {1.0, true},        {-1e308, true},       {2.2250738585072014e-308, true},
+        {0.0, true},     {-0.0, true},     {1.0, true},        {-1e308, true},      {2.2250738585072014e-308, true},
         {1e-320, false}, {-1e-320, false}, {kInfinity, false}, {-kInfinity, false}, {std::nan(""), false},
     };
     for (const auto& c : kCases) {
@@ -66,12 +64,11 @@ TEST(Reals, ValidityIsReadFromTheBits)
 TEST(Points, EachComparisonHasItsOwnBound)
 {
     const vds_point origin = {0, 0, 0}, p = {100, 200, 300};
-    const struct
-    {
+    const struct {
         double shift;
         bool module, tenth, fixed;
     } kCases[] = {
-        {0, true, true, true},        {1e-9, true, true, true},   {1e-6, false, true, true},
+        {0, true, true, true},      {1e-9, true, true, true},  {1e-6, false, true, true},
         {1e-5, false, true, false}, {9.9, false, true, false}, {10, false, false, false},
     };
     for (const auto& c : kCases) {
@@ -92,23 +89,16 @@ TEST(Points, EachComparisonHasItsOwnBound)
 
 TEST(Angles, WholeTurnsDoNotCount)
 {
-    const struct
-    {
+    const struct {
         double a, b;
         bool exact, loose;
     } kCases[] = {
-        {0, 0, true, true},
-        {kTwoPi, 0, true, true},
-        {-kTwoPi, 0, false, false},
-        {-kTwoPi, kTwoPi, false, false},
-        {1, 1 + kTwoPi, true, true},
-        {1, 1 - kTwoPi, true, true},
-        {-1, kTwoPi - 1, true, true},
-        {1, 1 + 1e-7, false, true},
-        {1, 1 + 1e-5, false, false},
-        {1e-11, 0, true, true},
-        {-1e-11, 0, false, false},
-        {3, 3 + 5 * kTwoPi, true, true},
+        {0, 0, true, true},           {kTwoPi, 0, true, true},
+        {-kTwoPi, 0, false, false},   {-kTwoPi, kTwoPi, false, false},
+        {1, 1 + kTwoPi, true, true},  {1, 1 - kTwoPi, true, true},
+        {-1, kTwoPi - 1, true, true}, {1, 1 + 1e-7, false, true},
+        {1, 1 + 1e-5, false, false},  {1e-11, 0, true, true},
+        {-1e-11, 0, false, false},    {3, 3 + 5 * kTwoPi, true, true},
     };
     for (const auto& c : kCases) {
         EXPECT_EQ(VkAngleEqual(c.a, c.b), c.exact) << c.a << " " << c.b;
@@ -118,8 +108,7 @@ TEST(Angles, WholeTurnsDoNotCount)
 
 TEST(Angles, NormalizingBringsTheEndAfterTheStart)
 {
-    const struct
-    {
+    const struct {
         double start, end, wantedStart, wantedEnd;
     } kCases[] = {
         {0, 1, 0, 1},
@@ -230,14 +219,13 @@ TEST(Matrices, ProductsTakeTheirOperandsAsOutput)
 TEST(Lines, CollinearWithinAHundredth)
 {
     const vds_point a = {0, 0, 0}, b = {10, 0, 0};
-    const struct
-    {
+    const struct {
         vds_point c;
         bool collinear, onLine;
     } kCases[] = {
-        {{5, 0, 0}, true, true},     {{20, 0, 0}, true, false},  {{-5, 0, 0}, true, false}, {{5, 1, 0}, false, false},
-        {{5, 0.1, 0}, true, false},  {{5, 0, 0.2}, true, false}, {{5, 0, 1}, false, false}, {{0, 0, 0}, true, true},
-        {{10, 0, 0}, true, true},    {{5, 1e-7, 0}, true, true},
+        {{5, 0, 0}, true, true},    {{20, 0, 0}, true, false},  {{-5, 0, 0}, true, false}, {{5, 1, 0}, false, false},
+        {{5, 0.1, 0}, true, false}, {{5, 0, 0.2}, true, false}, {{5, 0, 1}, false, false}, {{0, 0, 0}, true, true},
+        {{10, 0, 0}, true, true},   {{5, 1e-7, 0}, true, true},
     };
     for (const auto& c : kCases) {
         EXPECT_EQ(vds_dyl_colin(a, b, c.c), c.collinear) << c.c[0] << " " << c.c[1] << " " << c.c[2];
@@ -261,17 +249,12 @@ TEST(Lines, BulgesOfArcs)
 {
     const vds_point start = {-1, 0, 0}, end = {1, 0, 0};
     const double sagitta = 1 - std::sqrt(0.5);
-    const struct
-    {
+    const struct {
         vds_point through;
         double bulge;
     } kCases[] = {
-        {{0, -1, 0}, 1},
-        {{0, 1, 0}, -1},
-        {{0, -0.5, 0}, 0.5},
-        {{0, 0, 0}, 0},
-        {{0, 0.001, 0}, 0},
-        {{0, -sagitta, 0}, sagitta},
+        {{0, -1, 0}, 1}, {{0, 1, 0}, -1},    {{0, -0.5, 0}, 0.5},
+        {{0, 0, 0}, 0},  {{0, 0.001, 0}, 0}, {{0, -sagitta, 0}, sagitta},
     };
     for (const auto& c : kCases)
         EXPECT_NEAR(cal_bulge(start, end, c.through), c.bulge, 1e-12) << c.through[1];

@@ -17,8 +17,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
-class HostTest : public testing::Test, private MessageService
-{
+class HostTest : public testing::Test, private MessageService {
 protected:
     HostTest()
     {
@@ -55,7 +54,7 @@ protected:
     }
 
     std::string printed;
-    std::vector<std::string> boxes; // texts of the message boxes that were shown
+    std::vector<std::string> boxes;  // texts of the message boxes that were shown
 
 private:
     int show(std::string_view text, std::string_view, unsigned style) override
@@ -71,8 +70,7 @@ private:
 };
 
 // With the module's texts, as a command has them.
-class CommandTest : public HostTest
-{
+class CommandTest : public HostTest {
 protected:
     CommandTest()
     {

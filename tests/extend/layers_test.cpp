@@ -9,8 +9,7 @@
 
 namespace {
 
-class LayerHelpers : public CommandTest
-{
+class LayerHelpers : public CommandTest {
 protected:
     LayerHelpers()
     {
@@ -34,10 +33,7 @@ protected:
         SetBufInt(record.get(), 70, flags);
         ASSERT_EQ(vcdbEntMod(record.get()), RTNORM);
     }
-    void type(const char* lines)
-    {
-        editor().pushSource(std::make_unique<vk::edit::ScriptSource>("test", lines));
-    }
+    void type(const char* lines) { editor().pushSource(std::make_unique<vk::edit::ScriptSource>("test", lines)); }
     bool said(std::string_view text) const { return printed.find(text) != std::string::npos; }
 };
 
@@ -64,8 +60,7 @@ TEST_F(LayerHelpers, FlagsAreWrittenWhereTheLayerMayBeChanged)
     createLayer(L"HERE", 3, L"Continuous");
     setFlags(L"SHUT", 4);
     set_acad_str_var(L"CLAYER", L"HERE");
-    const struct
-    {
+    const struct {
         const wchar_t* name;
         int result;
         const char* said;
@@ -97,12 +92,11 @@ TEST_F(LayerHelpers, ALayerIsTurnedOff)
 
 TEST_F(LayerHelpers, TheCurrentLayerIsTurnedOffOnlyWhenTheAnswerIsYes)
 {
-    const struct
-    {
+    const struct {
         const char* typed;
         int result;
         bool off;
-    } kCases[] = {{"\n", RTNORM, true},   {"y\n", RTNORM, true},      {"Yes\n", RTNORM, true},
+    } kCases[] = {{"\n", RTNORM, true},    {"y\n", RTNORM, true},        {"Yes\n", RTNORM, true},
                   {"n\n", RTERROR, false}, {"(cancel)\n", RTCAN, false}, {"what\nNo\n", RTERROR, false}};
     set_acad_str_var(L"CLAYER", L"WALLS");
     for (const auto& c : kCases) {
@@ -133,12 +127,12 @@ TEST_F(LayerHelpers, LayersAreListed)
 
 TEST_F(LayerHelpers, TheListIsAskedFor)
 {
-    const struct
-    {
+    const struct {
         const char* typed;
         int result;
         bool all, walls;
-    } kCases[] = {{"*\n", 1, true, true}, {"\n", 1, true, true}, {"WALLS\n", 1, false, true}, {"(cancel)\n", 0, false, false}};
+    } kCases[] = {
+        {"*\n", 1, true, true}, {"\n", 1, true, true}, {"WALLS\n", 1, false, true}, {"(cancel)\n", 0, false, false}};
     for (const auto& c : kCases) {
         printed.clear();
         type(c.typed);

@@ -9,8 +9,7 @@ namespace {
 constexpr const char* kModule = "libVkExtend.vrx";
 constexpr const wchar_t* kService = L"VkExtendService";
 
-class Module : public HostTest
-{
+class Module : public HostTest {
 protected:
     using EntryPoint = int (*)(unsigned, void*);
 
@@ -20,14 +19,19 @@ protected:
         if (!findModule("VkUInfo.dll")) {
             ASSERT_TRUE(loadModule("VkUInfo.dll", Binding::Global, error)) << error;
         }
-        ASSERT_EQ(vk::edit::ModuleLoader::instance().load(modulePath(programModule()).substr(0, folderLength()) + kModule), "");
+        ASSERT_EQ(
+            vk::edit::ModuleLoader::instance().load(modulePath(programModule()).substr(0, folderLength()) + kModule),
+            "");
         handle = findModule(kModule);
         ASSERT_TRUE(handle);
         entry = reinterpret_cast<EntryPoint>(moduleSymbol(handle, "vcrxEntryPoint"));
         ASSERT_TRUE(entry);
     }
     static std::size_t folderLength() { return modulePath(programModule()).rfind('/') + 1; }
-    static const vk::edit::CommandEntry* command(const char* name) { return vk::edit::CommandTable::instance().find(name); }
+    static const vk::edit::CommandEntry* command(const char* name)
+    {
+        return vk::edit::CommandTable::instance().find(name);
+    }
 
     LoadedModule* handle = nullptr;
     EntryPoint entry = nullptr;

@@ -8,15 +8,15 @@ namespace {
 TEST(ScaleText, NumbersAreDigitsWithOnePointThatDoesNotStandFirst)
 {
     const std::pair<const wchar_t*, bool> cases[] = {
-        {L"", true},    {L"1", true},     {L"0012", true}, {L"1.5", true}, {L"1.", true},   {L".5", false}, {L".", false},
-        {L"-1", false}, {L"1.2.3", false}, {L"1 ", false},  {L"1e5", false}, {L"١", false}, {L"1,5", false},
+        {L"", true},     {L"1", true},  {L"0012", true}, {L"1.5", true},    {L"1.", true},
+        {L".5", false},  {L".", false}, {L"-1", false},  {L"1.2.3", false}, {L"1 ", false},
+        {L"1e5", false}, {L"١", false}, {L"1,5", false},
     };
     for (const auto& [text, passes] : cases)
         EXPECT_EQ(isNumber(text), passes) << CStdStrW(text).GetString();
 }
 
-struct Ratio
-{
+struct Ratio {
     const wchar_t* text;
     bool isValid;
     double paper, drawing;
@@ -25,10 +25,22 @@ struct Ratio
 TEST(ScaleText, RatiosAreTwoNumbersWithAColonBetween)
 {
     const Ratio cases[] = {
-        {L"1:50", true, 1, 50},    {L"1.5:2", true, 1.5, 2}, {L"1:", true, 1, 1},     {L"0:5", true, 1, 5},
-        {L"5:0.00", true, 5, 1},   {L"0.0:0", true, 1, 1},   {L"7.:2.", true, 7, 2},  {L":2", false, 0, 0},
-        {L":", false, 0, 0},       {L"", false, 0, 0},       {L"1", false, 0, 0},     {L".5:1", false, 0, 0},
-        {L"1:.5", false, 0, 0},    {L"1:2:3", false, 0, 0},  {L"1 : 2", false, 0, 0}, {L"-1:2", false, 0, 0},
+        {L"1:50", true, 1, 50},
+        {L"1.5:2", true, 1.5, 2},
+        {L"1:", true, 1, 1},
+        {L"0:5", true, 1, 5},
+        {L"5:0.00", true, 5, 1},
+        {L"0.0:0", true, 1, 1},
+        {L"7.:2.", true, 7, 2},
+        {L":2", false, 0, 0},
+        {L":", false, 0, 0},
+        {L"", false, 0, 0},
+        {L"1", false, 0, 0},
+        {L".5:1", false, 0, 0},
+        {L"1:.5", false, 0, 0},
+        {L"1:2:3", false, 0, 0},
+        {L"1 : 2", false, 0, 0},
+        {L"-1:2", false, 0, 0},
         {L"1:0.00000000001", true, 1, 1},
     };
     for (const Ratio& c : cases) {
@@ -44,7 +56,8 @@ TEST(ScaleText, RatiosAreTwoNumbersWithAColonBetween)
 TEST(ScaleText, ZerosGoFromTheEndOfWhatHasAPoint)
 {
     const std::pair<const wchar_t*, const wchar_t*> cases[] = {
-        {L"1.5000", L"1.5"}, {L"1.0000", L"1"}, {L"100", L"100"}, {L"0.0000", L"0"}, {L".", L""}, {L"", L""}, {L"1.0x", L"1.0x"},
+        {L"1.5000", L"1.5"}, {L"1.0000", L"1"}, {L"100", L"100"},   {L"0.0000", L"0"},
+        {L".", L""},         {L"", L""},        {L"1.0x", L"1.0x"},
     };
     for (const auto& [before, after] : cases) {
         CStdStrW text = before;
@@ -83,8 +96,7 @@ TEST(ScaleKeys, RunThroughLettersAndDigitsAndBeginAgain)
     EXPECT_EQ(at[261], L"A1");
 }
 
-class ScaleLists : public HostTest
-{
+class ScaleLists : public HostTest {
 protected:
     static void setMeasurement(short value)
     {

@@ -7,8 +7,7 @@ namespace {
 
 constexpr double kPi = std::numbers::pi;
 
-class AngleQuestions : public SdkTest
-{
+class AngleQuestions : public SdkTest {
 protected:
     static double turn(const std::string& typed, const double* base = nullptr)
     {
@@ -33,13 +32,12 @@ protected:
     }
 };
 
-struct AngleCase
-{
+struct AngleCase {
     const char* why;
-    double base; // degrees
+    double base;  // degrees
     int clockwise;
     const char* typed;
-    double turn, direction; // degrees
+    double turn, direction;  // degrees
 };
 const AngleCase kAngles[] = {
     {"as everywhere", 0, 0, "30\n", 30, 30},
@@ -101,4 +99,4 @@ TEST_F(AngleQuestions, CommandsPointWhereItIsTyped)
     EXPECT_TRUE(pointOf(last(), 11).isEqualTo({0, 10, 0})) << "polar coordinates too";
 }
 
-} // namespace
+}  // namespace

@@ -6,8 +6,7 @@
 
 namespace {
 
-class Files : public SdkTest
-{
+class Files : public SdkTest {
 protected:
     Files() { std::filesystem::create_directories(m_folder); }
     ~Files() override { std::filesystem::remove_all(m_folder); }
@@ -16,7 +15,10 @@ protected:
         const std::string all = m_folder + name;
         return {all.begin(), all.end()};
     }
-    void write(const char* name, const std::string& text) const { std::ofstream(m_folder + name, std::ios::binary) << text; }
+    void write(const char* name, const std::string& text) const
+    {
+        std::ofstream(m_folder + name, std::ios::binary) << text;
+    }
     static std::size_t entitiesOf(VcDbDatabase& database)
     {
         VcDbBlockTableRecord* space = nullptr;
@@ -63,12 +65,14 @@ TEST_F(Files, WhatCannotBeReadSaysWhy)
     write("noise.dxf", "these are not the groups of a drawing\n");
     write("cut.dxf", "  0\nSECTION\n  2\nENTITIES\n  0\nLINE\n 10\n1.0\n");
     write("new.dwg", "AC1032 and what follows");
-    const struct
-    {
+    const struct {
         const char* name;
         Vcad::ErrorStatus status;
-    } cases[] = {{"none.dxf", Vcad::eFileNotFound},    {"empty.dxf", Vcad::eFileUnreadable}, {"noise.dxf", Vcad::eFileUnreadable},
-                 {"cut.dxf", Vcad::eFileUnreadable}, {"new.dwg", Vcad::eUnsupportedVersion}};
+    } cases[] = {{"none.dxf", Vcad::eFileNotFound},
+                 {"empty.dxf", Vcad::eFileUnreadable},
+                 {"noise.dxf", Vcad::eFileUnreadable},
+                 {"cut.dxf", Vcad::eFileUnreadable},
+                 {"new.dwg", Vcad::eUnsupportedVersion}};
     for (const auto& c : cases) {
         VcDbDatabase database(false);
         EXPECT_EQ(database.readDwgFile(path(c.name).c_str()), c.status) << c.name;
@@ -137,7 +141,8 @@ TEST_F(Files, AreFoundInTheFoldersOfTheProfile)
     write("near/both.lin", "near");
     wchar_t found[1024] = L"";
     EXPECT_EQ(vcedFindFile(L"one.lin", found), RTERROR);
-    ASSERT_TRUE(vk::edit::writeEnvironment("SupportPath", ";/no/such/folder;" + m_folder + "near;" + m_folder + "far away;"));
+    ASSERT_TRUE(
+        vk::edit::writeEnvironment("SupportPath", ";/no/such/folder;" + m_folder + "near;" + m_folder + "far away;"));
     EXPECT_EQ(vcedFindFile(L"one.lin", found), RTNORM);
     EXPECT_EQ(std::wstring(found), path("far away/one.lin"));
     EXPECT_EQ(vcedFindFile(L"BOTH.lin", found), RTNORM) << "the first folder that has it";
@@ -146,4 +151,4 @@ TEST_F(Files, AreFoundInTheFoldersOfTheProfile)
     EXPECT_EQ(vcedFindFile(L"one.lin", found), RTERROR);
 }
 
-} // namespace
+}  // namespace

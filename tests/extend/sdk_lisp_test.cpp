@@ -6,8 +6,7 @@ namespace {
 
 constexpr const char* kModule = "LispModule.vrx";
 
-class Added : public SdkTest
-{
+class Added : public SdkTest {
 protected:
     Added()
     {
@@ -25,8 +24,7 @@ protected:
     std::string error;
 };
 
-struct ValueCase
-{
+struct ValueCase {
     const char* expression;
     const char* printed;
 };
@@ -144,4 +142,4 @@ TEST_F(Added, WhatIsNoModuleIsToldAndNotKept)
     EXPECT_EQ(loader.loaded(), before);
 }
 
-} // namespace
+}  // namespace

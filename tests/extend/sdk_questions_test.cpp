@@ -8,26 +8,23 @@ namespace {
 
 constexpr double kPi = std::numbers::pi;
 
-class Questions : public SdkTest
-{
+class Questions : public SdkTest {
 public:
     // Kinds of questions, by what follows vcedGet in their name.
-    enum Kind
-    {
+    enum Kind {
         Point,
-        PointFrom, // base 10,0
+        PointFrom,  // base 10,0
         Dist,
-        DistFrom, // base 0,0
+        DistFrom,  // base 0,0
         Angle,
-        AngleFrom, // base 0,0
+        AngleFrom,  // base 0,0
         Orient,
         Real,
         Int,
     };
 
 protected:
-    struct Asked
-    {
+    struct Asked {
         int result = 0;
         double number = 0;
         VcGePoint3d point;
@@ -70,8 +67,7 @@ protected:
     }
 };
 
-struct PointCase
-{
+struct PointCase {
     const char* why;
     int bits;
     const char* typed;
@@ -118,16 +114,14 @@ TEST_F(Questions, APointIsInTheCurrentUcs)
     EXPECT_TRUE(ask(Point).point.isEqualTo({-99, 1, 0})) << "a star is of the world";
 }
 
-struct NumberCase
-{
+struct NumberCase {
     const char* why;
     Questions::Kind kind;
     int bits;
     const char* typed;
     double number;
 };
-class Numbers : public Questions
-{
+class Numbers : public Questions {
 public:
     static const std::vector<NumberCase>& cases()
     {
@@ -271,4 +265,4 @@ TEST_F(Questions, PromptsAreShownAsTheyAre)
     EXPECT_EQ(boxes, (std::vector<std::string>{"Look: 50%s", ""}));
 }
 
-} // namespace
+}  // namespace

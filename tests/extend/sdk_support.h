@@ -7,11 +7,9 @@
 
 #include <functional>
 
-class SdkTest : public HostTest
-{
+class SdkTest : public HostTest {
 protected:
-    struct Name
-    {
+    struct Name {
         vds_name value = {0, 0};
         operator const std::int64_t*() const { return value; }
         bool isNull() const { return value[0] == 0 && value[1] == 0; }

@@ -13,13 +13,15 @@
 
 namespace {
 
-class TransRandom : public SdkTest
-{
+class TransRandom : public SdkTest {
 protected:
     static constexpr int kWorld = 0, kUcs = 1, kDisplay = 2, kSheet = 3, kNormal = 4;
 
     double number(double low, double high) { return std::uniform_real_distribution<double>(low, high)(m_random); }
-    VcGePoint3d point(double reach = 100) { return {number(-reach, reach), number(-reach, reach), number(-reach, reach)}; }
+    VcGePoint3d point(double reach = 100)
+    {
+        return {number(-reach, reach), number(-reach, reach), number(-reach, reach)};
+    }
     VcGeVector3d direction()
     {
         for (;;)
@@ -59,7 +61,8 @@ protected:
     void turnUcs()
     {
         const VcGePoint3d origin = point(), onX = origin + direction() * 5, inPlane = origin + direction() * 5;
-        const vds_point a = {origin.x, origin.y, origin.z}, b = {onX.x, onX.y, onX.z}, c = {inPlane.x, inPlane.y, inPlane.z};
+        const vds_point a = {origin.x, origin.y, origin.z}, b = {onX.x, onX.y, onX.z},
+                        c = {inPlane.x, inPlane.y, inPlane.z};
         vcedCommand(RTSTR, L"_.UCS", RTSTR, L"_3", RT3DPOINT, a, RT3DPOINT, b, RT3DPOINT, c, RTNONE);
     }
     void turnView()
@@ -75,12 +78,14 @@ protected:
     }
     void enterViewport()
     {
-        run("TILEMODE 0\nMVIEW 10,20 " + std::to_string(30 + number(0, 100)) + "," + std::to_string(40 + number(0, 100)) + "\nMSPACE\n");
+        run("TILEMODE 0\nMVIEW 10,20 " + std::to_string(30 + number(0, 100)) + "," +
+            std::to_string(40 + number(0, 100)) + "\nMSPACE\n");
         ASSERT_GT(shortVariable(L"CVPORT"), 1);
     }
     void expectSame(const VcGePoint3d& got, const VcGePoint3d& wanted, const char* what, int from, int to)
     {
-        EXPECT_NEAR(got.distanceTo(wanted), 0, 1e-9 * (1 + wanted.asVector().length() + 1e3)) << what << ' ' << from << " to " << to;
+        EXPECT_NEAR(got.distanceTo(wanted), 0, 1e-9 * (1 + wanted.asVector().length() + 1e3))
+            << what << ' ' << from << " to " << to;
     }
 
     void expectConsistent(int systems)
@@ -91,10 +96,13 @@ protected:
                 expectSame(trans(trans(p, from, to), to, from), p, "round trip", from, to);
                 const int third = int(number(0, systems - 1e-9));
                 expectSame(trans(trans(p, from, third), third, to), trans(p, from, to), "two steps", from, to);
-                expectSame(VcGePoint3d() + (trans(q, from, to) - trans(p, from, to)), VcGePoint3d() + transVector(q - p, from, to), "vector", from, to);
-                const VcGeVector3d x = transVector({1, 0, 0}, from, to), y = transVector({0, 1, 0}, from, to), z = transVector({0, 0, 1}, from, to);
+                expectSame(VcGePoint3d() + (trans(q, from, to) - trans(p, from, to)),
+                           VcGePoint3d() + transVector(q - p, from, to), "vector", from, to);
+                const VcGeVector3d x = transVector({1, 0, 0}, from, to), y = transVector({0, 1, 0}, from, to),
+                                   z = transVector({0, 0, 1}, from, to);
                 EXPECT_NEAR(x.length(), z.length(), 1e-9 * x.length());
-                EXPECT_NEAR(x.crossProduct(y).normal().dotProduct(z.normal()), 1, 1e-9) << "not right-handed: " << from << " to " << to;
+                EXPECT_NEAR(x.crossProduct(y).normal().dotProduct(z.normal()), 1, 1e-9)
+                    << "not right-handed: " << from << " to " << to;
             }
     }
     void expectAxes()
@@ -108,7 +116,8 @@ protected:
         EXPECT_NEAR(transVector({0, 0, 1}, kNormal, kWorld).dotProduct(m_normal), 1, 1e-12);
         const bool nearZ = std::fabs(m_normal.x) < 1.0 / 64 && std::fabs(m_normal.y) < 1.0 / 64;
         const VcGeVector3d x = (nearZ ? VcGeVector3d(0, 1, 0) : VcGeVector3d(0, 0, 1)).crossProduct(m_normal).normal();
-        expectSame(VcGePoint3d() + transVector({1, 0, 0}, kNormal, kWorld), VcGePoint3d() + x, "X axis", kNormal, kWorld);
+        expectSame(VcGePoint3d() + transVector({1, 0, 0}, kNormal, kWorld), VcGePoint3d() + x, "X axis", kNormal,
+                   kWorld);
     }
 
     std::mt19937 m_random{20};
@@ -142,7 +151,8 @@ TEST_F(TransRandom, ThroughViewportsOfASheet)
         ASSERT_NE(viewport, nullptr);
         const VcGePoint2d seen = viewport->viewCenter();
         expectSame(trans(viewport->centerPoint(), kSheet, kDisplay), {seen.x, seen.y, 0}, "centre", kSheet, kDisplay);
-        EXPECT_NEAR(transVector({1, 0, 0}, kDisplay, kSheet).length(), viewport->customScale(), 1e-9 * viewport->customScale());
+        EXPECT_NEAR(transVector({1, 0, 0}, kDisplay, kSheet).length(), viewport->customScale(),
+                    1e-9 * viewport->customScale());
     }
 }
 

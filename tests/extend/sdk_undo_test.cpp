@@ -4,8 +4,7 @@
 
 namespace {
 
-class Undoing : public SdkTest
-{
+class Undoing : public SdkTest {
 protected:
     Undoing()
     {
@@ -32,7 +31,8 @@ protected:
     {
         if (is == was)
             return {};
-        const std::size_t at = std::size_t(std::mismatch(is.begin(), is.end(), was.begin(), was.end()).first - is.begin());
+        const std::size_t at =
+            std::size_t(std::mismatch(is.begin(), is.end(), was.begin(), was.end()).first - is.begin());
         const std::size_t from = at > 150 ? at - 150 : 0;
         return "is <" + is.substr(from, 300) + "> was <" + was.substr(from, 300) + ">";
     }
@@ -97,19 +97,17 @@ protected:
     void clone()
     {
         VcDbIdMapping mapping;
-        EXPECT_EQ(editor().drawing().deepCloneObjects({idOf(m_line), idOf(m_insert)}, editor().drawing().currentSpaceId(), mapping), Vcad::eOk);
+        EXPECT_EQ(editor().drawing().deepCloneObjects({idOf(m_line), idOf(m_insert)},
+                                                      editor().drawing().currentSpaceId(), mapping),
+                  Vcad::eOk);
     }
-    void setCurrentLayer()
-    {
-        EXPECT_EQ(editor().drawing().setClayer(idOf(record(L"LAYER", L"A"))), Vcad::eOk);
-    }
+    void setCurrentLayer() { EXPECT_EQ(editor().drawing().setClayer(idOf(record(L"LAYER", L"A"))), Vcad::eOk); }
 
-    struct Work
-    {
+    struct Work {
         const char* why;
         std::function<void()> run;
-        bool leavesTheRest = true; // what follows in the list can still be done
-        bool shows = true;         // in the file
+        bool leavesTheRest = true;  // what follows in the list can still be done
+        bool shows = true;          // in the file
     };
     std::vector<Work> works()
     {
@@ -122,28 +120,45 @@ protected:
             {"moved by chain", [=, this] { EXPECT_EQ(modify(m_line, vcutBuildList(11, to, RTNONE)), RTNORM); }},
             {"coloured", [&] { EXPECT_EQ(modify(m_line, vcutBuildList(62, 1, 48, 2.0, 370, 30, RTNONE)), RTNORM); }},
             {"put on another layer", [&] { EXPECT_EQ(modify(m_circle, vcutBuildList(8, L"A", RTNONE)), RTNORM); }},
-            {"text", [=, this] { EXPECT_EQ(modify(m_text, vcutBuildList(1, L"other", 40, 7.0, 72, 1, 11, to, RTNONE)), RTNORM); }},
+            {"text",
+             [=, this] {
+                 EXPECT_EQ(modify(m_text, vcutBuildList(1, L"other", 40, 7.0, 72, 1, 11, to, RTNONE)), RTNORM);
+             }},
             {"radius", [&] { change<VcDbCircle>(m_circle, [](VcDbCircle& c) { return c.setRadius(9); }); }},
-            {"line by setters", [&] { change<VcDbLine>(m_line, [](VcDbLine& l) { return l.setStartPoint({-7, 3, 1}); }); }},
+            {"line by setters",
+             [&] { change<VcDbLine>(m_line, [](VcDbLine& l) {
+                       return l.setStartPoint({-7, 3, 1});
+                   }); }},
             {"all turned", [&] { move(); }},
             {"a block", [] { block(L"NEW"); }},
             {"a block and a reference", [] { block(L"NEW"), insert(L"NEW", 1, 1); }},
             {"a layer made", [] { layer(L"NEW", 4, 1); }},
             {"a layer erased", [] { EXPECT_EQ(vcdbEntDel(record(L"LAYER", L"FREE")), RTNORM); }},
             {"a layer locked", [] { setLayerFlags(L"A", 4); }, false},
-            {"a layer renamed", [] { change<VcDbLayerTableRecord>(record(L"LAYER", L"A"), [](VcDbLayerTableRecord& l) { return l.setName(L"Other"); }); }, false},
+            {"a layer renamed",
+             [] {
+                 change<VcDbLayerTableRecord>(record(L"LAYER", L"A"),
+                                              [](VcDbLayerTableRecord& l) { return l.setName(L"Other"); });
+             },
+             false},
             {"the current layer", [&] { setCurrentLayer(); }},
             {"a variable", [] { setReal(L"LTSCALE", 7), setShort(L"PDMODE", 34); }},
             {"a dictionary entry", [] { dictionaryEntry(L"NEW"); }},
             {"a group", [&] { group(); }},
             {"extended data", [&] { extendedData(); }},
-            {"an extension dictionary", [&] { change<VcDbLine>(m_line, [](VcDbLine& l) { return l.createExtensionDictionary(); }); }},
+            {"an extension dictionary",
+             [&] { change<VcDbLine>(m_line, [](VcDbLine& l) { return l.createExtensionDictionary(); }); }},
             {"clones", [&] { clone(); }},
             {"draw order", [&] { EXPECT_EQ(vcedDrawOrderInherit(idOf(m_line), {idOf(m_circle)}, 3), Vcad::eOk); }},
-            {"driven", [&] { vcedCommand(RTSTR, L"_.ROTATE", RTENAME, m_line.value, RTSTR, L"", RTSTR, L"0,0", RTSTR, L"30", RTNONE); }},
+            {"driven",
+             [&] {
+                 vcedCommand(RTSTR, L"_.ROTATE", RTENAME, m_line.value, RTSTR, L"", RTSTR, L"0,0", RTSTR, L"30",
+                             RTNONE);
+             }},
             {"exploded", [&] { vcedCommand(RTSTR, L"_.EXPLODE", RTENAME, m_insert.value, RTSTR, L"", RTNONE); }},
             {"a coordinate system", [] { vcedCommand(RTSTR, L"_.UCS", RTSTR, L"_Z", RTSTR, L"30", RTNONE); }},
-            {"a member of a definition", [] {
+            {"a member of a definition",
+             [] {
                  Name member;
                  ASSERT_EQ(vcdbEntNext(record(L"BLOCK", L"B"), member.value), RTNORM);
                  EXPECT_EQ(modify(member, vcutBuildList(62, 4, RTNONE)), RTNORM);
@@ -191,4 +206,4 @@ TEST_F(Undoing, AllOfItStepByStepAndBack)
     }
 }
 
-} // namespace
+}  // namespace

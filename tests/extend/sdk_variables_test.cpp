@@ -7,8 +7,7 @@ namespace {
 
 constexpr double kPi = std::numbers::pi;
 
-class Variables : public SdkTest
-{
+class Variables : public SdkTest {
 protected:
     static int set(const wchar_t* name, int type, double number)
     {
@@ -49,15 +48,14 @@ protected:
 
 TEST_F(Variables, HaveTheirTypes)
 {
-    const struct
-    {
+    const struct {
         const wchar_t* name;
         int type;
     } types[] = {
-        {L"OSMODE", RTSHORT},    {L"osmode", RTSHORT},   {L"CMDECHO", RTSHORT},     {L"ORTHOMODE", RTSHORT},
-        {L"TEXTSIZE", RTREAL},   {L"LTSCALE", RTREAL},   {L"UCSAXISANG", RTREAL},   {L"CLAYER", RTSTR},
-        {L"DWGNAME", RTSTR},     {L"LASTPOINT", RT3DPOINT}, {L"VIEWCTR", RT3DPOINT}, {L"EXTMIN", RT3DPOINT},
-        {L"TILEMODE", RTSHORT},  {L"DIMSCALE", RTREAL},  {L"CVPORT", RTSHORT},      {L"CANNOSCALE", RTSTR},
+        {L"OSMODE", RTSHORT},   {L"osmode", RTSHORT},      {L"CMDECHO", RTSHORT},   {L"ORTHOMODE", RTSHORT},
+        {L"TEXTSIZE", RTREAL},  {L"LTSCALE", RTREAL},      {L"UCSAXISANG", RTREAL}, {L"CLAYER", RTSTR},
+        {L"DWGNAME", RTSTR},    {L"LASTPOINT", RT3DPOINT}, {L"VIEWCTR", RT3DPOINT}, {L"EXTMIN", RT3DPOINT},
+        {L"TILEMODE", RTSHORT}, {L"DIMSCALE", RTREAL},     {L"CVPORT", RTSHORT},    {L"CANNOSCALE", RTSTR},
     };
     for (const auto& c : types) {
         resbuf node = {};
@@ -71,8 +69,7 @@ TEST_F(Variables, HaveTheirTypes)
 
 TEST_F(Variables, RefuseWhatTheyCannotBe)
 {
-    const struct
-    {
+    const struct {
         const char* why;
         const wchar_t* name;
         int type;
@@ -162,10 +159,7 @@ TEST_F(Variables, OfTheDrawingAreUndone)
     EXPECT_EQ(real(L"LTSCALE"), 5);
 }
 
-TEST_F(Variables, UcsAxisAngIsAQuarterAtFirst)
-{
-    EXPECT_NEAR(real(L"UCSAXISANG"), kPi / 2, 1e-9);
-}
+TEST_F(Variables, UcsAxisAngIsAQuarterAtFirst) { EXPECT_NEAR(real(L"UCSAXISANG"), kPi / 2, 1e-9); }
 
 TEST_F(Variables, Environment)
 {
@@ -189,16 +183,15 @@ TEST_F(Variables, Environment)
     EXPECT_EQ(vcedSetEnv(L"Mine", nullptr), RTERROR);
 }
 
-struct LengthCase
-{
+struct LengthCase {
     double value;
     int unit, precision;
     const wchar_t* text;
 };
 const LengthCase kLengths[] = {
-    {1.5, 2, 2, L"1.50"},       {-1.5, 2, 0, L"-2"},         {1234.5, 1, 2, L"1.23E+03"},    {18.5, 3, 1, L"1'-6.5\""},
-    {18.5, 4, 1, L"1'-6 1/2\""}, {18.5, 5, 2, L"18 1/2"},    {0.0625, 5, 4, L"1/16"},        {-0.001, 2, 2, L"0.00"},
-    {11.999, 4, 1, L"1'"},      {0, 4, 1, L"0\""},           {1e15, 2, 0, L"1000000000000000"},
+    {1.5, 2, 2, L"1.50"},        {-1.5, 2, 0, L"-2"},     {1234.5, 1, 2, L"1.23E+03"},       {18.5, 3, 1, L"1'-6.5\""},
+    {18.5, 4, 1, L"1'-6 1/2\""}, {18.5, 5, 2, L"18 1/2"}, {0.0625, 5, 4, L"1/16"},           {-0.001, 2, 2, L"0.00"},
+    {11.999, 4, 1, L"1'"},       {0, 4, 1, L"0\""},       {1e15, 2, 0, L"1000000000000000"},
 };
 
 TEST_F(Variables, LengthsAsTextsAndBack)
@@ -226,16 +219,14 @@ TEST_F(Variables, LengthsAsTextsAndBack)
     EXPECT_EQ(vcdbDisToF(nullptr, 2, &back), RTERROR);
 }
 
-struct AngleCase
-{
+struct AngleCase {
     double degrees;
     int unit, precision;
     const wchar_t* text;
 };
 const AngleCase kAngles[] = {
-    {45, 0, 0, L"45"},          {45.5, 1, 2, L"45d30'"},  {100, 2, 1, L"111.1g"},    {180, 3, 4, L"3.1416r"},
-    {45, 4, 0, L"N 45d E"},       {0, 4, 0, L"E"},          {-90, 0, 0, L"270"},       {359.9999, 0, 0, L"0"},
-    {200, 4, 0, L"S 70d W"},
+    {45, 0, 0, L"45"}, {45.5, 1, 2, L"45d30'"}, {100, 2, 1, L"111.1g"}, {180, 3, 4, L"3.1416r"}, {45, 4, 0, L"N 45d E"},
+    {0, 4, 0, L"E"},   {-90, 0, 0, L"270"},     {359.9999, 0, 0, L"0"}, {200, 4, 0, L"S 70d W"},
 };
 
 TEST_F(Variables, AnglesAsTextsAndBack)
@@ -262,4 +253,4 @@ TEST_F(Variables, AnglesAsTextsAndBack)
     EXPECT_EQ(vcdbAngToF(L"1", 0, nullptr), RTERROR);
 }
 
-} // namespace
+}  // namespace

@@ -9,8 +9,7 @@
 
 namespace {
 
-class Viewports : public SdkTest
-{
+class Viewports : public SdkTest {
 protected:
     Viewports() { run("TILEMODE\n0\n"); }
     VcDbViewport& made(const std::string& typed)
@@ -21,13 +20,12 @@ protected:
     VcDbLayout& layout() { return *layoutOfBlock(editor().db(), editor().db().paperSpace()); }
 };
 
-struct Page
-{
+struct Page {
     const char* name;
     std::int16_t quarterTurns;
     VcDbPlotSettings::PaperUnits units;
     double numerator, denominator;
-    double width, height; // in units of the layout
+    double width, height;  // in units of the layout
 };
 
 // A sheet of 297 by 210 with 5 at the sides and 10 at the ends.

@@ -3,11 +3,9 @@
 
 namespace {
 
-class Words : public SdkTest
-{
+class Words : public SdkTest {
 protected:
-    struct Asked
-    {
+    struct Asked {
         int result = 0;
         std::wstring text;
     };
@@ -25,8 +23,7 @@ protected:
     }
 };
 
-struct WordCase
-{
+struct WordCase {
     const char* why;
     int bits;
     const wchar_t* keywords;
@@ -66,8 +63,7 @@ TEST_F(Words, Keywords)
     }
 }
 
-struct TextCase
-{
+struct TextCase {
     const char* why;
     bool spaces;
     const char* typed;
@@ -127,4 +123,4 @@ TEST_F(Words, LongOnesFitTheBuffer)
     }
 }
 
-} // namespace
+}  // namespace

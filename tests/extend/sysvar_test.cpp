@@ -53,8 +53,7 @@ TEST(SysvarCatalogue, AnEntryHasItsFields)
 
 TEST(SysvarCatalogue, WhichEntriesAreFound)
 {
-    const struct
-    {
+    const struct {
         const wchar_t *what, *text, *names;
     } cases[] = {
         {L"nothing", L"", L""},
@@ -164,8 +163,7 @@ constexpr int kForeign = RTANG;  // a kind of value that the catalogue alone exp
 
 TEST(SysvarValues, AsTheyAreShown)
 {
-    const struct
-    {
+    const struct {
         const wchar_t* catalogueType;
         const wchar_t* name;
         resbuf value;
@@ -243,16 +241,14 @@ std::string shown(const resbuf& value)
     }
 }
 
-struct Given
-{
+struct Given {
     const wchar_t *type, *name, *text;
     const char* result;  // empty where nothing is to be set
 };
 
 TEST(SysvarValues, AsTheyAreAppliedOnOk)
 {
-    const struct
-    {
+    const struct {
         Given given;
         resbuf before;
     } cases[] = {
@@ -318,8 +314,7 @@ TEST(SysvarValues, AsTheyAreReadFromAFile)
 
 TEST(SysvarValues, AsScriptsWriteThem)
 {
-    const struct
-    {
+    const struct {
         const wchar_t* type;
         resbuf value;
         const wchar_t* written;
@@ -345,8 +340,7 @@ TEST(SysvarValues, AsScriptsWriteThem)
 
 TEST(SysvarFilters, LinesAreSplitAtTheirFirstBlank)
 {
-    const struct
-    {
+    const struct {
         const wchar_t *line, *name, *value;
     } cases[] = {
         {L"_A 1", L"_A", L"1"},      {L"a  two words \r", L"_a", L"two words"}, {L"  A 1,2 ", L"_A", L"1,2"},
@@ -380,8 +374,7 @@ TEST(SysvarFilters, TheFirstOfANameIsFound)
 }
 
 // A host whose own files lie in a folder of the test's.
-class Moved : public VcDbHostApplicationServices
-{
+class Moved : public VcDbHostApplicationServices {
 public:
     explicit Moved(std::string folder) : m_folder(CStdStrW(folder.c_str())) { vcdbSetHostApplicationServices(this); }
     ~Moved() override { vcdbSetHostApplicationServices(m_before); }
@@ -399,8 +392,7 @@ private:
     CStdStrW m_folder;
 };
 
-class SysvarDialog : public CommandTest
-{
+class SysvarDialog : public CommandTest {
 protected:
     SysvarDialog() { std::filesystem::create_directories(m_folder + "Support"); }
     ~SysvarDialog() override { std::filesystem::remove_all(m_folder); }

@@ -7,7 +7,7 @@ namespace {
 
 TEST(TextCase, SymbolsAreFoundAnywhereInAText)
 {
-    constexpr wchar_t kSymbols[] = {8776,  8736, 57600, 8452, 916, 632,  57601, 8801, 57856,
+    constexpr wchar_t kSymbols[] = {8776,  8736, 57600, 8452, 916,  632,  57601, 8801, 57856,
                                     57602, 8800, 8486,  937,  8522, 8322, 178,   179};
     for (const wchar_t symbol : kSymbols) {
         const wchar_t text[] = {L'a', symbol, L'b', 0};

@@ -189,8 +189,7 @@ TEST_F(Entities, WhatWasMadeAfterAnEntityIsFound)
 
 TEST_F(Entities, PolylinesAreToldApartByTheirFlags)
 {
-    const struct
-    {
+    const struct {
         int flags, vertexFlags, kind;
     } kCases[] = {{0, 0, 6}, {1, 0, 6}, {8, 32, 7}, {9, 32, 7}, {16, 64, 11}, {64, 192, 19}};
     for (const auto& c : kCases) {
@@ -210,8 +209,7 @@ TEST_F(Entities, PolylinesAreToldApartByTheirFlags)
 }
 
 // Commands of the host that make layers.
-class Layers : public HostTest
-{
+class Layers : public HostTest {
 protected:
     Layers() { vk::commands::registerHostCommands(); }
 

@@ -7,8 +7,7 @@
 
 namespace {
 
-struct KindCase
-{
+struct KindCase {
     int code;
     GroupKind kind;
 };
@@ -92,7 +91,7 @@ TEST(Chain, BinaryValuesThatDoNotFitAreRefused)
     const std::string bytes(40000, 'x');
     EXPECT_EQ(vcutBuildRbBin(node.get(), bytes.size(), bytes.data()), RTERROR);
     EXPECT_EQ(vcutBuildRbBin(node.get(), 4, bytes.data()), RTNORM);
-    EXPECT_EQ(vcutBuildRbBin(node.get(), 2, "ab"), RTNORM); // replaces
+    EXPECT_EQ(vcutBuildRbBin(node.get(), 2, "ab"), RTNORM);  // replaces
     EXPECT_EQ(rbBytes(*node), "ab");
 }
 
@@ -104,7 +103,7 @@ TEST(HostStrings, AnyReleaseTakesAnyString)
     EXPECT_STREQ(text, L"bc");
     vcad_free(text);
     EXPECT_EQ(vcutNewString(nullptr, text), RTERROR);
-    ASSERT_EQ(vcutNewString(text, 4 * 3 + 1), RTNORM); // a byte count short of its terminator
+    ASSERT_EQ(vcutNewString(text, 4 * 3 + 1), RTNORM);  // a byte count short of its terminator
     std::wcscpy(text, L"xyz");
     EXPECT_STREQ(text, L"xyz");
     vcutDelString(text);
@@ -125,8 +124,7 @@ TEST(SmallGeometry, AngleIsWithinOneTurn)
     EXPECT_EQ(p[2], 9);
 }
 
-struct MatchCase
-{
+struct MatchCase {
     const wchar_t* text;
     const wchar_t* pattern;
     bool matches;
@@ -177,4 +175,4 @@ TEST(WildCard, ManyRunsStayFast)
     EXPECT_FALSE(vcutWcMatch(text.c_str(), (pattern + L"b").c_str()));
 }
 
-} // namespace
+}  // namespace

@@ -6,15 +6,11 @@
 namespace {
 
 // Both ways of writing the type, as members, parameters and results.
-struct Holder
-{
+struct Holder {
     CStdStr<wchar_t> a;
     CStdStr<> b;
 };
-CStdStr<wchar_t> twice(CStdStr<> text)
-{
-    return text + text;
-}
+CStdStr<wchar_t> twice(CStdStr<> text) { return text + text; }
 
 TEST(StdStr, TypeIsWrittenEitherWay)
 {
@@ -168,7 +164,7 @@ TEST(Arrays, CArrayKeepsItsPromises)
     EXPECT_EQ(bytes[2], 9);
     CWordArray counts;
     counts.SetAtGrow(2, 65535);
-    ++counts[2]; // a word wraps
+    ++counts[2];  // a word wraps
     EXPECT_EQ(counts.GetAt(2), 0);
     CArray<CStdStr<>, CStdStr<>> marked;
     marked.Add(marked.Add(L"x") == 0 ? L"y" : L"z");
@@ -201,4 +197,4 @@ TEST(Arrays, ListInsertsAndRemovesAnywhere)
     EXPECT_EQ(list.GetHeadPosition(), nullptr);
 }
 
-} // namespace
+}  // namespace

@@ -42,10 +42,7 @@ TEST(Format, BadFormatsAreHarmless)
     EXPECT_GT(vkFormat(L"%.4000f", 1e300).size(), 4000u);
 }
 
-TEST(Format, DataIsNeverAFormat)
-{
-    EXPECT_EQ(vkFormat(L"%s", L"%s%n%d"), L"%s%n%d");
-}
+TEST(Format, DataIsNeverAFormat) { EXPECT_EQ(vkFormat(L"%s", L"%s%n%d"), L"%s%n%d"); }
 
 TEST(Format, PrintGoesToTheSinkAndSPrintCuts)
 {
@@ -59,4 +56,4 @@ TEST(Format, PrintGoesToTheSinkAndSPrintCuts)
     EXPECT_STREQ(buffer, L"abcde");
 }
 
-} // namespace
+}  // namespace

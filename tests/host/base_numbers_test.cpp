@@ -32,8 +32,7 @@ TEST(Numbers, RealsLookLikeReals)
     EXPECT_EQ(realText(std::numeric_limits<double>::infinity()), "inf");
 }
 
-struct RealCase
-{
+struct RealCase {
     const char* text;
     std::optional<double> value;
 };
@@ -89,8 +88,7 @@ TEST(Numbers, RoundingIsHalfAwayFromZeroAsShown)
     EXPECT_EQ(scientificText(-1.5e-100, 1), "-1.5E-100");
 }
 
-struct DistanceCase
-{
+struct DistanceCase {
     double value;
     LinearFormat format;
     const char* text;
@@ -138,8 +136,7 @@ TEST(Units, DistanceText)
     }
 }
 
-struct AngleCase
-{
+struct AngleCase {
     double degrees;
     AngularFormat format;
     const char* text;
@@ -175,8 +172,7 @@ TEST(Units, AngleText)
         EXPECT_EQ(angleText(degrees * kDegree, format), text) << degrees;
 }
 
-struct DistanceInput
-{
+struct DistanceInput {
     const char* text;
     LinearNotation notation;
     std::optional<double> value;
@@ -217,8 +213,7 @@ TEST(Units, ParseDistance)
         EXPECT_EQ(parseDistance(text, notation), value) << text;
 }
 
-struct AngleInput
-{
+struct AngleInput {
     const char* text;
     AngularNotation notation;
     std::optional<double> degrees;
@@ -262,4 +257,4 @@ TEST(Units, WhatIsWrittenIsReadBack)
     }
 }
 
-} // namespace
+}  // namespace

@@ -11,8 +11,7 @@
 
 namespace {
 
-class SettingsTest : public testing::Test
-{
+class SettingsTest : public testing::Test {
 protected:
     const std::string folder = [] {
         std::string name = testing::TempDir() + "vekad-settings-XXXXXX";
@@ -155,4 +154,4 @@ TEST_F(SettingsTest, RegistryCallsKeepTypesAndSizes)
     EXPECT_EQ(RegCloseKey(nullptr), ERROR_INVALID_HANDLE);
 }
 
-} // namespace
+}  // namespace

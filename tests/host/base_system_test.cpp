@@ -14,13 +14,9 @@
 
 namespace {
 
-std::string contentOf(const std::string& path)
-{
-    return readWholeFile(path).value_or("(missing)");
-}
+std::string contentOf(const std::string& path) { return readWholeFile(path).value_or("(missing)"); }
 
-class Folder : public testing::Test
-{
+class Folder : public testing::Test {
 protected:
     const std::string folder = [] {
         std::string name = testing::TempDir() + "vekad-base-XXXXXX";
@@ -49,7 +45,7 @@ TEST_F(Files, AtomicWriteReplacesAndKeepsPermissions)
               std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
     EXPECT_FALSE(writeFileAtomically(folder + "none/a", "x", error));
     EXPECT_NE(error.find("none/a"), error.npos);
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 1); // no temporary is left
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 1);  // no temporary is left
 }
 
 TEST_F(Files, NamesAreFoundWithoutRegardToCaseWhenNoneIsExact)
@@ -183,8 +179,7 @@ TEST(Resources, HandlesFormAStack)
     EXPECT_EQ(AfxGetResourceHandle(), nullptr);
 }
 
-struct BoxCase
-{
+struct BoxCase {
     unsigned style;
     int button;
 };
@@ -206,8 +201,7 @@ TEST(MessageBoxes, WithoutAServiceTheDefaultButtonIsPressed)
 
 TEST(MessageBoxes, TheServiceAnswers)
 {
-    struct : MessageService
-    {
+    struct : MessageService {
         int show(std::string_view text, std::string_view, unsigned) override { return text == "a" ? IDNO : IDYES; }
         short keyState(int key) override { return key == VK_SHIFT ? -1 : 0; }
     } service;
@@ -319,8 +313,7 @@ TEST_F(TextFiles, EscapesCarryWhatThePageLacks)
     EXPECT_EQ(in.ReadString(line, 64), nullptr);
 }
 
-struct MarkCase
-{
+struct MarkCase {
     std::string_view bytes;
     bool mark;
 };
@@ -415,4 +408,4 @@ TEST_F(TextFiles, BinaryFilesReadWriteAndSeek)
     EXPECT_FALSE(CFile::Remove(wide("b").c_str()));
 }
 
-} // namespace
+}  // namespace

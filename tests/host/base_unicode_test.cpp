@@ -64,8 +64,7 @@ TEST(LetterCase, CollationSortsAccentsBesideTheirLetter)
     EXPECT_EQ(collate(std::string_view("x"), std::string_view("x")), 0);
 }
 
-struct PageCase
-{
+struct PageCase {
     const char* page;
     std::string bytes;
     std::string utf8;
@@ -76,7 +75,7 @@ TEST(CodePages, DecodeAndEncode)
     const PageCase cases[] = {
         {"ANSI_1252", "\xE9\x80", "\xC3\xA9\xE2\x82\xAC"},
         {"ansi_1251", "\xC4\xE0", "\xD0\x94\xD0\xB0"},
-        {"ANSI_932", "\x83\x5C\\", "\xE3\x82\xBD\\"}, // the second byte is a backslash
+        {"ANSI_932", "\x83\x5C\\", "\xE3\x82\xBD\\"},  // the second byte is a backslash
         {"dos932", "\xB1", "\xEF\xBD\xB1"},
         {"GB2312", "\xC4\xE3", "\xE4\xBD\xA0"},
         {"BIG5", "\xA7\x41", "\xE4\xBD\xA0"},
@@ -129,8 +128,7 @@ TEST(CodePages, WhatAPageLacksIsEscapedOrCounted)
     EXPECT_EQ(replaced, 1u);
 }
 
-struct EscapeCase
-{
+struct EscapeCase {
     const char* text;
     const char* decoded;
 };
@@ -156,4 +154,4 @@ TEST(CodePages, Escapes)
     EXPECT_EQ(escapeSurrogates("a\xED\xA0\xBD\xFF"), "a\\U+D83D\xFF");
 }
 
-} // namespace
+}  // namespace

@@ -49,7 +49,8 @@ protected:
         m_ucs = VcGeMatrix3d();
         if (number(0, 1) < 0.2)
             return;
-        const VcGePoint3d origin = point(), x(number(0.2, 1), number(-1, 1), number(-0.8, 0.8)), y(number(-0.3, 0.3), number(1, 2), number(-0.8, 0.8));
+        const VcGePoint3d origin = point(), x(number(0.2, 1), number(-1, 1), number(-0.8, 0.8)),
+                          y(number(-0.3, 0.3), number(1, 2), number(-0.8, 0.8));
         const VcGePoint3d onX = origin + x.asVector(), onY = origin + y.asVector();
         run(fmt::format("UCS\n3\n{}\n{}\n{}\n", text(origin), text(onX), text(onY)));
         vcdbUcsMatrix(m_ucs, &ed().drawing());
@@ -73,7 +74,8 @@ protected:
             made = new VcDbArc(at, VcGeVector3d::zAxis(), number(0.5, 5), number(0, 6.28), number(0, 6.28));
             break;
         case 3:
-            made = new VcDbEllipse(at, VcGeVector3d::zAxis(), {number(1, 4), number(1, 4), 0}, number(0.2, 1), number(0, 3), number(3.1, 6));
+            made = new VcDbEllipse(at, VcGeVector3d::zAxis(), {number(1, 4), number(1, 4), 0}, number(0.2, 1),
+                                   number(0, 3), number(3.1, 6));
             break;
         default: {
             auto* line = new VcDbPolyline;
@@ -252,7 +254,9 @@ TEST_F(RandomCommands, ASeparateFilletTouchesBothSides)
         SCOPED_TRACE(i);
         draw();
         const double radius = number(0.1, 1);
-        run(fmt::format("FILLET\nR\n{:.17g}\n{}\n{}\n", radius, typed(somewhereOn(m_before[0])), typed(somewhereOn(m_before[1]))) + "(cancel)\n");
+        run(fmt::format("FILLET\nR\n{:.17g}\n{}\n{}\n", radius, typed(somewhereOn(m_before[0])),
+                        typed(somewhereOn(m_before[1]))) +
+            "(cancel)\n");
         const std::vector<Curve> now = after();
         if (now.size() < 3)
             continue;

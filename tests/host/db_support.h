@@ -56,7 +56,8 @@ private:
     std::deque<std::string> m_texts;
 };
 
-inline void writeGroups(VcDbObject& object, DatabaseCore& db, GroupList& groups, DxfVersion version = DxfVersion::Newest)
+inline void writeGroups(VcDbObject& object, DatabaseCore& db, GroupList& groups,
+                        DxfVersion version = DxfVersion::Newest)
 {
     FieldWriter writer(FieldVisitor::Purpose::WriteFile, version, db, groups);
     writer.begin(object);

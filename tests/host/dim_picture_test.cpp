@@ -37,7 +37,10 @@ struct DimPictures : testing::Test {
         style().setDimVars(vars);
     }
 
-    VcDbDimStyleTableRecord& style() { return *core.objectAs<VcDbDimStyleTableRecord>(core.findRecord(NameTable::DimStyle, "Standard")); }
+    VcDbDimStyleTableRecord& style()
+    {
+        return *core.objectAs<VcDbDimStyleTableRecord>(core.findRecord(NameTable::DimStyle, "Standard"));
+    }
     void change(void (*change)(VcDbDimVars&))
     {
         VcDbDimVars vars = style().dimVars();
@@ -80,7 +83,8 @@ struct DimPictures : testing::Test {
     {
         for (const VcDbLine* line : parts<VcDbLine>(d)) {
             const VcGePoint3d s = line->startPoint(), e = line->endPoint();
-            if ((s.distanceTo(a) < 1e-6 && e.distanceTo(b) < 1e-6) || (s.distanceTo(b) < 1e-6 && e.distanceTo(a) < 1e-6))
+            if ((s.distanceTo(a) < 1e-6 && e.distanceTo(b) < 1e-6) ||
+                (s.distanceTo(b) < 1e-6 && e.distanceTo(a) < 1e-6))
                 return true;
         }
         return false;
@@ -128,7 +132,11 @@ TEST_F(DimPictures, WritingBackFollowsTheStyle)
     vcdbHostApplicationServices()->setWorkingDatabase(&db);
     auto& d = add(linear(40));
     const VcDbObjectId block = d.dimBlockId();
-    change([](VcDbDimVars& v) { v.dimtad = 1; v.dimdec = 1; v.dimse1 = 1; });
+    change([](VcDbDimVars& v) {
+        v.dimtad = 1;
+        v.dimdec = 1;
+        v.dimse1 = 1;
+    });
     EXPECT_EQ(said(d), "\\A1;40");
     EXPECT_EQ(applyChain(d, *std::make_unique<ChainGroups>(chainOf(d).get())), Vcad::eOk);
     EXPECT_EQ(said(d), "\\A1;40.0");
@@ -230,31 +238,132 @@ void PrintTo(const Look& l, std::ostream* out) { *out << l.name; }
 const Look kLooks[] = {
     {"ExtensionOffset", [](VcDbDimVars& v) { v.dimexo = 3; }, 40, {0, 3, 0}, {0, 11, 0}},
     {"ExtensionBeyond", [](VcDbDimVars& v) { v.dimexe = 3; }, 40, {0, 1, 0}, {0, 13, 0}},
-    {"ExtensionOfFixedLength", [](VcDbDimVars& v) { v.dimfxlon = 1; v.dimfxl = 4; }, 40, {0, 6, 0}, {0, 11, 0}},
+    {"ExtensionOfFixedLength",
+     [](VcDbDimVars& v) {
+         v.dimfxlon = 1;
+         v.dimfxl = 4;
+     },
+     40,
+     {0, 6, 0},
+     {0, 11, 0}},
     {"TextAbove", [](VcDbDimVars& v) { v.dimtad = 1; }, 40, {2, 10, 0}, {38, 10, 0}},
     {"Scale", [](VcDbDimVars& v) { v.dimscale = 2; }, 80, {0, 2, 0}, {0, 12, 0}},
-    {"Ticks", [](VcDbDimVars& v) { v.dimtsz = 1; v.dimtad = 1; }, 40, {0, 10, 0}, {40, 10, 0}},
-    {"TickStroke", [](VcDbDimVars& v) { v.dimtsz = 1; v.dimtad = 1; }, 40, {39, 9, 0}, {41, 11, 0}},
-    {"LineBeyondTicks", [](VcDbDimVars& v) { v.dimtsz = 1; v.dimtad = 1; v.dimdle = 2; }, 40, {-2, 10, 0}, {42, 10, 0}},
-    {"FirstHalfOnly", [](VcDbDimVars& v) { v.dimtad = 1; v.dimsd2 = 1; }, 40, {2, 10, 0}, {20, 10, 0}},
-    {"ArrowsOutside", [](VcDbDimVars& v) { v.dimatfit = 2; v.dimtad = 1; }, 5, {-2, 10, 0}, {-4, 10, 0}},
-    {"LineBetweenOutsideArrows", [](VcDbDimVars& v) { v.dimatfit = 2; v.dimtad = 1; v.dimtofl = 1; }, 5, {0, 10, 0}, {5, 10, 0}},
+    {"Ticks",
+     [](VcDbDimVars& v) {
+         v.dimtsz = 1;
+         v.dimtad = 1;
+     },
+     40,
+     {0, 10, 0},
+     {40, 10, 0}},
+    {"TickStroke",
+     [](VcDbDimVars& v) {
+         v.dimtsz = 1;
+         v.dimtad = 1;
+     },
+     40,
+     {39, 9, 0},
+     {41, 11, 0}},
+    {"LineBeyondTicks",
+     [](VcDbDimVars& v) {
+         v.dimtsz = 1;
+         v.dimtad = 1;
+         v.dimdle = 2;
+     },
+     40,
+     {-2, 10, 0},
+     {42, 10, 0}},
+    {"FirstHalfOnly",
+     [](VcDbDimVars& v) {
+         v.dimtad = 1;
+         v.dimsd2 = 1;
+     },
+     40,
+     {2, 10, 0},
+     {20, 10, 0}},
+    {"ArrowsOutside",
+     [](VcDbDimVars& v) {
+         v.dimatfit = 2;
+         v.dimtad = 1;
+     },
+     5,
+     {-2, 10, 0},
+     {-4, 10, 0}},
+    {"LineBetweenOutsideArrows",
+     [](VcDbDimVars& v) {
+         v.dimatfit = 2;
+         v.dimtad = 1;
+         v.dimtofl = 1;
+     },
+     5,
+     {0, 10, 0},
+     {5, 10, 0}},
 };
 
 // Whether arrows and text stand inside, and what runs between, for a text about 3.3 wide between arrows of 2.
 const Look kFits[] = {
     {"AllInsideWhereThereIsRoom", [](VcDbDimVars& v) { v.dimtad = 1; }, 20, {2, 10, 0}, {18, 10, 0}},
-    {"BothOutsideWithFit0", [](VcDbDimVars& v) { v.dimatfit = 0; v.dimtad = 1; }, 6, {8, 10, 0}, {10, 10, 0}},
-    {"ArrowsInsideWithFit1", [](VcDbDimVars& v) { v.dimatfit = 1; v.dimtad = 1; }, 6, {2, 10, 0}, {4, 10, 0}},
-    {"TextInsideWithFit2", [](VcDbDimVars& v) { v.dimatfit = 2; v.dimtad = 1; }, 6, {-2, 10, 0}, {-4, 10, 0}},
-    {"TextForcedInside", [](VcDbDimVars& v) { v.dimtix = 1; v.dimtad = 1; v.dimatfit = 0; }, 4, {-2, 10, 0}, {-4, 10, 0}},
-    {"LineForcedBetween", [](VcDbDimVars& v) { v.dimtix = 1; v.dimtad = 1; v.dimtofl = 1; }, 4, {0, 10, 0}, {4, 10, 0}},
-    {"TextBesideDragsTheLine", [](VcDbDimVars& v) { v.dimtad = 0; v.dimtih = 0; v.dimtoh = 0; v.dimtmove = 0; v.dimtofl = 1; }, 1.5, {0, 10, 0}, {1.5, 10, 0}},
+    {"BothOutsideWithFit0",
+     [](VcDbDimVars& v) {
+         v.dimatfit = 0;
+         v.dimtad = 1;
+     },
+     6,
+     {8, 10, 0},
+     {10, 10, 0}},
+    {"ArrowsInsideWithFit1",
+     [](VcDbDimVars& v) {
+         v.dimatfit = 1;
+         v.dimtad = 1;
+     },
+     6,
+     {2, 10, 0},
+     {4, 10, 0}},
+    {"TextInsideWithFit2",
+     [](VcDbDimVars& v) {
+         v.dimatfit = 2;
+         v.dimtad = 1;
+     },
+     6,
+     {-2, 10, 0},
+     {-4, 10, 0}},
+    {"TextForcedInside",
+     [](VcDbDimVars& v) {
+         v.dimtix = 1;
+         v.dimtad = 1;
+         v.dimatfit = 0;
+     },
+     4,
+     {-2, 10, 0},
+     {-4, 10, 0}},
+    {"LineForcedBetween",
+     [](VcDbDimVars& v) {
+         v.dimtix = 1;
+         v.dimtad = 1;
+         v.dimtofl = 1;
+     },
+     4,
+     {0, 10, 0},
+     {4, 10, 0}},
+    {"TextBesideDragsTheLine",
+     [](VcDbDimVars& v) {
+         v.dimtad = 0;
+         v.dimtih = 0;
+         v.dimtoh = 0;
+         v.dimtmove = 0;
+         v.dimtofl = 1;
+     },
+     1.5,
+     {0, 10, 0},
+     {1.5, 10, 0}},
 };
 
 TEST_F(DimPictures, OutsideArrowsCanBeLeftOut)
 {
-    change([](VcDbDimVars& v) { v.dimtix = 1; v.dimtad = 1; });
+    change([](VcDbDimVars& v) {
+        v.dimtix = 1;
+        v.dimtad = 1;
+    });
     EXPECT_EQ(parts<VcDbSolid>(add(linear(3))).size(), 2u);
     change([](VcDbDimVars& v) { v.dimsoxd = 1; });
     EXPECT_EQ(parts<VcDbSolid>(add(linear(3))).size(), 0u) << "DIMSOXD";
@@ -367,7 +476,12 @@ TEST_F(DimPictures, ArrowsAreBlocksOfTheStyle)
 
 TEST_F(DimPictures, ColoursAreThoseOfTheStyle)
 {
-    change([](VcDbDimVars& v) { v.dimclrd = 1; v.dimclre = 2; v.dimclrt = 3; v.dimlwe = 50; });
+    change([](VcDbDimVars& v) {
+        v.dimclrd = 1;
+        v.dimclre = 2;
+        v.dimclrt = 3;
+        v.dimlwe = 50;
+    });
     const auto& d = add(linear(40));
     EXPECT_EQ(parts<VcDbLine>(d)[0]->colorIndex(), 2);
     EXPECT_EQ(parts<VcDbLine>(d)[0]->lineWeight(), 50);
@@ -470,7 +584,10 @@ TEST_F(DimPictures, TextOverAnExtensionLineStandsAtItsEndOrBesideIt)
 // Whoever reads it stands on the other side of the drawing, so above is below.
 TEST_F(DimPictures, TextThatIsReadFromTheOtherSide)
 {
-    change([](VcDbDimVars& v) { v.dimtxtdirection = 1; v.dimtad = 1; });
+    change([](VcDbDimVars& v) {
+        v.dimtxtdirection = 1;
+        v.dimtad = 1;
+    });
     const auto& d = add(linear(40));
     EXPECT_NEAR(parts<VcDbMText>(d)[0]->rotation(), M_PI, 1e-9);
     EXPECT_LT(parts<VcDbMText>(d)[0]->location().y, 10);
@@ -671,7 +788,10 @@ TEST_F(DimPictures, TheHookLineFollowsTheStyle)
     auto& leader = add(std::move(made));
     ASSERT_EQ(leader.attachAnnotation(note), Vcad::eOk);
     EXPECT_EQ(leader.annoType(), 0);
-    change([](VcDbDimVars& v) { v.dimasz = 3; v.dimgap = 1; });
+    change([](VcDbDimVars& v) {
+        v.dimasz = 3;
+        v.dimgap = 1;
+    });
     ASSERT_EQ(applyChain(leader, *std::make_unique<ChainGroups>(chainOf(leader).get())), Vcad::eOk);
     EXPECT_NEAR(leader.vertexAt(2).x, 19.5, 1e-9);
     EXPECT_NEAR(leader.vertexAt(1).x, 16.5, 1e-9);
@@ -744,7 +864,8 @@ TEST(DimDrawings, PicturesMadeAnewAgreeWithThoseOfTheFile)
             const double measured = d->measurement(), height = heightOf(*d);
             ASSERT_EQ(d->recomputeDimBlock(), Vcad::eOk);
             const Parts after = partsOf(core, d->dimBlockId());
-            const std::string which = std::string(name) + " " + d->isA()->name() + " " + std::to_string(d->handle().value());
+            const std::string which =
+                std::string(name) + " " + d->isA()->name() + " " + std::to_string(d->handle().value());
             EXPECT_NEAR(d->measurement(), measured, 1e-6 * std::abs(measured)) << which;
             EXPECT_LT(farthest(before.tips, after.tips), 0.01 * height) << which;
             EXPECT_LT(farthest(before.texts, after.texts), 0.5 * height) << which;

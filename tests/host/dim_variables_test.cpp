@@ -30,7 +30,10 @@ struct Drawn {
     }
     ~Drawn() { vcdbHostApplicationServices()->setWorkingDatabase(nullptr); }
 
-    VcDbDimStyleTableRecord& style() { return *core.objectAs<VcDbDimStyleTableRecord>(core.findRecord(NameTable::DimStyle, "Standard")); }
+    VcDbDimStyleTableRecord& style()
+    {
+        return *core.objectAs<VcDbDimStyleTableRecord>(core.findRecord(NameTable::DimStyle, "Standard"));
+    }
     VcDbObjectId linetype(const char* name)
     {
         const VcDbObjectId id = core.recordFor(NameTable::Linetype, name);
@@ -158,14 +161,19 @@ using Change = void (*)(Drawn&, VcDbDimVars&);
 void nothing(Drawn&, VcDbDimVars&) {}
 
 struct Row {
-    const char* name;     // of the variable
-    Change prepare;       // what it needs to show at all
+    const char* name;  // of the variable
+    Change prepare;    // what it needs to show at all
     Change change;
-    const char* shows;    // classes
+    const char* shows;  // classes
 };
 
 #define VARS [](Drawn & d, VcDbDimVars & v)
-#define SET(statement) VARS { (void)d; statement; }
+#define SET(statement)                                                                                                 \
+    VARS                                                                                                               \
+    {                                                                                                                  \
+        (void)d;                                                                                                       \
+        statement;                                                                                                     \
+    }
 
 const Row kRows[] = {
     {"DIMPOST", nothing, SET(v.dimpost = "<> mm"), "LAGTRDOCJ"},
@@ -173,22 +181,16 @@ const Row kRows[] = {
     {"DIMBLK", nothing, SET(v.dimblk = arrowBlock(d.core, "DOT")), "LAGTRDCJ"},
     {"DIMBLK1", SET(v.dimsah = 1), SET(v.dimblk1 = arrowBlock(d.core, "DOT")), "LAGTC"},
     {"DIMBLK2", SET(v.dimsah = 1), SET(v.dimblk2 = arrowBlock(d.core, "DOT")), "LAGTRDCJ"},
-    {"DIMSCALE", nothing, SET(v.dimscale = 0.5), "LAGTRDOCJE"},
-    {"DIMASZ", nothing, SET(v.dimasz = 1), "LAGTRDOCJE"},
-    {"DIMEXO", nothing, SET(v.dimexo = 0.25), "LAGTOC"},
-    {"DIMDLI", nothing, SET(v.dimdli = 9), ""},
-    {"DIMEXE", nothing, SET(v.dimexe = 0.25), "LAGTC"},
-    {"DIMRND", SET(v.dimdec = 2), SET(v.dimrnd = 7), "LARDOCJ"},
+    {"DIMSCALE", nothing, SET(v.dimscale = 0.5), "LAGTRDOCJE"}, {"DIMASZ", nothing, SET(v.dimasz = 1), "LAGTRDOCJE"},
+    {"DIMEXO", nothing, SET(v.dimexo = 0.25), "LAGTOC"}, {"DIMDLI", nothing, SET(v.dimdli = 9), ""},
+    {"DIMEXE", nothing, SET(v.dimexe = 0.25), "LAGTC"}, {"DIMRND", SET(v.dimdec = 2), SET(v.dimrnd = 7), "LARDOCJ"},
     {"DIMDLE", SET(v.dimtsz = 1), SET(v.dimdle = 0.5), "LA"},
     {"DIMTP", SET(v.dimtol = 1), SET(v.dimtp = 1), "LAGTRDOCJ"},
     {"DIMTM", SET(v.dimtol = 1), SET(v.dimtm = 1), "LAGTRDOCJ"},
     {"DIMFXL", SET(v.dimfxlon = 1; v.dimfxl = 2), SET(v.dimfxl = 3), "LAGTC"},
-    {"DIMJOGANG", nothing, SET(v.dimjogang = 1), "J"},
-    {"DIMTXT", nothing, SET(v.dimtxt = 1), "LAGTRDOCJ"},
-    {"DIMCEN", nothing, SET(v.dimcen = 1), "RD"},
-    {"DIMTSZ", nothing, SET(v.dimtsz = 1), "LAGTRDCJ"},
-    {"DIMALTF", SET(v.dimalt = 1), SET(v.dimaltf = 3), "LARDOCJ"},
-    {"DIMLFAC", nothing, SET(v.dimlfac = 3), "LARDOCJ"},
+    {"DIMJOGANG", nothing, SET(v.dimjogang = 1), "J"}, {"DIMTXT", nothing, SET(v.dimtxt = 1), "LAGTRDOCJ"},
+    {"DIMCEN", nothing, SET(v.dimcen = 1), "RD"}, {"DIMTSZ", nothing, SET(v.dimtsz = 1), "LAGTRDCJ"},
+    {"DIMALTF", SET(v.dimalt = 1), SET(v.dimaltf = 3), "LARDOCJ"}, {"DIMLFAC", nothing, SET(v.dimlfac = 3), "LARDOCJ"},
     {"DIMTVP", nothing, SET(v.dimtvp = 1), "LAGTCJ"},
     {"DIMTFAC", SET(v.dimtol = 1; v.dimtp = 1), SET(v.dimtfac = 0.5), "LAGTRDOCJ"},
     {"DIMGAP", nothing, SET(v.dimgap = 0.25), "LAGTRDOCJE"},
@@ -196,16 +198,11 @@ const Row kRows[] = {
     {"DIMTFILL", nothing, SET(v.dimtfill = 1), "LAGTRDOCJ"},
     {"DIMTFILLCLR", SET(v.dimtfill = 2), SET(v.dimtfillclr = 3), "LAGTRDOCJ"},
     {"DIMTOL", SET(v.dimtp = 1), SET(v.dimtol = 1), "LAGTRDOCJ"},
-    {"DIMLIM", SET(v.dimtp = 1), SET(v.dimlim = 1), "LAGTRDOCJ"},
-    {"DIMTIH", nothing, SET(v.dimtih = 1), "GTC"},
-    {"DIMTOH", nothing, SET(v.dimtoh = 1), "RD"},
-    {"DIMSE1", nothing, SET(v.dimse1 = 1), "LAGTC"},
-    {"DIMSE2", nothing, SET(v.dimse2 = 1), "LAGTC"},
-    {"DIMTAD", nothing, SET(v.dimtad = 1), "LAGTRDOCJE"},
-    {"DIMZIN", SET(v.dimdec = 2), SET(v.dimzin = 8), "LAOJ"},
-    {"DIMAZIN", SET(v.dimadec = 2), SET(v.dimazin = 2), "GT"},
-    {"DIMARCSYM", nothing, SET(v.dimarcsym = 1), "C"},
-    {"DIMALT", nothing, SET(v.dimalt = 1), "LARDOCJ"},
+    {"DIMLIM", SET(v.dimtp = 1), SET(v.dimlim = 1), "LAGTRDOCJ"}, {"DIMTIH", nothing, SET(v.dimtih = 1), "GTC"},
+    {"DIMTOH", nothing, SET(v.dimtoh = 1), "RD"}, {"DIMSE1", nothing, SET(v.dimse1 = 1), "LAGTC"},
+    {"DIMSE2", nothing, SET(v.dimse2 = 1), "LAGTC"}, {"DIMTAD", nothing, SET(v.dimtad = 1), "LAGTRDOCJE"},
+    {"DIMZIN", SET(v.dimdec = 2), SET(v.dimzin = 8), "LAOJ"}, {"DIMAZIN", SET(v.dimadec = 2), SET(v.dimazin = 2), "GT"},
+    {"DIMARCSYM", nothing, SET(v.dimarcsym = 1), "C"}, {"DIMALT", nothing, SET(v.dimalt = 1), "LARDOCJ"},
     {"DIMALTD", SET(v.dimalt = 1), SET(v.dimaltd = 1), "LARDOCJ"},
     {"DIMTOFL", SET(v.dimatfit = 0; v.dimtxt = 30), SET(v.dimtofl = 1), "LAGTRD"},
     {"DIMSAH", SET(v.dimblk1 = arrowBlock(d.core, "DOT")), SET(v.dimsah = 1), "LAGTC"},
@@ -213,42 +210,48 @@ const Row kRows[] = {
     {"DIMSOXD", SET(v.dimtix = 1; v.dimasz = 40), SET(v.dimsoxd = 1), "LAGTC"},
     {"DIMCLRD", nothing, SET(v.dimclrd = 1), "LAGTRDCJE"},
     {"DIMCLRE", SET(v.dimcen = 1), SET(v.dimclre = 1), "LAGTRDOC"},
-    {"DIMCLRT", nothing, SET(v.dimclrt = 1), "LAGTRDOCJ"},
-    {"DIMADEC", nothing, SET(v.dimadec = 2), "GT"},
+    {"DIMCLRT", nothing, SET(v.dimclrt = 1), "LAGTRDOCJ"}, {"DIMADEC", nothing, SET(v.dimadec = 2), "GT"},
     {"DIMDEC", nothing, SET(v.dimdec = 3), "LARDOCJ"},
     {"DIMTDEC", SET(v.dimtol = 1; v.dimtp = 1), SET(v.dimtdec = 3), "LAGTRDOCJ"},
     {"DIMALTU", SET(v.dimalt = 1), SET(v.dimaltu = 1), "LARDOCJ"},
     {"DIMALTTD", SET(v.dimalt = 1; v.dimtol = 1; v.dimtp = 1), SET(v.dimalttd = 3), "LARDOCJ"},
-    {"DIMTXSTY", nothing, VARS {
-         v.dimtxsty = d.core.recordFor(NameTable::TextStyle, "Other");
-     }, "LAGTRDOCJ"},
-    {"DIMAUNIT", nothing, SET(v.dimaunit = 3), "GT"},
-    {"DIMFRAC", SET(v.dimlunit = 5; v.dimdec = 4; v.dimlfac = 1.0625), SET(v.dimfrac = 1), "LARDOCJ"},
-    {"DIMLUNIT", nothing, SET(v.dimlunit = 4), "LARDOCJ"},
+    {"DIMTXSTY", nothing, VARS{v.dimtxsty = d.core.recordFor(NameTable::TextStyle, "Other");
+}
+, "LAGTRDOCJ"
+}
+, {"DIMAUNIT", nothing, SET(v.dimaunit = 3), "GT"},
+{
+    "DIMFRAC", SET(v.dimlunit = 5; v.dimdec = 4; v.dimlfac = 1.0625), SET(v.dimfrac = 1), "LARDOCJ"
+}
+, {"DIMLUNIT", nothing, SET(v.dimlunit = 4), "LARDOCJ"},
     {"DIMDSEP", SET(v.dimdec = 2), SET(v.dimdsep = ','), "LARDOCJ"},
-    {"DIMTMOVE", SET(v.dimtxt = 40; v.dimtad = 1), SET(v.dimtmove = 1), "LA"},
-    {"DIMJUST", nothing, SET(v.dimjust = 1), "LAGTC"},
-    {"DIMSD1", nothing, SET(v.dimsd1 = 1), "LAGTC"},
-    {"DIMSD2", nothing, SET(v.dimsd2 = 1), "LAGTC"},
-    {"DIMTOLJ", nothing, SET(v.dimtolj = 2), "LAGTRDOCJ"},
-    {"DIMTZIN", SET(v.dimtol = 1; v.dimtp = 1; v.dimtdec = 2), SET(v.dimtzin = 8), "LAGTRDOCJ"},
-    {"DIMALTZ", SET(v.dimalt = 1; v.dimaltf = 2), SET(v.dimaltz = 8), "LAOJ"},
-    {"DIMALTTZ", SET(v.dimalt = 1; v.dimtol = 1; v.dimtp = 1; v.dimaltf = 2), SET(v.dimalttz = 8), "LARDOCJ"},
-    {"DIMUPT", nothing, SET(v.dimupt = 1), ""},
-    {"DIMATFIT", SET(v.dimtxt = 40), SET(v.dimatfit = 0), "LAGTC"},
+{
+    "DIMTMOVE", SET(v.dimtxt = 40; v.dimtad = 1), SET(v.dimtmove = 1), "LA"
+}
+, {"DIMJUST", nothing, SET(v.dimjust = 1), "LAGTC"}, {"DIMSD1", nothing, SET(v.dimsd1 = 1), "LAGTC"},
+    {"DIMSD2", nothing, SET(v.dimsd2 = 1), "LAGTC"}, {"DIMTOLJ", nothing, SET(v.dimtolj = 2), "LAGTRDOCJ"},
+{
+    "DIMTZIN", SET(v.dimtol = 1; v.dimtp = 1; v.dimtdec = 2), SET(v.dimtzin = 8), "LAGTRDOCJ"
+}
+, { "DIMALTZ", SET(v.dimalt = 1; v.dimaltf = 2), SET(v.dimaltz = 8), "LAOJ" }
+, { "DIMALTTZ", SET(v.dimalt = 1; v.dimtol = 1; v.dimtp = 1; v.dimaltf = 2), SET(v.dimalttz = 8), "LARDOCJ" }
+, {"DIMUPT", nothing, SET(v.dimupt = 1), ""}, {"DIMATFIT", SET(v.dimtxt = 40), SET(v.dimatfit = 0), "LAGTC"},
     {"DIMFXLON", SET(v.dimfxl = 2), SET(v.dimfxlon = 1), "LAGTC"},
     {"DIMTXTDIRECTION", nothing, SET(v.dimtxtdirection = 1), "LAGTRDOCJ"},
     {"DIMLDRBLK", nothing, SET(v.dimldrblk = arrowBlock(d.core, "DOT")), "E"},
     {"DIMLTYPE", nothing, SET(v.dimltype = d.linetype("DASHED")), "LAGTRDCJE"},
     {"DIMLTEX1", nothing, SET(v.dimltex1 = d.linetype("DASHED")), "LAGTOC"},
     {"DIMLTEX2", nothing, SET(v.dimltex2 = d.linetype("DASHED")), "LAGTC"},
-    {"DIMLWD", nothing, SET(v.dimlwd = 50), "LAGTRDCJE"},
-    {"DIMLWE", SET(v.dimcen = 1), SET(v.dimlwe = 50), "LAGTRDOC"},
+    {"DIMLWD", nothing, SET(v.dimlwd = 50), "LAGTRDCJE"}, {"DIMLWE", SET(v.dimcen = 1), SET(v.dimlwe = 50), "LAGTRDOC"},
     {"DIMMZS", SET(v.dimlfac = 0.001), SET(v.dimmzs = "mm"), "LARDOCJ"},
-    {"DIMMZF", SET(v.dimlfac = 0.001; v.dimmzs = "mm"), SET(v.dimmzf = 1000), "LARDOCJ"},
-    {"DIMALTMZS", SET(v.dimalt = 1; v.dimaltf = 0.001), SET(v.dimaltmzs = "mm"), "LARDOCJ"},
-    {"DIMALTMZF", SET(v.dimalt = 1; v.dimaltf = 0.001; v.dimaltmzs = "mm"), SET(v.dimaltmzf = 1000), "LARDOCJ"},
-};
+{
+    "DIMMZF", SET(v.dimlfac = 0.001; v.dimmzs = "mm"), SET(v.dimmzf = 1000), "LARDOCJ"
+}
+, { "DIMALTMZS", SET(v.dimalt = 1; v.dimaltf = 0.001), SET(v.dimaltmzs = "mm"), "LARDOCJ" }
+, { "DIMALTMZF", SET(v.dimalt = 1; v.dimaltf = 0.001; v.dimaltmzs = "mm"), SET(v.dimaltmzf = 1000), "LARDOCJ" }
+,
+}
+;
 
 void PrintTo(const Row& row, std::ostream* out) { *out << row.name; }
 
@@ -289,7 +292,8 @@ TEST_P(DimVariableShows, WhereItsClassesUseIt)
     EXPECT_EQ(shows, GetParam().shows);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, DimVariableShows, testing::ValuesIn(kRows), [](const auto& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(All, DimVariableShows, testing::ValuesIn(kRows),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 TEST(DimVariableRows, HaveEveryVariable)
 {
@@ -301,5 +305,4 @@ TEST(DimVariableRows, HaveEveryVariable)
             EXPECT_TRUE(tested.contains(v.name)) << v.name;
         }
 }
-
 }

@@ -57,10 +57,11 @@ TEST_P(LowSeeds, LeaveTheFilesOwnHandlesAlone)
 // The file has no tables at all, and its seed is far below what it uses.
 INSTANTIATE_TEST_SUITE_P(
     DxfHandles, LowSeeds,
-    testing::Values(LowSeed{"missing tables", line("6", "0") + line("7", "0") + line("8", "0"), {6, 7, 8}},
-                    LowSeed{"layer of no record", line("6", "WALLS") + line("7", "0") + line("8", "0"), {6, 7, 8}},
-                    LowSeed{"entity without a handle", line("", "0") + line("6", "0") + line("7", "0"), {0, 6, 7}},
-                    LowSeed{"handle twice", line("6", "0") + line("6", "0") + line("7", "0"), {6, 0, 7}},
-                    LowSeed{"far beyond all others", line("6", "0") + line("7FFFFFFF", "0") + line("", "0"), {6, 0x7FFFFFFF, 0}}));
+    testing::Values(
+        LowSeed{"missing tables", line("6", "0") + line("7", "0") + line("8", "0"), {6, 7, 8}},
+        LowSeed{"layer of no record", line("6", "WALLS") + line("7", "0") + line("8", "0"), {6, 7, 8}},
+        LowSeed{"entity without a handle", line("", "0") + line("6", "0") + line("7", "0"), {0, 6, 7}},
+        LowSeed{"handle twice", line("6", "0") + line("6", "0") + line("7", "0"), {6, 0, 7}},
+        LowSeed{"far beyond all others", line("6", "0") + line("7FFFFFFF", "0") + line("", "0"), {6, 0x7FFFFFFF, 0}}));
 
 }

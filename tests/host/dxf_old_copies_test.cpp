@@ -9,8 +9,10 @@ namespace {
 // A header of two variables, no handles, and a dimension style that names a block which stands last among the blocks.
 constexpr std::string_view kOldFile =
     "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1009\n9\n$LTSCALE\n40\n2.5\n0\nENDSEC\n"
-    "0\nSECTION\n2\nTABLES\n0\nTABLE\n2\nDIMSTYLE\n70\n1\n0\nDIMSTYLE\n2\nSITE\n70\n0\n5\n_ArchTick\n0\nENDTAB\n0\nENDSEC\n"
-    "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n8\n0\n2\nDOOR\n70\n0\n10\n0.0\n20\n0.0\n0\nLINE\n8\n0\n10\n0.0\n20\n0.0\n11\n1.0\n21\n0.0\n0\nENDBLK\n8\n0\n"
+    "0\nSECTION\n2\nTABLES\n0\nTABLE\n2\nDIMSTYLE\n70\n1\n0\nDIMSTYLE\n2\nSITE\n70\n0\n5\n_"
+    "ArchTick\n0\nENDTAB\n0\nENDSEC\n"
+    "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n8\n0\n2\nDOOR\n70\n0\n10\n0.0\n20\n0.0\n0\nLINE\n8\n0\n10\n0.0\n20\n0.0\n11\n1."
+    "0\n21\n0.0\n0\nENDBLK\n8\n0\n"
     "0\nBLOCK\n8\n0\n2\n_ArchTick\n70\n0\n10\n0.0\n20\n0.0\n0\nENDBLK\n8\n0\n0\nENDSEC\n"
     "0\nSECTION\n2\nENTITIES\n0\nLINE\n8\n0\n10\n0.0\n20\n0.0\n11\n5.0\n21\n5.0\n0\nENDSEC\n0\nEOF\n";
 

@@ -12,10 +12,7 @@ namespace {
 
 using Random = std::mt19937;
 
-std::size_t below(Random& random, std::size_t bound)
-{
-    return bound ? random() % bound : 0;
-}
+std::size_t below(Random& random, std::size_t bound) { return bound ? random() % bound : 0; }
 
 std::string withFlippedBytes(std::string file, Random& random)
 {
@@ -26,7 +23,8 @@ std::string withFlippedBytes(std::string file, Random& random)
 
 std::string withPieceMoved(std::string file, Random& random)
 {
-    const std::size_t from = below(random, file.size()), size = below(random, std::min<std::size_t>(400, file.size() - from));
+    const std::size_t from = below(random, file.size()),
+                      size = below(random, std::min<std::size_t>(400, file.size() - from));
     const std::string piece = file.substr(from, size);
     if (below(random, 2))
         file.erase(from, size);
@@ -41,7 +39,8 @@ std::string withLinesExchanged(std::string file, Random& random)
         return std::pair(begin, std::min(file.find('\n', begin), file.size()) - begin);
     };
     const auto [a, aSize] = line(below(random, file.size()));
-    const std::string hostile[] = {"-1", "99999999999999999999", "1e999", "nan", "FFFFFFFFFFFFFFFF", "", "100", "0", "2147483647"};
+    const std::string hostile[] = {
+        "-1", "99999999999999999999", "1e999", "nan", "FFFFFFFFFFFFFFFF", "", "100", "0", "2147483647"};
     return file.replace(a, aSize, hostile[below(random, std::size(hostile))]);
 }
 
@@ -68,9 +67,12 @@ TEST(DxfRobustness, FilesThatAreDamaged)
 
 TEST(DxfRobustness, CountsAreNotBelieved)
 {
-    exerciseDrawing("0\nSECTION\n2\nENTITIES\n0\nLWPOLYLINE\n100\nAcDbPolyline\n90\n2000000000\n10\n1\n20\n2\n0\nENDSEC\n0\nEOF\n");
-    exerciseDrawing("0\nSECTION\n2\nENTITIES\n0\nSPLINE\n100\nAcDbSpline\n72\n2147483647\n73\n-5\n74\n99\n40\n1\n0\nENDSEC\n0\nEOF\n");
-    exerciseDrawing("0\nSECTION\n2\nENTITIES\n0\nHATCH\n100\nAcDbHatch\n91\n2000000000\n92\n2\n93\n2000000000\n10\n1\n0\nENDSEC\n0\nEOF\n");
+    exerciseDrawing(
+        "0\nSECTION\n2\nENTITIES\n0\nLWPOLYLINE\n100\nAcDbPolyline\n90\n2000000000\n10\n1\n20\n2\n0\nENDSEC\n0\nEOF\n");
+    exerciseDrawing("0\nSECTION\n2\nENTITIES\n0\nSPLINE\n100\nAcDbSpline\n72\n2147483647\n73\n-"
+                    "5\n74\n99\n40\n1\n0\nENDSEC\n0\nEOF\n");
+    exerciseDrawing("0\nSECTION\n2\nENTITIES\n0\nHATCH\n100\nAcDbHatch\n91\n2000000000\n92\n2\n93\n2000000000\n10\n1\n0"
+                    "\nENDSEC\n0\nEOF\n");
     exerciseDrawing("0\nSECTION\n2\nENTITIES\n0\nINSERT\n2\nX\n70\n32767\n71\n32767\n0\nENDSEC\n0\nEOF\n");
 }
 
@@ -78,8 +80,9 @@ TEST(DxfRobustness, CountsAreNotBelieved)
 TEST(DxfRobustness, TextsInPlaceOfNumbersAreNotInChains)
 {
     VcDbDatabase database(false);
-    const ReadResult read = readDrawingBytes(database, preliminary("0\nLINE\n8\n0\n10\n0\n20\n0\n11\n5\n21\n5\n94\nmany\n"
-                                                                   "1001\nACAD\n1000\nkept\n1040\nwide\n1070\n7\n"));
+    const ReadResult read =
+        readDrawingBytes(database, preliminary("0\nLINE\n8\n0\n10\n0\n20\n0\n11\n5\n21\n5\n94\nmany\n"
+                                               "1001\nACAD\n1000\nkept\n1040\nwide\n1070\n7\n"));
     ASSERT_TRUE(read.ok()) << read.message;
     const DatabaseCore& db = database.core();
     VcDbObject* line = db.objectAt(db.mainOrder().at(0));

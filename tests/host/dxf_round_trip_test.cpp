@@ -60,16 +60,19 @@ struct Format {
 }
 
 class DxfFormats : public testing::TestWithParam<Format> {};
-INSTANTIATE_TEST_SUITE_P(All, DxfFormats,
-                         testing::ValuesIn([] {
+INSTANTIATE_TEST_SUITE_P(All, DxfFormats, testing::ValuesIn([] {
                              std::vector<Format> all;
-                             for (const DxfVersion v : {DxfVersion::R12, DxfVersion::R2000, DxfVersion::R2004, DxfVersion::R2007,
-                                                        DxfVersion::R2010, DxfVersion::R2013, DxfVersion::R2018})
+                             for (const DxfVersion v :
+                                  {DxfVersion::R12, DxfVersion::R2000, DxfVersion::R2004, DxfVersion::R2007,
+                                   DxfVersion::R2010, DxfVersion::R2013, DxfVersion::R2018})
                                  for (const bool binary : {false, true})
                                      all.push_back({v, binary});
                              return all;
                          }()),
-                         [](const auto& info) { return std::string(info.param.version == DxfVersion::R12 ? "" : "R") + releaseName(info.param.version) + (info.param.binary ? "binary" : "ascii"); });
+                         [](const auto& info) {
+                             return std::string(info.param.version == DxfVersion::R12 ? "" : "R") +
+                                    releaseName(info.param.version) + (info.param.binary ? "binary" : "ascii");
+                         });
 
 TEST_P(DxfFormats, TheSecondSaveIsTheFirst)
 {
@@ -136,7 +139,8 @@ TEST(DxfRoundTrip, ReferencesKeepTheirBlockUnderEitherMarker)
     const struct {
         const char *marker, *columns;
         bool isGrid;
-    } cases[] = {{"AcDbBlockReference", "70\n3\n", true}, {"AcDbMInsertBlock", "", true}, {"AcDbBlockReference", "", false}};
+    } cases[] = {
+        {"AcDbBlockReference", "70\n3\n", true}, {"AcDbMInsertBlock", "", true}, {"AcDbBlockReference", "", false}};
     for (const auto& example : cases) {
         VcDbDatabase database(false);
         readDrawingBytes(database, preliminary(std::string("0\nINSERT\n100\nAcDbEntity\n8\n0\n100\n") + example.marker +
@@ -176,15 +180,17 @@ TEST(DxfRoundTrip, LineEndsStayAsTheyCame)
 TEST(DxfRoundTrip, CommentsAheadAndUnknownSectionsAreKept)
 {
     std::string file = "999\nmade by a program\n" + asciiSample();
-    file.insert(file.rfind("  0\nEOF"), "  0\nSECTION\n  2\nNOVELTY\n 90\n       12\n  0\nTHING\n  5\n1F\n  0\nENDSEC\n");
+    file.insert(file.rfind("  0\nEOF"),
+                "  0\nSECTION\n  2\nNOVELTY\n 90\n       12\n  0\nTHING\n  5\n1F\n  0\nENDSEC\n");
     const std::string copy = copyOf(file);
     EXPECT_EQ(copy, file);
 }
 
 TEST(DxfRoundTrip, CodePagesOfOldFilesAreKept)
 {
-    const std::string file = "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1015\n9\n$DWGCODEPAGE\n3\nANSI_1251\n0\nENDSEC\n"
-                             "0\nSECTION\n2\nENTITIES\n0\nTEXT\n8\n\xC4\xE0\n10\n0\n20\n0\n40\n1\n1\n\xCF\xF0 \\U+03B1\n0\nENDSEC\n0\nEOF\n";
+    const std::string file =
+        "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1015\n9\n$DWGCODEPAGE\n3\nANSI_1251\n0\nENDSEC\n"
+        "0\nSECTION\n2\nENTITIES\n0\nTEXT\n8\n\xC4\xE0\n10\n0\n20\n0\n40\n1\n1\n\xCF\xF0 \\U+03B1\n0\nENDSEC\n0\nEOF\n";
     VcDbDatabase database(false);
     ASSERT_TRUE(readDrawingBytes(database, file).ok());
     EXPECT_FALSE(database.core().findRecord(NameTable::Layer, "\xD0\x94\xD0\xB0").isNull());
@@ -196,7 +202,8 @@ TEST(DxfRoundTrip, CodePagesOfOldFilesAreKept)
 
 TEST(DxfRoundTrip, EveryNumberComesBackToTheBit)
 {
-    for (const char* number : {"0.1", "1e-300", "123456789.12345679", "-7.0e22", "4.9406564584124654e-324", "0.30000000000000004"}) {
+    for (const char* number :
+         {"0.1", "1e-300", "123456789.12345679", "-7.0e22", "4.9406564584124654e-324", "0.30000000000000004"}) {
         VcDbDatabase database(false);
         const std::string line = std::string("0\nLINE\n8\n0\n10\n") + number + "\n20\n0.0\n11\n1.0\n21\n1.0\n";
         ASSERT_TRUE(readDrawingBytes(database, preliminary(line)).ok());
@@ -224,13 +231,15 @@ struct Refusal {
 class DxfRefusals : public testing::TestWithParam<Refusal> {};
 INSTANTIATE_TEST_SUITE_P(
     Cases, DxfRefusals,
-    testing::Values(Refusal{"Dwg", "AC1015\0\0\0\0", FileStatus::Unsupported, 0, "DWG"},
-                    Refusal{"Empty", "", FileStatus::Unreadable, 0, "empty"},
-                    Refusal{"NoDrawing", "hello\n", FileStatus::Unreadable, 1, "no DXF"},
-                    Refusal{"CutOff", "0\nSECTION\n2\nENTITIES\n0\nLINE\n8\n0\n", FileStatus::Unreadable, 9, "cut off"},
-                    Refusal{"NoValue", "0\nSECTION\n2\nENTITIES\n0\nLINE\n8\n", FileStatus::Unreadable, 8, "value of group 8"},
-                    Refusal{"NoGroupCode", "0\nSECTION\n2\nENTITIES\n0\nLINE\nred\n0\n0\nENDSEC\n0\nEOF\n", FileStatus::Unreadable, 7, "group code"},
-                    Refusal{"OutsideOfSections", "0\nLINE\n8\n0\n0\nEOF\n", FileStatus::Unreadable, 2, "SECTION was expected"}),
+    testing::Values(
+        Refusal{"Dwg", "AC1015\0\0\0\0", FileStatus::Unsupported, 0, "DWG"},
+        Refusal{"Empty", "", FileStatus::Unreadable, 0, "empty"},
+        Refusal{"NoDrawing", "hello\n", FileStatus::Unreadable, 1, "no DXF"},
+        Refusal{"CutOff", "0\nSECTION\n2\nENTITIES\n0\nLINE\n8\n0\n", FileStatus::Unreadable, 9, "cut off"},
+        Refusal{"NoValue", "0\nSECTION\n2\nENTITIES\n0\nLINE\n8\n", FileStatus::Unreadable, 8, "value of group 8"},
+        Refusal{"NoGroupCode", "0\nSECTION\n2\nENTITIES\n0\nLINE\nred\n0\n0\nENDSEC\n0\nEOF\n", FileStatus::Unreadable,
+                7, "group code"},
+        Refusal{"OutsideOfSections", "0\nLINE\n8\n0\n0\nEOF\n", FileStatus::Unreadable, 2, "SECTION was expected"}),
     [](const auto& info) { return info.param.name; });
 
 TEST_P(DxfRefusals, AreTold)
@@ -263,11 +272,17 @@ INSTANTIATE_TEST_SUITE_P(
     Cases, DxfMendings,
     testing::Values(
         Mending{"EndMark", "0\nSECTION\n2\nENTITIES\n0\nPOINT\n8\n0\n10\n1\n20\n1\n0\nENDSEC\n", "EOF was missing"},
-        Mending{"EndOfSection", "0\nSECTION\n2\nENTITIES\n0\nPOINT\n8\n0\n10\n1\n20\n1\n0\nEOF\n", "ENDSEC was missing"},
-        Mending{"EndOfVertices", preliminary("0\nPOLYLINE\n8\n0\n66\n1\n0\nVERTEX\n8\n0\n10\n1\n20\n1\n0\nPOINT\n8\n0\n10\n1\n20\n1\n"), "SEQEND was missing"},
-        Mending{"DuplicateHandle", preliminary("0\nPOINT\n5\n2F\n8\n0\n10\n1\n20\n1\n0\nPOINT\n5\n2F\n8\n0\n10\n2\n20\n1\n"), "handle 2F stands twice"},
+        Mending{"EndOfSection", "0\nSECTION\n2\nENTITIES\n0\nPOINT\n8\n0\n10\n1\n20\n1\n0\nEOF\n",
+                "ENDSEC was missing"},
+        Mending{"EndOfVertices",
+                preliminary("0\nPOLYLINE\n8\n0\n66\n1\n0\nVERTEX\n8\n0\n10\n1\n20\n1\n0\nPOINT\n8\n0\n10\n1\n20\n1\n"),
+                "SEQEND was missing"},
+        Mending{"DuplicateHandle",
+                preliminary("0\nPOINT\n5\n2F\n8\n0\n10\n1\n20\n1\n0\nPOINT\n5\n2F\n8\n0\n10\n2\n20\n1\n"),
+                "handle 2F stands twice"},
         Mending{"Comma", preliminary("0\nCIRCLE\n8\n0\n10\n1\n20\n1\n40\n2,5\n"), "decimal comma"},
-        Mending{"MissingLayer", preliminary("0\nPOINT\n8\nNOWHERE\n10\n1\n20\n1\n"), "layer \"NOWHERE\" is used but not defined"}),
+        Mending{"MissingLayer", preliminary("0\nPOINT\n8\nNOWHERE\n10\n1\n20\n1\n"),
+                "layer \"NOWHERE\" is used but not defined"}),
     [](const auto& info) { return info.param.name; });
 
 TEST_P(DxfMendings, AreTold)
@@ -275,7 +290,8 @@ TEST_P(DxfMendings, AreTold)
     VcDbDatabase database(false);
     const ReadResult result = readDrawingBytes(database, GetParam().file);
     ASSERT_TRUE(result.ok()) << result.message;
-    EXPECT_TRUE(tells(result, GetParam().words)) << (result.problems.total() ? result.problems.items()[0].text : "nothing was told");
+    EXPECT_TRUE(tells(result, GetParam().words))
+        << (result.problems.total() ? result.problems.items()[0].text : "nothing was told");
     EXPECT_EQ(readOnly(saved(database)).problems.total(), 0u) << "the copy is whole";
 }
 
@@ -322,7 +338,8 @@ TEST(DxfDowngrade, R12HasNoMarkersAndOldPolylines)
 TEST(DxfDowngrade, EllipsesAndSplinesBecomePolylines)
 {
     VcDbDatabase database(false);
-    readDrawingBytes(database, preliminary("0\nELLIPSE\n100\nAcDbEntity\n8\n0\n100\nAcDbEllipse\n10\n0.0\n20\n0.0\n30\n0.0\n11\n4.0\n21\n0.0\n31\n0.0\n40\n0.5\n"
+    readDrawingBytes(database, preliminary("0\nELLIPSE\n100\nAcDbEntity\n8\n0\n100\nAcDbEllipse\n10\n0.0\n20\n0."
+                                           "0\n30\n0.0\n11\n4.0\n21\n0.0\n31\n0.0\n40\n0.5\n"
                                            "41\n0.0\n42\n6.283185307179586\n"));
     WriteOptions options;
     options.version = DxfVersion::R12;
@@ -335,8 +352,10 @@ TEST(DxfDowngrade, EllipsesAndSplinesBecomePolylines)
 
 TEST(Audit, BlocksThatHoldThemselves)
 {
-    const std::string file = "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n8\n0\n2\nA\n70\n0\n10\n0\n20\n0\n0\nINSERT\n8\n0\n2\nB\n10\n0\n20\n0\n0\nENDBLK\n8\n0\n"
-                             "0\nBLOCK\n8\n0\n2\nB\n70\n0\n10\n0\n20\n0\n0\nINSERT\n8\n0\n2\nA\n10\n0\n20\n0\n0\nENDBLK\n8\n0\n0\nENDSEC\n0\nEOF\n";
+    const std::string file = "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n8\n0\n2\nA\n70\n0\n10\n0\n20\n0\n0\nINSERT\n8\n0\n2\nB\n"
+                             "10\n0\n20\n0\n0\nENDBLK\n8\n0\n"
+                             "0\nBLOCK\n8\n0\n2\nB\n70\n0\n10\n0\n20\n0\n0\nINSERT\n8\n0\n2\nA\n10\n0\n20\n0\n0\nENDBLK"
+                             "\n8\n0\n0\nENDSEC\n0\nEOF\n";
     VcDbDatabase database(false);
     ASSERT_TRUE(readDrawingBytes(database, file).ok());
     const AuditReport report = auditDrawing(database);
@@ -348,8 +367,9 @@ TEST(Audit, BlocksThatHoldThemselves)
 
 TEST(Audit, NamesThatStandTwice)
 {
-    const std::string file = "0\nSECTION\n2\nTABLES\n0\nTABLE\n2\nLAYER\n70\n2\n0\nLAYER\n2\nWALL\n70\n0\n62\n1\n6\nCONTINUOUS\n"
-                             "0\nLAYER\n2\nWall\n70\n0\n62\n2\n6\nCONTINUOUS\n0\nENDTAB\n0\nENDSEC\n0\nEOF\n";
+    const std::string file =
+        "0\nSECTION\n2\nTABLES\n0\nTABLE\n2\nLAYER\n70\n2\n0\nLAYER\n2\nWALL\n70\n0\n62\n1\n6\nCONTINUOUS\n"
+        "0\nLAYER\n2\nWall\n70\n0\n62\n2\n6\nCONTINUOUS\n0\nENDTAB\n0\nENDSEC\n0\nEOF\n";
     VcDbDatabase database(false);
     ASSERT_TRUE(readDrawingBytes(database, file).ok());
     EXPECT_EQ(auditDrawing(database).total, 1u);
@@ -361,7 +381,9 @@ TEST(Audit, NamesThatStandTwice)
 TEST(Audit, ReferencesThatLeadNowhere)
 {
     VcDbDatabase database(false);
-    ASSERT_TRUE(readDrawingBytes(database, preliminary("0\nPOINT\n5\n2F\n102\n{ACAD_REACTORS\n330\n999\n102\n}\n100\nAcDbEntity\n8\n0\n100\nAcDbPoint\n10\n1\n20\n1\n")).ok());
+    ASSERT_TRUE(readDrawingBytes(database, preliminary("0\nPOINT\n5\n2F\n102\n{ACAD_REACTORS\n330\n999\n102\n}"
+                                                       "\n100\nAcDbEntity\n8\n0\n100\nAcDbPoint\n10\n1\n20\n1\n"))
+                    .ok());
     const AuditReport report = auditDrawing(database);
     ASSERT_EQ(report.total, 1u);
     EXPECT_EQ(report.faults[0].handle, 0x2Fu);

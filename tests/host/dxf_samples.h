@@ -21,9 +21,11 @@ inline constexpr std::string_view kSampleEntities =
     "0\nTEXT\n8\nTEXTS\n10\n1.0\n20\n2.0\n30\n0.0\n40\n2.5\n1\nSome ^ text\n50\n45.0\n1001\nACAD\n1000\nkept\n1070\n7\n"
     "0\nPOLYLINE\n8\n0\n66\n1\n10\n0.0\n20\n0.0\n30\n0.0\n70\n1\n"
     "0\nVERTEX\n8\n0\n10\n0.0\n20\n0.0\n30\n0.0\n42\n0.5\n0\nVERTEX\n8\n0\n10\n4.0\n20\n0.0\n30\n0.0\n0\nSEQEND\n8\n0\n"
-    "0\nINSERT\n8\n0\n66\n1\n2\nDOOR\n10\n3.0\n20\n3.0\n30\n0.0\n0\nATTRIB\n8\n0\n10\n3.0\n20\n3.0\n30\n0.0\n40\n1.0\n1\nA1\n2\nTAG\n70\n0\n"
+    "0\nINSERT\n8\n0\n66\n1\n2\nDOOR\n10\n3.0\n20\n3.0\n30\n0.0\n0\nATTRIB\n8\n0\n10\n3.0\n20\n3.0\n30\n0.0\n40\n1."
+    "0\n1\nA1\n2\nTAG\n70\n0\n"
     "0\nSEQEND\n8\n0\n"
-    "0\nLWPOLYLINE\n100\nAcDbEntity\n8\n0\n100\nAcDbPolyline\n90\n2\n70\n0\n10\n1.0\n20\n2.0\n42\n0.0\n10\n3.0\n20\n4.0\n91\n5\n"
+    "0\nLWPOLYLINE\n100\nAcDbEntity\n8\n0\n100\nAcDbPolyline\n90\n2\n70\n0\n10\n1.0\n20\n2.0\n42\n0.0\n10\n3.0\n20\n4."
+    "0\n91\n5\n"
     "0\nMYSTERY\n100\nAcDbEntity\n8\n0\n100\nAcDbMystery\n40\n1.5\n330\n1F\n310\n00FF\n";
 
 inline std::string saved(VcDbDatabase& database, const WriteOptions& options = {})
@@ -46,12 +48,6 @@ inline std::string convertedSample(DxfVersion version, bool binary)
     return saved(database, options);
 }
 
-inline std::string asciiSample()
-{
-    return convertedSample(DxfVersion::R2018, false);
-}
+inline std::string asciiSample() { return convertedSample(DxfVersion::R2018, false); }
 
-inline std::string binarySample()
-{
-    return convertedSample(DxfVersion::R2018, true);
-}
+inline std::string binarySample() { return convertedSample(DxfVersion::R2018, true); }

@@ -63,10 +63,7 @@ TEST(DxfSource, WhatFollowsTheEndMarkIsNotRead)
     EXPECT_FALSE(read.fault);
 }
 
-TEST(DxfSource, BlankLinesAtTheEndAreNoFault)
-{
-    EXPECT_FALSE(readAll("0\nENDSEC\n\n  \n\x1a").fault);
-}
+TEST(DxfSource, BlankLinesAtTheEndAreNoFault) { EXPECT_FALSE(readAll("0\nENDSEC\n\n  \n\x1a").fault); }
 
 TEST(DxfSource, AFaultNamesItsLine)
 {
@@ -96,10 +93,7 @@ TEST(DxfSource, CommentsAheadOfTheFileAreKept)
 
 namespace {
 
-std::string wide(int code)
-{
-    return {static_cast<char>(code & 255), static_cast<char>(code >> 8)};
-}
+std::string wide(int code) { return {static_cast<char>(code & 255), static_cast<char>(code >> 8)}; }
 
 }
 
@@ -108,13 +102,14 @@ TEST(DxfSource, ReadsBinaryFilesWithWideAndNarrowCodes)
     const double value = 1.5;
     const std::string real(reinterpret_cast<const char*>(&value), 8);
     std::string file(kBinarySentinel);
-    file += wide(0) + std::string("LINE") + '\0' + wide(62) + std::string("\x05\x00", 2) + wide(10) + real + wide(290) + '\1' + wide(310) +
-            std::string("\3abc") + wide(0) + std::string("EOF") + '\0';
+    file += wide(0) + std::string("LINE") + '\0' + wide(62) + std::string("\x05\x00", 2) + wide(10) + real + wide(290) +
+            '\1' + wide(310) + std::string("\3abc") + wide(0) + std::string("EOF") + '\0';
     const std::vector<std::string> expected{"LINE 62=5 10=1.500000 290=1 310=x3", "EOF"};
     EXPECT_EQ(readAll(file).records, expected);
 
     std::string narrow(kBinarySentinel);
-    narrow += std::string("\0LINE\0", 6) + '\x3E' + std::string("\x05\x00", 2) + '\x0A' + real + std::string("\0EOF\0", 5);
+    narrow +=
+        std::string("\0LINE\0", 6) + '\x3E' + std::string("\x05\x00", 2) + '\x0A' + real + std::string("\0EOF\0", 5);
     EXPECT_EQ(readAll(narrow).records, (std::vector<std::string>{"LINE 62=5 10=1.500000", "EOF"}));
 }
 

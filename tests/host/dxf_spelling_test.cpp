@@ -13,7 +13,8 @@ constexpr std::string_view kLines = "0\nLINE\n8\nWall\n0\nLINE\n8\nWALL\n6\nDASH
 
 constexpr std::string_view kLateLinetype =
     "0\nSECTION\n2\nTABLES\n"
-    "0\nTABLE\n2\nLAYER\n70\n3\n0\nLAYER\n2\nWall\n70\n0\n62\n1\n6\nDASHED\n0\nLAYER\n2\nDoor\n70\n0\n62\n1\n6\ndashed\n"
+    "0\nTABLE\n2\nLAYER\n70\n3\n0\nLAYER\n2\nWall\n70\n0\n62\n1\n6\nDASHED\n0\nLAYER\n2\nDoor\n70\n0\n62\n1\n6\ndashed"
+    "\n"
     "0\nLAYER\n2\nRoof\n70\n0\n62\n1\n6\nDashed\n0\nENDTAB\n"
     "0\nTABLE\n2\nLTYPE\n70\n1\n0\nLTYPE\n2\nDashed\n70\n0\n3\n\n72\n65\n73\n0\n40\n0.0\n0\nENDTAB\n0\nENDSEC\n";
 

@@ -98,11 +98,20 @@ const Sample kSamples[] = {
     {"CircleTilted", [] { return make<VcDbCircle>(VcGePoint3d(1, 2, 3), kTilted, 2.0); }},
     {"Arc", [] { return make<VcDbArc>(VcGePoint3d(1, 2, 0), VcGeVector3d(0, 0, 1), 2.0, 0.5, 2.0); }},
     {"ArcTilted", [] { return make<VcDbArc>(VcGePoint3d(1, 2, 7), kTilted, 2.0, 3.0, 1.0); }},
-    {"Ellipse", [] { return make<VcDbEllipse>(VcGePoint3d(1, 2, 0), VcGeVector3d(0, 0, 1), VcGeVector3d(3, 1, 0), 0.4, 0.5, 2.5); }},
+    {"Ellipse",
+     [] {
+         return make<VcDbEllipse>(VcGePoint3d(1, 2, 0), VcGeVector3d(0, 0, 1), VcGeVector3d(3, 1, 0), 0.4, 0.5, 2.5);
+     }},
     {"Polyline", &polyline},
     {"Text", &text},
-    {"Solid", [] { return make<VcDbSolid>(VcGePoint3d(0, 0, 0), VcGePoint3d(2, 0, 0), VcGePoint3d(0, 1, 0), VcGePoint3d(2, 1, 0)); }},
-    {"Face", [] { return make<VcDbFace>(VcGePoint3d(0, 0, 0), VcGePoint3d(2, 0, 1), VcGePoint3d(2, 1, 2), VcGePoint3d(0, 1, 3)); }},
+    {"Solid",
+     [] {
+         return make<VcDbSolid>(VcGePoint3d(0, 0, 0), VcGePoint3d(2, 0, 0), VcGePoint3d(0, 1, 0), VcGePoint3d(2, 1, 0));
+     }},
+    {"Face",
+     [] {
+         return make<VcDbFace>(VcGePoint3d(0, 0, 0), VcGePoint3d(2, 0, 1), VcGePoint3d(2, 1, 2), VcGePoint3d(0, 1, 3));
+     }},
 };
 
 class Ent1Move : public testing::TestWithParam<Sample> {};
@@ -140,7 +149,8 @@ TEST_P(Ent1Move, AScaleScalesTheExtents)
     VcDbExtents box;
     ASSERT_EQ(original->getGeomExtents(box), Vcad::eOk);
     ASSERT_EQ(moved->transformBy(VcGeMatrix3d::scaling(3)), Vcad::eOk);
-    expectExtents(*moved, VcGePoint3d() + box.minPoint().asVector() * 3, VcGePoint3d() + box.maxPoint().asVector() * 3, 1e-8);
+    expectExtents(*moved, VcGePoint3d() + box.minPoint().asVector() * 3, VcGePoint3d() + box.maxPoint().asVector() * 3,
+                  1e-8);
 }
 
 TEST_P(Ent1Move, AFlatMatrixIsRefused)
@@ -178,7 +188,8 @@ TEST(Ent1Curves, AnUnevenScaleOfARoundThingIsToldAndChangesNothing)
 TEST(Ent1Curves, AnEllipseGoesThroughTheImagesOfACirclesPoints)
 {
     const VcDbArc arc({1, 2, 0}, {0, 0, 1}, 3, 0.4, 2.9);
-    for (const VcGeMatrix3d& m : {uneven(), shear(), shear() * mirrorInX(), VcGeMatrix3d::rotation(0.7, {1, 1, 0}) * uneven()}) {
+    for (const VcGeMatrix3d& m :
+         {uneven(), shear(), shear() * mirrorInX(), VcGeMatrix3d::rotation(0.7, {1, 1, 0}) * uneven()}) {
         VcDbEllipse ellipse;
         ASSERT_EQ(ellipse.setFromArc(arc, m), Vcad::eOk);
         EXPECT_NEAR(ellipse.majorAxis().dotProduct(ellipse.minorAxis()), 0, 1e-9);
@@ -201,11 +212,13 @@ TEST(Ent1Curves, ExtentsOfArcsAreTight)
 {
     expectExtents(VcDbCircle({1, 2, 3}, {0, 0, 1}, 2), {-1, 0, 3}, {3, 4, 3});
     expectExtents(VcDbArc({0, 0, 0}, {0, 0, 1}, 1, 0, kPi / 2), {0, 0, 0}, {1, 1, 0});
-    expectExtents(VcDbArc({0, 0, 0}, {0, 0, 1}, 1, kPi / 4, 3 * kPi / 4), {-std::sqrt(0.5), std::sqrt(0.5), 0}, {std::sqrt(0.5), 1, 0});
+    expectExtents(VcDbArc({0, 0, 0}, {0, 0, 1}, 1, kPi / 4, 3 * kPi / 4), {-std::sqrt(0.5), std::sqrt(0.5), 0},
+                  {std::sqrt(0.5), 1, 0});
     expectExtents(VcDbArc({0, 0, 0}, {0, 0, 1}, 1, 3 * kPi / 2, kPi / 2), {0, -1, 0}, {1, 1, 0});
     // Seen from below, angles run the other way.
     expectExtents(VcDbArc({0, 0, 0}, {0, 0, -1}, 1, 0, kPi / 2), {-1, 0, 0}, {0, 1, 0});
-    expectExtents(VcDbEllipse({0, 0, 0}, {0, 0, 1}, {2, 2, 0}, 1), {-std::sqrt(8.0), -std::sqrt(8.0), 0}, {std::sqrt(8.0), std::sqrt(8.0), 0});
+    expectExtents(VcDbEllipse({0, 0, 0}, {0, 0, 1}, {2, 2, 0}, 1), {-std::sqrt(8.0), -std::sqrt(8.0), 0},
+                  {std::sqrt(8.0), std::sqrt(8.0), 0});
 }
 
 TEST(Ent1Curves, AMirroredArcStillRunsAnticlockwise)
@@ -356,7 +369,8 @@ TEST(Ent1Polyline, AFaceMeshHidesTheEdgesOfNegativeNumbers)
 {
     VcDbPolyFaceMesh mesh;
     VcDbObjectId id;
-    for (const VcGePoint3d& at : {VcGePoint3d(0, 0, 0), VcGePoint3d(1, 0, 0), VcGePoint3d(1, 1, 0), VcGePoint3d(0, 1, 0)})
+    for (const VcGePoint3d& at :
+         {VcGePoint3d(0, 0, 0), VcGePoint3d(1, 0, 0), VcGePoint3d(1, 1, 0), VcGePoint3d(0, 1, 0)})
         mesh.appendVertex(id, new VcDbPolyFaceMeshVertex(at));
     mesh.appendFaceRecord(id, new VcDbFaceRecord(1, -2, 3, 4));
     mesh.appendFaceRecord(id, new VcDbFaceRecord(1, 2, -3, 0));
@@ -386,17 +400,17 @@ struct KindCase {
 };
 
 const KindCase kPolylines[] = {
-    {"Plain", 1, "", "VcDb2dPolyline"},          {"Space", 9, "", "VcDb3dPolyline"},
-    {"Mesh", 16 | 32, "", "VcDbPolygonMesh"},    {"Faces", 64, "", "VcDbPolyFaceMesh"},
-    {"MarkerWins", 64, "AcDb3dPolyline", "VcDb3dPolyline"}, {"StrangeMarker", 8, "AcDbCurve", "VcDb3dPolyline"},
+    {"Plain", 1, "", "VcDb2dPolyline"},
+    {"Space", 9, "", "VcDb3dPolyline"},
+    {"Mesh", 16 | 32, "", "VcDbPolygonMesh"},
+    {"Faces", 64, "", "VcDbPolyFaceMesh"},
+    {"MarkerWins", 64, "AcDb3dPolyline", "VcDb3dPolyline"},
+    {"StrangeMarker", 8, "AcDbCurve", "VcDb3dPolyline"},
 };
 const KindCase kVertices[] = {
-    {"Plain", 0, "", "VcDb2dVertex"},
-    {"Space", 32, "", "VcDb3dPolylineVertex"},
-    {"Mesh", 64, "", "VcDbPolygonMeshVertex"},
-    {"FaceVertex", 192, "", "VcDbPolyFaceMeshVertex"},
-    {"FaceRecord", 128, "", "VcDbFaceRecord"},
-    {"MarkerWins", 0, "AcDbFaceRecord", "VcDbFaceRecord"},
+    {"Plain", 0, "", "VcDb2dVertex"},          {"Space", 32, "", "VcDb3dPolylineVertex"},
+    {"Mesh", 64, "", "VcDbPolygonMeshVertex"}, {"FaceVertex", 192, "", "VcDbPolyFaceMeshVertex"},
+    {"FaceRecord", 128, "", "VcDbFaceRecord"}, {"MarkerWins", 0, "AcDbFaceRecord", "VcDbFaceRecord"},
 };
 
 TEST(Ent1Kinds, AreChosenByMarkerThenFlags)

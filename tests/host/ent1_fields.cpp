@@ -58,49 +58,67 @@ struct FieldCase {
 
 const FieldCase kCases[] = {
     {"Line", "LINE", DxfVersion::R2018, "100 AcDbLine | 10 1 | 20 2 | 30 3 | 11 4 | 21 5 | 31 6"},
-    {"LineThick", "LINE", DxfVersion::R2018, "100 AcDbLine | 39 2.5 | 10 1 | 20 2 | 30 3 | 11 4 | 21 5 | 31 6 | 210 0 | 220 0 | 230 -1"},
-    {"LineWithTheZAxis", "LINE", DxfVersion::R2018, "100 AcDbLine | 39 0 | 10 1 | 20 2 | 30 3 | 11 4 | 21 5 | 31 6 | 210 0 | 220 0 | 230 1"},
+    {"LineThick", "LINE", DxfVersion::R2018,
+     "100 AcDbLine | 39 2.5 | 10 1 | 20 2 | 30 3 | 11 4 | 21 5 | 31 6 | 210 0 | 220 0 | 230 -1"},
+    {"LineWithTheZAxis", "LINE", DxfVersion::R2018,
+     "100 AcDbLine | 39 0 | 10 1 | 20 2 | 30 3 | 11 4 | 21 5 | 31 6 | 210 0 | 220 0 | 230 1"},
     {"Arc", "ARC", DxfVersion::R2000, "100 AcDbCircle | 10 1 | 20 2 | 30 0 | 40 5 | 100 AcDbArc | 50 30 | 51 270.5"},
     {"Point", "POINT", DxfVersion::R2000, "100 AcDbPoint | 10 1 | 20 2 | 30 0 | 39 1 | 50 45"},
     {"Ellipse", "ELLIPSE", DxfVersion::R2000,
      "100 AcDbEllipse | 10 1 | 20 2 | 30 0 | 11 2 | 21 0 | 31 0 | 210 0 | 220 0 | 230 1 | 40 0.5 | 41 0 | 42 6.28"},
     {"Polyline", "LWPOLYLINE", DxfVersion::R2018,
-     "100 AcDbPolyline | 90 3 | 70 1 | 43 0 | 38 1.5 | 10 0 | 20 0 | 42 1 | 91 0 | 10 1 | 20 0 | 91 0 | 10 1 | 20 1 | 91 7"},
+     "100 AcDbPolyline | 90 3 | 70 1 | 43 0 | 38 1.5 | 10 0 | 20 0 | 42 1 | 91 0 | 10 1 | 20 0 | 91 0 | 10 1 | 20 1 | "
+     "91 7"},
     {"PolylineWide", "LWPOLYLINE", DxfVersion::R2000,
      "100 AcDbPolyline | 90 2 | 70 0 | 10 0 | 20 0 | 40 1 | 41 2 | 10 1 | 20 0 | 40 0 | 41 0 | 210 0 | 220 1 | 230 0"},
     {"OldPolyline", "POLYLINE 0", DxfVersion::R2000, "100 AcDb2dPolyline | 66 1 | 10 0 | 20 0 | 30 2 | 70 4 | 75 6"},
-    {"FaceMesh", "POLYLINE 64", DxfVersion::R2000, "100 AcDbPolyFaceMesh | 66 1 | 10 0 | 20 0 | 30 0 | 70 64 | 71 8 | 72 6"},
+    {"FaceMesh", "POLYLINE 64", DxfVersion::R2000,
+     "100 AcDbPolyFaceMesh | 66 1 | 10 0 | 20 0 | 30 0 | 70 64 | 71 8 | 72 6"},
     {"Vertex", "VERTEX 0", DxfVersion::R2000, "100 AcDbVertex | 100 AcDb2dVertex | 10 1 | 20 2 | 30 0 | 42 0.5"},
-    {"FaceRecord", "VERTEX 128", DxfVersion::R2000, "100 AcDbFaceRecord | 10 0 | 20 0 | 30 0 | 70 128 | 71 1 | 72 -2 | 73 3"},
+    {"FaceRecord", "VERTEX 128", DxfVersion::R2000,
+     "100 AcDbFaceRecord | 10 0 | 20 0 | 30 0 | 70 128 | 71 1 | 72 -2 | 73 3"},
     {"SplineOfFitPoints", "SPLINE", DxfVersion::R2000,
-     "100 AcDbSpline | 210 0 | 220 0 | 230 1 | 70 8 | 71 3 | 72 2 | 73 1 | 74 2 | 42 0.001 | 43 1e-07 | 44 1e-10 | 12 1 | 22 0 | 32 0 | "
+     "100 AcDbSpline | 210 0 | 220 0 | 230 1 | 70 8 | 71 3 | 72 2 | 73 1 | 74 2 | 42 0.001 | 43 1e-07 | 44 1e-10 | 12 "
+     "1 | 22 0 | 32 0 | "
      "40 0 | 40 1 | 10 1 | 20 2 | 30 3 | 11 0 | 21 0 | 31 0 | 11 9 | 21 9 | 31 9"},
     {"SplineWithWeights", "SPLINE", DxfVersion::R2000,
-     "100 AcDbSpline | 70 4 | 71 1 | 72 2 | 73 2 | 74 0 | 42 1e-09 | 43 1e-09 | 40 0 | 40 1 | 41 1 | 41 0.5 | 10 1 | 20 2 | 30 3 | 10 4 | 20 5 | 30 6"},
+     "100 AcDbSpline | 70 4 | 71 1 | 72 2 | 73 2 | 74 0 | 42 1e-09 | 43 1e-09 | 40 0 | 40 1 | 41 1 | 41 0.5 | 10 1 | "
+     "20 2 | 30 3 | 10 4 | 20 5 | 30 6"},
     {"Text", "TEXT", DxfVersion::R2018, "100 AcDbText | 10 1 | 20 2 | 30 0 | 40 2.5 | 1 abc | 100 AcDbText"},
     {"TextJustified", "TEXT", DxfVersion::R2018,
-     "100 AcDbText | 10 1 | 20 2 | 30 0 | 40 2.5 | 1 abc | 50 30 | 41 0.8 | 51 15 | 71 2 | 72 1 | 11 0 | 21 0 | 31 0 | 100 AcDbText | 73 2"},
-    {"TextOfR12", "TEXT", DxfVersion::R12, "10 1 | 20 2 | 30 0 | 40 2.5 | 1 abc | 50 30 | 72 1 | 11 5 | 21 2 | 31 0 | 73 1"},
+     "100 AcDbText | 10 1 | 20 2 | 30 0 | 40 2.5 | 1 abc | 50 30 | 41 0.8 | 51 15 | 71 2 | 72 1 | 11 0 | 21 0 | 31 0 | "
+     "100 AcDbText | 73 2"},
+    {"TextOfR12", "TEXT", DxfVersion::R12,
+     "10 1 | 20 2 | 30 0 | 40 2.5 | 1 abc | 50 30 | 72 1 | 11 5 | 21 2 | 31 0 | 73 1"},
     {"Attribute", "ATTRIB", DxfVersion::R2018,
-     "100 AcDbText | 10 1 | 20 2 | 30 0 | 40 2.5 | 1 abc | 11 1 | 21 3 | 31 0 | 100 AcDbAttribute | 280 0 | 2 TAG | 70 1 | 74 2 | 280 1"},
-    {"AttributeOf2007", "ATTRIB", DxfVersion::R2007, "100 AcDbText | 10 1 | 20 2 | 30 0 | 40 2.5 | 1 abc | 100 AcDbAttribute | 2 TAG | 70 0 | 280 1"},
+     "100 AcDbText | 10 1 | 20 2 | 30 0 | 40 2.5 | 1 abc | 11 1 | 21 3 | 31 0 | 100 AcDbAttribute | 280 0 | 2 TAG | 70 "
+     "1 | 74 2 | 280 1"},
+    {"AttributeOf2007", "ATTRIB", DxfVersion::R2007,
+     "100 AcDbText | 10 1 | 20 2 | 30 0 | 40 2.5 | 1 abc | 100 AcDbAttribute | 2 TAG | 70 0 | 280 1"},
     {"Definition", "ATTDEF", DxfVersion::R2000,
-     "100 AcDbText | 10 1 | 20 2 | 30 0 | 40 2.5 | 1 abc | 100 AcDbAttributeDefinition | 3 What? | 2 TAG | 70 8 | 73 12"},
+     "100 AcDbText | 10 1 | 20 2 | 30 0 | 40 2.5 | 1 abc | 100 AcDbAttributeDefinition | 3 What? | 2 TAG | 70 8 | 73 "
+     "12"},
     {"MText", "MTEXT", DxfVersion::R2007,
-     "100 AcDbMText | 10 1 | 20 2 | 30 0 | 40 2.5 | 41 10 | 46 0 | 71 1 | 72 5 | 1 abc | 11 0 | 21 1 | 31 0 | 42 7.5 | 43 2.5 | 73 1 | 44 1"},
+     "100 AcDbMText | 10 1 | 20 2 | 30 0 | 40 2.5 | 41 10 | 46 0 | 71 1 | 72 5 | 1 abc | 11 0 | 21 1 | 31 0 | 42 7.5 | "
+     "43 2.5 | 73 1 | 44 1"},
     {"MTextByAngle", "MTEXT", DxfVersion::R2004,
-     "100 AcDbMText | 10 1 | 20 2 | 30 0 | 40 2.5 | 41 10 | 71 1 | 72 1 | 1 abc | 50 33.3 | 73 1 | 44 1 | 90 1 | 63 5 | 45 1.2 | 441 0"},
+     "100 AcDbMText | 10 1 | 20 2 | 30 0 | 40 2.5 | 41 10 | 71 1 | 72 1 | 1 abc | 50 33.3 | 73 1 | 44 1 | 90 1 | 63 5 "
+     "| 45 1.2 | 441 0"},
     {"MTextColumns", "MTEXT", DxfVersion::R2018,
-     "100 AcDbMText | 10 1 | 20 2 | 30 0 | 40 2.5 | 41 10 | 46 0 | 71 1 | 1 abc | 101 Embedded Object | 70 1 | 10 1 | 20 0 | 30 0 | "
+     "100 AcDbMText | 10 1 | 20 2 | 30 0 | 40 2.5 | 41 10 | 46 0 | 71 1 | 1 abc | 101 Embedded Object | 70 1 | 10 1 | "
+     "20 0 | 30 0 | "
      "11 1 | 21 2 | 31 0 | 40 10 | 41 0 | 42 9 | 43 2 | 71 2 | 72 2 | 44 10 | 45 1.5 | 73 0 | 74 0 | 46 4 | 46 5"},
-    {"Insert", "INSERT 1", DxfVersion::R2000, "100 AcDbBlockReference | 2 B | 10 1 | 20 2 | 30 0 | 41 2 | 42 2 | 43 2 | 50 45"},
-    {"Grid", "INSERT 2", DxfVersion::R2000, "100 AcDbMInsertBlock | 2 B | 10 1 | 20 2 | 30 0 | 70 2 | 71 3 | 44 10 | 45 -5"},
+    {"Insert", "INSERT 1", DxfVersion::R2000,
+     "100 AcDbBlockReference | 2 B | 10 1 | 20 2 | 30 0 | 41 2 | 42 2 | 43 2 | 50 45"},
+    {"Grid", "INSERT 2", DxfVersion::R2000,
+     "100 AcDbMInsertBlock | 2 B | 10 1 | 20 2 | 30 0 | 70 2 | 71 3 | 44 10 | 45 -5"},
     {"Solid", "SOLID", DxfVersion::R2000,
      "100 AcDbTrace | 10 0 | 20 0 | 30 0 | 11 1 | 21 0 | 31 0 | 12 0 | 22 1 | 32 0 | 13 1 | 23 1 | 33 0 | 39 4"},
     {"Face", "3DFACE", DxfVersion::R2000,
      "100 AcDbFace | 10 0 | 20 0 | 30 0 | 11 1 | 21 0 | 31 0 | 12 0 | 22 1 | 32 0 | 13 1 | 23 1 | 33 5 | 70 5"},
     {"Mesh", "MESH", DxfVersion::R2018,
-     "100 AcDbSubDMesh | 71 2 | 72 0 | 91 1 | 92 3 | 10 0 | 20 0 | 30 0 | 10 1 | 20 0 | 30 0 | 10 0 | 20 1 | 30 0 | 93 4 | 90 3 | 90 0 | 90 1 | "
+     "100 AcDbSubDMesh | 71 2 | 72 0 | 91 1 | 92 3 | 10 0 | 20 0 | 30 0 | 10 1 | 20 0 | 30 0 | 10 0 | 20 1 | 30 0 | 93 "
+     "4 | 90 3 | 90 0 | 90 1 | "
      "90 2 | 94 1 | 90 0 | 90 1 | 95 1 | 140 0.5"},
     {"Shape", "SHAPE", DxfVersion::R2000, "100 AcDbShape | 10 1 | 20 2 | 30 0 | 40 0.5 | 2 ARROW | 50 90 | 41 -1"},
 };
@@ -150,7 +168,8 @@ TEST(Ent1Fields, AJustifiedTextWithoutAPointStaysWhereItIs)
 {
     Drawing d;
     VcDbText text;
-    read(text, d, "100 AcDbEntity | 8 0 | 100 AcDbText | 10 1 | 20 2 | 30 0 | 40 2.5 | 1 abc | 72 2 | 100 AcDbText", DxfVersion::R2000);
+    read(text, d, "100 AcDbEntity | 8 0 | 100 AcDbText | 10 1 | 20 2 | 30 0 | 40 2.5 | 1 abc | 72 2 | 100 AcDbText",
+         DxfVersion::R2000);
     expectNear(text.alignmentPoint(), {1, 2, 0}, 0);
     text.setHeight(5);
     EXPECT_NEAR(text.position().y, 2, 1e-12);
@@ -182,7 +201,8 @@ TEST(Ent1Fields, ATruncatedOrLyingMeshKeepsWhatItHas)
 {
     Drawing d;
     VcDbSubDMesh mesh;
-    const std::string groups = "100 AcDbEntity | 8 0 | 100 AcDbSubDMesh | 71 2 | 72 0 | 91 0 | 92 2000000000 | 10 0 | 20 0 | 30 0 | 93 5 | 90 3 | 90 0";
+    const std::string groups = "100 AcDbEntity | 8 0 | 100 AcDbSubDMesh | 71 2 | 72 0 | 91 0 | 92 2000000000 | 10 0 | "
+                               "20 0 | 30 0 | 93 5 | 90 3 | 90 0";
     read(mesh, d, groups, DxfVersion::R2018);
     EXPECT_EQ(mesh.vertices().size(), 1u);
     EXPECT_EQ(mesh.numOfFaces(), 0);

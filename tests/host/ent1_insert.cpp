@@ -121,7 +121,8 @@ TEST(Ent1Insert, ExtentsOfDeepNestingCostNoMoreThanItsDefinitions)
     d.add("L0", std::make_unique<VcDbLine>(VcGePoint3d(0, 0, 0), VcGePoint3d(1, 0, 0)));
     for (int level = 1; level <= 30; ++level)
         for (const double x : {0.0, 1.0})
-            d.add(("L" + std::to_string(level)).c_str(), reference(d, ("L" + std::to_string(level - 1)).c_str(), {x, 0, 0}));
+            d.add(("L" + std::to_string(level)).c_str(),
+                  reference(d, ("L" + std::to_string(level - 1)).c_str(), {x, 0, 0}));
     expectExtents(*reference(d, "L30"), {0, 0, 0}, {31, 0, 0});
 }
 

@@ -24,7 +24,8 @@ double widthOf(const VcDbEntity& e)
 
 TEST(Ent1Text, JustificationFollowsTheAlignmentPoint)
 {
-    const VcDbText right = line(L"HHH", VcDb::kTextRight, VcDb::kTextBase), center = line(L"HHH", VcDb::kTextCenter, VcDb::kTextTop);
+    const VcDbText right = line(L"HHH", VcDb::kTextRight, VcDb::kTextBase),
+                   center = line(L"HHH", VcDb::kTextCenter, VcDb::kTextTop);
     const double length = 10 - right.position().x;
     EXPECT_GT(length, 2);
     EXPECT_EQ(right.position().y, 20);
@@ -77,7 +78,8 @@ TEST(Ent1Text, AMirroredTextIsBackwards)
 // A slanted, narrowed and turned text under matrices that no rotation and scale could make.
 TEST(Ent1Text, AnUnevenScaleGoesIntoWidthAndSlant)
 {
-    for (const VcGeMatrix3d& m : {uneven(), shear(), uneven() * mirrorInX(), shear() * VcGeMatrix3d::rotation(1, {0, 0, 1})}) {
+    for (const VcGeMatrix3d& m :
+         {uneven(), shear(), uneven() * mirrorInX(), shear() * VcGeMatrix3d::rotation(1, {0, 0, 1})}) {
         VcDbText t({1, 2, 0}, L"HH", 2, 0.4);
         t.setWidthFactor(0.8);
         VcDbText upright = t;
@@ -129,7 +131,8 @@ TEST(Ent1Attribute, ComesFromItsDefinitionIntoTheReferencesPlace)
     definition.setPosition({1, 0, 0});
     definition.setHeight(2);
     VcDbAttribute attribute;
-    const VcGeMatrix3d place = VcGeMatrix3d::translation({10, 10, 0}) * VcGeMatrix3d::rotation(kPi / 2, {0, 0, 1}) * VcGeMatrix3d::scaling(3);
+    const VcGeMatrix3d place =
+        VcGeMatrix3d::translation({10, 10, 0}) * VcGeMatrix3d::rotation(kPi / 2, {0, 0, 1}) * VcGeMatrix3d::scaling(3);
     ASSERT_EQ(attribute.setAttributeFromBlock(&definition, place), Vcad::eOk);
     EXPECT_STREQ(attribute.tagConst(), L"N");
     EXPECT_TRUE(attribute.isInvisible());

@@ -20,7 +20,8 @@ bool read(VcDbObject& object, Drawing& d, const std::string& list, DxfVersion ve
     std::vector<Tag> tags;
     for (std::size_t at = 0; at < list.size();) {
         const std::size_t end = std::min(list.find(" | ", at), list.size()), blank = list.find(' ', at);
-        tags.push_back(Tag::ofChars(std::stoi(list.substr(at)), Tag::Form::Raw, std::string_view(list).substr(blank + 1, end - blank - 1)));
+        tags.push_back(Tag::ofChars(std::stoi(list.substr(at)), Tag::Form::Raw,
+                                    std::string_view(list).substr(blank + 1, end - blank - 1)));
         at = end + 3;
     }
     FieldReader reader(FieldVisitor::Purpose::ReadFile, version, d.core());
@@ -71,13 +72,15 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"Lines", "91 1 | 92 1 | 93 2 | " + kLineEdge + " | " + kLineEdge + " | 97 0"},
         Case{"Arc", "91 1 | 92 1 | 93 1 | 72 2 | 10 0 | 20 0 | 40 2 | 50 0 | 51 90 | 73 1 | 97 0"},
         Case{"Ellipse", "91 1 | 92 1 | 93 1 | 72 3 | 10 0 | 20 0 | 11 2 | 21 0 | 40 0.5 | 50 0 | 51 360 | 73 0 | 97 0"},
-        Case{"SplineWithFitData", "91 1 | 92 1 | 93 2 | 72 4 | 94 1 | 73 0 | 74 0 | 95 4 | 96 2 | 40 0 | 40 0 | 40 1 | 40 1 | "
-                                  "10 0 | 20 0 | 10 4 | 20 0 | 97 2 | 11 0 | 21 0 | 11 4 | 21 0 | 12 1 | 22 0 | 13 1 | 23 0 | " +
-                                      kLineEdge + " | 97 0"},
-        Case{"WeightedSpline", "91 1 | 92 1 | 93 1 | 72 4 | 94 1 | 73 1 | 74 0 | 95 4 | 96 2 | 40 0 | 40 0 | 40 1 | 40 1 | 10 0 | "
-                               "20 0 | 42 2 | 10 4 | 20 0 | 42 1 | 97 0 | 97 0"},
-        Case{"SourcesOfEachLoop", "91 2 | 92 1 | 93 1 | " + kLineEdge + " | 97 2 | 330 A1 | 330 A2 | 92 16 | 93 1 | " + kLineEdge +
-                                      " | 97 1 | 330 A3"}),
+        Case{"SplineWithFitData",
+             "91 1 | 92 1 | 93 2 | 72 4 | 94 1 | 73 0 | 74 0 | 95 4 | 96 2 | 40 0 | 40 0 | 40 1 | 40 1 | "
+             "10 0 | 20 0 | 10 4 | 20 0 | 97 2 | 11 0 | 21 0 | 11 4 | 21 0 | 12 1 | 22 0 | 13 1 | 23 0 | " +
+                 kLineEdge + " | 97 0"},
+        Case{"WeightedSpline",
+             "91 1 | 92 1 | 93 1 | 72 4 | 94 1 | 73 1 | 74 0 | 95 4 | 96 2 | 40 0 | 40 0 | 40 1 | 40 1 | 10 0 | "
+             "20 0 | 42 2 | 10 4 | 20 0 | 42 1 | 97 0 | 97 0"},
+        Case{"SourcesOfEachLoop", "91 2 | 92 1 | 93 1 | " + kLineEdge + " | 97 2 | 330 A1 | 330 A2 | 92 16 | 93 1 | " +
+                                      kLineEdge + " | 97 1 | 330 A3"}),
     [](const auto& info) { return std::string(info.param.name); });
 
 // Wrong counts are mended without losing a group.
@@ -86,15 +89,20 @@ TEST(Hatch, CountsAreNotTrusted)
     Drawing d;
     VcDbHatch hatch;
     const std::string edges = kLineEdge + " | " + kLineEdge;
-    EXPECT_TRUE(read(hatch, d, kHatchHead + "SOLID | 70 1 | 71 0 | 91 2000000000 | 92 1 | 93 1 | " + edges + " | 97 9" + kSolidTail));
-    EXPECT_EQ(written(hatch, d), kHatchHead + "SOLID | 70 1 | 71 0 | 91 1 | 92 1 | 93 2 | " + edges + " | 97 0" + kSolidTail);
+    EXPECT_TRUE(
+        read(hatch, d,
+             kHatchHead + "SOLID | 70 1 | 71 0 | 91 2000000000 | 92 1 | 93 1 | " + edges + " | 97 9" + kSolidTail));
+    EXPECT_EQ(written(hatch, d),
+              kHatchHead + "SOLID | 70 1 | 71 0 | 91 1 | 92 1 | 93 2 | " + edges + " | 97 0" + kSolidTail);
 }
 
 TEST(Hatch, KeepsWhatItCannotParse)
 {
     Drawing d;
     VcDbHatch hatch;
-    EXPECT_FALSE(read(hatch, d, kHatchHead + "SOLID | 70 1 | 71 0 | 91 1 | 92 1 | 93 1 | 72 2 | 10 0 | 20 0 | 46 7 | 63 3" + kSolidTail));
+    EXPECT_FALSE(
+        read(hatch, d,
+             kHatchHead + "SOLID | 70 1 | 71 0 | 91 1 | 92 1 | 93 1 | 72 2 | 10 0 | 20 0 | 46 7 | 63 3" + kSolidTail));
     const std::string out = written(hatch, d);
     EXPECT_NE(out.find("46 7"), std::string::npos) << out;
     EXPECT_NE(out.find("63 3"), std::string::npos) << out;
@@ -104,10 +112,12 @@ TEST(Hatch, PatternLinesAndGradient)
 {
     Drawing d;
     VcDbHatch hatch;
-    const std::string list = kHatchHead +
-                             "ANSI31 | 70 0 | 71 0 | 91 0 | 75 0 | 76 1 | 52 90 | 41 2 | 77 0 | 78 1 | 53 45 | 43 1 | 44 2 | 45 3 | 46 4 | 79 2 | "
-                             "49 1 | 49 -1 | 98 0 | 450 1 | 451 0 | 460 0.5 | 461 1 | 452 0 | 462 0 | 453 2 | 463 0 | 63 5 | 421 255 | "
-                             "463 1 | 63 2 | 421 16776960 | 470 SPHERICAL";
+    const std::string list =
+        kHatchHead +
+        "ANSI31 | 70 0 | 71 0 | 91 0 | 75 0 | 76 1 | 52 90 | 41 2 | 77 0 | 78 1 | 53 45 | 43 1 | 44 2 | 45 3 | 46 4 | "
+        "79 2 | "
+        "49 1 | 49 -1 | 98 0 | 450 1 | 451 0 | 460 0.5 | 461 1 | 452 0 | 462 0 | 453 2 | 463 0 | 63 5 | 421 255 | "
+        "463 1 | 63 2 | 421 16776960 | 470 SPHERICAL";
     ASSERT_TRUE(read(hatch, d, list));
     EXPECT_EQ(written(hatch, d), list);
     double angle, x, y, dx, dy;
@@ -159,7 +169,8 @@ TEST(Dimension, ClassIsChosenByMarkerThenFlags)
         EXPECT_EQ(createDimension(c.flags, c.marker)->isA(), c.cls()) << c.flags << c.marker;
 }
 
-const std::string kDimHead = "100 AcDbEntity | 8 0 | 100 AcDbDimension | 280 0 | 10 1 | 20 2 | 30 0 | 11 3 | 21 4 | 31 0 | 70 ";
+const std::string kDimHead =
+    "100 AcDbEntity | 8 0 | 100 AcDbDimension | 280 0 | 10 1 | 20 2 | 30 0 | 11 3 | 21 4 | 31 0 | 70 ";
 
 TEST(Dimension, RotationIsFoundWhereverItStands)
 {
@@ -217,8 +228,10 @@ TEST(Mline, ElementsComeBackTheSame)
 {
     Drawing d;
     VcDbMline mline;
-    const std::string list = "100 AcDbEntity | 8 0 | 100 AcDbMline | 2 STANDARD | 340 0 | 40 2 | 70 1 | 71 1 | 72 1 | 73 2 | 10 0 | 20 0 | 30 0 | "
-                             "210 0 | 220 0 | 230 1 | 11 5 | 21 6 | 31 0 | 12 1 | 22 0 | 32 0 | 13 0 | 23 1 | 33 0 | 74 2 | 41 0 | 41 1 | 75 0 | "
+    const std::string list = "100 AcDbEntity | 8 0 | 100 AcDbMline | 2 STANDARD | 340 0 | 40 2 | 70 1 | 71 1 | 72 1 | "
+                             "73 2 | 10 0 | 20 0 | 30 0 | "
+                             "210 0 | 220 0 | 230 1 | 11 5 | 21 6 | 31 0 | 12 1 | 22 0 | 32 0 | 13 0 | 23 1 | 33 0 | "
+                             "74 2 | 41 0 | 41 1 | 75 0 | "
                              "74 1 | 41 3 | 75 1 | 42 4";
     EXPECT_TRUE(read(mline, d, list));
     EXPECT_EQ(written(mline, d), list);

@@ -14,7 +14,11 @@ class RandomExplosion : public seltest::Drawing {
 protected:
     double number(double low, double high) { return std::uniform_real_distribution<double>(low, high)(m_random); }
     VcGePoint3d point() { return {number(-10, 10), number(-10, 10), number(-2, 2)}; }
-    VcGeVector3d normal() { return number(0, 1) < 0.5 ? VcGeVector3d::zAxis() : VcGeVector3d(number(-1, 1), number(-1, 1), number(0.1, 1)).normal(); }
+    VcGeVector3d normal()
+    {
+        return number(0, 1) < 0.5 ? VcGeVector3d::zAxis()
+                                  : VcGeVector3d(number(-1, 1), number(-1, 1), number(0.1, 1)).normal();
+    }
 
     VcDbEntity* figure()
     {
@@ -26,7 +30,8 @@ protected:
         case 2:
             return new VcDbArc(point(), normal(), number(1, 5), number(0, 6.28), number(0, 6.28));
         case 3:
-            return new VcDbEllipse(point(), VcGeVector3d::zAxis(), {number(1, 5), number(1, 5), 0}, number(0.1, 1), number(0, 3), number(3.1, 6));
+            return new VcDbEllipse(point(), VcGeVector3d::zAxis(), {number(1, 5), number(1, 5), 0}, number(0.1, 1),
+                                   number(0, 3), number(3.1, 6));
         case 4: {
             auto* spline = new VcDbSpline;
             spline->setNurbsData(3, false, false, {point(), point(), point(), point()}, {0, 0, 0, 0, 1, 1, 1, 1}, {});
@@ -98,7 +103,8 @@ protected:
         for (const geom::Curve& curve : what) {
             const auto range = geom::paramRange(curve);
             for (int i = 0; i <= 12; ++i)
-                EXPECT_LE(distanceTo(by, geom::pointAt(curve, range.from + (range.to - range.from) * i / 12)), 1e-6) << "kind " << curve.index();
+                EXPECT_LE(distanceTo(by, geom::pointAt(curve, range.from + (range.to - range.from) * i / 12)), 1e-6)
+                    << "kind " << curve.index();
         }
     }
 

@@ -46,7 +46,8 @@ TEST_P(HatchLines, MeasureTheHatchedArea)
     const HatchCase& c = GetParam();
     constexpr double kStep = 0.01;
     VcDbHatch hatch;
-    hatch.setPatternDefinitions({{c.angle, 0.003, 0.005, -kStep * std::sin(c.angle), kStep * std::cos(c.angle), c.dashes}});
+    hatch.setPatternDefinitions(
+        {{c.angle, 0.003, 0.005, -kStep * std::sin(c.angle), kStep * std::cos(c.angle), c.dashes}});
     hatch.setHatchStyle(c.style);
     for (const double margin : {0.0, 2.0, 4.0})
         hatch.appendLoop(VcDbHatch::kExternal, square(margin, 12 - margin), {});

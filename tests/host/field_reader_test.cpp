@@ -22,7 +22,10 @@ public:
     void integer(int code, std::int64_t value) override { groups.emplace_back(code, std::to_string(value)); }
     void text(int code, std::string_view utf8) override { groups.emplace_back(code, utf8); }
     void handle(int code, std::uint64_t handle) override { groups.emplace_back(code, "#" + std::to_string(handle)); }
-    void bytes(int code, std::string_view data) override { groups.emplace_back(code, "x" + std::to_string(data.size())); }
+    void bytes(int code, std::string_view data) override
+    {
+        groups.emplace_back(code, "x" + std::to_string(data.size()));
+    }
 
 private:
     static std::string shortest(double value)
@@ -99,7 +102,9 @@ struct Sample {
 TEST_F(FieldTest, TakesGroupsInAnyOrderWithinTheirSubclass)
 {
     Sample s;
-    read({{100, "First"}, {40, "2.5"}, {10, "1"}, {20, "2"}, {30, "3"}, {39, "4"}, {100, "Second"}, {1, "N"}, {70, "5"}}, s.fields());
+    read(
+        {{100, "First"}, {40, "2.5"}, {10, "1"}, {20, "2"}, {30, "3"}, {39, "4"}, {100, "Second"}, {1, "N"}, {70, "5"}},
+        s.fields());
     EXPECT_EQ(s.radius, 2.5);
     EXPECT_EQ(s.center, VcGePoint3d(1, 2, 3));
     EXPECT_EQ(s.thickness, 4);
@@ -111,7 +116,8 @@ TEST_F(FieldTest, TakesGroupsInAnyOrderWithinTheirSubclass)
 TEST_F(FieldTest, SubclassesMayComeInAnotherOrder)
 {
     Sample s;
-    read({{100, "Second"}, {70, "5"}, {1, "N"}, {100, "First"}, {10, "1"}, {20, "2"}, {30, "3"}, {40, "2"}}, s.fields());
+    read({{100, "Second"}, {70, "5"}, {1, "N"}, {100, "First"}, {10, "1"}, {20, "2"}, {30, "3"}, {40, "2"}},
+         s.fields());
     EXPECT_EQ(s.flags, 5);
     EXPECT_EQ(s.radius, 2);
 }
@@ -129,9 +135,8 @@ TEST_F(FieldTest, WithoutMarkersEverythingIsOneWindow)
 TEST_F(FieldTest, APointDoesNotBorrowTheOrdinatesOfTheNext)
 {
     std::vector<VcGePoint3d> points;
-    read({{10, "1"}, {20, "2"}, {10, "3"}, {20, "4"}, {30, "5"}}, [&](FieldVisitor& v) {
-        v.repeated(10, points, [&](VcGePoint3d& p) { v.point(10, p); });
-    });
+    read({{10, "1"}, {20, "2"}, {10, "3"}, {20, "4"}, {30, "5"}},
+         [&](FieldVisitor& v) { v.repeated(10, points, [&](VcGePoint3d& p) { v.point(10, p); }); });
     ASSERT_EQ(points.size(), 2u);
     EXPECT_EQ(points[0], VcGePoint3d(1, 2, 0));
     EXPECT_EQ(points[1], VcGePoint3d(3, 4, 5));
@@ -167,7 +172,9 @@ TEST_F(FieldTest, UnclaimedGroupsOfListsStayWithTheirItems)
         v.subclass("List");
         v.repeated(10, points, [&](VcGePoint2d& p) { v.point2(10, p); });
     };
-    expectSameBack({{100, "List"}, {10, "1"}, {20, "2"}, {91, "0"}, {10, "3"}, {20, "4"}, {10, "5"}, {20, "6"}, {91, "8"}}, fields);
+    expectSameBack(
+        {{100, "List"}, {10, "1"}, {20, "2"}, {91, "0"}, {10, "3"}, {20, "4"}, {10, "5"}, {20, "6"}, {91, "8"}},
+        fields);
 }
 
 TEST_F(FieldTest, WhatHadNoMarkersIsPutBackAfterItsAnchor)
@@ -181,7 +188,8 @@ TEST_F(FieldTest, WhatHadNoMarkersIsPutBackAfterItsAnchor)
 TEST_F(FieldTest, DefaultsThatTheFileCarriedAreCarriedAgain)
 {
     Sample s;
-    const Groups without{{100, "First"}, {10, "1"}, {20, "2"}, {30, "3"}, {40, "2"}, {100, "Second"}, {70, "5"}, {1, "N"}};
+    const Groups without{{100, "First"}, {10, "1"},       {20, "2"}, {30, "3"},
+                         {40, "2"},      {100, "Second"}, {70, "5"}, {1, "N"}};
     Groups with = without;
     with.insert(with.begin() + 1, {39, "0"});
     expectSameBack(without, s.fields());
@@ -265,7 +273,8 @@ TEST_F(FieldTest, LongTextsAreCutAndJoined)
 TEST_F(FieldTest, WhatIsNoNumberIsToldAndLeavesTheMember)
 {
     Sample s;
-    read({{100, "First"}, {40, "wide"}, {39, "nan"}, {10, "1e999"}, {20, "2"}, {100, "Second"}, {70, "2.0"}}, s.fields());
+    read({{100, "First"}, {40, "wide"}, {39, "nan"}, {10, "1e999"}, {20, "2"}, {100, "Second"}, {70, "2.0"}},
+         s.fields());
     EXPECT_EQ(s.radius, 1);
     EXPECT_EQ(s.thickness, 0);
     EXPECT_EQ(s.center.x, 0);

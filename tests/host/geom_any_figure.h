@@ -8,8 +8,7 @@
 
 namespace vk::geom::testing {
 
-class AnyFigure
-{
+class AnyFigure {
 public:
     explicit AnyFigure(unsigned seed) : m_random(seed)
     {
@@ -147,7 +146,6 @@ public:
         return p;
     }
 
-
     VcGeMatrix3d map()
     {
         const Vector3 axis(number(-1, 1), number(-1, 1), number(-1, 1));
@@ -208,4 +206,4 @@ inline double extentOf(const Curve& curve)
     return std::max(box.diagonal(), box.magnitude());
 }
 
-} // namespace vk::geom::testing
+}  // namespace vk::geom::testing

@@ -7,8 +7,7 @@ using namespace vk::geom::testing;
 
 namespace {
 
-class EveryCurve : public ::testing::TestWithParam<NamedCurve>
-{
+class EveryCurve : public ::testing::TestWithParam<NamedCurve> {
 protected:
     const Curve curve = GetParam().curve;
     const Interval range = paramRange(curve);
@@ -24,7 +23,7 @@ double sampledLength(const Curve& curve, Interval range)
     return sum;
 }
 
-} // namespace
+}  // namespace
 
 TEST_P(EveryCurve, PointsAreClosestToThemselves)
 {

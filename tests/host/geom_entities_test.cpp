@@ -42,7 +42,8 @@ const Kind kKinds[] = {
     {"Circle", [] { return std::make_unique<VcDbCircle>(VcGePoint3d(1, 2, 3), VcGeVector3d(0, 0.6, 0.8), 2.5); }},
     {"Arc", [] { return std::make_unique<VcDbArc>(VcGePoint3d(1, 2, 3), VcGeVector3d(0, 0, -1), 2.5, 5.5, 1.0); }},
     {"Ellipse", [] { return std::make_unique<VcDbEllipse>(VcGePoint3d(1, 1, 0), kZ, VcGeVector3d(3, 4, 0), 0.4); }},
-    {"EllipticalArc", [] { return std::make_unique<VcDbEllipse>(VcGePoint3d(1, 1, 0), kZ, VcGeVector3d(3, 4, 0), 0.4, 1.0, 4.0); }},
+    {"EllipticalArc",
+     [] { return std::make_unique<VcDbEllipse>(VcGePoint3d(1, 1, 0), kZ, VcGeVector3d(3, 4, 0), 0.4, 1.0, 4.0); }},
     {"Polyline", [] { return bulged(false); }},
     {"ClosedPolyline", [] { return bulged(true); }},
     {"Spline", [] { return spline(); }},
@@ -119,13 +120,15 @@ TEST_P(EntityCurve, ExtentsTouchTheCurveOnEverySide)
     expectNear(e.maxPoint(), tight.max, 1e-9);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, EntityCurve, testing::ValuesIn(kKinds), [](const auto& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(All, EntityCurve, testing::ValuesIn(kKinds),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 std::vector<VcGePoint3d> meet(const VcDbEntity& a, const VcDbEntity& b, VcDb::Intersect mode = VcDb::kOnBothOperands)
 {
     std::vector<VcGePoint3d> points;
     EXPECT_EQ(a.intersectWith(&b, mode, points), Vcad::eOk);
-    std::sort(points.begin(), points.end(), [](const auto& p, const auto& q) { return p.x < q.x || (p.x == q.x && p.y < q.y); });
+    std::sort(points.begin(), points.end(),
+              [](const auto& p, const auto& q) { return p.x < q.x || (p.x == q.x && p.y < q.y); });
     return points;
 }
 

@@ -12,25 +12,18 @@ namespace {
 
 const Curve kUnit = Circle{{0, 0, 0}, 1};
 
-Segment seg(double x1, double y1, double x2, double y2)
-{
-    return {{x1, y1, 0}, {x2, y2, 0}};
-}
+Segment seg(double x1, double y1, double x2, double y2) { return {{x1, y1, 0}, {x2, y2, 0}}; }
 
-struct Case
-{
+struct Case {
     const char* name;
     Curve a, b;
     std::vector<Point3> points;
     Extend extend = Extend::Neither;
     bool tangent = false;
-    double slack = 1e-9; // where contact is so close that its place is vague
+    double slack = 1e-9;  // where contact is so close that its place is vague
 };
 
-void PrintTo(const Case& c, std::ostream* os)
-{
-    *os << c.name;
-}
+void PrintTo(const Case& c, std::ostream* os) { *os << c.name; }
 
 const double kHalf = std::sqrt(0.5);
 
@@ -164,9 +157,7 @@ const std::vector<Case> kCases{
      {{2, 1, 0}, {1, 2, 0}}},
 };
 
-class KnownMeeting : public ::testing::TestWithParam<Case>
-{
-};
+class KnownMeeting : public ::testing::TestWithParam<Case> {};
 
 void expectPoints(const Meeting& m, std::vector<Point3> expected, double tolerance)
 {
@@ -189,12 +180,9 @@ std::vector<Point3> mapped(std::vector<Point3> points, const VcGeMatrix3d& m)
     return points;
 }
 
-Extend turned(Extend e)
-{
-    return e == Extend::First ? Extend::Second : e == Extend::Second ? Extend::First : e;
-}
+Extend turned(Extend e) { return e == Extend::First ? Extend::Second : e == Extend::Second ? Extend::First : e; }
 
-} // namespace
+}  // namespace
 
 TEST_P(KnownMeeting, IsFound)
 {
@@ -229,7 +217,7 @@ TEST_P(KnownMeeting, MovesWithTheDrawing)
         const bool far = m.translation().length() > 1e4;
         const double tolerance = (far ? 2e-5 : 10 * c.slack) * m.scale();
         if (far && c.slack > 1e-9)
-            continue; // closer than such coordinates tell
+            continue;  // closer than such coordinates tell
         expectPoints(intersect(transformed(c.a, m), transformed(c.b, m), c.extend), mapped(c.points, m), tolerance);
     }
 }
@@ -290,13 +278,12 @@ std::vector<Point3> chordCrossings(const std::vector<Point3>& a, const std::vect
     return found;
 }
 
-class EveryPair : public ::testing::TestWithParam<std::tuple<NamedCurve, NamedCurve>>
-{
+class EveryPair : public ::testing::TestWithParam<std::tuple<NamedCurve, NamedCurve>> {
 protected:
     const Curve a = std::get<0>(GetParam()).curve, b = std::get<1>(GetParam()).curve;
 };
 
-} // namespace
+}  // namespace
 
 TEST_P(EveryPair, PointsLieOnBothAndNoneIsMissing)
 {
@@ -350,11 +337,10 @@ INSTANTIATE_TEST_SUITE_P(Geom, EveryPair, ::testing::ValuesIn(differentPairs()),
 
 namespace {
 
-struct OverlapCase
-{
+struct OverlapCase {
     const char* name;
     Curve a, b;
-    double shared; // length in common
+    double shared;  // length in common
     size_t points = 0;
 };
 
@@ -383,14 +369,9 @@ const std::vector<OverlapCase> kOverlaps{
      Polyline3{{{2, 0, 0}, {4, 0, 0}, {4, 2, 0}, {2, 2, 0}}, true}, 2},
 };
 
-void PrintTo(const OverlapCase& c, std::ostream* os)
-{
-    *os << c.name;
-}
+void PrintTo(const OverlapCase& c, std::ostream* os) { *os << c.name; }
 
-class KnownOverlap : public ::testing::TestWithParam<OverlapCase>
-{
-};
+class KnownOverlap : public ::testing::TestWithParam<OverlapCase> {};
 
 double sharedLength(const Meeting& m, const Curve& a)
 {
@@ -400,7 +381,7 @@ double sharedLength(const Meeting& m, const Curve& a)
     return sum;
 }
 
-} // namespace
+}  // namespace
 
 TEST_P(KnownOverlap, IsFoundEitherWay)
 {

@@ -36,10 +36,8 @@ struct Form {
 };
 
 const Form kForms[] = {
-    {"Text106", [](const Body& b) { return b.text(106); }},
-    {"Text400", [](const Body& b) { return b.text(400); }},
-    {"Text21800", [](const Body& b) { return b.text(21800); }},
-    {"Binary4", [](const Body& b) { return b.binary(4); }},
+    {"Text106", [](const Body& b) { return b.text(106); }},     {"Text400", [](const Body& b) { return b.text(400); }},
+    {"Text21800", [](const Body& b) { return b.text(21800); }}, {"Binary4", [](const Body& b) { return b.binary(4); }},
     {"Binary8", [](const Body& b) { return b.binary(8); }},
 };
 
@@ -73,7 +71,8 @@ TEST_P(InEveryForm, MovedDataIsReadAsTheMovedBody)
     ASSERT_TRUE(mirrored);
     EXPECT_EQ(ModelRecords(*mirrored).size(), ModelRecords(*once).size());
     expectBox(boxOf(shapeOf(*mirrored).edges), {-10, -26, -40}, {-2, -20, -30});
-    const auto back = transformedModel(ModelRecords(*mirrored), turn.inverse() * VcGeMatrix3d::mirroring(VcGePoint3d(0, 0, 0)));
+    const auto back =
+        transformedModel(ModelRecords(*mirrored), turn.inverse() * VcGeMatrix3d::mirroring(VcGePoint3d(0, 0, 0)));
     ASSERT_TRUE(back);
     expectBox(boxOf(shapeOf(*back).edges), {0, 0, 0}, {3, 4, 5});
 }
@@ -87,7 +86,8 @@ TEST_P(InEveryForm, SplinesAreReadInBothDirections)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Model, InEveryForm, testing::ValuesIn(kForms), [](const auto& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(Model, InEveryForm, testing::ValuesIn(kForms),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 TEST(ModelRecordsTest, CountsTheRecordThatMovingAdds)
 {
@@ -265,11 +265,21 @@ std::string broken(std::string data, std::mt19937& random)
     const auto below = [&](std::size_t n) { return std::size_t(random() % std::max<std::size_t>(n, 1)); };
     for (std::size_t times = 1 + below(6); times > 0 && !data.empty(); --times)
         switch (below(5)) {
-        case 0: data.resize(below(data.size())); break;
-        case 1: data.erase(below(data.size()), below(20)); break;
-        case 2: data.insert(below(data.size()), data.substr(below(data.size()), below(60))); break;
-        case 3: data[below(data.size())] = "{}#$@-9e. \n\x0c\x0d\x0f\x10\x11\xff"[below(17)]; break;
-        default: data[below(data.size())] = char(random()); break;
+        case 0:
+            data.resize(below(data.size()));
+            break;
+        case 1:
+            data.erase(below(data.size()), below(20));
+            break;
+        case 2:
+            data.insert(below(data.size()), data.substr(below(data.size()), below(60)));
+            break;
+        case 3:
+            data[below(data.size())] = "{}#$@-9e. \n\x0c\x0d\x0f\x10\x11\xff"[below(17)];
+            break;
+        default:
+            data[below(data.size())] = char(random());
+            break;
         }
     return data;
 }
@@ -279,7 +289,8 @@ TEST(ModelBroken, NoDataDoesHarm)
     std::mt19937 random(20);
     const Body bodies[] = {box(3, 4, 5), cylinder(2, 7), sphere("0 0 0 5"), halfDisc(), splineFace()};
     for (int round = 0; round < 4000; ++round) {
-        const std::string data = broken(kForms[random() % std::size(kForms)].write(bodies[random() % std::size(bodies)]), random);
+        const std::string data =
+            broken(kForms[random() % std::size(kForms)].write(bodies[random() % std::size(bodies)]), random);
         const ModelRecords records(data);
         const ModelShape shape = readModelShape(records);
         EXPECT_LE(shape.edges.size(), data.size());
@@ -296,8 +307,12 @@ TEST(ModelBroken, NoDataDoesHarm)
 // Ends that are not where the data says, counts and lengths that promise more than there is.
 TEST(ModelBroken, StatedSizesAreNotTrusted)
 {
-    const char* texts[] = {"400", "400 9 1 0\n\n\nbody", "700 1 1 0\n\n\nbody $-1 -1 $-1 @999999999 x #", "400 1 1 0\n\n\nbody $99999999999999 #",
-                           "400 1 1 0\n\n\nbody $-1 $0 $0 $0 #", "106 1 1 0\ntransform $-1 #"};
+    const char* texts[] = {"400",
+                           "400 9 1 0\n\n\nbody",
+                           "700 1 1 0\n\n\nbody $-1 -1 $-1 @999999999 x #",
+                           "400 1 1 0\n\n\nbody $99999999999999 #",
+                           "400 1 1 0\n\n\nbody $-1 $0 $0 $0 #",
+                           "106 1 1 0\ntransform $-1 #"};
     for (const char* text : texts)
         EXPECT_TRUE(shapeOf(text).isEmpty()) << text;
     const ModelShape deep = shapeOf(splineFace("forward", "{ exactcur nubs 3 open 2000000000 0 3 }").text());

@@ -35,30 +35,23 @@ Polyline roundedSquare()
     return p;
 }
 
-Polyline circleOfTwoArcs()
-{
-    return {{{{-2, 0}, 1}, {{2, 0}, 1}}, true};
-}
+Polyline circleOfTwoArcs() { return {{{{-2, 0}, 1}, {{2, 0}, 1}}, true}; }
 
 // Two chambers joined by a passage one wide.
 const Polyline kDumbbell = outline(
     {{0, 0}, {6, 0}, {6, 2.5}, {10, 2.5}, {10, 0}, {16, 0}, {16, 6}, {10, 6}, {10, 3.5}, {6, 3.5}, {6, 6}, {0, 6}});
 const Polyline kHook = outline({{0, 0}, {10, 0}, {10, 4}, {3, 4}}, false);
 
-struct Known
-{
+struct Known {
     const char* name;
     Curve curve;
     double distance;
     GapFill gap;
     size_t parts;
-    double area; // of all parts
+    double area;  // of all parts
 };
 
-void PrintTo(const Known& k, std::ostream* os)
-{
-    *os << k.name;
-}
+void PrintTo(const Known& k, std::ostream* os) { *os << k.name; }
 
 const std::vector<Known> kKnown{
     {"SquareOut", kSquare, 1, GapFill::Extend, 1, 144},
@@ -89,9 +82,7 @@ const std::vector<Known> kKnown{
     {"EllipseGone", Ellipse{{0, 0, 0}, {5, 0, 0}, 0.6}, -3.1, GapFill::Extend, 0, 0},
 };
 
-class KnownOffset : public ::testing::TestWithParam<Known>
-{
-};
+class KnownOffset : public ::testing::TestWithParam<Known> {};
 
 double areaOf(const OffsetResult& r)
 {
@@ -101,7 +92,7 @@ double areaOf(const OffsetResult& r)
     return sum;
 }
 
-} // namespace
+}  // namespace
 
 TEST_P(KnownOffset, HasItsArea)
 {
@@ -134,17 +125,13 @@ INSTANTIATE_TEST_SUITE_P(Geom, KnownOffset, ::testing::ValuesIn(kKnown),
 
 namespace {
 
-struct Subject
-{
+struct Subject {
     const char* name;
     Curve curve;
     std::vector<double> distances;
 };
 
-void PrintTo(const Subject& s, std::ostream* os)
-{
-    *os << s.name;
-}
+void PrintTo(const Subject& s, std::ostream* os) { *os << s.name; }
 
 // A ring of random spokes, some sides bulging: narrow necks, tight bends, sharp tips.
 Polyline randomOutline(unsigned seed)
@@ -186,8 +173,7 @@ const std::vector<Subject> kSubjects{
     {"CornerSpline", *toNurbs(Polyline{{{{0, 0}, 0.5}, {{4, 0}, 0}, {{6, 3}, 0}, {{2, 5}, 0}}}), {0.3, -0.3}},
 };
 
-class EveryOffset : public ::testing::TestWithParam<Subject>
-{
+class EveryOffset : public ::testing::TestWithParam<Subject> {
 protected:
     const Curve curve = GetParam().curve;
     const double size = extents(curve).diagonal();
@@ -201,7 +187,7 @@ double distanceToAny(const std::vector<Curve>& curves, const Point3& p)
     return best;
 }
 
-} // namespace
+}  // namespace
 
 TEST_P(EveryOffset, KeepsItsDistance)
 {

@@ -24,7 +24,8 @@ TEST_P(Open, KeepsWhatItWas)
     const Curve& c = GetParam().curve;
     const Interval r = paramRange(c);
     const double by = 0.11 * (r.to - r.from) / std::max(1.0, r.to - r.from);
-    for (const auto& [from, to] : {std::pair(r.from - by, r.to), std::pair(r.from, r.to + by), std::pair(r.from - by, r.to + 2 * by)}) {
+    for (const auto& [from, to] :
+         {std::pair(r.from - by, r.to), std::pair(r.from, r.to + by), std::pair(r.from - by, r.to + 2 * by)}) {
         const auto longer = betweenEnds(c, from, to);
         ASSERT_TRUE(longer);
         expectNear(*startPoint(*longer), pointAt(c, from), 1e-9);
@@ -81,4 +82,4 @@ TEST(Prolong, NothingIsLeftBetweenTheSameEnds)
     EXPECT_FALSE(betweenEnds(Segment{{0, 0, 0}, {1, 0, 0}}, 2, 1));
 }
 
-} // namespace
+}  // namespace

@@ -9,7 +9,7 @@ using namespace vk::geom::testing;
 
 namespace {
 
-constexpr double kShare = 1e-9; // of the drawing's size: how far results may be off
+constexpr double kShare = 1e-9;  // of the drawing's size: how far results may be off
 
 bool isEndless(const Curve& curve)
 {
@@ -17,8 +17,7 @@ bool isEndless(const Curve& curve)
 }
 
 // Rounds are spread over a few tests so that each has its own random numbers and its own name.
-class AnyCurve : public ::testing::TestWithParam<int>
-{
+class AnyCurve : public ::testing::TestWithParam<int> {
 protected:
     static constexpr unsigned kRounds = 60;
 
@@ -152,7 +151,8 @@ Curve related(AnyFigure& f, const Curve& c)
     const double t = f.chance(0.3) ? r.from : f.chance(0.3) ? r.to : f.number(r.from, r.to);
     const Derivatives d = derivativesAt(c, t);
     const auto plane = planeOf(c);
-    const Vector3 normal = plane ? plane->normal() : f.normal(), along = d.first.normal(), aside = along.crossProduct(normal);
+    const Vector3 normal = plane ? plane->normal() : f.normal(), along = d.first.normal(),
+                  aside = along.crossProduct(normal);
     switch (f.whole(0, 6)) {
     case 0:
         return Segment{d.point, d.point + aside * f.number(-1, 1) * f.size()};
@@ -175,8 +175,7 @@ Curve related(AnyFigure& f, const Curve& c)
     }
 }
 
-class AnyPair : public ::testing::TestWithParam<int>
-{
+class AnyPair : public ::testing::TestWithParam<int> {
 protected:
     static constexpr unsigned kRounds = 150;
 
@@ -200,10 +199,7 @@ bool isOneOf(const Point3& p, const std::vector<Point3>& places, double toleranc
     return std::any_of(places.begin(), places.end(), [&](const Point3& q) { return q.distanceTo(p) <= tolerance; });
 }
 
-Extend turned(int extend)
-{
-    return Extend((extend >> 1 & 1) | (extend << 1 & 2));
-}
+Extend turned(int extend) { return Extend((extend >> 1 & 1) | (extend << 1 & 2)); }
 
 bool beyondItsEnds(const Curve& c, double t)
 {
@@ -314,7 +310,8 @@ TEST_P(AnyPair, MeetsInTheImagesWhereTheyMeet)
             const auto images = contactPoints(intersect(imageA, imageB));
             const double reach = 1e-8 * std::max({size, extentOf(imageA), extentOf(imageB)});
             for (const Crossing& c : meeting.points) {
-                const Vector3 u = derivativesAt(a, c.first).first.normal(), v = derivativesAt(b, c.second).first.normal();
+                const Vector3 u = derivativesAt(a, c.first).first.normal(),
+                              v = derivativesAt(b, c.second).first.normal();
                 if (u.crossProduct(v).length() > 0.05) {
                     EXPECT_TRUE(isOneOf(map * c.point, images, reach));
                 }
@@ -333,9 +330,7 @@ double totalLength(const std::vector<Curve>& curves)
     return sum;
 }
 
-class AnyOffset : public ::testing::TestWithParam<int>
-{
-};
+class AnyOffset : public ::testing::TestWithParam<int> {};
 
 // Rounded corners keep the distance exactly, and what is offset backwards to the other side is the same.
 TEST_P(AnyOffset, KeepsItsDistanceEitherWay)
@@ -347,7 +342,8 @@ TEST_P(AnyOffset, KeepsItsDistanceEitherWay)
         f.setFlat();
         const Polyline p = f.polyline();
         const double away = f.number(0.005, 0.6) * f.size(), side = f.chance(0.5) ? 1 : -1;
-        const OffsetResult result = offset(p, side * away, GapFill::Fillet), back = offset(reversed(p), -side * away, GapFill::Fillet);
+        const OffsetResult result = offset(p, side * away, GapFill::Fillet),
+                           back = offset(reversed(p), -side * away, GapFill::Fillet);
         EXPECT_EQ(result.curves.empty(), result.failure != OffsetFailure::None);
         EXPECT_EQ(result.curves.size(), back.curves.size());
         const double size = extentOf(p) + away;
@@ -374,7 +370,8 @@ TEST(GeomFound, ArcsThatAreAllButStraightAreOffsetAsTheirChords)
                     v.bulge = 0;
                 const OffsetResult straight = offset(p, away, gap);
                 ASSERT_EQ(result.curves.size(), straight.curves.size()) << bulge;
-                EXPECT_NEAR(totalLength(result.curves), totalLength(straight.curves), 1e-6 + 1000 * std::fabs(bulge)) << bulge;
+                EXPECT_NEAR(totalLength(result.curves), totalLength(straight.curves), 1e-6 + 1000 * std::fabs(bulge))
+                    << bulge;
             }
 }
 
@@ -414,7 +411,7 @@ TEST(GeomFound, AWideArcThatIsAllButStraightHasABox)
 TEST(GeomFound, AnUnevenlyWeightedSplineHasItsArea)
 {
     const Nurbs n{2, {{1, 0, 0}, {1, 1, 0}, {0, 1, 0}}, {0, 0, 0, 1, 1, 1}, {1, std::sqrt(0.5), 1}};
-    Nurbs heavy = n; // the same quarter circle, run through at a very uneven pace
+    Nurbs heavy = n;  // the same quarter circle, run through at a very uneven pace
     heavy.weights = {1, std::sqrt(0.5) * 30, 900};
     EXPECT_NEAR(area(n), kPi / 4 - 0.5, 1e-13);
     EXPECT_NEAR(area(heavy), kPi / 4 - 0.5, 1e-13);
@@ -424,13 +421,15 @@ TEST(GeomFound, AnUnevenlyWeightedSplineHasItsArea)
 TEST(GeomFound, ACrossingNearTheStartOfAHeavySplineIsNotLost)
 {
     const Polyline3 line{{{200, -400, 0}, {-200, -800, 0}, {-1000, 600, 0}, {800, -600, 0}}};
-    const Nurbs spline{5,
-                       {{0, -1000, 0}, {0, 0, 0}, {-800, 0, 0}, {0, -800, 0}, {200, -600, 0}, {200, 1000, 0}, {600, -800, 0}},
-                       {0, 0, 0, 0, 0, 0, 1, 2, 2, 2, 2, 2, 2},
-                       {0.30556860453684254, 1.8081262760777408, 2.4839109611115275, 7.1792946447200459, 0.28602852307309296,
-                        0.58094759627123327, 3.7451192028384064}};
+    const Nurbs spline{
+        5,
+        {{0, -1000, 0}, {0, 0, 0}, {-800, 0, 0}, {0, -800, 0}, {200, -600, 0}, {200, 1000, 0}, {600, -800, 0}},
+        {0, 0, 0, 0, 0, 0, 1, 2, 2, 2, 2, 2, 2},
+        {0.30556860453684254, 1.8081262760777408, 2.4839109611115275, 7.1792946447200459, 0.28602852307309296,
+         0.58094759627123327, 3.7451192028384064}};
     const VcGeMatrix3d map = VcGeMatrix3d::scaling(VcGeScale3d(2, 0.7, 1.3));
-    EXPECT_EQ(intersect(line, spline).points.size(), intersect(transformed(line, map), transformed(spline, map)).points.size());
+    EXPECT_EQ(intersect(line, spline).points.size(),
+              intersect(transformed(line, map), transformed(spline, map)).points.size());
 }
 
 // Both ends of what whole circles share are counted in the same round.
@@ -456,7 +455,8 @@ TEST(GeomFound, ArcsAtTheEndsOfAPolylineGoOnAwayFromIt)
 TEST(GeomFound, PiecesOfOneLineThatGoOnRunTogether)
 {
     const Segment whole{{-419358.68935979705, 182296.69703080162, 0}, {-419357.28935979708, 182297.89703080160, 0}};
-    const Segment part = std::get<Segment>(*subCurve(Segment{whole.start, whole.start + (whole.end - whole.start) * 30}, 0.7, 0.9));
+    const Segment part =
+        std::get<Segment>(*subCurve(Segment{whole.start, whole.start + (whole.end - whole.start) * 30}, 0.7, 0.9));
     for (Extend extend : {Extend::First, Extend::Second, Extend::Both})
         EXPECT_EQ(intersect(whole, part, extend).overlaps.size(), 1u);
 }
@@ -469,4 +469,4 @@ TEST(GeomFound, LinesAtASlightAngleCross)
     EXPECT_NEAR(met.points[0].point.x, 100, 1e-4);
 }
 
-} // namespace
+}  // namespace

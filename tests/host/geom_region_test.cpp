@@ -6,30 +6,18 @@ using namespace vk::geom::testing;
 
 namespace {
 
-enum Take
-{
-    Outside,
-    Crosses,
-    Inside
-};
+enum Take { Outside, Crosses, Inside };
 
-struct Case
-{
+struct Case {
     const char* name;
     Curve curve;
-    Take window;  // 0,0 to 10,10
-    Take polygon; // an L: the window without its upper right quarter
+    Take window;   // 0,0 to 10,10
+    Take polygon;  // an L: the window without its upper right quarter
 };
 
-void PrintTo(const Case& c, std::ostream* os)
-{
-    *os << c.name;
-}
+void PrintTo(const Case& c, std::ostream* os) { *os << c.name; }
 
-Segment seg(double x1, double y1, double x2, double y2)
-{
-    return {{x1, y1, 0}, {x2, y2, 0}};
-}
+Segment seg(double x1, double y1, double x2, double y2) { return {{x1, y1, 0}, {x2, y2, 0}}; }
 
 const std::vector<Case> kCases{
     {"Within", seg(1, 1, 4, 4), Inside, Inside},
@@ -74,11 +62,9 @@ Take taken(const Region& region, const Curve& curve)
     return region.touches(curve) ? Crosses : Outside;
 }
 
-class KnownRegion : public ::testing::TestWithParam<Case>
-{
-};
+class KnownRegion : public ::testing::TestWithParam<Case> {};
 
-} // namespace
+}  // namespace
 
 TEST_P(KnownRegion, TakesWhatItShould)
 {

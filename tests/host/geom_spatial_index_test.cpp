@@ -12,8 +12,7 @@ using Id = SpatialIndex::Id;
 
 namespace {
 
-class GeomSpatialIndex : public ::testing::Test
-{
+class GeomSpatialIndex : public ::testing::Test {
 protected:
     std::mt19937 random{7};
     std::map<Id, Box3d> boxes;
@@ -90,7 +89,7 @@ protected:
     }
 };
 
-} // namespace
+}  // namespace
 
 TEST_F(GeomSpatialIndex, FollowsChanges)
 {
@@ -188,7 +187,8 @@ TEST_F(GeomSpatialIndex, FindsWhatLiesBelow)
             ids.push_back(id);
         const auto isPassed = [&](Box3d b) {
             if (p.x == q.x)
-                return b.min.x <= p.x && p.x <= b.max.x && b.min.y <= std::max(p.y, q.y) && std::min(p.y, q.y) <= b.max.y;
+                return b.min.x <= p.x && p.x <= b.max.x && b.min.y <= std::max(p.y, q.y) &&
+                       std::min(p.y, q.y) <= b.max.y;
             b.min.z = p.z - 1;
             b.max.z = p.z + 1;
             return meets(b, p, VcGeVector3d(q.x - p.x, q.y - p.y, 0), 1);

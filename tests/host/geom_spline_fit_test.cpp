@@ -70,4 +70,4 @@ TEST(SplineFit, OddInput)
     EXPECT_LE(distanceTo(*far, {1e9 + 1, 1, 0}), 1e-5);
 }
 
-} // namespace
+}  // namespace

@@ -13,16 +13,12 @@ namespace vk::geom::testing {
 
 inline constexpr double kPi = std::numbers::pi;
 
-struct NamedCurve
-{
+struct NamedCurve {
     std::string name;
     Curve curve;
 };
 
-inline void PrintTo(const NamedCurve& c, std::ostream* os)
-{
-    *os << c.name;
-}
+inline void PrintTo(const NamedCurve& c, std::ostream* os) { *os << c.name; }
 
 inline Nurbs wave()
 {
@@ -92,10 +88,7 @@ inline VcGeMatrix3d similarity()
            VcGeMatrix3d::scaling(1.7);
 }
 
-inline VcGeMatrix3d mirror()
-{
-    return VcGeMatrix3d::mirroring(VcGePlane({1, 0, 2}, VcGeVector3d(1, 0.5, 0)));
-}
+inline VcGeMatrix3d mirror() { return VcGeMatrix3d::mirroring(VcGePlane({1, 0, 2}, VcGeVector3d(1, 0.5, 0))); }
 
 inline VcGeMatrix3d uneven()
 {
@@ -126,9 +119,6 @@ inline void expectNear(const Point3& a, const Point3& b, double tolerance)
         << a.x << ',' << a.y << ',' << a.z << " and " << b.x << ',' << b.y << ',' << b.z;
 }
 
-inline std::string nameOf(const ::testing::TestParamInfo<NamedCurve>& info)
-{
-    return info.param.name;
-}
+inline std::string nameOf(const ::testing::TestParamInfo<NamedCurve>& info) { return info.param.name; }
 
-} // namespace vk::geom::testing
+}  // namespace vk::geom::testing

@@ -18,8 +18,7 @@ using namespace vk::geom::testing;
 namespace {
 
 // Figures of a plane, of a size and at a place that a test chooses.
-class Figures
-{
+class Figures {
 public:
     Figures(unsigned seed, double size, const Point3& at) : m_random(seed), m_size(size), m_at(at) {}
 
@@ -38,7 +37,8 @@ public:
         }
         case 3: {
             const double start = number(0, kTwoPi), turn = number(0, kTwoPi);
-            return Ellipse{point(), Vector3(std::cos(turn), std::sin(turn), 0) * number(0.3, 1) * m_size, number(0.1, 1), start, start + number(0.3, 6)};
+            return Ellipse{point(), Vector3(std::cos(turn), std::sin(turn), 0) * number(0.3, 1) * m_size,
+                           number(0.1, 1), start, start + number(0.3, 6)};
         }
         case 4:
             return polyline();
@@ -62,17 +62,16 @@ private:
     Point3 m_at;
 };
 
-struct Scale
-{
+struct Scale {
     const char* name;
     double size;
     Point3 at;
 };
 
-const Scale kScales[] = {{"Plain", 10, {0, 0, 0}}, {"Huge", 1e9, {0, 0, 0}}, {"Tiny", 1e-9, {0, 0, 0}}, {"FarAway", 10, {1e6, -2e6, 5}}};
+const Scale kScales[] = {
+    {"Plain", 10, {0, 0, 0}}, {"Huge", 1e9, {0, 0, 0}}, {"Tiny", 1e-9, {0, 0, 0}}, {"FarAway", 10, {1e6, -2e6, 5}}};
 
-class RandomFigures : public ::testing::TestWithParam<Scale>
-{
+class RandomFigures : public ::testing::TestWithParam<Scale> {
 protected:
     static constexpr int kRounds = 600;
     Figures figures(unsigned seed) const { return Figures(seed, GetParam().size, GetParam().at); }
@@ -112,7 +111,8 @@ TEST_P(RandomFigures, WhatIsTrimmedEndsOnTheCutter)
                 EXPECT_TRUE(isOneOf(p, ends, tolerance) || distanceTo(edge, p) <= tolerance) << "round " << i;
             for (const double t : evenly(paramRange(part), 7))
                 EXPECT_LE(distanceTo(target, pointAt(part, t)), tolerance) << "round " << i;
-            EXPECT_GT(std::fabs(closestPoint(part, pointAt(target, at))->distance), 0) << "the part that was shown is gone, round " << i;
+            EXPECT_GT(std::fabs(closestPoint(part, pointAt(target, at))->distance), 0)
+                << "the part that was shown is gone, round " << i;
         }
         EXPECT_LT(rest, length(target) * (1 + 1e-9));
     }
@@ -129,7 +129,8 @@ TEST_P(RandomFigures, WhatIsExtendedEndsOnTheEdge)
         std::vector<double> places;
         for (const Crossing& c : intersect(target, edge, Extend::First).points)
             places.push_back(c.first);
-        const Trimmed result = extendedTowards(target, places, f.number(0, 1) < 0.5 ? r.from : r.to, 4 * meetingTolerance(target, target));
+        const Trimmed result =
+            extendedTowards(target, places, f.number(0, 1) < 0.5 ? r.from : r.to, 4 * meetingTolerance(target, target));
         if (result.failure != TrimFailure::None)
             continue;
         ++extended;
@@ -139,7 +140,8 @@ TEST_P(RandomFigures, WhatIsExtendedEndsOnTheEdge)
         const bool moved = startPoint(longer)->distanceTo(*startPoint(target)) > tolerance;
         // A whole circle has come round to its own start.
         if (!isClosed(longer)) {
-            EXPECT_LE(distanceTo(edge, moved ? *startPoint(longer) : *endPoint(longer)), 100 * tolerance) << "round " << i;
+            EXPECT_LE(distanceTo(edge, moved ? *startPoint(longer) : *endPoint(longer)), 100 * tolerance)
+                << "round " << i;
         }
     }
     EXPECT_GT(extended, kRounds / 10);
@@ -162,7 +164,8 @@ TEST_P(RandomFigures, MeetingsMoveWithTheFigures)
 {
     Figures f = figures(4);
     const VcGeMatrix3d maps[] = {VcGeMatrix3d::mirroring(VcGePlane(GetParam().at, Vector3(1, 0.5, 0))),
-                                 VcGeMatrix3d::rotation(0.7, Vector3::zAxis(), GetParam().at), VcGeMatrix3d::rotation(1.1, Vector3(1, 2, 3), GetParam().at)};
+                                 VcGeMatrix3d::rotation(0.7, Vector3::zAxis(), GetParam().at),
+                                 VcGeMatrix3d::rotation(1.1, Vector3(1, 2, 3), GetParam().at)};
     for (int i = 0; i < kRounds / 2; ++i) {
         const Curve a = f.curve(), b = f.curve();
         std::vector<Point3> before;
@@ -210,7 +213,8 @@ TEST_P(RandomFigures, RoundedCornersTouchBothSides)
         EXPECT_NEAR(std::get<Arc>(arc).radius, radius, tolerance);
         for (const auto& side : {result.corner.first, result.corner.second}) {
             const Point3 s = *startPoint(arc), e = *endPoint(arc);
-            const bool meets = isOneOf(*startPoint(*side), {s, e}, tolerance) || isOneOf(*endPoint(*side), {s, e}, tolerance);
+            const bool meets =
+                isOneOf(*startPoint(*side), {s, e}, tolerance) || isOneOf(*endPoint(*side), {s, e}, tolerance);
             EXPECT_TRUE(meets) << "round " << i;
         }
     }
@@ -235,12 +239,12 @@ TEST_P(RandomFigures, PartsThatAreJoinedMakeTheWhole)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Scales, RandomFigures, ::testing::ValuesIn(kScales), [](const auto& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(Scales, RandomFigures, ::testing::ValuesIn(kScales),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 // Cases with edges
 
-struct TrimCase
-{
+struct TrimCase {
     const char* name;
     Curve target;
     std::vector<double> cuts;
@@ -298,7 +302,8 @@ TEST(Apparent, PointsLieOnTheFirstCurve)
     Figures f(8, 10, {0, 0, 0});
     int found = 0;
     for (int i = 0; i < 300; ++i) {
-        const VcGeMatrix3d tilt = VcGeMatrix3d::rotation(f.number(-1, 1), Vector3(f.number(-1, 1), f.number(-1, 1), f.number(-1, 1)));
+        const VcGeMatrix3d tilt =
+            VcGeMatrix3d::rotation(f.number(-1, 1), Vector3(f.number(-1, 1), f.number(-1, 1), f.number(-1, 1)));
         const Curve a = transformed(f.curve(), tilt), b = f.curve();
         for (const Crossing& c : apparentCrossings(a, b, Vector3::zAxis())) {
             ++found;
@@ -310,4 +315,4 @@ TEST(Apparent, PointsLieOnTheFirstCurve)
     EXPECT_GT(found, 100);
 }
 
-} // namespace
+}  // namespace

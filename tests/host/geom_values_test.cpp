@@ -28,7 +28,7 @@ VcGeMatrix3d skewed()
            VcGeMatrix3d::scaling(VcGeScale3d(2, -3, 0.5), {1, 1, 1});
 }
 
-} // namespace
+}  // namespace
 
 TEST(GeomValues, ArbitraryAxisSwitchesAtOneSixtyFourth)
 {

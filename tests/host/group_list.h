@@ -16,5 +16,8 @@ public:
     std::string list;
 
 private:
-    void add(int code, const std::string& value) { list += fmt::format("{}{} {}", list.empty() ? "" : " | ", code, value); }
+    void add(int code, const std::string& value)
+    {
+        list += fmt::format("{}{} {}", list.empty() ? "" : " | ", code, value);
+    }
 };

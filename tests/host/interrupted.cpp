@@ -20,7 +20,8 @@ protected:
     {
         Drawing::SetUp();
         ed().setTranscriptSink([](std::string_view) {});
-        vk::edit::CommandTable::instance().add({.group = "INTERRUPTED", .name = "COUNTROUNDS", .localName = "COUNTROUNDS", .handler = countRounds});
+        vk::edit::CommandTable::instance().add(
+            {.group = "INTERRUPTED", .name = "COUNTROUNDS", .localName = "COUNTROUNDS", .handler = countRounds});
     }
     void TearDown() override
     {

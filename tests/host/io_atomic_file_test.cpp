@@ -31,7 +31,10 @@ protected:
         text << std::ifstream(path).rdbuf();
         return text.str();
     }
-    std::size_t filesThere() const { return static_cast<std::size_t>(std::distance(fs::directory_iterator(m_folder), {})); }
+    std::size_t filesThere() const
+    {
+        return static_cast<std::size_t>(std::distance(fs::directory_iterator(m_folder), {}));
+    }
     static bool save(const std::string& path, std::string_view text, bool keepBackup = true)
     {
         AtomicFile file(path);

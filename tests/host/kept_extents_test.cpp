@@ -32,7 +32,10 @@ protected:
         entity.getGeomExtents(extents);
         return extents;
     }
-    static bool same(const VcDbExtents& a, const VcDbExtents& b) { return a.minPoint() == b.minPoint() && a.maxPoint() == b.maxPoint(); }
+    static bool same(const VcDbExtents& a, const VcDbExtents& b)
+    {
+        return a.minPoint() == b.minPoint() && a.maxPoint() == b.maxPoint();
+    }
 
     // The extents change, and come back with the undo.
     void expectFollows(const VcDbEntity& entity, const std::function<void()>& change)
@@ -71,7 +74,9 @@ TEST_F(KeptExtents, OfAReferenceFollowItsMembersAndAttributes)
 TEST_F(KeptExtents, OfANestedReferenceFollowTheInnermostMember)
 {
     expectFollows(*outer, [&] { member->setStartPoint({-40, 0, 0}); });
-    expectFollows(*outer, [&] { add(new VcDbBlockReference({0, 70, 0}, block("B").objectId()), "0", &block("OUTER")); });
+    expectFollows(*outer, [&] {
+        add(new VcDbBlockReference({0, 70, 0}, block("B").objectId()), "0", &block("OUTER"));
+    });
 }
 
 }

@@ -39,10 +39,11 @@ RbPtr circle()
 
 TEST(LispGroups, ReadAsAnAssociationList)
 {
-    EXPECT_EQ(print(groupsToList(circle().get())),
-              "((-1 . <Entity name: 1f>) (0 . \"CIRCLE\") (5 . \"2F\") (330 . <Entity name: 1f>) (100 . \"AcDbCircle\") "
-              "(10 1.0 2.5 0.0) (40 . 3.0) (62 . 1) (290 . 1) (310 . \"00AF\") "
-              "(-3 (\"APP\" (1000 . \"x\u00e9\") (1010 1.0 2.0 3.0) (1070 . -4) (1071 . 100000)) (\"OTHER\")))");
+    EXPECT_EQ(
+        print(groupsToList(circle().get())),
+        "((-1 . <Entity name: 1f>) (0 . \"CIRCLE\") (5 . \"2F\") (330 . <Entity name: 1f>) (100 . \"AcDbCircle\") "
+        "(10 1.0 2.5 0.0) (40 . 3.0) (62 . 1) (290 . 1) (310 . \"00AF\") "
+        "(-3 (\"APP\" (1000 . \"x\u00e9\") (1010 1.0 2.0 3.0) (1070 . -4) (1071 . 100000)) (\"OTHER\")))");
     EXPECT_EQ(print(groupsToList(nullptr)), "nil");
 }
 
@@ -68,8 +69,8 @@ struct FlatCase {
 TEST(LispGroups, PointsHaveTwoCoordinatesWhereTheDrawingKeepsTwo)
 {
     const FlatCase cases[] = {
-        {"AcDbPolyline", 0, "(10 1.0 2.0)"},   {"AcDbLine", 0, "(10 1.0 2.0 0.0)"},
-        {"AcDbHatch", 0, "(10 1.0 2.0 0.0)"},  {"AcDbHatch", 91, "(10 1.0 2.0)"},
+        {"AcDbPolyline", 0, "(10 1.0 2.0)"},        {"AcDbLine", 0, "(10 1.0 2.0 0.0)"},
+        {"AcDbHatch", 0, "(10 1.0 2.0 0.0)"},       {"AcDbHatch", 91, "(10 1.0 2.0)"},
         {"AcDbViewTableRecord", 0, "(10 1.0 2.0)"},
     };
     for (const FlatCase& example : cases) {

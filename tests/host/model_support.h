@@ -27,7 +27,8 @@ struct Body {
         if (version >= 200)
             out += "7 drafter 8 modeller 3 now\n1 9.9999999999999995e-07 1e-10\n";
         for (const auto& [type, values] : records)
-            out += type + (version >= 700 ? (type == "transform" ? " $-1 -1 " : " $-1 -1 $-1 ") : " $-1 ") + values + " #\n";
+            out += type + (version >= 700 ? (type == "transform" ? " $-1 -1 " : " $-1 -1 $-1 ") : " $-1 ") + values +
+                   " #\n";
         return out + "End-of-ACIS-data\n";
     }
     std::string binary(int word = 4) const;
@@ -94,7 +95,14 @@ inline std::string Body::binary(int word) const
             putToken(out, token, word);
         out += '\x11';
     }
-    return out + "\x0e\x03" "End" "\x0e\x02" "of" "\x0e\x03" "ASM" "\x0d\x04" "data";
+    return out + "\x0e\x03"
+                 "End"
+                 "\x0e\x02"
+                 "of"
+                 "\x0e\x03"
+                 "ASM"
+                 "\x0d\x04"
+                 "data";
 }
 
 inline std::string ref(int number) { return "$" + std::to_string(number) + " "; }
@@ -154,7 +162,8 @@ inline Body cone(double radius, double height)
     const double side = std::hypot(radius, height);
     Body b = shellBody();
     b.add("face", "$-1 $5 $2 $-1 $4 forward single");
-    b.add("cone-surface", "0 0 0 0 0 1 " + r + " 0 0 1 I I " + std::to_string(-radius / side) + " " + std::to_string(height / side) + " forward I I I I");
+    b.add("cone-surface", "0 0 0 0 0 1 " + r + " 0 0 1 I I " + std::to_string(-radius / side) + " " +
+                              std::to_string(height / side) + " forward I I I I");
     b.add("loop", "$-1 $6 $3");
     b.add("coedge", "$6 $6 $-1 $7 forward $5 $-1");
     b.add("edge", "$8 $8 $6 $10 forward");
@@ -185,7 +194,8 @@ inline Body halfDisc()
 }
 
 // A cubic from the origin to 4,0 with poles at 1,2 and 3,2, and the chord between.
-inline Body splineFace(const std::string& sense = "forward", const std::string& data = "{ exactcur full nubs 3 open 2 0 3 1 3 0 0 0 1 2 0 3 2 0 4 0 0 0 }")
+inline Body splineFace(const std::string& sense = "forward",
+                       const std::string& data = "{ exactcur full nubs 3 open 2 0 3 1 3 0 0 0 1 2 0 3 2 0 4 0 0 0 }")
 {
     Body b = shellBody();
     b.add("face", "$-1 $5 $2 $-1 $4 forward double out");
@@ -208,8 +218,8 @@ inline Body splineFace(const std::string& sense = "forward", const std::string& 
 inline Body box(double x, double y, double z)
 {
     constexpr int kFaces = 6, kEdges = 12, kCorners = 8;
-    const int face = 3, loop = face + kFaces, surface = loop + kFaces, coedge = surface + kFaces, edge = coedge + 4 * kFaces,
-              vertex = edge + kEdges, point = vertex + kCorners, curve = point + kCorners;
+    const int face = 3, loop = face + kFaces, surface = loop + kFaces, coedge = surface + kFaces,
+              edge = coedge + 4 * kFaces, vertex = edge + kEdges, point = vertex + kCorners, curve = point + kCorners;
     const double size[3] = {x, y, z};
     const auto place = [&](int corner) {
         std::string text;
@@ -224,12 +234,17 @@ inline Body box(double x, double y, double z)
                 ends.emplace_back(corner, corner | 1 << axis);
     Body b = shellBody();
     for (int f = 0; f < kFaces; ++f)
-        b.add("face", (f + 1 < kFaces ? ref(face + f + 1) : "$-1 ") + ref(loop + f) + "$2 $-1 " + ref(surface + f) + "forward single");
+        b.add("face", (f + 1 < kFaces ? ref(face + f + 1) : "$-1 ") + ref(loop + f) + "$2 $-1 " + ref(surface + f) +
+                          "forward single");
     for (int f = 0; f < kFaces; ++f)
         b.add("loop", "$-1 " + ref(coedge + 4 * f) + ref(face + f));
     for (int f = 0; f < kFaces; ++f) {
         const std::string out = f % 2 ? "1 " : "-1 ";
-        b.add("plane-surface", place(f % 2 ? 7 : 0) + (f / 2 == 0 ? out + "0 0 " : f / 2 == 1 ? "0 " + out + "0 " : "0 0 " + out) + "1 1 1 forward_v I I I I");
+        b.add("plane-surface", place(f % 2 ? 7 : 0) +
+                                   (f / 2 == 0   ? out + "0 0 "
+                                    : f / 2 == 1 ? "0 " + out + "0 "
+                                                 : "0 0 " + out) +
+                                   "1 1 1 forward_v I I I I");
     }
     for (int f = 0; f < kFaces; ++f) {
         const int fixed = f / 2, u = 1 << (fixed + 1) % 3, v = 1 << (fixed + 2) % 3, base = f % 2 ? 1 << fixed : 0;
@@ -239,18 +254,23 @@ inline Body box(double x, double y, double z)
             int e = 0;
             while (ends[std::size_t(e)] != std::make_pair(from, to))
                 ++e;
-            b.add("coedge", ref(coedge + 4 * f + (i + 1) % 4) + ref(coedge + 4 * f + (i + 3) % 4) + "$-1 " + ref(edge + e) +
-                                (from == round[i] ? "forward " : "reversed ") + ref(loop + f) + "$-1");
+            b.add("coedge", ref(coedge + 4 * f + (i + 1) % 4) + ref(coedge + 4 * f + (i + 3) % 4) + "$-1 " +
+                                ref(edge + e) + (from == round[i] ? "forward " : "reversed ") + ref(loop + f) + "$-1");
         }
     }
     for (int e = 0; e < kEdges; ++e)
-        b.add("edge", ref(vertex + ends[std::size_t(e)].first) + ref(vertex + ends[std::size_t(e)].second) + ref(coedge) + ref(curve + e) + "forward");
+        b.add("edge", ref(vertex + ends[std::size_t(e)].first) + ref(vertex + ends[std::size_t(e)].second) +
+                          ref(coedge) + ref(curve + e) + "forward");
     for (int c = 0; c < kCorners; ++c)
         b.add("vertex", ref(edge) + ref(point + c));
     for (int c = 0; c < kCorners; ++c)
         b.add("point", place(c));
     for (int e = 0; e < kEdges; ++e)
-        b.add("straight-curve", place(ends[std::size_t(e)].first) + (e < 4 ? "1 0 0" : e < 8 ? "0 1 0" : "0 0 1") + " I I");
+        b.add("straight-curve", place(ends[std::size_t(e)].first) +
+                                    (e < 4   ? "1 0 0"
+                                     : e < 8 ? "0 1 0"
+                                             : "0 0 1") +
+                                    " I I");
     return b;
 }
 

@@ -176,7 +176,8 @@ TEST_F(Dictionaries, AHundredThousandEntriesAreFoundAndTakenOutAndComeBack)
 {
     constexpr int kCount = 100000;
     for (int i = 0; i < kCount; ++i)
-        dictionary->setAtUtf8("Entry" + std::to_string(i), db.core().add(std::make_unique<VcDbPlaceHolder>(), dictionary->objectId()));
+        dictionary->setAtUtf8("Entry" + std::to_string(i),
+                              db.core().add(std::make_unique<VcDbPlaceHolder>(), dictionary->objectId()));
     EXPECT_EQ(dictionary->numEntries(), unsigned(kCount));
     const std::size_t before = mark();
     for (int i = 0; i < kCount; i += 2)

@@ -138,7 +138,8 @@ TEST_F(Objects, ComeBackFromAFile)
 }
 
 struct DrawOrder : Objects {
-    DrawOrder() : table(*core.objectAs<VcDbSortentsTable>(core.add(std::make_unique<VcDbSortentsTable>(), core.modelSpace())))
+    DrawOrder()
+        : table(*core.objectAs<VcDbSortentsTable>(core.add(std::make_unique<VcDbSortentsTable>(), core.modelSpace())))
     {
         table.setBlockId(core.modelSpace());
         for (int i = 0; i < 5; ++i)

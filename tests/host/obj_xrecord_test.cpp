@@ -9,7 +9,10 @@
 namespace {
 
 struct Xrecords : testing::Test {
-    Xrecords() : record(static_cast<VcDbXrecord&>(*db.core().object(db.core().add(std::make_unique<VcDbXrecord>(), {})))) {}
+    Xrecords()
+        : record(static_cast<VcDbXrecord&>(*db.core().object(db.core().add(std::make_unique<VcDbXrecord>(), {}))))
+    {
+    }
 
     bool set(RbBuilder& chain) { return record.setFromRbChain(*chain.take(), &db) == Vcad::eOk; }
     RbPtr get() const

@@ -28,8 +28,14 @@ protected:
         const Picker picker = Picker::of(ed());
         return letters(picker.takenBy(SelectArea::rectangle(picker.view(), {x1, y1, 0}, {x2, y2, 0}, kind)));
     }
-    std::string window(double x1, double y1, double x2, double y2) { return rectangle(SelectArea::Kind::Window, x1, y1, x2, y2); }
-    std::string crossing(double x1, double y1, double x2, double y2) { return rectangle(SelectArea::Kind::Crossing, x1, y1, x2, y2); }
+    std::string window(double x1, double y1, double x2, double y2)
+    {
+        return rectangle(SelectArea::Kind::Window, x1, y1, x2, y2);
+    }
+    std::string crossing(double x1, double y1, double x2, double y2)
+    {
+        return rectangle(SelectArea::Kind::Crossing, x1, y1, x2, y2);
+    }
     std::string polygon(SelectArea::Kind kind, const std::vector<VcGePoint3d>& points)
     {
         setView();
@@ -54,28 +60,28 @@ struct PickCase {
 
 TEST_F(Pick, EachKindByItsOwnShape)
 {
-    line(0, 0, 10, 10);                                                                  // a
-    circle(30, 0, 10);                                                                   // b
-    add(new VcDbArc({60, 0, 0}, VcGeVector3d::zAxis(), 10, 0, kPi / 2));              // c
-    polyline({{0, 30}, {10, 30}, {10, 40}}, false);                                      // d
-    polyline({{30, 30}, {40, 30}}, false, 1);                                            // e: half a circle below
-    add(new VcDbPoint({60, 30, 0}));                                                     // f
-    text(0, 60, L"Text");                                                                // g
-    add(new VcDbEllipse({60, 60, 0}, VcGeVector3d::zAxis(), {10, 0, 0}, 0.5));           // h
-    add(new VcDbSolid({80, 0, 0}, {90, 0, 0}, {80, 10, 0}, {90, 10, 0}));                // i
-    polyline({{80, 30}, {90, 30}}, false).setConstantWidth(4);                           // j
+    line(0, 0, 10, 10);                                                         // a
+    circle(30, 0, 10);                                                          // b
+    add(new VcDbArc({60, 0, 0}, VcGeVector3d::zAxis(), 10, 0, kPi / 2));        // c
+    polyline({{0, 30}, {10, 30}, {10, 40}}, false);                             // d
+    polyline({{30, 30}, {40, 30}}, false, 1);                                   // e: half a circle below
+    add(new VcDbPoint({60, 30, 0}));                                            // f
+    text(0, 60, L"Text");                                                       // g
+    add(new VcDbEllipse({60, 60, 0}, VcGeVector3d::zAxis(), {10, 0, 0}, 0.5));  // h
+    add(new VcDbSolid({80, 0, 0}, {90, 0, 0}, {80, 10, 0}, {90, 10, 0}));       // i
+    polyline({{80, 30}, {90, 30}}, false).setConstantWidth(4);                  // j
     auto* ray = new VcDbRay;
     ray->setBasePoint({0, 90, 0});
     ray->setUnitDir({1, 0, 0});
-    add(ray);                                                                            // k
+    add(ray);  // k
     const PickCase cases[] = {
-        {"OnTheLine", 5, 5, "a"},          {"BesideIt", 5, 5.3, "a"},       {"InItsBoxButOff", 8, 2, ""},
-        {"BeyondItsEnd", 10.5, 10.5, ""},  {"OnTheCircle", 40, 0, "b"},     {"WithinTheCircle", 30, 0, ""},
-        {"CircleSlant", 37.07, 7.07, "b"}, {"OnTheArc", 60, 10, "c"},       {"WhereTheArcIsNot", 60, -10, ""},
-        {"OnThePolyline", 10, 35, "d"},    {"NotAcrossIt", 5, 35, ""},      {"OnTheBulge", 35, 25, "e"},
-        {"NotOnItsChord", 35, 30, ""},     {"Point", 60.2, 30, "f"},        {"WithinTheText", 0.5, 60.5, "g"},
+        {"OnTheLine", 5, 5, "a"},          {"BesideIt", 5, 5.3, "a"},         {"InItsBoxButOff", 8, 2, ""},
+        {"BeyondItsEnd", 10.5, 10.5, ""},  {"OnTheCircle", 40, 0, "b"},       {"WithinTheCircle", 30, 0, ""},
+        {"CircleSlant", 37.07, 7.07, "b"}, {"OnTheArc", 60, 10, "c"},         {"WhereTheArcIsNot", 60, -10, ""},
+        {"OnThePolyline", 10, 35, "d"},    {"NotAcrossIt", 5, 35, ""},        {"OnTheBulge", 35, 25, "e"},
+        {"NotOnItsChord", 35, 30, ""},     {"Point", 60.2, 30, "f"},          {"WithinTheText", 0.5, 60.5, "g"},
         {"OnTheEllipse", 60, 65, "h"},     {"EllipseIsNoCircle", 60, 70, ""}, {"WithinTheSolid", 85, 5, "i"},
-        {"WithinTheWidth", 85, 31.5, "j"}, {"BesideTheWidth", 85, 32.5, ""}, {"FarAlongTheRay", 5000, 90, "k"},
+        {"WithinTheWidth", 85, 31.5, "j"}, {"BesideTheWidth", 85, 32.5, ""},  {"FarAlongTheRay", 5000, 90, "k"},
         {"BehindTheRay", -5, 90, ""},
     };
     for (const PickCase& c : cases)
@@ -136,10 +142,10 @@ TEST_F(Pick, AReferenceFollowsItsBlock)
 
 TEST_F(Pick, WindowsHoldAndCrossingsTouch)
 {
-    line(0, 0, 10, 10);       // a
-    line(20, 0, 30, 10);      // b
-    circle(50, 5, 5);         // c
-    line(-5, 50, 100, 50);    // d
+    line(0, 0, 10, 10);     // a
+    line(20, 0, 30, 10);    // b
+    circle(50, 5, 5);       // c
+    line(-5, 50, 100, 50);  // d
     EXPECT_EQ(window(-1, -1, 31, 11), "ab");
     EXPECT_EQ(window(31, 11, -1, -1), "ab") << "the corners in any order";
     EXPECT_EQ(window(0, 0, 10, 10), "a") << "touching from inside is within";
@@ -156,11 +162,12 @@ TEST_F(Pick, WindowsHoldAndCrossingsTouch)
 TEST_F(Pick, PolygonsAndFences)
 {
     using Kind = SelectArea::Kind;
-    line(1, 1, 2, 1);      // a: in the left arm
-    line(8, 1, 9, 1);      // b: in the right arm
-    line(1, 8, 9, 8);      // c: across the gap
-    line(4, 8, 6, 8);      // d: in the gap
-    const std::vector<VcGePoint3d> u{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {7, 10, 0}, {7, 3, 0}, {3, 3, 0}, {3, 10, 0}, {0, 10, 0}};
+    line(1, 1, 2, 1);  // a: in the left arm
+    line(8, 1, 9, 1);  // b: in the right arm
+    line(1, 8, 9, 8);  // c: across the gap
+    line(4, 8, 6, 8);  // d: in the gap
+    const std::vector<VcGePoint3d> u{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {7, 10, 0},
+                                     {7, 3, 0}, {3, 3, 0},  {3, 10, 0},  {0, 10, 0}};
     EXPECT_EQ(polygon(Kind::Window, u), "ab") << "both ends within, but the middle is not";
     EXPECT_EQ(polygon(Kind::Crossing, u), "abc");
     std::vector<VcGePoint3d> closed = u;
@@ -312,7 +319,8 @@ TEST_F(Pick, TheIndexFollowsWhateverHappens)
         const auto area = SelectArea::rectangle(picker.view(), {40, -1, 0}, {90, 20, 0}, SelectArea::Kind::Crossing);
         std::vector<VcDbObjectId> expected;
         for (const std::uint32_t slot : space().memberSlots())
-            if (auto* e = VcDbEntity::cast(db().objectAt(slot)); !e->isErased() && area.takes(db(), picker.layers(), *e))
+            if (auto* e = VcDbEntity::cast(db().objectAt(slot));
+                !e->isErased() && area.takes(db(), picker.layers(), *e))
                 expected.push_back(e->objectId());
         ASSERT_EQ(picker.takenBy(area), expected) << "round " << round;
     }
@@ -359,7 +367,9 @@ TEST_F(Pick, SeenFromTheSide)
     const Picker picker = Picker::of(ed());
     EXPECT_EQ(letterOf(picker.entityAt({5, 77, 5})), "a") << "the distance along the line of sight does not count";
     EXPECT_TRUE(picker.entityAt({5, 0, 0}).isNull());
-    EXPECT_EQ(letters(picker.takenBy(SelectArea::rectangle(picker.view(), {-1, 0, 4}, {11, 0, 6}, SelectArea::Kind::Window))), "a");
+    EXPECT_EQ(
+        letters(picker.takenBy(SelectArea::rectangle(picker.view(), {-1, 0, 4}, {11, 0, 6}, SelectArea::Kind::Window))),
+        "a");
 }
 
 }

@@ -211,7 +211,8 @@ TEST_F(DimStyles, SubUnitsStandInExtendedData)
     ASSERT_TRUE(writeDrawingBytes(db, bytes).ok());
     VcDbDatabase again(false);
     ASSERT_TRUE(readDrawingBytes(again, bytes).ok());
-    const auto* read = again.core().objectAs<VcDbDimStyleTableRecord>(again.core().findRecord(NameTable::DimStyle, style.nameUtf8()));
+    const auto* read =
+        again.core().objectAs<VcDbDimStyleTableRecord>(again.core().findRecord(NameTable::DimStyle, style.nameUtf8()));
     ASSERT_NE(read, nullptr);
     EXPECT_EQ(read->dimVars().dimmzs, "cm");
     EXPECT_EQ(read->dimVars().dimaltmzf, 12);
@@ -227,9 +228,10 @@ TEST_F(DimStyles, AChainNamesArrowBlocks)
     EXPECT_EQ(nodesOf(chain.get(), 342).size(), 1u);
 }
 
-const char* const kArrows[] = {"DOT",      "DOTSMALL", "DOTBLANK", "ORIGIN",      "ORIGIN2",     "OPEN",       "OPEN90",
-                               "OPEN30",   "CLOSED",   "SMALL",    "NONE",        "OBLIQUE",     "BOXFILLED",  "BOXBLANK",
-                               "CLOSEDBLANK", "DATUMFILLED", "DATUMBLANK", "INTEGRAL", "ARCHTICK"};
+const char* const kArrows[] = {"DOT",         "DOTSMALL",   "DOTBLANK",  "ORIGIN",   "ORIGIN2",
+                               "OPEN",        "OPEN90",     "OPEN30",    "CLOSED",   "SMALL",
+                               "NONE",        "OBLIQUE",    "BOXFILLED", "BOXBLANK", "CLOSEDBLANK",
+                               "DATUMFILLED", "DATUMBLANK", "INTEGRAL",  "ARCHTICK"};
 
 TEST(ArrowBlocks, AreMadeOnceUnderEitherName)
 {
@@ -257,7 +259,6 @@ TEST(ArrowBlocks, ABlockOfTheUsersOwnComesFirst)
     record->close();
     EXPECT_EQ(arrowBlock(db.core(), "DOT"), id);
 }
-
 
 // Chains of the C interface work on the drawing that is current.
 struct DimStyleChains : DimStyles {

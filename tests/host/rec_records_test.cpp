@@ -23,7 +23,8 @@ void expectSameAgain(Record& record, DatabaseCore& db, DxfVersion version)
     EXPECT_EQ(dumpOf(read, db, version), groups.dump());
 }
 
-const DxfVersion kVersions[] = {DxfVersion::R12, DxfVersion::R14, DxfVersion::R2000, DxfVersion::R2007, DxfVersion::R2018};
+const DxfVersion kVersions[] = {DxfVersion::R12, DxfVersion::R14, DxfVersion::R2000, DxfVersion::R2007,
+                                DxfVersion::R2018};
 
 struct Records : testing::Test {
     VcDbDatabase db;
@@ -109,7 +110,8 @@ TEST_F(Records, TheAspectOfAViewportStaysAsItCame)
     const auto aspect = [&] {
         GroupList groups;
         writeGroups(viewport, core, groups);
-        return std::find_if(groups.tags().begin(), groups.tags().end(), [](const Tag& tag) { return tag.code == 41; })->real;
+        return std::find_if(groups.tags().begin(), groups.tags().end(), [](const Tag& tag) { return tag.code == 41; })
+            ->real;
     };
     EXPECT_EQ(aspect(), 1.496666666666666);
     viewport.setWidth(2 * viewport.height());
@@ -124,7 +126,8 @@ TEST_F(Records, SettersRefuseWhatIsOutOfRange)
     VcDbUCSTableRecord ucs;
     VcDbTextStyleTableRecord style;
     VcDbLinetypeTableRecord linetype;
-    const std::string before = dumpOf(view, core) + dumpOf(viewport, core) + dumpOf(ucs, core) + dumpOf(style, core) + dumpOf(linetype, core);
+    const std::string before =
+        dumpOf(view, core) + dumpOf(viewport, core) + dumpOf(ucs, core) + dumpOf(style, core) + dumpOf(linetype, core);
     const Vcad::ErrorStatus refused[] = {
         view.setHeight(0),
         view.setWidth(-1),
@@ -151,7 +154,8 @@ TEST_F(Records, SettersRefuseWhatIsOutOfRange)
     };
     for (std::size_t i = 0; i < std::size(refused); ++i)
         EXPECT_NE(refused[i], Vcad::eOk) << i;
-    EXPECT_EQ(before, dumpOf(view, core) + dumpOf(viewport, core) + dumpOf(ucs, core) + dumpOf(style, core) + dumpOf(linetype, core));
+    EXPECT_EQ(before, dumpOf(view, core) + dumpOf(viewport, core) + dumpOf(ucs, core) + dumpOf(style, core) +
+                          dumpOf(linetype, core));
 }
 
 TEST_F(Records, TextStylesKeepTheirTypefaceBesideOtherData)

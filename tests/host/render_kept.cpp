@@ -137,19 +137,26 @@ protected:
 TEST_F(RenderKept, PicturesOfForeignObjects)
 {
     Records r;
-    r.begin(14).number(1);                                                                     // red
-    r.begin(6).number(2).reals({100, 100, 0, 300, 100, 0});                                    // a line
-    r.begin(22).number(0xc200ff00);                                                            // a true colour
-    r.begin(2).reals({500, 500, 0, 100, 0, 0, 1});                                             // a circle
-    r.begin(4).reals({500, 500, 0, 200, 0, 0, 1, 1, 0, 0, 3.14159265358979}).number(0);        // a half circle above it
-    r.begin(3).reals({810, 500, 0, 800, 510, 0, 790, 500, 0});                                 // through three points
-    r.begin(20).number(1);                                                                     // filled from here on
-    r.begin(7).number(4).reals({100, 700, 0, 200, 700, 0, 200, 800, 0, 100, 800, 0});          // a square
-    r.begin(99).reals({1, 2, 3});                                                              // what nobody knows
-    r.begin(29).reals({1, 0, 0, 500, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1});                     // moved
+    r.begin(14).number(1);                                                               // red
+    r.begin(6).number(2).reals({100, 100, 0, 300, 100, 0});                              // a line
+    r.begin(22).number(0xc200ff00);                                                      // a true colour
+    r.begin(2).reals({500, 500, 0, 100, 0, 0, 1});                                       // a circle
+    r.begin(4).reals({500, 500, 0, 200, 0, 0, 1, 1, 0, 0, 3.14159265358979}).number(0);  // a half circle above it
+    r.begin(3).reals({810, 500, 0, 800, 510, 0, 790, 500, 0});                           // through three points
+    r.begin(20).number(1);                                                               // filled from here on
+    r.begin(7).number(4).reals({100, 700, 0, 200, 700, 0, 200, 800, 0, 100, 800, 0});    // a square
+    r.begin(99).reals({1, 2, 3});                                                        // what nobody knows
+    r.begin(29).reals({1, 0, 0, 500, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1});               // moved
     r.begin(32).number(2).reals({100, 100, 0, 300, 100, 0, 0, 0, 1});
     r.begin(31);
-    r.begin(9).number(3).reals({700, 700, 0, 900, 700, 0, 800, 900, 0}).number(4).number(3).number(0).number(1).number(2);
+    r.begin(9)
+        .number(3)
+        .reals({700, 700, 0, 900, 700, 0, 800, 900, 0})
+        .number(4)
+        .number(3)
+        .number(0)
+        .number(1)
+        .number(2);
     paintFile(drawing(foreignObject(r.all())));
     EXPECT_EQ(at(200, 100), kRed);
     EXPECT_EQ(at(600, 500), kGreen);
@@ -221,9 +228,15 @@ TEST_F(RenderKept, ClipsOfForeignObjects)
     r.begin(6).number(2).reals({100, 500, 0, 900, 500, 0});
     r.begin(28);
     r.begin(6).number(2).reals({100, 700, 0, 900, 700, 0});
-    r.begin(28);                                                                                  // one too many
-    r.begin(27).reals({0, 0, 1, 0, 0, 0}).number(2).reals({200, 0, 400, 1000}).reals(kWorld).reals(kWorld);  // never popped
-    paintFile(drawing(foreignObject(r.all()) + "0\nLINE\n5\n51\n100\nAcDbEntity\n8\n0\n100\nAcDbLine\n10\n100\n20\n900\n11\n900\n21\n900\n"));
+    r.begin(28);  // one too many
+    r.begin(27)
+        .reals({0, 0, 1, 0, 0, 0})
+        .number(2)
+        .reals({200, 0, 400, 1000})
+        .reals(kWorld)
+        .reals(kWorld);  // never popped
+    paintFile(drawing(foreignObject(r.all()) +
+                      "0\nLINE\n5\n51\n100\nAcDbEntity\n8\n0\n100\nAcDbLine\n10\n100\n20\n900\n11\n900\n21\n900\n"));
     EXPECT_TRUE(isInk(300, 500));
     EXPECT_FALSE(isInk(150, 500));
     EXPECT_FALSE(isInk(600, 500));
@@ -233,7 +246,8 @@ TEST_F(RenderKept, ClipsOfForeignObjects)
 
 TEST_F(RenderKept, FramesOfUnderlays)
 {
-    const std::string underlay = "0\nPDFUNDERLAY\n5\n50\n100\nAcDbEntity\n8\n0\n62\n1\n100\nAcDbUnderlayReference\n340\n51\n10\n100\n20\n200\n30\n0\n"
+    const std::string underlay = "0\nPDFUNDERLAY\n5\n50\n100\nAcDbEntity\n8\n0\n62\n1\n100\nAcDbUnderlayReference\n340"
+                                 "\n51\n10\n100\n20\n200\n30\n0\n"
                                  "41\n2\n42\n2\n43\n1\n50\n90\n280\n3\n11\n0\n21\n0\n11\n100\n21\n50\n";
     paintFile(drawing(underlay));
     EXPECT_EQ(at(100, 300), kRed) << "the longer side points upwards";
@@ -245,15 +259,18 @@ TEST_F(RenderKept, FramesOfUnderlays)
 
 TEST_F(RenderKept, PolygonsOfMappingPrograms)
 {
-    const std::string rings = "91\n2\n92\n3\n73\n1\n72\n1\n93\n4\n10\n100\n20\n100\n42\n0\n10\n900\n20\n100\n42\n0\n10\n900\n20\n900\n42\n1\n10\n100\n20\n900\n42\n0\n"
+    const std::string rings = "91\n2\n92\n3\n73\n1\n72\n1\n93\n4\n10\n100\n20\n100\n42\n0\n10\n900\n20\n100\n42\n0\n10"
+                              "\n900\n20\n900\n42\n1\n10\n100\n20\n900\n42\n0\n"
                               "92\n3\n73\n1\n72\n0\n93\n3\n10\n400\n20\n200\n10\n600\n20\n200\n10\n500\n20\n400\n";
-    const std::string head = "0\nMPOLYGON\n5\n50\n100\nAcDbEntity\n8\n0\n62\n1\n100\nAcDbMPolygon\n70\n1\n10\n0\n20\n0\n30\n0\n210\n0\n220\n0\n230\n1\n2\n";
+    const std::string head = "0\nMPOLYGON\n5\n50\n100\nAcDbEntity\n8\n0\n62\n1\n100\nAcDbMPolygon\n70\n1\n10\n0\n20\n0"
+                             "\n30\n0\n210\n0\n220\n0\n230\n1\n2\n";
     paintFile(drawing(head + "SOLID\n71\n1\n" + rings + "63\n3\n11\n0\n21\n0\n99\n0\n"));
     EXPECT_EQ(at(200, 500), kGreen);
     EXPECT_FALSE(isInk(500, 250)) << "the island";
     EXPECT_EQ(at(900, 500), kRed) << "the rim";
     EXPECT_EQ(at(500, 950), kGreen) << "beyond the bulged side";
-    paintFile(drawing(head + "LINES\n71\n0\n" + rings + "76\n1\n52\n0\n41\n1\n77\n0\n78\n1\n53\n0\n43\n0\n44\n0\n45\n0\n46\n50\n79\n0\n63\n3\n99\n0\n"));
+    paintFile(drawing(head + "LINES\n71\n0\n" + rings +
+                      "76\n1\n52\n0\n41\n1\n77\n0\n78\n1\n53\n0\n43\n0\n44\n0\n45\n0\n46\n50\n79\n0\n63\n3\n99\n0\n"));
     EXPECT_EQ(at(200, 500), kGreen) << "a line of the pattern";
     EXPECT_FALSE(isInk(200, 525));
     EXPECT_TRUE(omissions.counts().empty());
@@ -290,21 +307,27 @@ TEST_F(RenderKept, InvertedClips)
             all += fmt::format("10\n{}\n20\n{}\n{}", x, y, inSpace ? "30\n0.0\n" : "");
         return all;
     };
-    const std::initializer_list<std::pair<double, double>> around{{0, 0}, {1000, 0}, {1000, 1000}, {0, 1000}}, hole{{400, 400}, {600, 600}};
+    const std::initializer_list<std::pair<double, double>> around{{0, 0}, {1000, 0}, {1000, 1000}, {0, 1000}},
+        hole{{400, 400}, {600, 600}};
     const std::string blocks =
-        "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1015\n0\nENDSEC\n0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n8\n0\n2\nALL\n10\n0\n20\n0\n0\nSOLID\n8\n0\n"
+        "0\nSECTION\n2\nHEADER\n9\n$"
+        "ACADVER\n1\nAC1015\n0\nENDSEC\n0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n8\n0\n2\nALL\n10\n0\n20\n0\n0\nSOLID\n8\n0\n"
         "10\n0\n20\n0\n11\n1000\n21\n0\n12\n0\n22\n1000\n13\n1000\n23\n1000\n0\nENDBLK\n0\nENDSEC\n";
-    const std::string reference = "0\nINSERT\n5\n60\n102\n{ACAD_XDICTIONARY\n360\n61\n102\n}\n100\nAcDbEntity\n8\n0\n100\nAcDbBlockReference\n2\nALL\n10\n0\n20\n0\n";
+    const std::string reference = "0\nINSERT\n5\n60\n102\n{ACAD_XDICTIONARY\n360\n61\n102\n}"
+                                  "\n100\nAcDbEntity\n8\n0\n100\nAcDbBlockReference\n2\nALL\n10\n0\n20\n0\n";
     const std::string identity = numbers(40, {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0});
     const auto file = [&](const std::string& compared) {
         const std::string objects =
-            "0\nSECTION\n2\nOBJECTS\n0\nDICTIONARY\n5\nC\n100\nAcDbDictionary\n0\nDICTIONARY\n5\n61\n330\n60\n100\nAcDbDictionary\n280\n1\n3\nACAD_FILTER\n360\n62\n"
+            "0\nSECTION\n2\nOBJECTS\n0\nDICTIONARY\n5\nC\n100\nAcDbDictionary\n0\nDICTIONARY\n5\n61\n330\n60\n100\nAcDb"
+            "Dictionary\n280\n1\n3\nACAD_FILTER\n360\n62\n"
             "0\nDICTIONARY\n5\n62\n330\n61\n100\nAcDbDictionary\n280\n1\n3\nSPATIAL\n360\n63\n"
-            "0\nSPATIAL_FILTER\n5\n63\n102\n{ACAD_XDICTIONARY\n360\n64\n102\n}\n330\n62\n100\nAcDbFilter\n100\nAcDbSpatialFilter\n70\n4\n" + points(around, false) +
-            "210\n0\n220\n0\n230\n1\n11\n0\n21\n0\n31\n0\n71\n1\n72\n0\n73\n0\n" + identity + identity +
+            "0\nSPATIAL_FILTER\n5\n63\n102\n{ACAD_XDICTIONARY\n360\n64\n102\n}"
+            "\n330\n62\n100\nAcDbFilter\n100\nAcDbSpatialFilter\n70\n4\n" +
+            points(around, false) + "210\n0\n220\n0\n230\n1\n11\n0\n21\n0\n31\n0\n71\n1\n72\n0\n73\n0\n" + identity +
+            identity +
             "0\nDICTIONARY\n5\n64\n330\n63\n100\nAcDbDictionary\n280\n1\n3\nACAD_INVERTEDCLIP_ROUNDTRIP\n360\n65\n"
-            "0\nXRECORD\n5\n65\n330\n64\n100\nAcDbXrecord\n280\n1\n102\nACAD_INVERTEDCLIP_ROUNDTRIP\n" + points(hole, true) +
-            "102\nACAD_INVERTEDCLIP_ROUNDTRIP_COMPARE\n" + compared + "0\nENDSEC\n";
+            "0\nXRECORD\n5\n65\n330\n64\n100\nAcDbXrecord\n280\n1\n102\nACAD_INVERTEDCLIP_ROUNDTRIP\n" +
+            points(hole, true) + "102\nACAD_INVERTEDCLIP_ROUNDTRIP_COMPARE\n" + compared + "0\nENDSEC\n";
         return drawing(reference, blocks, objects);
     };
     paintFile(file(points(around, true)));
@@ -316,14 +339,18 @@ TEST_F(RenderKept, InvertedClips)
 
 TEST_F(RenderKept, BlocksOfLeadersHaveTheirAttributes)
 {
-    const std::string file = drawing(
-        "0\nMULTILEADER\n5\n70\n100\nAcDbEntity\n8\n0\n100\nAcDbMLeader\n300\nCONTEXT_DATA{\n296\n1\n341\n41\n14\n0\n24\n0\n34\n1\n15\n500\n25\n500\n35\n0\n"
-        "16\n2\n26\n2\n36\n2\n46\n0\n301\n}\n170\n1\n330\n44\n177\n1\n44\n0\n302\nHHHH\n",
-        "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1015\n0\nENDSEC\n0\nSECTION\n2\nTABLES\n0\nTABLE\n2\nBLOCK_RECORD\n5\n1\n70\n1\n0\nBLOCK_RECORD\n5\n41\n100\nAcDbSymbolTableRecord\n"
-        "100\nAcDbBlockTableRecord\n2\nMARK\n0\nENDTAB\n0\nENDSEC\n0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n5\n42\n330\n41\n100\nAcDbEntity\n8\n0\n100\nAcDbBlockBegin\n2\nMARK\n10\n0\n20\n0\n"
-        "0\nLINE\n5\n43\n330\n41\n100\nAcDbEntity\n8\n0\n100\nAcDbLine\n10\n0\n20\n0\n11\n100\n21\n0\n"
-        "0\nATTDEF\n5\n44\n330\n41\n100\nAcDbEntity\n8\n0\n100\nAcDbText\n10\n0\n20\n50\n40\n50\n1\nD\n100\nAcDbAttributeDefinition\n3\nP\n2\nTAG\n70\n0\n"
-        "0\nENDBLK\n5\n45\n330\n41\n100\nAcDbEntity\n8\n0\n100\nAcDbBlockEnd\n0\nENDSEC\n");
+    const std::string file =
+        drawing("0\nMULTILEADER\n5\n70\n100\nAcDbEntity\n8\n0\n100\nAcDbMLeader\n300\nCONTEXT_DATA{"
+                "\n296\n1\n341\n41\n14\n0\n24\n0\n34\n1\n15\n500\n25\n500\n35\n0\n"
+                "16\n2\n26\n2\n36\n2\n46\n0\n301\n}\n170\n1\n330\n44\n177\n1\n44\n0\n302\nHHHH\n",
+                "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1015\n0\nENDSEC\n0\nSECTION\n2\nTABLES\n0\nTABLE\n2\nBLOCK_"
+                "RECORD\n5\n1\n70\n1\n0\nBLOCK_RECORD\n5\n41\n100\nAcDbSymbolTableRecord\n"
+                "100\nAcDbBlockTableRecord\n2\nMARK\n0\nENDTAB\n0\nENDSEC\n0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n5\n42\n330"
+                "\n41\n100\nAcDbEntity\n8\n0\n100\nAcDbBlockBegin\n2\nMARK\n10\n0\n20\n0\n"
+                "0\nLINE\n5\n43\n330\n41\n100\nAcDbEntity\n8\n0\n100\nAcDbLine\n10\n0\n20\n0\n11\n100\n21\n0\n"
+                "0\nATTDEF\n5\n44\n330\n41\n100\nAcDbEntity\n8\n0\n100\nAcDbText\n10\n0\n20\n50\n40\n50\n1\nD\n100\nAcD"
+                "bAttributeDefinition\n3\nP\n2\nTAG\n70\n0\n"
+                "0\nENDBLK\n5\n45\n330\n41\n100\nAcDbEntity\n8\n0\n100\nAcDbBlockEnd\n0\nENDSEC\n");
     paintFile(file);
     EXPECT_TRUE(isInk(650, 500)) << "the block, twice as large";
     double right = 0;
@@ -378,11 +405,15 @@ TEST_F(RenderKept, WhiteLayersAreSeenOnAWhitePage)
 TEST_F(RenderKept, Gradients)
 {
     const auto file = [](const char* name, int isOneColour, double angle) {
-        return drawing(fmt::format("0\nHATCH\n5\n50\n100\nAcDbEntity\n8\n0\n100\nAcDbHatch\n10\n0\n20\n0\n30\n0\n210\n0\n220\n0\n230\n1\n2\nSOLID\n70\n1\n71\n0\n91\n1\n92\n7\n72\n0\n73\n1\n"
-                                   "93\n4\n10\n100\n20\n100\n10\n900\n20\n100\n10\n900\n20\n900\n10\n100\n20\n900\n97\n0\n75\n1\n76\n1\n98\n0\n450\n1\n451\n0\n460\n{}\n461\n0.0\n"
-                                   "452\n{}\n462\n0.5\n453\n2\n463\n0.0\n63\n5\n421\n255\n463\n1.0\n63\n1\n421\n16711680\n470\n{}\n",
-                                   angle, isOneColour, name),
-                       "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1024\n0\nENDSEC\n");
+        return drawing(
+            fmt::format(
+                "0\nHATCH\n5\n50\n100\nAcDbEntity\n8\n0\n100\nAcDbHatch\n10\n0\n20\n0\n30\n0\n210\n0\n220\n0\n230\n1\n2"
+                "\nSOLID\n70\n1\n71\n0\n91\n1\n92\n7\n72\n0\n73\n1\n"
+                "93\n4\n10\n100\n20\n100\n10\n900\n20\n100\n10\n900\n20\n900\n10\n100\n20\n900\n97\n0\n75\n1\n76\n1\n98"
+                "\n0\n450\n1\n451\n0\n460\n{}\n461\n0.0\n"
+                "452\n{}\n462\n0.5\n453\n2\n463\n0.0\n63\n5\n421\n255\n463\n1.0\n63\n1\n421\n16711680\n470\n{}\n",
+                angle, isOneColour, name),
+            "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1024\n0\nENDSEC\n");
     };
     paintFile(file("LINEAR", 0, 0));
     ASSERT_EQ(sheet.gradients.size(), 1u);
@@ -404,10 +435,13 @@ TEST_F(RenderKept, Gradients)
 // An image that is not at hand is a frame with its name.
 TEST_F(RenderKept, ImagesThatAreNotThere)
 {
-    paintFile(drawing("0\nIMAGE\n5\n50\n100\nAcDbEntity\n8\n0\n100\nAcDbRasterImage\n90\n0\n10\n200\n20\n200\n30\n0\n11\n2\n21\n0\n31\n0\n12\n0\n22\n2\n32\n0\n13\n300\n23\n200\n340\n51\n"
-                      "70\n1\n280\n0\n281\n50\n282\n50\n283\n0\n71\n1\n91\n2\n14\n-0.5\n24\n-0.5\n14\n299.5\n24\n199.5\n",
-                      "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1024\n0\nENDSEC\n",
-                      "0\nSECTION\n2\nOBJECTS\n0\nDICTIONARY\n5\nC\n100\nAcDbDictionary\n0\nIMAGEDEF\n5\n51\n100\nAcDbRasterImageDef\n90\n0\n1\nnowhere/photo.png\n10\n300\n20\n200\n11\n1\n21\n1\n280\n1\n281\n0\n0\nENDSEC\n"));
+    paintFile(
+        drawing("0\nIMAGE\n5\n50\n100\nAcDbEntity\n8\n0\n100\nAcDbRasterImage\n90\n0\n10\n200\n20\n200\n30\n0\n11\n2\n2"
+                "1\n0\n31\n0\n12\n0\n22\n2\n32\n0\n13\n300\n23\n200\n340\n51\n"
+                "70\n1\n280\n0\n281\n50\n282\n50\n283\n0\n71\n1\n91\n2\n14\n-0.5\n24\n-0.5\n14\n299.5\n24\n199.5\n",
+                "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1024\n0\nENDSEC\n",
+                "0\nSECTION\n2\nOBJECTS\n0\nDICTIONARY\n5\nC\n100\nAcDbDictionary\n0\nIMAGEDEF\n5\n51\n100\nAcDbRasterI"
+                "mageDef\n90\n0\n1\nnowhere/photo.png\n10\n300\n20\n200\n11\n1\n21\n1\n280\n1\n281\n0\n0\nENDSEC\n"));
     EXPECT_EQ(sheet.images.size(), 1u);
     EXPECT_TRUE(isInk(500, 200));
     EXPECT_TRUE(isInk(800, 400));

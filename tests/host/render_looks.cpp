@@ -122,7 +122,8 @@ std::string dashesAt(const Sheet& sheet, double y)
     std::string all;
     for (const Sheet::Mark& mark : sheet.marks)
         if (mark.line.size() > 1 && std::fabs(mark.line.front().y - y) < 0.01)
-            all += (all.empty() ? "" : " ") + std::to_string(std::lround(mark.line.front().x)) + "-" + std::to_string(std::lround(mark.line.back().x));
+            all += (all.empty() ? "" : " ") + std::to_string(std::lround(mark.line.front().x)) + "-" +
+                   std::to_string(std::lround(mark.line.back().x));
     return all;
 }
 

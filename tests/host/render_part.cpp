@@ -18,7 +18,8 @@ protected:
         auto* line = new VcDbPolyline;
         const VcGePoint3d at = place();
         for (unsigned i = 0; i < 4; ++i)
-            line->addVertexAt(i, {at.x + number(-400, 400), at.y + number(-400, 400)}, number(-1, 1), number(0, 40), number(0, 40));
+            line->addVertexAt(i, {at.x + number(-400, 400), at.y + number(-400, 400)}, number(-1, 1), number(0, 40),
+                              number(0, 40));
         return line;
     }
     VcDbEntity* maskedText()

@@ -13,9 +13,13 @@ using namespace rendertest;
 
 class RenderShapes : public Picture {
 protected:
-    static std::vector<VcGePoint2d> square(double low, double high) { return {{low, low}, {high, low}, {high, high}, {low, high}}; }
+    static std::vector<VcGePoint2d> square(double low, double high)
+    {
+        return {{low, low}, {high, low}, {high, high}, {low, high}};
+    }
 
-    VcDbHatch& hatch(std::vector<std::vector<VcGePoint2d>> loops, bool solid, VcDbHatch::HatchStyle style = VcDbHatch::kNormal)
+    VcDbHatch& hatch(std::vector<std::vector<VcGePoint2d>> loops, bool solid,
+                     VcDbHatch::HatchStyle style = VcDbHatch::kNormal)
     {
         auto* hatch = new VcDbHatch;
         for (const auto& loop : loops)
@@ -34,7 +38,8 @@ protected:
     }
     std::size_t count(std::uint32_t argb) const
     {
-        return std::size_t(std::count_if(sheet.marks.begin(), sheet.marks.end(), [&](const Sheet::Mark& m) { return m.argb == argb; }));
+        return std::size_t(std::count_if(sheet.marks.begin(), sheet.marks.end(),
+                                         [&](const Sheet::Mark& m) { return m.argb == argb; }));
     }
 };
 
@@ -48,33 +53,65 @@ struct InkCase {
 class InkOfCurves : public Picture, public testing::WithParamInterface<InkCase> {};
 
 const InkCase kCurves[] = {
-    {"Circle", [] { return static_cast<VcDbEntity*>(new VcDbCircle({500, 500, 0}, {0, 0, 1}, 300)); }, {500 + 300 * std::sqrt(0.5), 500 + 300 * std::sqrt(0.5)}, {500, 500}},
-    {"Arc", [] { return static_cast<VcDbEntity*>(new VcDbArc({500, 500, 0}, {0, 0, 1}, 300, 0, M_PI / 2)); }, {500 + 300 * std::sqrt(0.5), 500 + 300 * std::sqrt(0.5)}, {500, 200}},
-    {"ArcFromBelow", [] { return static_cast<VcDbEntity*>(new VcDbArc({500, 500, 0}, {0, 0, -1}, 300, 0, M_PI / 2)); }, {500 - 300 * std::sqrt(0.5), 500 + 300 * std::sqrt(0.5)}, {500, 200}},
-    {"Ellipse", [] { return static_cast<VcDbEntity*>(new VcDbEllipse({500, 500, 0}, {0, 0, 1}, {0, 400, 0}, 0.5)); }, {300, 500}, {100, 500}},
-    {"Spline", [] {
+    {"Circle",
+     [] {
+         return static_cast<VcDbEntity*>(new VcDbCircle({500, 500, 0}, {0, 0, 1}, 300));
+     },
+     {500 + 300 * std::sqrt(0.5), 500 + 300 * std::sqrt(0.5)},
+     {500, 500}},
+    {"Arc",
+     [] {
+         return static_cast<VcDbEntity*>(new VcDbArc({500, 500, 0}, {0, 0, 1}, 300, 0, M_PI / 2));
+     },
+     {500 + 300 * std::sqrt(0.5), 500 + 300 * std::sqrt(0.5)},
+     {500, 200}},
+    {"ArcFromBelow",
+     [] {
+         return static_cast<VcDbEntity*>(new VcDbArc({500, 500, 0}, {0, 0, -1}, 300, 0, M_PI / 2));
+     },
+     {500 - 300 * std::sqrt(0.5), 500 + 300 * std::sqrt(0.5)},
+     {500, 200}},
+    {"Ellipse",
+     [] {
+         return static_cast<VcDbEntity*>(new VcDbEllipse({500, 500, 0}, {0, 0, 1}, {0, 400, 0}, 0.5));
+     },
+     {300, 500},
+     {100, 500}},
+    {"Spline",
+     [] {
          auto* spline = new VcDbSpline;
          spline->setNurbsData(2, false, false, {{100, 100, 0}, {500, 900, 0}, {900, 100, 0}}, {0, 0, 0, 1, 1, 1}, {});
          return static_cast<VcDbEntity*>(spline);
-     }, {500, 500}, {500, 900}},
-    {"Face", [] {
+     },
+     {500, 500},
+     {500, 900}},
+    {"Face",
+     [] {
          auto* face = new VcDbFace({100, 100, 5}, {900, 100, 9}, {900, 900, 0}, {100, 900, 0});
          face->makeEdgeInvisibleAt(0);
          return static_cast<VcDbEntity*>(face);
-     }, {900, 500}, {500, 100}},
-    {"Solid", [] {
+     },
+     {900, 500},
+     {500, 100}},
+    {"Solid",
+     [] {
          auto* solid = new VcDbSolid;
          const VcGePoint3d corners[] = {{100, 100, 0}, {900, 100, 0}, {100, 900, 0}, {900, 900, 0}};
          for (unsigned i = 0; i < 4; ++i)
              solid->setPointAt(i, corners[i]);
          return static_cast<VcDbEntity*>(solid);
-     }, {150, 500}, {50, 500}},
-    {"Xline", [] {
+     },
+     {150, 500},
+     {50, 500}},
+    {"Xline",
+     [] {
          auto* line = new VcDbXline;
          line->setBasePoint({1e6 + 500, 1e6, 0});
          line->setUnitDir({1, 1, 0});
          return static_cast<VcDbEntity*>(line);
-     }, {900, 400}, {400, 900}},
+     },
+     {900, 400},
+     {400, 900}},
 };
 
 TEST_P(InkOfCurves, IsWhereTheCurveRuns)
@@ -173,7 +210,8 @@ TEST_P(Islands, FollowTheStyle)
     EXPECT_EQ(isInk(350, 500), GetParam().inIsland);
 }
 INSTANTIATE_TEST_SUITE_P(, Islands,
-                         testing::Values(IslandCase{VcDbHatch::kNormal, true, false, true}, IslandCase{VcDbHatch::kOuter, true, false, false},
+                         testing::Values(IslandCase{VcDbHatch::kNormal, true, false, true},
+                                         IslandCase{VcDbHatch::kOuter, true, false, false},
                                          IslandCase{VcDbHatch::kIgnore, true, true, true}));
 
 TEST_F(RenderShapes, PatternLinesKeepToTheirAreaAndPhase)
@@ -237,9 +275,11 @@ TEST_F(RenderShapes, DrawOrderFollowsItsTable)
 TEST_F(RenderShapes, SmoothedMeshes)
 {
     const auto cube = [](int level, const std::string& creases) {
-        std::string groups = "0\nSECTION\n2\nENTITIES\n0\nMESH\n5\n50\n100\nAcDbEntity\n8\n0\n100\nAcDbSubDMesh\n71\n2\n72\n0\n91\n" +
-                             std::to_string(level) + "\n92\n8\n";
-        for (const char* corner : {"100 100 0", "900 100 0", "900 900 0", "100 900 0", "100 100 800", "900 100 800", "900 900 800", "100 900 800"}) {
+        std::string groups =
+            "0\nSECTION\n2\nENTITIES\n0\nMESH\n5\n50\n100\nAcDbEntity\n8\n0\n100\nAcDbSubDMesh\n71\n2\n72\n0\n91\n" +
+            std::to_string(level) + "\n92\n8\n";
+        for (const char* corner : {"100 100 0", "900 100 0", "900 900 0", "100 900 0", "100 100 800", "900 100 800",
+                                   "900 900 800", "100 900 800"}) {
             std::istringstream values(corner);
             std::string x, y, z;
             values >> x >> y >> z;
@@ -385,11 +425,12 @@ TEST_P(PointMarks, FollowPdmode)
     EXPECT_EQ(isInk(595, 595), GetParam().upperRight);
     EXPECT_EQ(isInk(500, 550), GetParam().above);
 }
-INSTANTIATE_TEST_SUITE_P(, PointMarks,
-                         testing::Values(PointCase{0, true, false, false, false}, PointCase{1, false, false, false, false},
-                                         PointCase{2, true, true, false, true}, PointCase{3, true, false, true, false},
-                                         PointCase{4, true, false, false, true}, PointCase{33, false, false, false, true},
-                                         PointCase{65, false, false, false, true}, PointCase{98, true, true, false, true}));
+INSTANTIATE_TEST_SUITE_P(
+    , PointMarks,
+    testing::Values(PointCase{0, true, false, false, false}, PointCase{1, false, false, false, false},
+                    PointCase{2, true, true, false, true}, PointCase{3, true, false, true, false},
+                    PointCase{4, true, false, false, true}, PointCase{33, false, false, false, true},
+                    PointCase{65, false, false, false, true}, PointCase{98, true, true, false, true}));
 
 // The window
 

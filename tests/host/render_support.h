@@ -25,7 +25,8 @@ using vk::render::PlaneWindow;
 using vk::render::Point2;
 using vk::render::Rings;
 
-constexpr std::uint32_t kPage = 0xffffffff, kBlack = 0xff000000, kRed = 0xffff0000, kGreen = 0xff00ff00, kBlue = 0xff0000ff;
+constexpr std::uint32_t kPage = 0xffffffff, kBlack = 0xff000000, kRed = 0xffff0000, kGreen = 0xff00ff00,
+                        kBlue = 0xff0000ff;
 
 // Keeps every stroke and area in order; the colour of a point is that of the last one that covers it.
 class Sheet : public Canvas {
@@ -62,7 +63,8 @@ public:
         fill(rings, false, g.stops.front().second);
     }
     void erase(const Rings& rings) override { fill(rings, false, kPage); }
-    bool image(const std::string& file, Point2, VcGeVector2d, VcGeVector2d, const Rings&, const vk::render::ImageAdjustment&) override
+    bool image(const std::string& file, Point2, VcGeVector2d, VcGeVector2d, const Rings&,
+               const vk::render::ImageAdjustment&) override
     {
         images.push_back(file);
         return false;
@@ -174,7 +176,8 @@ protected:
         entity->close();
         return *entity;
     }
-    VcDbLine& line(double x1, double y1, double x2, double y2, const Looks& looks = {}, VcDbBlockTableRecord* owner = nullptr)
+    VcDbLine& line(double x1, double y1, double x2, double y2, const Looks& looks = {},
+                   VcDbBlockTableRecord* owner = nullptr)
     {
         return add(new VcDbLine({x1, y1, 0}, {x2, y2, 0}), looks, owner);
     }
@@ -189,7 +192,10 @@ protected:
     }
     std::uint32_t at(double x, double y) const { return sheet.at({x, kSide - y}); }
     bool isInk(double x, double y) const { return at(x, y) != kPage; }
-    PlaneWindow wholeWindow() { return vk::render::Scene(db(), *vk::render::findLayout(db(), ""), omissions).wholeWindow(); }
+    PlaneWindow wholeWindow()
+    {
+        return vk::render::Scene(db(), *vk::render::findLayout(db(), ""), omissions).wholeWindow();
+    }
 
     Sheet sheet;
     vk::render::Omissions omissions;

@@ -162,7 +162,8 @@ TEST_F(ManyTexts, OfManyLinesAgreesWithItsExtents)
         EXPECT_GE(ink.min.x, extents.minPoint().x - 0.4) << attachment;
         EXPECT_GE(ink.min.y, extents.minPoint().y - 0.4) << attachment;
         EXPECT_LE(ink.max.x, extents.maxPoint().x + 0.4) << attachment;
-        EXPECT_TRUE(std::any_of(sheet.marks.begin(), sheet.marks.end(), [](const Sheet::Mark& m) { return m.argb == kRed; }));
+        EXPECT_TRUE(
+            std::any_of(sheet.marks.begin(), sheet.marks.end(), [](const Sheet::Mark& m) { return m.argb == kRed; }));
         added.erase();
     }
 }
@@ -195,8 +196,10 @@ TEST_F(ManyTexts, JustifiedTextsHangOnTheirAlignmentPoint)
 TEST_F(ManyTexts, LeadersOfSeveralLinesAreDrawn)
 {
     const std::string file =
-        "0\nSECTION\n2\nENTITIES\n0\nMULTILEADER\n8\n0\n100\nAcDbMLeader\n300\nCONTEXT_DATA{\n41\n40.0\n140\n50.0\n290\n1\n304\nHH\n"
-        "12\n600.0\n22\n600.0\n13\n1.0\n23\n0.0\n171\n1\n45\n1.0\n302\nLEADER{\n290\n1\n291\n1\n10\n500.0\n20\n600.0\n11\n1.0\n21\n0.0\n"
+        "0\nSECTION\n2\nENTITIES\n0\nMULTILEADER\n8\n0\n100\nAcDbMLeader\n300\nCONTEXT_DATA{\n41\n40.0\n140\n50."
+        "0\n290\n1\n304\nHH\n"
+        "12\n600.0\n22\n600.0\n13\n1.0\n23\n0.0\n171\n1\n45\n1.0\n302\nLEADER{\n290\n1\n291\n1\n10\n500.0\n20\n600."
+        "0\n11\n1.0\n21\n0.0\n"
         "40\n80.0\n304\nLEADER_LINE{\n10\n100.0\n20\n600.0\n305\n}\n303\n}\n301\n}\n170\n1\n0\nENDSEC\n0\nEOF\n";
     VcDbDatabase database(false);
     ASSERT_TRUE(readDrawingBytes(database, file).ok());

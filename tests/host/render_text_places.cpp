@@ -136,7 +136,8 @@ TEST_P(PlacedText, HangsOnItsPointAndFillsItsExtents)
         for (const auto& points : {mark.line, mark.area.points})
             for (const Point2& p : points) {
                 const VcGeVector3d v = VcGePoint3d(p.x, kSide - p.y, 0) - point;
-                const double up = v.dotProduct(y), slant = up * std::tan(look.oblique) * (look.backwards != look.upsideDown ? -1 : 1);
+                const double up = v.dotProduct(y),
+                             slant = up * std::tan(look.oblique) * (look.backwards != look.upsideDown ? -1 : 1);
                 left = std::min(left, v.dotProduct(x) - slant);
                 right = std::max(right, v.dotProduct(x) - slant);
                 low = std::min(low, up);
@@ -273,7 +274,8 @@ TEST_P(PlacedMText, StaysInItsExtentsAndFillsThem)
     EXPECT_LE(above, 0.5 * kSmall) << "dots and accents of the first line";
 }
 INSTANTIATE_TEST_SUITE_P(, PlacedMText, testing::ValuesIn(everyLines()), [](const auto& info) {
-    return std::string(info.param.lines.what) + (std::string(info.param.font) == "txt" ? "Stroked" : "Outlined") + std::to_string(info.param.attachment);
+    return std::string(info.param.lines.what) + (std::string(info.param.font) == "txt" ? "Stroked" : "Outlined") +
+           std::to_string(info.param.attachment);
 });
 
 // Real drawings, where a folder of them is named by VEKAD_DRAWINGS: texts with columns, fields, fonts of all kinds.
@@ -305,7 +307,8 @@ TEST(TextDrawings, TextsAreDrawnWithinTheirExtents)
             const auto* entity = VcDbEntity::cast(db.objectAt(slot));
             const double height = entity ? heightOf(*entity) : 0;
             VcDbExtents extents;
-            if (!(height > 0) || entity->isKindOf(VcDbTaggedText::desc()) || entity->getGeomExtents(extents) != Vcad::eOk)
+            if (!(height > 0) || entity->isKindOf(VcDbTaggedText::desc()) ||
+                entity->getGeomExtents(extents) != Vcad::eOk)
                 continue;
             vk::render::DisplayList list;
             vk::render::Omissions omissions;
@@ -315,10 +318,12 @@ TEST(TextDrawings, TextsAreDrawnWithinTheirExtents)
             ++seen;
             const VcGeVector3d slack(height / 100, height / 100, height / 100);
             const VcGePoint3d low = extents.minPoint() - slack, high = extents.maxPoint() + slack;
-            EXPECT_TRUE(list.bounds.min.x >= low.x && list.bounds.min.y >= low.y && list.bounds.max.x <= high.x && list.bounds.max.y <= high.y)
-                << entry.path() << " " << std::hex << entity->handle().value() << std::dec << " drawn " << list.bounds.min.x << ","
-                << list.bounds.min.y << " to " << list.bounds.max.x << "," << list.bounds.max.y << ", extents " << extents.minPoint().x << ","
-                << extents.minPoint().y << " to " << extents.maxPoint().x << "," << extents.maxPoint().y;
+            EXPECT_TRUE(list.bounds.min.x >= low.x && list.bounds.min.y >= low.y && list.bounds.max.x <= high.x &&
+                        list.bounds.max.y <= high.y)
+                << entry.path() << " " << std::hex << entity->handle().value() << std::dec << " drawn "
+                << list.bounds.min.x << "," << list.bounds.min.y << " to " << list.bounds.max.x << ","
+                << list.bounds.max.y << ", extents " << extents.minPoint().x << "," << extents.minPoint().y << " to "
+                << extents.maxPoint().x << "," << extents.maxPoint().y;
         }
     }
     EXPECT_GT(seen, 0);

@@ -9,9 +9,11 @@ using namespace rendertest;
 
 namespace {
 
-constexpr const char* kFonts[] = {"txt", "simplex", "romanc", "gothice", "isocp", "arial.ttf", "times.ttf", "gdt", "no such.shx"};
-constexpr const char* kWords[] = {"H", "gjpqy", "word", "Wide", "12.5", "x", "(Q)", "%%c40", "90%%d", "%%p2", "100%%%", "\\U+00C4g", "\\U+0416", "\\M+18140",
-                                  "%%065", "\\~", "\\\\", "\\{a\\}", "^ ", "f"};
+constexpr const char* kFonts[] = {"txt",       "simplex",   "romanc", "gothice",    "isocp",
+                                  "arial.ttf", "times.ttf", "gdt",    "no such.shx"};
+constexpr const char* kWords[] = {"H",     "gjpqy", "word", "Wide",    "12.5",      "x",        "(Q)",
+                                  "%%c40", "90%%d", "%%p2", "100%%%",  "\\U+00C4g", "\\U+0416", "\\M+18140",
+                                  "%%065", "\\~",   "\\\\", "\\{a\\}", "^ ",        "f"};
 
 class RandomTexts : public Picture {
 protected:
@@ -24,7 +26,8 @@ protected:
     }
     VcDbObjectId style(bool vertical)
     {
-        auto& record = *db().objectAs<VcDbTextStyleTableRecord>(db().recordFor(NameTable::TextStyle, fmt::format("S{}", ++m_styles)));
+        auto& record = *db().objectAs<VcDbTextStyleTableRecord>(
+            db().recordFor(NameTable::TextStyle, fmt::format("S{}", ++m_styles)));
         record.setFontFiles(oneOf(kFonts), "");
         record.setIsVertical(vertical);
         return record.objectId();
@@ -33,7 +36,11 @@ protected:
     {
         std::string all;
         for (int i = 0; i < count; ++i)
-            all += (chance(0.1) ? "%%u" : chance(0.1) ? "%%o" : chance(0.1) ? "%%k" : "") + std::string(oneOf(kWords)) + (chance(0.4) ? " " : "");
+            all += (chance(0.1)   ? "%%u"
+                    : chance(0.1) ? "%%o"
+                    : chance(0.1) ? "%%k"
+                                  : "") +
+                   std::string(oneOf(kWords)) + (chance(0.4) ? " " : "");
         return std::wstring(all.begin(), all.end()) + L"H";
     }
 
@@ -48,7 +55,8 @@ protected:
                     box.add(back * VcGePoint3d(p.x, kSide - p.y, 0));
         return box;
     }
-    void expectInside(const vk::geom::Box3d& ink, const VcDbExtents& extents, double hundredth, const std::wstring& said)
+    void expectInside(const vk::geom::Box3d& ink, const VcDbExtents& extents, double hundredth,
+                      const std::wstring& said)
     {
         const std::string text(said.begin(), said.end());
         ASSERT_FALSE(ink.isEmpty()) << text;

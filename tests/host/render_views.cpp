@@ -130,7 +130,8 @@ TEST_F(RenderViews, LayersLookOtherwiseInOneViewport)
     const auto say = [&](const wchar_t* name, const std::function<void(TagList&)>& addValue) {
         auto* record = new VcDbXrecord;
         VcDbObjectId id;
-        ASSERT_EQ(db().objectAs<VcDbDictionary>(layer("WALL").extensionDictionary())->setAt(name, record, id), Vcad::eOk);
+        ASSERT_EQ(db().objectAs<VcDbDictionary>(layer("WALL").extensionDictionary())->setAt(name, record, id),
+                  Vcad::eOk);
         TagList data;
         data.addText(102, "{OVERRIDE");
         data.addHandle(335, db().handleOf(own));
@@ -142,8 +143,9 @@ TEST_F(RenderViews, LayersLookOtherwiseInOneViewport)
     say(L"ADSK_XREC_LAYER_COLOR_OVR", [](TagList& data) { data.addInteger(420, std::int32_t(0xc3000003)); });
     say(L"ADSK_XREC_LAYER_LINEWT_OVR", [](TagList& data) { data.addInteger(91, 200); });
     say(L"ADSK_XREC_LAYER_ALPHA_OVR", [](TagList& data) { data.addInteger(440, 0x02000080); });
-    say(L"ADSK_XREC_LAYER_LINETYPE_OVR",
-        [&](TagList& data) { data.addHandle(343, db().handleOf(linetype("GAPS", {40, -40}).objectId())); });
+    say(L"ADSK_XREC_LAYER_LINETYPE_OVR", [&](TagList& data) {
+        data.addHandle(343, db().handleOf(linetype("GAPS", {40, -40}).objectId()));
+    });
     paint(paperName());
     EXPECT_EQ(at(500, 540), 0x8000ff00);
     EXPECT_GT(sheet.widthAt({500, kSide - 540}), 1.9);
@@ -221,7 +223,9 @@ TEST_F(RenderViews, WhatFollowsTheCursor)
         vk::render::PaintBudget budget;
         vk::render::ListPainter(db(), blocks, sheet, looks, view, budget, omissions).paint(list);
     };
-    display.follow({{circle.objectId()}, [](const VcGePoint3d& to) { return VcGeMatrix3d::translation(to - VcGePoint3d(100, 100, 0)); }, {}});
+    display.follow({{circle.objectId()},
+                    [](const VcGePoint3d& to) { return VcGeMatrix3d::translation(to - VcGePoint3d(100, 100, 0)); },
+                    {}});
     display.beginDrag(question);
     shows();
     EXPECT_TRUE(sheet.marks.empty()) << "no cursor, nothing to follow it";

@@ -95,7 +95,8 @@ protected:
     const VcDbObjectId id = GetParam().add(drawing);
 };
 
-INSTANTIATE_TEST_SUITE_P(All, EveryChain, testing::ValuesIn(entitySamples().begin(), entitySamples().end()), sampleName);
+INSTANTIATE_TEST_SUITE_P(All, EveryChain, testing::ValuesIn(entitySamples().begin(), entitySamples().end()),
+                         sampleName);
 
 TEST_P(EveryChain, BeginsWithNameTypeAndHandle)
 {
@@ -144,7 +145,8 @@ TEST_P(EveryChain, AChangedGroupChangesOnlyItself)
         const std::size_t mark = drawing.core().undo().mark();
         const int result = vcdbEntMod(edited.get());
         auto found = differences(linesOf(original.get()), linesOf(fetched(id).get()));
-        std::erase_if(found, [&](const std::string& line) { return std::count(derived.begin(), derived.end(), codeOf(line)); });
+        std::erase_if(
+            found, [&](const std::string& line) { return std::count(derived.begin(), derived.end(), codeOf(line)); });
         const bool isDerived = std::count(derived.begin(), derived.end(), node->restype) > 0;
         if (result == RTNORM && !isDerived) {
             EXPECT_EQ(found, std::vector<std::string>{lineOf(*at) + " -> " + lineOf(*node)});

@@ -163,7 +163,8 @@ TEST_F(Cloning, WhatHangsOnAnObjectComesAlong)
     const RbPtr data(clone->xData(L"APP"));
     ASSERT_TRUE(data);
     EXPECT_STREQ(data->rbnext->resval.rstring, L"kept");
-    EXPECT_TRUE(Opened<VcDbRegAppTable>(to.database.regAppTableId())->has(L"APP")) << "a file must know the application";
+    EXPECT_TRUE(Opened<VcDbRegAppTable>(to.database.regAppTableId())->has(L"APP"))
+        << "a file must know the application";
     EXPECT_EQ(clone->extensionDictionary().database(), &to.database);
     EXPECT_TRUE(Opened<VcDbDictionary>(clone->extensionDictionary())->has(L"DATA"));
     EXPECT_EQ(clone->reactors(), nullptr) << "what watched it stayed behind";
@@ -213,7 +214,9 @@ TEST_F(Cloning, WhatCannotBeIsRefused)
 {
     const VcDbObjectId id = from.line(), gone = from.line();
     Writing<VcDbLine>(gone)->erase();
-    const auto clone = [&](const VcDbObjectIdArray& ids, VcDbObjectId owner) { return from.database.deepCloneObjects(ids, owner, mapping); };
+    const auto clone = [&](const VcDbObjectIdArray& ids, VcDbObjectId owner) {
+        return from.database.deepCloneObjects(ids, owner, mapping);
+    };
     EXPECT_EQ(clone({}, to.modelId()), Vcad::eOk);
     EXPECT_NE(clone({id}, {}), Vcad::eOk);
     EXPECT_NE(clone({id, to.line()}, to.modelId()), Vcad::eOk) << "from two drawings";

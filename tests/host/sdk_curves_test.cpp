@@ -14,7 +14,10 @@ public:
     explicit Dice(unsigned seed) : m_engine(seed) {}
     double number(double from, double to) { return std::uniform_real_distribution<double>(from, to)(m_engine); }
     int count(int from, int to) { return std::uniform_int_distribution<int>(from, to)(m_engine); }
-    VcGePoint3d point(double reach = 10) { return {number(-reach, reach), number(-reach, reach), number(-reach, reach)}; }
+    VcGePoint3d point(double reach = 10)
+    {
+        return {number(-reach, reach), number(-reach, reach), number(-reach, reach)};
+    }
     VcGePoint3d flatPoint(double reach = 10) { return {number(-reach, reach), number(-reach, reach), 0}; }
     VcGeVector3d direction() { return VcGeVector3d(number(-1, 1), number(-1, 1), number(0.2, 1)).normal(); }
 
@@ -27,7 +30,10 @@ using Maker = std::unique_ptr<VcDbCurve> (*)(Dice& dice, bool flat);
 VcGePoint3d place(Dice& dice, bool flat) { return flat ? dice.flatPoint() : dice.point(); }
 VcGeVector3d up(Dice& dice, bool flat) { return flat ? VcGeVector3d::zAxis() : dice.direction(); }
 
-std::unique_ptr<VcDbCurve> makeLine(Dice& dice, bool flat) { return std::make_unique<VcDbLine>(place(dice, flat), place(dice, flat)); }
+std::unique_ptr<VcDbCurve> makeLine(Dice& dice, bool flat)
+{
+    return std::make_unique<VcDbLine>(place(dice, flat), place(dice, flat));
+}
 
 std::unique_ptr<VcDbCurve> makeCircle(Dice& dice, bool flat)
 {
@@ -38,7 +44,8 @@ std::unique_ptr<VcDbCurve> makeArc(Dice& dice, bool flat)
 {
     const double start = dice.number(0, kTurn);
     const VcGePoint3d center = place(dice, flat);
-    return std::make_unique<VcDbArc>(center, up(dice, flat), dice.number(0.5, 8), start, std::fmod(start + dice.number(0.3, 5.9), kTurn));
+    return std::make_unique<VcDbArc>(center, up(dice, flat), dice.number(0.5, 8), start,
+                                     std::fmod(start + dice.number(0.3, 5.9), kTurn));
 }
 
 std::unique_ptr<VcDbCurve> makeEllipse(Dice& dice, bool flat)
@@ -47,7 +54,8 @@ std::unique_ptr<VcDbCurve> makeEllipse(Dice& dice, bool flat)
     VcGeVector3d major = normal.perpVector() * dice.number(1, 8);
     major.rotateBy(dice.number(0, kTurn), normal);
     const double start = dice.number(0, 3);
-    return std::make_unique<VcDbEllipse>(place(dice, flat), normal, major, dice.number(0.2, 0.95), start, start + dice.number(0.5, 6));
+    return std::make_unique<VcDbEllipse>(place(dice, flat), normal, major, dice.number(0.2, 0.95), start,
+                                         start + dice.number(0.5, 6));
 }
 
 std::unique_ptr<VcDbCurve> makePolyline(Dice& dice, bool flat)
@@ -55,7 +63,8 @@ std::unique_ptr<VcDbCurve> makePolyline(Dice& dice, bool flat)
     auto p = std::make_unique<VcDbPolyline>();
     const int n = dice.count(2, 6);
     for (int i = 0; i < n; ++i)
-        p->addVertexAt(unsigned(i), {dice.number(-10, 10), dice.number(-10, 10)}, dice.count(0, 2) ? 0 : dice.number(-1.5, 1.5));
+        p->addVertexAt(unsigned(i), {dice.number(-10, 10), dice.number(-10, 10)},
+                       dice.count(0, 2) ? 0 : dice.number(-1.5, 1.5));
     p->setNormal(up(dice, flat));
     p->setElevation(flat ? 0 : dice.number(-5, 5));
     return p;
@@ -76,8 +85,8 @@ struct CurveKind {
     Maker make;
 };
 
-const CurveKind kKinds[] = {{"Line", makeLine},         {"Circle", makeCircle},     {"Arc", makeArc},
-                            {"Ellipse", makeEllipse},   {"Polyline", makePolyline}, {"Spline", makeSpline}};
+const CurveKind kKinds[] = {{"Line", makeLine},       {"Circle", makeCircle},     {"Arc", makeArc},
+                            {"Ellipse", makeEllipse}, {"Polyline", makePolyline}, {"Spline", makeSpline}};
 
 constexpr unsigned kRounds = 25;
 
@@ -95,7 +104,8 @@ protected:
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(All, RandomCurve, testing::ValuesIn(kKinds), [](const auto& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(All, RandomCurve, testing::ValuesIn(kKinds),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 struct Range {
     double from = 0, to = 0;
@@ -178,7 +188,8 @@ TEST_P(RandomCurve, DerivativesAreThoseOfThePoints)
             VcGeVector3d first, second;
             ASSERT_EQ(curve.getFirstDeriv(param, first), Vcad::eOk);
             ASSERT_EQ(curve.getSecondDeriv(param, second), Vcad::eOk);
-            const VcGePoint3d before = pointAt(curve, param - h), at = pointAt(curve, param), after = pointAt(curve, param + h);
+            const VcGePoint3d before = pointAt(curve, param - h), at = pointAt(curve, param),
+                              after = pointAt(curve, param + h);
             EXPECT_LT((first - (after - before) / (2 * h)).length(), 1e-4 * (1 + first.length() + second.length()));
             const VcGeVector3d bend = ((after - at) - (at - before)) / (h * h);
             EXPECT_LT((second - bend).length(), 0.02 * (1 + second.length()));
@@ -254,7 +265,8 @@ TEST_P(RandomCurve, OffsetsLieAtTheirDistance)
 TEST_P(RandomCurve, AMoveMovesEveryPointAndKeepsLengthAndArea)
 {
     each([](VcDbCurve& curve, Dice& dice) {
-        const VcGeMatrix3d m = VcGeMatrix3d::translation(dice.point().asVector()) * VcGeMatrix3d::rotation(dice.number(0, 6), dice.direction());
+        const VcGeMatrix3d m = VcGeMatrix3d::translation(dice.point().asVector()) *
+                               VcGeMatrix3d::rotation(dice.number(0, 6), dice.direction());
         const Range range = rangeOf(curve);
         std::vector<VcGePoint3d> points;
         for (double part = 0; part <= 1; part += 0.125)
@@ -306,15 +318,16 @@ TEST_P(RandomCurve, ExtentsHoldEveryPoint)
 
 class RandomMeeting : public testing::TestWithParam<std::tuple<CurveKind, CurveKind>> {};
 
-INSTANTIATE_TEST_SUITE_P(All, RandomMeeting, testing::Combine(testing::ValuesIn(kKinds), testing::ValuesIn(kKinds)), [](const auto& info) {
-    return std::string(std::get<0>(info.param).name) + std::get<1>(info.param).name;
-});
+INSTANTIATE_TEST_SUITE_P(All, RandomMeeting, testing::Combine(testing::ValuesIn(kKinds), testing::ValuesIn(kKinds)),
+                         [](const auto& info) {
+                             return std::string(std::get<0>(info.param).name) + std::get<1>(info.param).name;
+                         });
 
 bool samePoints(std::vector<VcGePoint3d> a, const std::vector<VcGePoint3d>& b)
 {
     return a.size() == b.size() && std::all_of(a.begin(), a.end(), [&](const VcGePoint3d& p) {
-        return std::any_of(b.begin(), b.end(), [&](const VcGePoint3d& q) { return p.distanceTo(q) < 1e-4; });
-    });
+               return std::any_of(b.begin(), b.end(), [&](const VcGePoint3d& q) { return p.distanceTo(q) < 1e-4; });
+           });
 }
 
 // Whichever is asked, the points are the same, and lie on what may be extended and what may not.
@@ -326,7 +339,8 @@ TEST_P(RandomMeeting, IsTheSameFromEitherSideInEveryMode)
         Dice dice(seed);
         const auto a = std::get<0>(GetParam()).make(dice, true), b = std::get<1>(GetParam()).make(dice, true);
         std::vector<VcGePoint3d> inner;
-        for (const VcDb::Intersect mode : {VcDb::kOnBothOperands, VcDb::kExtendThis, VcDb::kExtendArg, VcDb::kExtendBoth}) {
+        for (const VcDb::Intersect mode :
+             {VcDb::kOnBothOperands, VcDb::kExtendThis, VcDb::kExtendArg, VcDb::kExtendBoth}) {
             SCOPED_TRACE(testing::Message() << "seed " << seed << " mode " << mode);
             std::vector<VcGePoint3d> fromA, fromB;
             ASSERT_EQ(a->intersectWith(b.get(), mode, fromA), Vcad::eOk);

@@ -59,7 +59,8 @@ TEST_F(Databases, WhatIsNoDrawingIsTold)
     EXPECT_EQ(VcDbDatabase(false).readDwgFile(path(L"missing.dxf").c_str()), Vcad::eFileNotFound);
     EXPECT_EQ(VcDbDatabase(false).readDwgFile(nullptr), Vcad::eInvalidInput);
     EXPECT_EQ(VcDbDatabase(false).readDwgFile(L""), Vcad::eInvalidInput);
-    EXPECT_EQ(drawing.database.readDwgFile(path(L"whole.dxf").c_str()), Vcad::eNotApplicable) << "made with its defaults";
+    EXPECT_EQ(drawing.database.readDwgFile(path(L"whole.dxf").c_str()), Vcad::eNotApplicable)
+        << "made with its defaults";
 }
 
 TEST_F(Databases, WhereNothingCanBeWrittenIsTold)

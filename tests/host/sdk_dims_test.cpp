@@ -69,7 +69,8 @@ TEST_P(Dimensions, OverridesOfEveryVariableComeAndGo)
         if (!variable.isNumber())
             continue;
         SCOPED_TRACE(variable.name);
-        const double other = variable.kind == DimVariable::Kind::Number ? 1 - dimNumber(plain, variable) : dimNumber(plain, variable) + 0.5;
+        const double other = variable.kind == DimVariable::Kind::Number ? 1 - dimNumber(plain, variable)
+                                                                        : dimNumber(plain, variable) + 0.5;
         {
             Writing<VcDbDimension> d(id);
             VcDbDimOverrides overrides(*d);
@@ -82,7 +83,8 @@ TEST_P(Dimensions, OverridesOfEveryVariableComeAndGo)
             ASSERT_TRUE(overrides.number(variable.code));
             EXPECT_NEAR(*overrides.number(variable.code), other, 1e-12);
             EXPECT_NEAR(dimNumber(d->dimVars(), variable), other, 1e-12);
-            EXPECT_EQ(dimNumber(Opened<VcDbDimStyleTableRecord>(d->dimensionStyle())->dimVars(), variable), dimNumber(plain, variable));
+            EXPECT_EQ(dimNumber(Opened<VcDbDimStyleTableRecord>(d->dimensionStyle())->dimVars(), variable),
+                      dimNumber(plain, variable));
             EXPECT_EQ(overrides.remove(variable.code), Vcad::eOk);
             EXPECT_FALSE(overrides.has(variable.code));
         }
@@ -96,16 +98,20 @@ TEST_P(Dimensions, OverridesOfEveryVariableComeAndGo)
 TEST_P(Dimensions, AMoveMovesThePictureAndKeepsTheMeasure)
 {
     const double measure = dimension().measurement();
-    ASSERT_EQ(Writing<VcDbDimension>(id)->transformBy(VcGeMatrix3d::rotation(0.3, {0, 0, 1}) * VcGeMatrix3d::translation({7, 8, 0})), Vcad::eOk);
+    ASSERT_EQ(Writing<VcDbDimension>(id)->transformBy(VcGeMatrix3d::rotation(0.3, {0, 0, 1}) *
+                                                      VcGeMatrix3d::translation({7, 8, 0})),
+              Vcad::eOk);
     const bool isOrdinate = dimension().isKindOf(VcDbOrdinateDimension::desc());
     if (!isOrdinate) {
         EXPECT_NEAR(dimension().measurement(), measure, 1e-9);
     }
-    const bool isAngular = dimension().isKindOf(VcDb2LineAngularDimension::desc()) || dimension().isKindOf(VcDb3PointAngularDimension::desc());
+    const bool isAngular = dimension().isKindOf(VcDb2LineAngularDimension::desc()) ||
+                           dimension().isKindOf(VcDb3PointAngularDimension::desc());
     const double moved = dimension().measurement();
     ASSERT_EQ(Writing<VcDbDimension>(id)->transformBy(VcGeMatrix3d::scaling(2)), Vcad::eOk);
     EXPECT_NEAR(dimension().measurement(), isAngular ? moved : 2 * moved, 1e-9);
-    EXPECT_EQ(Writing<VcDbDimension>(id)->transformBy(VcGeMatrix3d::scaling(VcGeScale3d(1, 2, 1))), Vcad::eCannotScaleNonUniformly);
+    EXPECT_EQ(Writing<VcDbDimension>(id)->transformBy(VcGeMatrix3d::scaling(VcGeScale3d(1, 2, 1))),
+              Vcad::eCannotScaleNonUniformly);
 }
 
 TEST(DimensionStyles, AChangedStyleChangesItsDimensions)
@@ -186,7 +192,8 @@ TEST_P(LastOverrides, LeaveNoEmptyList)
     EXPECT_EQ(d->dimVars().dimasz, 4);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, LastOverrides, testing::ValuesIn(kLastOverrides), [](const auto& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(All, LastOverrides, testing::ValuesIn(kLastOverrides),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 TEST(OrdinateDimensions, MeasureAlongOneAxisOrTheOther)
 {
@@ -208,7 +215,8 @@ TEST(RadialDimensions, TellHowFarTheirArcGoesOn)
     const VcDbObjectId id = addSample(drawing, "RadialDimension");
     EXPECT_EQ(Opened<VcDbRadialDimension>(id)->extArcStartAngle(), 0);
     drawing.application(L"ACAD_DSTYLE_DIMRADIAL_EXTENSION");
-    const RbPtr chain(vcutBuildList(1001, L"ACAD_DSTYLE_DIMRADIAL_EXTENSION", 1070, 388, 1040, 1.25, 1070, 390, 1040, 2.5, RTNONE));
+    const RbPtr chain(
+        vcutBuildList(1001, L"ACAD_DSTYLE_DIMRADIAL_EXTENSION", 1070, 388, 1040, 1.25, 1070, 390, 1040, 2.5, RTNONE));
     ASSERT_EQ(Writing<VcDbRadialDimension>(id)->setXData(chain.get()), Vcad::eOk);
     EXPECT_EQ(Opened<VcDbRadialDimension>(id)->extArcStartAngle(), 1.25);
     EXPECT_EQ(Opened<VcDbRadialDimension>(id)->extArcEndAngle(), 2.5);

@@ -27,9 +27,21 @@ TEST_F(Erasing, WhatTheDrawingStandsOnStays)
     Opened<VcDbDictionary>(drawing.database.namedObjectsDictionaryId())->getAt(L"ACAD_GROUP", groups);
     const VcDbDatabase& db = drawing.database;
     const VcDbObjectId needed[] = {
-        db.blockTableId(), db.layerTableId(), db.textStyleTableId(), db.linetypeTableId(), db.dimStyleTableId(), db.regAppTableId(),
-        db.viewTableId(), db.viewportTableId(), db.UCSTableId(), db.namedObjectsDictionaryId(), groups,
-        db.currentSpaceId(), db.clayer(), db.textstyle(), db.dimstyle(),
+        db.blockTableId(),
+        db.layerTableId(),
+        db.textStyleTableId(),
+        db.linetypeTableId(),
+        db.dimStyleTableId(),
+        db.regAppTableId(),
+        db.viewTableId(),
+        db.viewportTableId(),
+        db.UCSTableId(),
+        db.namedObjectsDictionaryId(),
+        groups,
+        db.currentSpaceId(),
+        db.clayer(),
+        db.textstyle(),
+        db.dimstyle(),
     };
     for (const VcDbObjectId id : needed) {
         ASSERT_TRUE(id.isValid());
@@ -60,7 +72,8 @@ TEST_F(Erasing, ARecordComesBackUnlessItsNameIsTaken)
 TEST_F(Erasing, AMemberErasedOnItsOwnStaysErasedWhenItsBlockComesBack)
 {
     const VcDbObjectId door = drawing.block(L"DOOR");
-    const VcDbObjectId kept = drawing.add(std::make_unique<VcDbPoint>(), door), gone = drawing.add(std::make_unique<VcDbPoint>(), door);
+    const VcDbObjectId kept = drawing.add(std::make_unique<VcDbPoint>(), door),
+                       gone = drawing.add(std::make_unique<VcDbPoint>(), door);
     Writing<VcDbPoint>(gone)->erase();
     ASSERT_EQ(Writing<VcDbBlockTableRecord>(door)->erase(), Vcad::eOk);
     EXPECT_TRUE(kept.isErased());
@@ -116,7 +129,8 @@ TEST_F(Erasing, AnExtensionDictionaryGoesWithItsOwner)
 
 TEST_F(Erasing, PurgeTakesOutWhatIsStillNeeded)
 {
-    const VcDbObjectId used = drawing.layer(L"Used"), unused = drawing.layer(L"Unused"), style = drawing.style(L"Unused");
+    const VcDbObjectId used = drawing.layer(L"Used"), unused = drawing.layer(L"Unused"),
+                       style = drawing.style(L"Unused");
     Writing<VcDbLine>(drawing.line())->setLayer(used);
     VcDbObjectIdArray ids{used, unused, style, drawing.database.clayer(), VcDbObjectId()};
     EXPECT_EQ(drawing.database.purge(ids), Vcad::eOk);

@@ -21,7 +21,8 @@ protected:
     const VcDbObjectId id = GetParam().add(drawing);
 };
 
-INSTANTIATE_TEST_SUITE_P(All, EveryEntity, testing::ValuesIn(entitySamples().begin(), entitySamples().end()), sampleName);
+INSTANTIATE_TEST_SUITE_P(All, EveryEntity, testing::ValuesIn(entitySamples().begin(), entitySamples().end()),
+                         sampleName);
 
 TEST_P(EveryEntity, IsFoundUnderItsClassAndNoOther)
 {
@@ -140,7 +141,8 @@ TEST_P(EveryEntity, HasNoPointsWithItselfNorWithNothing)
 
 TEST_P(EveryEntity, ComesBackFromFilesOfEachRelease)
 {
-    for (const DxfVersion version : {DxfVersion::R2000, DxfVersion::R2004, DxfVersion::R2007, DxfVersion::R2010, DxfVersion::R2013, DxfVersion::R2018})
+    for (const DxfVersion version : {DxfVersion::R2000, DxfVersion::R2004, DxfVersion::R2007, DxfVersion::R2010,
+                                     DxfVersion::R2013, DxfVersion::R2018})
         for (const bool binary : {false, true}) {
             if (version < GetParam().oldest)
                 continue;

@@ -61,7 +61,9 @@ TEST_F(Viewports, AreClippedByAnEntityThatTheyName)
 
 TEST_F(Viewports, KeepACoordinateSystemOfTheirOwn)
 {
-    drawing.undoAndRedo(id, [&] { EXPECT_EQ(Writing<VcDbViewport>(id)->setUcs({1, 2, 3}, {0, 2, 0}, {0, 0, 5}), Vcad::eOk); });
+    drawing.undoAndRedo(id, [&] {
+        EXPECT_EQ(Writing<VcDbViewport>(id)->setUcs({1, 2, 3}, {0, 2, 0}, {0, 0, 5}), Vcad::eOk);
+    });
     Writing<VcDbViewport> viewport(id);
     EXPECT_NE(viewport->setUcs({}, {1, 0, 0}, {1, 1, 0}), Vcad::eOk);
     EXPECT_NE(viewport->setUcs({}, {}, {0, 1, 0}), Vcad::eOk);
@@ -94,7 +96,8 @@ TEST_F(Images, UnclippedShowTheWholePicture)
     const VcGeVector3d u(64, 12.8, 0), v(-9.6, 48, 0);
     const VcGePoint3d origin(1, 2, 0);
     for (const VcGePoint3d& corner : {origin, origin + u, origin + v, origin + u + v})
-        EXPECT_TRUE(std::any_of(whole.begin(), whole.end(), [&](const VcGePoint3d& p) { return p.distanceTo(corner) < 1e-9; }));
+        EXPECT_TRUE(
+            std::any_of(whole.begin(), whole.end(), [&](const VcGePoint3d& p) { return p.distanceTo(corner) < 1e-9; }));
 }
 
 TEST_F(Images, BoundariesAreTwoCornersOrAPolygon)
@@ -126,7 +129,8 @@ TEST_F(Images, PointToTheirDefinition)
     VcDbObjectId definition;
     auto* made = new VcDbRasterImageDef;
     made->setImage({640, 480}, {0.1, 0.1});
-    ASSERT_EQ(Writing<VcDbDictionary>(drawing.database.namedObjectsDictionaryId())->setAt(L"PICTURE", made, definition), Vcad::eOk);
+    ASSERT_EQ(Writing<VcDbDictionary>(drawing.database.namedObjectsDictionaryId())->setAt(L"PICTURE", made, definition),
+              Vcad::eOk);
     EXPECT_EQ(made->resolution(), VcGeVector2d(0.1, 0.1));
     EXPECT_TRUE(made->isLoaded());
     made->close();
@@ -147,7 +151,8 @@ TEST_F(BlockReferences, TheTransformTakesTheBlockToItsPlace)
     Writing<VcDbBlockReference> reference(id);
     Writing<VcDbBlockTableRecord>(reference->blockTableRecord())->setOrigin({1, 1, 0});
     const VcGeMatrix3d m = reference->blockTransform();
-    EXPECT_TRUE((m * VcGePoint3d(1, 1, 0)).isEqualTo(reference->position(), {1e-9, 1e-9})) << "the base point goes to the position";
+    EXPECT_TRUE((m * VcGePoint3d(1, 1, 0)).isEqualTo(reference->position(), {1e-9, 1e-9}))
+        << "the base point goes to the position";
     const VcGeVector3d along = m * VcGeVector3d(1, 0, 0);
     EXPECT_NEAR(along.length(), 2, 1e-9);
     EXPECT_NEAR(std::atan2(along.y, along.x), 0.5, 1e-9);

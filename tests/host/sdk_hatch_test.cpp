@@ -19,8 +19,8 @@ const EdgeKind kEdges[] = {
     {"Arc", 2, {{10, 2}, {20, 0}, {40, 2}, {50, 0}, {51, 180}, {73, 1}}},
     {"ClockwiseArc", 2, {{10, 2}, {20, 0}, {40, 2}, {50, 0}, {51, 180}, {73, 0}}},
     {"Ellipse", 3, {{10, 2}, {20, 0}, {11, 2}, {21, 0}, {40, 0.5}, {50, 0}, {51, 180}, {73, 1}}},
-    {"Spline", 4, {{94, 3}, {73, 0}, {74, 0}, {95, 8}, {96, 4}, {40, 0}, {40, 0}, {40, 0}, {40, 0}, {40, 1}, {40, 1}, {40, 1}, {40, 1},
-                   {10, 0}, {20, 0}, {10, 1}, {20, 2}, {10, 3}, {20, 2}, {10, 4}, {20, 0}, {97, 0}}},
+    {"Spline", 4, {{94, 3}, {73, 0}, {74, 0}, {95, 8}, {96, 4}, {40, 0}, {40, 0}, {40, 0}, {40, 0}, {40, 1}, {40, 1},
+                   {40, 1}, {40, 1}, {10, 0}, {20, 0}, {10, 1}, {20, 2}, {10, 3}, {20, 2}, {10, 4}, {20, 0}, {97, 0}}},
 };
 
 bool isWhole(int code) { return code == 73 || code == 74 || (code >= 90 && code < 100); }
@@ -55,7 +55,8 @@ protected:
     const VcDbObjectId id = addHatchOf(drawing, GetParam());
 };
 
-INSTANTIATE_TEST_SUITE_P(All, HatchEdges, testing::ValuesIn(kEdges), [](const auto& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(All, HatchEdges, testing::ValuesIn(kEdges),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 TEST_P(HatchEdges, AreGivenAsEdgesAndNotAsAPolyline)
 {
@@ -222,7 +223,8 @@ TEST(HatchGradients, TellTheirColoursAngleAndShift)
         g.text(8, "0");
         g.text(100, "AcDbHatch");
         g.text(2, "SOLID");
-        for (const auto& [code, value] : {std::pair(70, 1), {71, 0}, {91, 0}, {75, 0}, {76, 1}, {98, 0}, {450, 1}, {451, 0}})
+        for (const auto& [code, value] :
+             {std::pair(70, 1), {71, 0}, {91, 0}, {75, 0}, {76, 1}, {98, 0}, {450, 1}, {451, 0}})
             g.integer(code, value);
         g.real(460, 0.5);
         g.real(461, 0.25);
@@ -237,7 +239,8 @@ TEST(HatchGradients, TellTheirColoursAngleAndShift)
         return g;
     };
     VcDbHatch two, one;
-    GroupList twoGroups = groups(0, "MYSHADE", {{0, 0xff0000}, {1, 0x00ff00}}), oneGroups = groups(1, "LINEAR", {{0, 0x102030}});
+    GroupList twoGroups = groups(0, "MYSHADE", {{0, 0xff0000}, {1, 0x00ff00}}),
+              oneGroups = groups(1, "LINEAR", {{0, 0x102030}});
     ASSERT_EQ(readGroups(two, drawing.core(), twoGroups), 0);
     ASSERT_EQ(readGroups(one, drawing.core(), oneGroups), 0);
     EXPECT_TRUE(two.isGradient());

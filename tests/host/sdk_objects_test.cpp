@@ -15,7 +15,8 @@ protected:
     VcDbObjectId put(const wchar_t* name, T* object)
     {
         VcDbObjectId id;
-        EXPECT_EQ(Writing<VcDbDictionary>(drawing.database.namedObjectsDictionaryId())->setAt(name, object, id), Vcad::eOk);
+        EXPECT_EQ(Writing<VcDbDictionary>(drawing.database.namedObjectsDictionaryId())->setAt(name, object, id),
+                  Vcad::eOk);
         object->close();
         return id;
     }
@@ -66,8 +67,9 @@ TEST_F(ObjectSettings, ScalesSayPaperAndDrawingUnits)
     changes<S>(id, [](S& s) { return s.setPaperUnits(1); });
     changes<S>(id, [](S& s) { return s.setDrawingUnits(50); });
     changes<S>(id, [](S& s) { return s.setIsUnitScale(true); });
-    for (Vcad::ErrorStatus (*set)(S&) : {+[](S& s) { return s.setPaperUnits(-1); }, +[](S& s) { return s.setDrawingUnits(0); },
-                                         +[](S& s) { return s.setDrawingUnits(NAN); }, +[](S& s) { return s.setScaleName(nullptr); }})
+    for (Vcad::ErrorStatus (*set)(S&) :
+         {+[](S& s) { return s.setPaperUnits(-1); }, +[](S& s) { return s.setDrawingUnits(0); },
+          +[](S& s) { return s.setDrawingUnits(NAN); }, +[](S& s) { return s.setScaleName(nullptr); }})
         refuses<S>(id, set);
     Opened<S> scale(id);
     EXPECT_EQ(taken(scale->scaleName()), L"1:50");
@@ -140,7 +142,8 @@ TEST_F(ObjectSettings, PlotSettingsKeepToTheirRanges)
 
 TEST_F(ObjectSettings, SmallSettingsKeepToTheirRanges)
 {
-    const VcDbObjectId raster = put(L"RASTER", new VcDbRasterVariables), wipeout = put(L"WIPEOUT", new VcDbWipeoutVariables);
+    const VcDbObjectId raster = put(L"RASTER", new VcDbRasterVariables),
+                       wipeout = put(L"WIPEOUT", new VcDbWipeoutVariables);
     changes<VcDbRasterVariables>(raster, [](VcDbRasterVariables& v) { return v.setImageFrame(2); });
     changes<VcDbRasterVariables>(raster, [](VcDbRasterVariables& v) { return v.setImageQuality(0); });
     refuses<VcDbRasterVariables>(raster, [](VcDbRasterVariables& v) { return v.setImageFrame(3); });
@@ -196,7 +199,8 @@ TEST_F(ObjectSettings, GroupsTakeEntitiesOfTheirDrawingAlone)
     EXPECT_NE(group->append(other.line()), Vcad::eOk);
     EXPECT_NE(group->append(drawing.database.clayer()), Vcad::eOk);
     EXPECT_NE(group->append(VcDbObjectId()), Vcad::eOk);
-    EXPECT_EQ(group->append(VcDbObjectIdArray{line, drawing.database.clayer()}) == Vcad::eOk, false) << "told, but the line is taken";
+    EXPECT_EQ(group->append(VcDbObjectIdArray{line, drawing.database.clayer()}) == Vcad::eOk, false)
+        << "told, but the line is taken";
     EXPECT_EQ(group->numEntities(), 1u);
     EXPECT_NE(group->remove(drawing.database.clayer()), Vcad::eOk);
     EXPECT_EQ(group->clear(), Vcad::eOk);

@@ -165,7 +165,8 @@ struct HandleCase {
 
 TEST(Handles, AreCapitalHexadecimalsWithoutZerosInFront)
 {
-    for (const auto& [value, text] : {HandleCase{0, L"0"}, {0x2f, L"2F"}, {0xABCDEF, L"ABCDEF"}, {~std::uint64_t(0), L"FFFFFFFFFFFFFFFF"}}) {
+    for (const auto& [value, text] :
+         {HandleCase{0, L"0"}, {0x2f, L"2F"}, {0xABCDEF, L"ABCDEF"}, {~std::uint64_t(0), L"FFFFFFFFFFFFFFFF"}}) {
         wchar_t wide[17];
         char narrow[17];
         ASSERT_TRUE(VcDbHandle(value).getIntoAsciiBuffer(wide));
@@ -184,7 +185,8 @@ TEST_F(Opening, HandlesFindTheirObjectsAgain)
     struct {
         const wchar_t* text;
         int expected;
-    } const cases[] = {{L"", RTERROR}, {L"0", RTERROR}, {L"xyz", RTERROR}, {L"FFFFFFFFFF", RTERROR}, {nullptr, RTERROR}};
+    } const cases[] = {
+        {L"", RTERROR}, {L"0", RTERROR}, {L"xyz", RTERROR}, {L"FFFFFFFFFF", RTERROR}, {nullptr, RTERROR}};
     vds_name name = {5, 5};
     for (const auto& c : cases)
         EXPECT_EQ(vcdbHandEnt(c.text, name), c.expected) << (c.text ? c.text : L"null");

@@ -18,8 +18,8 @@ struct FileKind {
 std::vector<FileKind> fileKinds()
 {
     std::vector<FileKind> all;
-    for (const DxfVersion v : {DxfVersion::R12, DxfVersion::R2000, DxfVersion::R2004, DxfVersion::R2007, DxfVersion::R2010, DxfVersion::R2013,
-                               DxfVersion::R2018})
+    for (const DxfVersion v : {DxfVersion::R12, DxfVersion::R2000, DxfVersion::R2004, DxfVersion::R2007,
+                               DxfVersion::R2010, DxfVersion::R2013, DxfVersion::R2018})
         for (const bool binary : {false, true})
             all.push_back({v, binary});
     return all;
@@ -40,7 +40,8 @@ protected:
         auto database = std::make_unique<VcDbDatabase>(false);
         const ReadResult read = readDrawingBytes(*database, bytes);
         EXPECT_TRUE(read.ok()) << read.message;
-        EXPECT_EQ(read.problems.total(), 0u) << (read.problems.items().empty() ? "" : read.problems.items().front().text);
+        EXPECT_EQ(read.problems.total(), 0u)
+            << (read.problems.items().empty() ? "" : read.problems.items().front().text);
         return database;
     }
     template <class T>
@@ -57,13 +58,16 @@ protected:
 };
 
 INSTANTIATE_TEST_SUITE_P(All, RandomFiles, testing::ValuesIn(fileKinds()), [](const auto& info) {
-    return std::string(info.param.version == DxfVersion::R12 ? "" : "R") + releaseName(info.param.version) + (info.param.binary ? "binary" : "ascii");
+    return std::string(info.param.version == DxfVersion::R12 ? "" : "R") + releaseName(info.param.version) +
+           (info.param.binary ? "binary" : "ascii");
 });
 
 // Any finite number, with those at the edges more often than chance would have them.
 double anyNumber(std::mt19937_64& engine)
 {
-    static constexpr double kEdges[] = {0.0, -0.0, 1.0, -1.0, 0.1, 1.0 / 3, 1e-300, -1e300, 5e-324, 1.7976931348623157e308, 123456789012345.0, 1e16, 2.5e-17};
+    static constexpr double kEdges[] = {
+        0.0,  -0.0,   1.0, -1.0, 0.1, 1.0 / 3, 1e-300, -1e300, 5e-324, 1.7976931348623157e308, 123456789012345.0,
+        1e16, 2.5e-17};
     if (engine() % 4 == 0)
         return kEdges[engine() % std::size(kEdges)];
     while (true) {
@@ -97,7 +101,8 @@ TEST_P(RandomFiles, AnglesComeBackWithinTheirLastDigit)
     std::vector<std::tuple<VcDbObjectId, double, double>> arcs;
     for (int i = 0; i < 200; ++i) {
         const double start = turn(m_engine), end = turn(m_engine);
-        arcs.emplace_back(drawing.add(std::make_unique<VcDbArc>(VcGePoint3d(), VcGeVector3d::zAxis(), 2.0, start, end)), start, end);
+        arcs.emplace_back(drawing.add(std::make_unique<VcDbArc>(VcGePoint3d(), VcGeVector3d::zAxis(), 2.0, start, end)),
+                          start, end);
     }
     const auto database = again();
     for (const auto& [id, start, end] : arcs) {
@@ -177,8 +182,8 @@ TEST_P(RandomFiles, VerticesComeBackWithBulgesAndWidths)
         auto p = std::make_unique<VcDbPolyline>();
         const unsigned n = unsigned(2 + m_engine() % 30);
         for (unsigned v = 0; v < n; ++v)
-            p->addVertexAt(v, {number(m_engine), number(m_engine)}, m_engine() % 2 ? number(m_engine) : 0, m_engine() % 3 ? 0 : 1.25,
-                           m_engine() % 3 ? 0 : 0.5);
+            p->addVertexAt(v, {number(m_engine), number(m_engine)}, m_engine() % 2 ? number(m_engine) : 0,
+                           m_engine() % 3 ? 0 : 1.25, m_engine() % 3 ? 0 : 0.5);
         p->setClosed(m_engine() % 2);
         p->setElevation(number(m_engine));
         auto copy = p->copyOf();

@@ -27,29 +27,39 @@ const T& as(const VcDbEntity& entity)
 VcDbObjectId newLinetype(SdkDrawing& d) { return d.addRecord<VcDbLinetypeTable, VcDbLinetypeTableRecord>(L"Dots"); }
 
 const ReferenceCase kCases[] = {
-    {"Layer", "Line", [](VcDbEntity& e, VcDbObjectId id) { return e.setLayer(id); }, [](SdkDrawing& d) { return d.layer(L"Wall"); },
-     [](const VcDbEntity& e) { return e.layerId(); }},
+    {"Layer", "Line", [](VcDbEntity& e, VcDbObjectId id) { return e.setLayer(id); },
+     [](SdkDrawing& d) { return d.layer(L"Wall"); }, [](const VcDbEntity& e) { return e.layerId(); }},
     {"Linetype", "Line", [](VcDbEntity& e, VcDbObjectId id) { return e.setLinetype(id); }, newLinetype,
      [](const VcDbEntity& e) { return e.linetypeId(); }},
     {"TextStyle", "Text", [](VcDbEntity& e, VcDbObjectId id) { return as<VcDbText>(e).setTextStyle(id); },
      [](SdkDrawing& d) { return d.style(L"Notes"); }, [](const VcDbEntity& e) { return as<VcDbText>(e).textStyle(); }},
     {"MTextStyle", "MText", [](VcDbEntity& e, VcDbObjectId id) { return as<VcDbMText>(e).setTextStyle(id); },
      [](SdkDrawing& d) { return d.style(L"Notes"); }, [](const VcDbEntity& e) { return as<VcDbMText>(e).textStyle(); }},
-    {"Block", "BlockReference", [](VcDbEntity& e, VcDbObjectId id) { return as<VcDbBlockReference>(e).setBlockTableRecord(id); },
-     [](SdkDrawing& d) { return d.block(L"GATE"); }, [](const VcDbEntity& e) { return as<VcDbBlockReference>(e).blockTableRecord(); }},
-    {"DimensionStyle", "AlignedDimension", [](VcDbEntity& e, VcDbObjectId id) { return as<VcDbDimension>(e).setDimensionStyle(id); },
-     [](SdkDrawing& d) { return d.dimStyle(L"Big"); }, [](const VcDbEntity& e) { return as<VcDbDimension>(e).dimensionStyle(); }},
+    {"Block", "BlockReference",
+     [](VcDbEntity& e, VcDbObjectId id) { return as<VcDbBlockReference>(e).setBlockTableRecord(id); },
+     [](SdkDrawing& d) { return d.block(L"GATE"); },
+     [](const VcDbEntity& e) { return as<VcDbBlockReference>(e).blockTableRecord(); }},
+    {"DimensionStyle", "AlignedDimension",
+     [](VcDbEntity& e, VcDbObjectId id) { return as<VcDbDimension>(e).setDimensionStyle(id); },
+     [](SdkDrawing& d) { return d.dimStyle(L"Big"); },
+     [](const VcDbEntity& e) { return as<VcDbDimension>(e).dimensionStyle(); }},
     {"LeaderStyle", "Leader", [](VcDbEntity& e, VcDbObjectId id) { return as<VcDbLeader>(e).setDimensionStyle(id); },
-     [](SdkDrawing& d) { return d.dimStyle(L"Big"); }, [](const VcDbEntity& e) { return as<VcDbLeader>(e).dimensionStyle(); }},
+     [](SdkDrawing& d) { return d.dimStyle(L"Big"); },
+     [](const VcDbEntity& e) { return as<VcDbLeader>(e).dimensionStyle(); }},
     {"ToleranceStyle", "Tolerance", [](VcDbEntity& e, VcDbObjectId id) { return as<VcDbFcf>(e).setDimensionStyle(id); },
-     [](SdkDrawing& d) { return d.dimStyle(L"Big"); }, [](const VcDbEntity& e) { return as<VcDbFcf>(e).dimensionStyle(); }},
+     [](SdkDrawing& d) { return d.dimStyle(L"Big"); },
+     [](const VcDbEntity& e) { return as<VcDbFcf>(e).dimensionStyle(); }},
     {"Annotation", "Leader", [](VcDbEntity& e, VcDbObjectId id) { return as<VcDbLeader>(e).attachAnnotation(id); },
-     [](SdkDrawing& d) { return d.add(std::make_unique<VcDbMText>()); }, [](const VcDbEntity& e) { return as<VcDbLeader>(e).annotationObjId(); }},
-    {"ViewportClip", "Viewport", [](VcDbEntity& e, VcDbObjectId id) { return as<VcDbViewport>(e).setNonRectClipEntityId(id); },
+     [](SdkDrawing& d) { return d.add(std::make_unique<VcDbMText>()); },
+     [](const VcDbEntity& e) { return as<VcDbLeader>(e).annotationObjId(); }},
+    {"ViewportClip", "Viewport",
+     [](VcDbEntity& e, VcDbObjectId id) { return as<VcDbViewport>(e).setNonRectClipEntityId(id); },
      [](SdkDrawing& d) { return d.add(std::make_unique<VcDbCircle>()); },
      [](const VcDbEntity& e) { return as<VcDbViewport>(e).nonRectClipEntityId(); }, true},
-    {"DimensionBlock", "AlignedDimension", [](VcDbEntity& e, VcDbObjectId id) { return as<VcDbDimension>(e).setDimBlockId(id); },
-     [](SdkDrawing& d) { return d.block(L"PICTURE"); }, [](const VcDbEntity& e) { return as<VcDbDimension>(e).dimBlockId(); }, true},
+    {"DimensionBlock", "AlignedDimension",
+     [](VcDbEntity& e, VcDbObjectId id) { return as<VcDbDimension>(e).setDimBlockId(id); },
+     [](SdkDrawing& d) { return d.block(L"PICTURE"); },
+     [](const VcDbEntity& e) { return as<VcDbDimension>(e).dimBlockId(); }, true},
 };
 
 class References : public testing::TestWithParam<ReferenceCase> {
@@ -58,7 +68,8 @@ protected:
     const VcDbObjectId id = addSample(drawing, GetParam().sample);
 };
 
-INSTANTIATE_TEST_SUITE_P(All, References, testing::ValuesIn(kCases), [](const auto& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(All, References, testing::ValuesIn(kCases),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 TEST_P(References, TakeWhatFitsAndUndoIt)
 {
@@ -73,11 +84,13 @@ TEST_P(References, RefuseWhatDoesNot)
     SdkDrawing foreign;
     const VcDbObjectId erased = GetParam().good(drawing);
     ASSERT_EQ(Writing<VcDbObject>(erased)->erase(), Vcad::eOk);
-    std::vector<VcDbObjectId> bad{drawing.database.regAppTableId(), drawing.database.namedObjectsDictionaryId(), GetParam().good(foreign), erased};
+    std::vector<VcDbObjectId> bad{drawing.database.regAppTableId(), drawing.database.namedObjectsDictionaryId(),
+                                  GetParam().good(foreign), erased};
     if (!GetParam().takesNull)
         bad.push_back({});
     for (const VcDbObjectId wrong : bad) {
-        EXPECT_NE(GetParam().set(*Writing<VcDbEntity>(id), wrong), Vcad::eOk) << (wrong.objectClass() ? wrong.objectClass()->name() : "null");
+        EXPECT_NE(GetParam().set(*Writing<VcDbEntity>(id), wrong), Vcad::eOk)
+            << (wrong.objectClass() ? wrong.objectClass()->name() : "null");
         EXPECT_EQ(drawing.saidBy(id), before);
     }
 }
@@ -115,8 +128,11 @@ TEST(ReferencesAcross, EntitiesWithLooksOfAnotherDrawingAreRefused)
 TEST(ReferencesOfViewports, FreezeLayersAlone)
 {
     SdkDrawing drawing;
-    const VcDbObjectId wall = drawing.layer(L"Wall"), text = drawing.layer(L"Text"), id = addSample(drawing, "Viewport");
-    const auto freeze = [&](const VcDbObjectIdArray& ids) { return Writing<VcDbViewport>(id)->freezeLayersInViewport(ids); };
+    const VcDbObjectId wall = drawing.layer(L"Wall"), text = drawing.layer(L"Text"),
+                       id = addSample(drawing, "Viewport");
+    const auto freeze = [&](const VcDbObjectIdArray& ids) {
+        return Writing<VcDbViewport>(id)->freezeLayersInViewport(ids);
+    };
     drawing.undoAndRedo(id, [&] { EXPECT_EQ(freeze({wall, text, wall}), Vcad::eOk); });
     EXPECT_EQ(Opened<VcDbViewport>(id)->frozenLayers(), (VcDbObjectIdArray{wall, text}));
     EXPECT_EQ(Writing<VcDbLayerTableRecord>(wall)->erase(), Vcad::eCannotBeErased) << "the viewport names it";

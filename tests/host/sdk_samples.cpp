@@ -65,7 +65,8 @@ VcDbObjectId addSubDMesh(SdkDrawing& drawing)
         g.text(100, "AcDbSubDMesh");
         for (const auto& [code, value] : {std::pair(71, 2), {72, 0}, {91, 1}, {92, 4}})
             g.integer(code, value);
-        for (const VcGePoint3d& p : {VcGePoint3d(0, 0, 0), VcGePoint3d(4, 0, 1), VcGePoint3d(4, 3, 2), VcGePoint3d(0, 3, 1)})
+        for (const VcGePoint3d& p :
+             {VcGePoint3d(0, 0, 0), VcGePoint3d(4, 0, 1), VcGePoint3d(4, 3, 2), VcGePoint3d(0, 3, 1)})
             putPoint(g, 10, p);
         g.integer(93, 5);
         for (const int index : {4, 0, 1, 2, 3})
@@ -94,7 +95,8 @@ VcDbObjectId addPolyline(SdkDrawing& drawing)
 VcDbObjectId addSpline(SdkDrawing& drawing)
 {
     auto s = std::make_unique<VcDbSpline>();
-    s->setNurbsData(2, false, false, {{0, 0, 0}, {1, 3, 0}, {3, -3, 1}, {4, 0, 0}}, {0, 0, 0, 0.4, 1, 1, 1}, {1, 2, 0.5, 1});
+    s->setNurbsData(2, false, false, {{0, 0, 0}, {1, 3, 0}, {3, -3, 1}, {4, 0, 0}}, {0, 0, 0, 0.4, 1, 1, 1},
+                    {1, 2, 0.5, 1});
     return drawing.add(std::move(s));
 }
 
@@ -237,7 +239,8 @@ VcDbObjectId addShape(SdkDrawing& drawing)
 
 VcDbObjectId addFace(SdkDrawing& drawing)
 {
-    auto f = std::make_unique<VcDbFace>(VcGePoint3d(0, 0, 0), VcGePoint3d(2, 0, 1), VcGePoint3d(2, 1, 2), VcGePoint3d(0, 1, 3));
+    auto f = std::make_unique<VcDbFace>(VcGePoint3d(0, 0, 0), VcGePoint3d(2, 0, 1), VcGePoint3d(2, 1, 2),
+                                        VcGePoint3d(0, 1, 3));
     f->makeEdgeInvisibleAt(2);
     return drawing.add(std::move(f));
 }
@@ -345,7 +348,10 @@ const EntitySample kSamples[] = {
     {"Xline", [](SdkDrawing& d) { return addNew<VcDbXline>(d); }},
     {"Circle", [](SdkDrawing& d) { return addNew<VcDbCircle>(d, VcGePoint3d(1, 2, 3), kTilted, 2.0); }},
     {"Arc", [](SdkDrawing& d) { return addNew<VcDbArc>(d, VcGePoint3d(1, 2, 7), kTilted, 2.0, 3.0, 1.0); }},
-    {"Ellipse", [](SdkDrawing& d) { return addNew<VcDbEllipse>(d, VcGePoint3d(1, 2, 0), kUp, VcGeVector3d(3, 1, 0), 0.4, 0.5, 2.5); }},
+    {"Ellipse",
+     [](SdkDrawing& d) {
+         return addNew<VcDbEllipse>(d, VcGePoint3d(1, 2, 0), kUp, VcGeVector3d(3, 1, 0), 0.4, 0.5, 2.5);
+     }},
     {"Polyline", addPolyline},
     {"Spline", addSpline},
     {"HeavyPolyline", add2dPolyline},
@@ -358,16 +364,31 @@ const EntitySample kSamples[] = {
     {"BlockReference", addReference},
     {"MInsert", addGrid},
     {"Shape", addShape},
-    {"Solid", [](SdkDrawing& d) { return addNew<VcDbSolid>(d, VcGePoint3d(0, 0, 1), VcGePoint3d(2, 0, 1), VcGePoint3d(0, 1, 1), VcGePoint3d(2, 1, 1)); }},
-    {"Trace", [](SdkDrawing& d) { return addNew<VcDbTrace>(d, VcGePoint3d(0, 0, 0), VcGePoint3d(2, 0, 0), VcGePoint3d(0, 1, 0), VcGePoint3d(2, 1, 0)); }},
+    {"Solid",
+     [](SdkDrawing& d) {
+         return addNew<VcDbSolid>(d, VcGePoint3d(0, 0, 1), VcGePoint3d(2, 0, 1), VcGePoint3d(0, 1, 1),
+                                  VcGePoint3d(2, 1, 1));
+     }},
+    {"Trace",
+     [](SdkDrawing& d) {
+         return addNew<VcDbTrace>(d, VcGePoint3d(0, 0, 0), VcGePoint3d(2, 0, 0), VcGePoint3d(0, 1, 0),
+                                  VcGePoint3d(2, 1, 0));
+     }},
     {"Face", addFace},
     {"SubDMesh", addSubDMesh, DxfVersion::R2010},
     {"Hatch", addHatch},
     {"Leader", addLeader},
     {"Tolerance", addTolerance},
-    {"RotatedDimension", [](SdkDrawing& d) { return addDimension<VcDbRotatedDimension>(d, [](auto& e) { placeBetween(e); e.setRotation(0.2); }); }},
+    {"RotatedDimension",
+     [](SdkDrawing& d) {
+         return addDimension<VcDbRotatedDimension>(d, [](auto& e) {
+             placeBetween(e);
+             e.setRotation(0.2);
+         });
+     }},
     {"AlignedDimension", [](SdkDrawing& d) { return addDimension<VcDbAlignedDimension>(d, placeBetween); }},
-    {"AngularDimension", [](SdkDrawing& d) {
+    {"AngularDimension",
+     [](SdkDrawing& d) {
          return addDimension<VcDb2LineAngularDimension>(d, [](auto& e) {
              e.setXLine1Start({1, 0, 0});
              e.setXLine1End({5, 0, 0});
@@ -378,20 +399,23 @@ const EntitySample kSamples[] = {
      }},
     {"ThreePointDimension", [](SdkDrawing& d) { return addDimension<VcDb3PointAngularDimension>(d, placeAround); }},
     {"ArcDimension", [](SdkDrawing& d) { return addDimension<VcDbArcDimension>(d, placeAround); }, DxfVersion::R2004},
-    {"RadialDimension", [](SdkDrawing& d) {
+    {"RadialDimension",
+     [](SdkDrawing& d) {
          return addDimension<VcDbRadialDimension>(d, [](auto& e) {
              e.setCenter({1, 1, 0});
              e.setChordPoint({4, 5, 0});
              e.setLeaderLength(2);
          });
      }},
-    {"DiametricDimension", [](SdkDrawing& d) {
+    {"DiametricDimension",
+     [](SdkDrawing& d) {
          return addDimension<VcDbDiametricDimension>(d, [](auto& e) {
              e.setChordPoint({4, 5, 0});
              e.setFarChordPoint({-2, -3, 0});
          });
      }},
-    {"JoggedDimension", [](SdkDrawing& d) {
+    {"JoggedDimension",
+     [](SdkDrawing& d) {
          return addDimension<VcDbRadialDimensionLarge>(d, [](auto& e) {
              e.setCenter({0, 0, 0});
              e.setChordPoint({30, 40, 0});
@@ -399,8 +423,10 @@ const EntitySample kSamples[] = {
              e.setJogPoint({20, 30, 0});
              e.setJogAngle(0.7);
          });
-     }, DxfVersion::R2004},
-    {"OrdinateDimension", [](SdkDrawing& d) {
+     },
+     DxfVersion::R2004},
+    {"OrdinateDimension",
+     [](SdkDrawing& d) {
          return addDimension<VcDbOrdinateDimension>(d, [](auto& e) {
              e.useXAxis();
              e.setDefiningPoint({3, 4, 0});

@@ -17,17 +17,17 @@ struct NumberCase {
     std::vector<double> good, bad;
 };
 
-#define NUMBER(Sample, Class, Setter, Getter, ...)                                                                    \
-    NumberCase                                                                                                        \
-    {                                                                                                                 \
-        #Class "_" #Setter, Sample, [](VcDbEntity& e, double v) { return static_cast<Class&>(e).Setter(v); },         \
-            [](const VcDbEntity& e) { return double(static_cast<const Class&>(e).Getter()); }, __VA_ARGS__            \
+#define NUMBER(Sample, Class, Setter, Getter, ...)                                                                     \
+    NumberCase                                                                                                         \
+    {                                                                                                                  \
+#Class "_" #Setter, Sample, [](VcDbEntity& e, double v) { return static_cast<Class&>(e).Setter(v); },         \
+            [](const VcDbEntity& e) { return double(static_cast<const Class&>(e).Getter()); }, __VA_ARGS__        \
     }
-#define INTEGER(Sample, Class, Type, Setter, Getter, ...)                                                             \
-    NumberCase                                                                                                        \
-    {                                                                                                                 \
-        #Class "_" #Setter, Sample, [](VcDbEntity& e, double v) { return static_cast<Class&>(e).Setter(Type(v)); },   \
-            [](const VcDbEntity& e) { return double(static_cast<const Class&>(e).Getter()); }, __VA_ARGS__            \
+#define INTEGER(Sample, Class, Type, Setter, Getter, ...)                                                              \
+    NumberCase                                                                                                         \
+    {                                                                                                                  \
+#Class "_" #Setter, Sample, [](VcDbEntity& e, double v) { return static_cast<Class&>(e).Setter(Type(v)); },   \
+            [](const VcDbEntity& e) { return double(static_cast<const Class&>(e).Getter()); }, __VA_ARGS__        \
     }
 
 const std::vector<double> kAnyNumber = {0, -2.5, 1e6}, kNoNumber = {kNan, kInfinity, -kInfinity};
@@ -63,7 +63,8 @@ const NumberCase kNumbers[] = {
     NUMBER("Text", VcDbText, setThickness, thickness, kAnyNumber, kNoNumber),
     INTEGER("Text", VcDbText, VcDb::TextHorzMode, setHorizontalMode, horizontalMode, {0, 1, 2, 4}, {-1, 6}),
     INTEGER("Text", VcDbText, VcDb::TextVertMode, setVerticalMode, verticalMode, {0, 1, 2, 3}, {-1, 4}),
-    INTEGER("AttributeDefinition", VcDbAttributeDefinition, std::int16_t, setFieldLength, fieldLength, {0, 255}, {-1, 256}),
+    INTEGER("AttributeDefinition", VcDbAttributeDefinition, std::int16_t, setFieldLength, fieldLength, {0, 255},
+            {-1, 256}),
     NUMBER("MText", VcDbMText, setTextHeight, textHeight, kLengths, kNoLength),
     NUMBER("MText", VcDbMText, setRotation, rotation, {0, 1.25}, kNoNumber),
     NUMBER("MText", VcDbMText, setWidth, width, kLengthsOrNone, kNegative),
@@ -90,7 +91,8 @@ const NumberCase kNumbers[] = {
     INTEGER("Hatch", VcDbHatch, VcDbHatch::HatchStyle, setHatchStyle, hatchStyle, {0, 1, 2}, {-1, 3}),
     NUMBER("AlignedDimension", VcDbDimension, setTextRotation, textRotation, {0, 1.25}, kNoNumber),
     NUMBER("AlignedDimension", VcDbDimension, setHorizontalRotation, horizontalRotation, {0, 1.25}, kNoNumber),
-    NUMBER("AlignedDimension", VcDbDimension, setTextLineSpacingFactor, textLineSpacingFactor, {0.25, 1, 4}, {0.2, 4.1, kNan}),
+    NUMBER("AlignedDimension", VcDbDimension, setTextLineSpacingFactor, textLineSpacingFactor, {0.25, 1, 4},
+           {0.2, 4.1, kNan}),
     INTEGER("AlignedDimension", VcDbDimension, int, setTextAttachment, textAttachment, {1, 5, 9}, {0, 10}),
     INTEGER("AlignedDimension", VcDbDimension, int, setTextLineSpacingStyle, textLineSpacingStyle, {1, 2}, {0, 3}),
     NUMBER("AlignedDimension", VcDbAlignedDimension, setOblique, oblique, {0, 1.25}, kNoNumber),
@@ -121,7 +123,8 @@ protected:
     const VcDbObjectId id = addSample(drawing, GetParam().sample);
 };
 
-INSTANTIATE_TEST_SUITE_P(All, NumberSetter, testing::ValuesIn(kNumbers), [](const auto& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(All, NumberSetter, testing::ValuesIn(kNumbers),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 TEST_P(NumberSetter, GivesBackWhatIsInRange)
 {
@@ -148,11 +151,11 @@ struct PointCase {
     VcGePoint3d (*get)(const VcDbEntity& entity);
 };
 
-#define POINT(Sample, Class, Setter, Getter)                                                                                 \
-    PointCase                                                                                                                \
-    {                                                                                                                        \
-        #Class "_" #Setter, Sample, [](VcDbEntity& e, const VcGePoint3d& p) { return static_cast<Class&>(e).Setter(p); },    \
-            [](const VcDbEntity& e) { return static_cast<const Class&>(e).Getter(); }                                        \
+#define POINT(Sample, Class, Setter, Getter)                                                                           \
+    PointCase                                                                                                          \
+    {                                                                                                                  \
+#Class "_" #Setter, Sample, [](VcDbEntity& e, const VcGePoint3d& p) { return static_cast<Class&>(e).Setter(p); },    \
+            [](const VcDbEntity& e) { return static_cast<const Class&>(e).Getter(); } \
     }
 
 const PointCase kPoints[] = {
@@ -204,7 +207,8 @@ protected:
     const VcDbObjectId id = addSample(drawing, GetParam().sample);
 };
 
-INSTANTIATE_TEST_SUITE_P(All, PointSetter, testing::ValuesIn(kPoints), [](const auto& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(All, PointSetter, testing::ValuesIn(kPoints),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 TEST_P(PointSetter, IsInTheWorldAndGivenBack)
 {
@@ -216,7 +220,8 @@ TEST_P(PointSetter, IsInTheWorldAndGivenBack)
 TEST_P(PointSetter, RefusesWhatIsNowhere)
 {
     const std::string before = drawing.saidBy(id);
-    for (const VcGePoint3d& wrong : {VcGePoint3d(kNan, 0, 0), VcGePoint3d(0, kInfinity, 0), VcGePoint3d(0, 0, -kInfinity)}) {
+    for (const VcGePoint3d& wrong :
+         {VcGePoint3d(kNan, 0, 0), VcGePoint3d(0, kInfinity, 0), VcGePoint3d(0, 0, -kInfinity)}) {
         EXPECT_NE(GetParam().set(*Writing<VcDbEntity>(id), wrong), Vcad::eOk);
         EXPECT_EQ(drawing.saidBy(id), before);
     }
@@ -228,18 +233,18 @@ struct NormalCase {
     VcGeVector3d (*get)(const VcDbEntity& entity);
 };
 
-#define NORMAL(Sample, Class)                                                                                               \
-    NormalCase                                                                                                              \
-    {                                                                                                                       \
-        Sample, [](VcDbEntity& e, const VcGeVector3d& n) { return static_cast<Class&>(e).setNormal(n); },                   \
-            [](const VcDbEntity& e) { return static_cast<const Class&>(e).normal(); }                                       \
+#define NORMAL(Sample, Class)                                                                                          \
+    NormalCase                                                                                                         \
+    {                                                                                                                  \
+        Sample, [](VcDbEntity& e, const VcGeVector3d& n) { return static_cast<Class&>(e).setNormal(n); },              \
+            [](const VcDbEntity& e) { return static_cast<const Class&>(e).normal(); }                                  \
     }
 
 const NormalCase kNormals[] = {
-    NORMAL("Line", VcDbLine), NORMAL("Point", VcDbPoint), NORMAL("Circle", VcDbCircle), NORMAL("Arc", VcDbArc),
-    NORMAL("Polyline", VcDbPolyline), NORMAL("HeavyPolyline", VcDb2dPolyline), NORMAL("Text", VcDbText), NORMAL("MText", VcDbMText),
-    NORMAL("BlockReference", VcDbBlockReference), NORMAL("Shape", VcDbShape), NORMAL("Solid", VcDbSolid),
-    NORMAL("AlignedDimension", VcDbDimension),
+    NORMAL("Line", VcDbLine),   NORMAL("Point", VcDbPoint),       NORMAL("Circle", VcDbCircle),
+    NORMAL("Arc", VcDbArc),     NORMAL("Polyline", VcDbPolyline), NORMAL("HeavyPolyline", VcDb2dPolyline),
+    NORMAL("Text", VcDbText),   NORMAL("MText", VcDbMText),       NORMAL("BlockReference", VcDbBlockReference),
+    NORMAL("Shape", VcDbShape), NORMAL("Solid", VcDbSolid),       NORMAL("AlignedDimension", VcDbDimension),
 };
 
 TEST(NormalSetter, MakesAUnitVectorAndRefusesNone)

@@ -45,10 +45,30 @@ struct NameCase {
 TEST_F(Tables, TakeNamesThatFilesCanHold)
 {
     const NameCase cases[] = {
-        {L"Wall", true}, {L"A B", true}, {L"\x00c4rger \x4e2d", true}, {L"0$1-x_9", true}, {std::wstring(255, L'a'), true},
-        {std::wstring(255, L'\x4e2d'), true}, {std::wstring(256, L'a'), false}, {L"", false}, {L" a", false}, {L"a ", false},
-        {L"a<b", false}, {L"a>b", false}, {L"a/b", false}, {L"a\\b", false}, {L"a\"b", false}, {L"a:b", false}, {L"a;b", false},
-        {L"a?b", false}, {L"a*b", false}, {L"a|b", false}, {L"a,b", false}, {L"a=b", false}, {L"a`b", false}, {L"a\nb", false},
+        {L"Wall", true},
+        {L"A B", true},
+        {L"\x00c4rger \x4e2d", true},
+        {L"0$1-x_9", true},
+        {std::wstring(255, L'a'), true},
+        {std::wstring(255, L'\x4e2d'), true},
+        {std::wstring(256, L'a'), false},
+        {L"", false},
+        {L" a", false},
+        {L"a ", false},
+        {L"a<b", false},
+        {L"a>b", false},
+        {L"a/b", false},
+        {L"a\\b", false},
+        {L"a\"b", false},
+        {L"a:b", false},
+        {L"a;b", false},
+        {L"a?b", false},
+        {L"a*b", false},
+        {L"a|b", false},
+        {L"a,b", false},
+        {L"a=b", false},
+        {L"a`b", false},
+        {L"a\nb", false},
     };
     const VcDbObjectId renamed = drawing.layer(L"Renamed");
     for (const NameCase& c : cases) {
@@ -67,8 +87,9 @@ TEST_F(Tables, TakeNamesThatFilesCanHold)
 TEST_F(Tables, SomeNamesStandForGood)
 {
     const DatabaseCore& core = drawing.core();
-    for (const VcDbObjectId id : {db().clayer(), db().currentSpaceId(), core.findRecord(NameTable::Linetype, "ByLayer"),
-                                  core.findRecord(NameTable::Linetype, "Continuous"), core.findRecord(NameTable::AppId, "ACAD")}) {
+    for (const VcDbObjectId id :
+         {db().clayer(), db().currentSpaceId(), core.findRecord(NameTable::Linetype, "ByLayer"),
+          core.findRecord(NameTable::Linetype, "Continuous"), core.findRecord(NameTable::AppId, "ACAD")}) {
         const std::wstring name = nameOf(id);
         EXPECT_NE(Writing<VcDbSymbolTableRecord>(id)->setName(L"Other"), Vcad::eOk) << testing::PrintToString(name);
         EXPECT_EQ(nameOf(id), name);
@@ -278,7 +299,8 @@ TEST_F(Tables, ABlockRecordSaysWhatItIs)
         EXPECT_TRUE(model->getLayoutId().isValid());
     }
     Writing<VcDbBlockTableRecord> record(door);
-    EXPECT_FALSE(record->isLayout() || record->isAnonymous() || record->isFromExternalReference() || record->isDependent());
+    EXPECT_FALSE(record->isLayout() || record->isAnonymous() || record->isFromExternalReference() ||
+                 record->isDependent());
     EXPECT_TRUE(record->explodable() && record->isResolved());
     EXPECT_EQ(record->xrefStatus(), VcDbBlockTableRecord::kXrfNotAnXref);
     EXPECT_FALSE(record->hasAttributeDefinitions());

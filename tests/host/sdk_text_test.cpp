@@ -26,7 +26,8 @@ struct Justification {
 
 // Letters without descenders: the base line is the bottom of the box.
 const Justification kJustifications[] = {
-    {0, 1, 0, NAN}, {0, 2, 0, 0.5}, {0, 3, 0, 1}, {1, 0, 0.5, 0}, {1, 2, 0.5, 0.5}, {1, 3, 0.5, 1}, {2, 0, 1, 0}, {2, 2, 1, 0.5}, {2, 3, 1, 1},
+    {0, 1, 0, NAN}, {0, 2, 0, 0.5}, {0, 3, 0, 1},   {1, 0, 0.5, 0}, {1, 2, 0.5, 0.5},
+    {1, 3, 0.5, 1}, {2, 0, 1, 0},   {2, 2, 1, 0.5}, {2, 3, 1, 1},
 };
 
 TEST(TextAlignment, HangsTheTextOnItsPointInEveryMode)
@@ -86,7 +87,8 @@ TEST(TextAlignment, FittedAndAlignedReachFromPointToPoint)
         text->setAlignmentPoint({60, 80, 0});
         EXPECT_NEAR(text->height() * text->widthFactor(), 2 * height * factor, 1e-6) << "twice as far, twice as long";
         text->setAlignmentPoint({0, 0, 0});
-        EXPECT_TRUE(std::isfinite(text->rotation()) && text->height() > 0 && text->widthFactor() > 0) << "points that are one";
+        EXPECT_TRUE(std::isfinite(text->rotation()) && text->height() > 0 && text->widthFactor() > 0)
+            << "points that are one";
     }
 }
 
@@ -143,11 +145,14 @@ TEST_F(Attributes, FlagsAreSetOneByOne)
         Vcad::ErrorStatus (*set)(Definition&, bool);
         bool (*get)(const Definition&);
     } const flags[] = {
-        {[](Definition& d, bool on) { return d.setInvisible(on); }, [](const Definition& d) { return d.isInvisible(); }},
+        {[](Definition& d, bool on) { return d.setInvisible(on); },
+         [](const Definition& d) { return d.isInvisible(); }},
         {[](Definition& d, bool on) { return d.setConstant(on); }, [](const Definition& d) { return d.isConstant(); }},
-        {[](Definition& d, bool on) { return d.setVerifiable(on); }, [](const Definition& d) { return d.isVerifiable(); }},
+        {[](Definition& d, bool on) { return d.setVerifiable(on); },
+         [](const Definition& d) { return d.isVerifiable(); }},
         {[](Definition& d, bool on) { return d.setPreset(on); }, [](const Definition& d) { return d.isPreset(); }},
-        {[](Definition& d, bool on) { return d.setLockPositionInBlock(on); }, [](const Definition& d) { return d.lockPositionInBlock(); }},
+        {[](Definition& d, bool on) { return d.setLockPositionInBlock(on); },
+         [](const Definition& d) { return d.lockPositionInBlock(); }},
     };
     for (const auto& flag : flags)
         EXPECT_EQ(flag.set(*Writing<Definition>(id), false), Vcad::eOk);
@@ -166,7 +171,9 @@ TEST_F(Attributes, FlagsAreSetOneByOne)
 TEST_F(Attributes, TagsAndPromptsAreTexts)
 {
     Writing<Definition> definition(id);
-    EXPECT_EQ(definition->setTag(L"stra\x00df" L"e"), Vcad::eOk);
+    EXPECT_EQ(definition->setTag(L"stra\x00df"
+                                 L"e"),
+              Vcad::eOk);
     EXPECT_STREQ(definition->tagConst(), definition->tagConst());
     EXPECT_EQ(taken(definition->tag()), definition->tagConst());
     for (const wchar_t* wrong : {L"", L"A B", static_cast<const wchar_t*>(nullptr)})
@@ -184,7 +191,9 @@ TEST_F(Attributes, OfAReferenceAreWalkedAndGoOneByOne)
     VcDbObjectId second;
     {
         auto* attribute = new VcDbAttribute;
-        EXPECT_EQ(attribute->setAttributeFromBlock(&*Opened<Definition>(id), Opened<VcDbBlockReference>(reference)->blockTransform()), Vcad::eOk);
+        EXPECT_EQ(attribute->setAttributeFromBlock(&*Opened<Definition>(id),
+                                                   Opened<VcDbBlockReference>(reference)->blockTransform()),
+                  Vcad::eOk);
         EXPECT_NE(attribute->setAttributeFromBlock(nullptr, {}), Vcad::eOk);
         ASSERT_EQ(Writing<VcDbBlockReference>(reference)->appendAttribute(second, attribute), Vcad::eOk);
         attribute->close();
@@ -209,7 +218,8 @@ TEST_F(Attributes, OfAReferenceAreWalkedAndGoOneByOne)
     EXPECT_EQ(count(), 2);
     const VcGePoint3d before = Opened<VcDbAttribute>(second)->alignmentPoint();
     Writing<VcDbBlockReference>(reference)->transformBy(VcGeMatrix3d::translation({1, 2, 0}));
-    EXPECT_LT(Opened<VcDbAttribute>(second)->alignmentPoint().distanceTo(before + VcGeVector3d(1, 2, 0)), 1e-9) << "they move along";
+    EXPECT_LT(Opened<VcDbAttribute>(second)->alignmentPoint().distanceTo(before + VcGeVector3d(1, 2, 0)), 1e-9)
+        << "they move along";
 }
 
 class ManyLines : public testing::Test {

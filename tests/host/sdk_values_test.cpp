@@ -11,7 +11,8 @@ TEST(Colours, SayHowTheyAreMeant)
     struct {
         int index;
         bool layer, block, palette;
-    } const cases[] = {{0, false, true, false}, {1, false, false, true}, {255, false, false, true}, {256, true, false, false}};
+    } const cases[] = {
+        {0, false, true, false}, {1, false, false, true}, {255, false, false, true}, {256, true, false, false}};
     for (const auto& c : cases) {
         VcCmColor color;
         EXPECT_EQ(color.setColorIndex(std::int16_t(c.index)), Vcad::eOk);
@@ -58,7 +59,10 @@ public:
     double number(double reach = 100) { return std::uniform_real_distribution<double>(-reach, reach)(m_engine); }
     VcGePoint3d point() { return {number(), number(), number()}; }
     VcGeVector3d vector() { return {number(), number(), number()}; }
-    VcGeMatrix3d rigid() { return VcGeMatrix3d::translation(vector()) * VcGeMatrix3d::rotation(number(3), vector().normal(), point()); }
+    VcGeMatrix3d rigid()
+    {
+        return VcGeMatrix3d::translation(vector()) * VcGeMatrix3d::rotation(number(3), vector().normal(), point());
+    }
 
 private:
     std::mt19937 m_engine{42};

@@ -21,7 +21,8 @@ protected:
     const VcDbObjectId id = addSample(drawing, GetParam());
 };
 
-INSTANTIATE_TEST_SUITE_P(All, OwnedVertices, testing::Values("HeavyPolyline", "SpacePolyline", "PolygonMesh", "PolyFaceMesh"),
+INSTANTIATE_TEST_SUITE_P(All, OwnedVertices,
+                         testing::Values("HeavyPolyline", "SpacePolyline", "PolygonMesh", "PolyFaceMesh"),
                          [](const auto& info) { return std::string(info.param); });
 
 TEST_P(OwnedVertices, AreWalkedEitherWayWithOrWithoutTheErased)
@@ -51,7 +52,8 @@ TEST_P(OwnedVertices, MoveWithTheirOwnerAndBack)
     ASSERT_EQ(Writing<VcDbVertexOwner>(id)->transformBy(VcGeMatrix3d::translation(by)), Vcad::eOk);
     for (std::size_t i = 0; i < all.size(); ++i) {
         const bool isFace = all[i].objectClass() == VcDbFaceRecord::desc();
-        EXPECT_TRUE(Opened<VcDbVertex>(all[i])->position().isEqualTo(isFace ? before[i] : before[i] + by, {1e-9, 1e-9}));
+        EXPECT_TRUE(
+            Opened<VcDbVertex>(all[i])->position().isEqualTo(isFace ? before[i] : before[i] + by, {1e-9, 1e-9}));
     }
     drawing.core().undo().rollback(mark);
     for (std::size_t i = 0; i < all.size(); ++i)
@@ -156,15 +158,21 @@ TEST_F(LightPolylines, RefuseIndexesThatAreNone)
 TEST_F(LightPolylines, EveryChangeIsUndone)
 {
     using P = VcDbPolyline;
-    for (Vcad::ErrorStatus (*set)(P&) : {+[](P& p) { return p.addVertexAt(1, {8, 8}, 0.5); }, +[](P& p) { return p.removeVertexAt(0); },
-                                         +[](P& p) { return p.setPointAt(1, {3, 3}); }, +[](P& p) { return p.setBulgeAt(0, -2); },
-                                         +[](P& p) { return p.setWidthsAt(2, 1, 2); }, +[](P& p) { return p.setConstantWidth(0.5); },
-                                         +[](P& p) { return p.reverseCurve(); },
-                                         +[](P& p) {
-                                             p.setClosed(false);
-                                             p.setPlinegen(false);
-                                             return Vcad::eOk;
-                                         }})
+    for (Vcad::ErrorStatus (*set)(P&) :
+         {+[](P& p) {
+              return p.addVertexAt(1, {8, 8}, 0.5);
+          },
+          +[](P& p) { return p.removeVertexAt(0); },
+          +[](P& p) {
+              return p.setPointAt(1, {3, 3});
+          },
+          +[](P& p) { return p.setBulgeAt(0, -2); }, +[](P& p) { return p.setWidthsAt(2, 1, 2); },
+          +[](P& p) { return p.setConstantWidth(0.5); }, +[](P& p) { return p.reverseCurve(); },
+          +[](P& p) {
+              p.setClosed(false);
+              p.setPlinegen(false);
+              return Vcad::eOk;
+          }})
         drawing.undoAndRedo(id, [&] { EXPECT_EQ(set(*Writing<P>(id)), Vcad::eOk); });
     Opened<P> p(id);
     EXPECT_TRUE(p->hasWidth());

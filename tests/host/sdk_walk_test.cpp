@@ -30,8 +30,8 @@ protected:
             types.push_back(textOf(RbPtr(vcdbEntGet(next.name)).get(), 0));
         return types;
     }
-    static int make(std::initializer_list<std::pair<int, const wchar_t*>> texts, std::initializer_list<std::pair<int, int>> numbers = {},
-                    Name* made = nullptr)
+    static int make(std::initializer_list<std::pair<int, const wchar_t*>> texts,
+                    std::initializer_list<std::pair<int, int>> numbers = {}, Name* made = nullptr)
     {
         RbBuilder chain;
         for (const auto& [code, text] : texts)
@@ -53,7 +53,8 @@ TEST_F(Walking, MainEntitiesComeWithTheirPartsAndEnds)
     addSample(drawing, "SpacePolyline");
     addSample(drawing, "BlockReference");
     const VcDbObjectId last = drawing.line();
-    EXPECT_EQ(typesFrom({}), (Types{L"LINE", L"POLYLINE", L"VERTEX", L"VERTEX", L"VERTEX", L"SEQEND", L"INSERT", L"ATTRIB", L"SEQEND", L"LINE"}));
+    EXPECT_EQ(typesFrom({}), (Types{L"LINE", L"POLYLINE", L"VERTEX", L"VERTEX", L"VERTEX", L"SEQEND", L"INSERT",
+                                    L"ATTRIB", L"SEQEND", L"LINE"}));
     Name found;
     ASSERT_EQ(vcdbEntLast(found.name), RTNORM);
     EXPECT_EQ(found, nameOf(last));
@@ -190,7 +191,9 @@ TEST_F(Walking, BlocksTakeTheirMembersUntilTheirEnd)
 TEST_F(Walking, RecordsAreMadeOnceByTheirChain)
 {
     Name made;
-    EXPECT_EQ(make({{0, L"LAYER"}, {100, L"AcDbSymbolTableRecord"}, {100, L"AcDbLayerTableRecord"}, {2, L"Wall"}}, {{70, 4}, {62, -3}}, &made), RTNORM);
+    EXPECT_EQ(make({{0, L"LAYER"}, {100, L"AcDbSymbolTableRecord"}, {100, L"AcDbLayerTableRecord"}, {2, L"Wall"}},
+                   {{70, 4}, {62, -3}}, &made),
+              RTNORM);
     Opened<VcDbLayerTableRecord> layer(drawing.core().findRecord(NameTable::Layer, "wall"));
     ASSERT_TRUE(layer);
     EXPECT_EQ(made, nameOf(layer->objectId()));

@@ -114,9 +114,9 @@ TEST_F(XData, EveryKindOfValueComesBack)
     id.handle().getIntoAsciiBuffer(hex);
     const std::wstring handle(hex, hex + std::strlen(hex));
     const auto build = [&] {
-        return RbPtr(vcutBuildList(1001, L"FIRST", 1000, L"\x00e4 \x4e2d", 1002, L"{", 1003, L"0", 1004, &binary, 1005, handle.c_str(), 1010,
-                                   point, 1011, point, 1012, point, 1013, point, 1040, 2.5, 1041, 1e-300, 1042, -1e300, 1070, -5, 1071,
-                                   70000, 1002, L"}", RTNONE));
+        return RbPtr(vcutBuildList(1001, L"FIRST", 1000, L"\x00e4 \x4e2d", 1002, L"{", 1003, L"0", 1004, &binary, 1005,
+                                   handle.c_str(), 1010, point, 1011, point, 1012, point, 1013, point, 1040, 2.5, 1041,
+                                   1e-300, 1042, -1e300, 1070, -5, 1071, 70000, 1002, L"}", RTNONE));
     };
     const RbPtr given = build();
     ASSERT_TRUE(given);
@@ -238,7 +238,8 @@ TEST(ExtensionDictionaries, ComeBackFromAFileAndAreGoneWithAnErasedOwner)
     const auto* line = core.objectAs<VcDbLine>(core.findHandle(kept.handle().value()));
     ASSERT_NE(line, nullptr);
     EXPECT_NE(core.objectAs<VcDbXrecord>(core.findHandle(records[0].handle().value())), nullptr);
-    EXPECT_EQ(core.objectAs<VcDbXrecord>(core.findHandle(records[1].handle().value())), nullptr) << "nothing would own it";
+    EXPECT_EQ(core.objectAs<VcDbXrecord>(core.findHandle(records[1].handle().value())), nullptr)
+        << "nothing would own it";
     EXPECT_EQ(line->extensionDictionary().handle(), Opened<VcDbLine>(kept)->extensionDictionary().handle());
 }
 
@@ -281,7 +282,8 @@ TEST(Fields, AreSaidByTheExtensionDictionary)
     EXPECT_FALSE(Opened<VcDbText>(id)->hasFields());
     VcDbObjectId fields;
     auto* held = new VcDbDictionary;
-    ASSERT_EQ(Writing<VcDbDictionary>(Opened<VcDbText>(id)->extensionDictionary())->setAt(L"ACAD_FIELD", held, fields), Vcad::eOk);
+    ASSERT_EQ(Writing<VcDbDictionary>(Opened<VcDbText>(id)->extensionDictionary())->setAt(L"ACAD_FIELD", held, fields),
+              Vcad::eOk);
     held->close();
     EXPECT_TRUE(Opened<VcDbText>(id)->hasFields());
     Writing<VcDbObject>(fields)->erase();

@@ -66,7 +66,8 @@ TEST_F(ExactSelection, TheIndexFollowsChanges)
 TEST_F(ExactSelection, PicksFindASplineWhereItRuns)
 {
     auto* spline = new VcDbSpline;
-    spline->setNurbsData(3, false, false, {{0, 0, 0}, {0, 100, 0}, {100, 100, 0}, {100, 0, 0}}, {0, 0, 0, 0, 1, 1, 1, 1}, {});
+    spline->setNurbsData(3, false, false, {{0, 0, 0}, {0, 100, 0}, {100, 100, 0}, {100, 0, 0}},
+                         {0, 0, 0, 0, 1, 1, 1, 1}, {});
     add(spline);
     const Picker picker = Picker::of(ed());
     EXPECT_FALSE(picker.entityAt({50, 75, 0}).isNull());

@@ -338,8 +338,8 @@ struct DragCase {
 TEST_F(Modes, Dragging)
 {
     const DragCase cases[] = {
-        {"Point", 0, "7,8\n", RTNORM, 1},         {"Keyword", 0, "r\n", RTKWORD, 0}, {"Enter", 0, "\n", RTNONE, 0},
-        {"Cancel", 0, "(cancel)\n", RTCAN, 0},    {"Text", 0, "45d\n", RTSTR, 0},    {"OldBits", 1152, "7,8\n", RTNORM, 1},
+        {"Point", 0, "7,8\n", RTNORM, 1},      {"Keyword", 0, "r\n", RTKWORD, 0}, {"Enter", 0, "\n", RTNONE, 0},
+        {"Cancel", 0, "(cancel)\n", RTCAN, 0}, {"Text", 0, "45d\n", RTSTR, 0},    {"OldBits", 1152, "7,8\n", RTNORM, 1},
     };
     for (const DragCase& c : cases) {
         s_sampled.clear();

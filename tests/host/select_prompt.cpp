@@ -105,10 +105,7 @@ TEST_F(Prompt, PreviousIsInTheOrderOfPicking)
     EXPECT_EQ(selected("P\n\n"), "c");
 }
 
-TEST_F(Prompt, LockedLayersMayBeAllowed)
-{
-    EXPECT_EQ(selected("5,30\n\n", {.allowLocked = true}), "e");
-}
+TEST_F(Prompt, LockedLayersMayBeAllowed) { EXPECT_EQ(selected("5,30\n\n", {.allowLocked = true}), "e"); }
 
 TEST_F(Prompt, FiltersCountWhatTheyLeave)
 {

@@ -30,7 +30,8 @@ protected:
         case 2:
             return new VcDbArc(at, VcGeVector3d::zAxis(), number(0.1, 15), number(0, 6.28), number(0, 6.28));
         case 3:
-            return new VcDbEllipse(at, VcGeVector3d::zAxis(), {number(1, 12), number(1, 12), 0}, number(0.1, 1), number(0, 3), number(3.1, 6));
+            return new VcDbEllipse(at, VcGeVector3d::zAxis(), {number(1, 12), number(1, 12), 0}, number(0.1, 1),
+                                   number(0, 3), number(3.1, 6));
         default: {
             auto* line = new VcDbPolyline;
             for (unsigned i = 0; i < 5; ++i)
@@ -82,10 +83,13 @@ protected:
         }
         const geom::Region region(flat);
         const edit::Picker picker = edit::Picker::of(ed());
-        const auto taken = [&](SelectArea::Kind kind) { return picker.takenBy(SelectArea::polygon(picker.view(), points, kind)); };
+        const auto taken = [&](SelectArea::Kind kind) {
+            return picker.takenBy(SelectArea::polygon(picker.view(), points, kind));
+        };
         EXPECT_EQ(taken(SelectArea::Kind::Window), byCurves([&](const geom::Curve& c) { return region.contains(c); }));
         EXPECT_EQ(taken(SelectArea::Kind::Crossing), byCurves([&](const geom::Curve& c) { return region.touches(c); }));
-        EXPECT_EQ(taken(SelectArea::Kind::Fence), byCurves([&](const geom::Curve& c) { return geom::fenceTouches(flat, c); }));
+        EXPECT_EQ(taken(SelectArea::Kind::Fence),
+                  byCurves([&](const geom::Curve& c) { return geom::fenceTouches(flat, c); }));
     }
 
     // Of the nearest within reach the topmost, found by asking every curve.
@@ -226,14 +230,16 @@ protected:
     {
         const VcDbObjectId block = smallBlock();
         for (int i = 0; i < 40; ++i)
-            for (VcDbEntity* entity : {static_cast<VcDbEntity*>(text()), static_cast<VcDbEntity*>(note()), static_cast<VcDbEntity*>(reference(block))})
+            for (VcDbEntity* entity : {static_cast<VcDbEntity*>(text()), static_cast<VcDbEntity*>(note()),
+                                       static_cast<VcDbEntity*>(reference(block))})
                 m_figures.push_back(&add(entity, space()));
     }
 
     static double toPiece(const VcGePoint3d& p, const VcGePoint3d& a, const VcGePoint3d& b)
     {
         const VcGeVector3d along = b - a;
-        const double t = along.lengthSqrd() > 0 ? std::clamp((p - a).dotProduct(along) / along.lengthSqrd(), 0.0, 1.0) : 0;
+        const double t =
+            along.lengthSqrd() > 0 ? std::clamp((p - a).dotProduct(along) / along.lengthSqrd(), 0.0, 1.0) : 0;
         return p.distanceTo(a + along * t);
     }
     static double toOutline(const VcGePoint3d& p, const edit::Outline& outline)
@@ -253,10 +259,11 @@ protected:
     {
         const edit::SeenLayers layers = edit::SeenLayers::of(ed());
         double nearest = 1e300;
-        edit::ShapeWalk(ed().db(), layers, {.tolerance = 1e-6, .area = {}}).walk(figure, [&](const edit::Outline& outline) {
-            nearest = std::min(nearest, toOutline(at, outline));
-            return true;
-        });
+        edit::ShapeWalk(ed().db(), layers, {.tolerance = 1e-6, .area = {}})
+            .walk(figure, [&](const edit::Outline& outline) {
+                nearest = std::min(nearest, toOutline(at, outline));
+                return true;
+            });
         return nearest;
     }
 };

@@ -161,7 +161,8 @@ protected:
         return all;
     }
     // What vcedSSGet gives: letters, or the result code.
-    std::string ssget(const wchar_t* mode, const void* first = nullptr, const void* second = nullptr, const std::string& filter = "") const
+    std::string ssget(const wchar_t* mode, const void* first = nullptr, const void* second = nullptr,
+                      const std::string& filter = "") const
     {
         vds_name set = {0, 0};
         const RbPtr chain = filter.empty() ? nullptr : chainFrom(filter);

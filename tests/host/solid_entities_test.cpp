@@ -47,23 +47,30 @@ std::string textLines(const std::string& text)
 
 std::string drawing(const char* version, const std::string& entities, const std::string& sections = {})
 {
-    return std::string("0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\n") + version + "\n0\nENDSEC\n0\nSECTION\n2\nENTITIES\n" + entities + "0\nENDSEC\n" +
-           sections + "0\nEOF\n";
+    return std::string("0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\n") + version + "\n0\nENDSEC\n0\nSECTION\n2\nENTITIES\n" +
+           entities + "0\nENDSEC\n" + sections + "0\nEOF\n";
 }
 
 std::string entity(const char* type, const std::string& data, const std::string& after = {})
 {
-    return std::string("0\n") + type + "\n5\nA1\n100\nAcDbEntity\n8\n0\n100\nAcDbModelerGeometry\n70\n1\n" + data + after;
+    return std::string("0\n") + type + "\n5\nA1\n100\nAcDbEntity\n8\n0\n100\nAcDbModelerGeometry\n70\n1\n" + data +
+           after;
 }
 
-std::string oldDrawing(const char* type, const Body& body) { return drawing("AC1015", entity(type, textLines(body.text()))); }
+std::string oldDrawing(const char* type, const Body& body)
+{
+    return drawing("AC1015", entity(type, textLines(body.text())));
+}
 
 std::string newDrawing(const char* type, const Body& body)
 {
     const std::string data = body.binary();
-    const std::string record = "0\nACDSRECORD\n90\n1\n2\nAcDbDs::ID\n280\n10\n320\nA1\n2\nASM_Data\n280\n15\n94\n" + std::to_string(data.size()) + "\n" + hexLines(data);
+    const std::string record = "0\nACDSRECORD\n90\n1\n2\nAcDbDs::ID\n280\n10\n320\nA1\n2\nASM_Data\n280\n15\n94\n" +
+                               std::to_string(data.size()) + "\n" + hexLines(data);
     return drawing("AC1032", entity(type, "290\n1\n2\n{00000000-0000-0000-0000-000000000001}\n"),
-                   "0\nSECTION\n2\nACDSDATA\n70\n2\n71\n8\n0\nACDSSCHEMA\n90\n1\n1\nAcDb3DSolid_ASM_Data\n2\nAcDbDs::ID\n280\n10\n91\n8\n" + record + "0\nENDSEC\n");
+                   "0\nSECTION\n2\nACDSDATA\n70\n2\n71\n8\n0\nACDSSCHEMA\n90\n1\n1\nAcDb3DSolid_ASM_Data\n2\nAcDbDs::"
+                   "ID\n280\n10\n91\n8\n" +
+                       record + "0\nENDSEC\n");
 }
 
 class Loaded {
@@ -78,7 +85,8 @@ public:
     VcDbModelerGeometry& solid(std::size_t which = 0)
     {
         for (const std::uint32_t slot : database.core().mainOrder())
-            if (auto* found = VcDbModelerGeometry::cast(database.core().objectAt(slot)); found && !found->isErased() && which-- == 0)
+            if (auto* found = VcDbModelerGeometry::cast(database.core().objectAt(slot));
+                found && !found->isErased() && which-- == 0)
                 return *found;
         throw std::runtime_error("there is no solid");
     }
@@ -252,7 +260,8 @@ TEST_P(SolidIn, ASplineEdgeExplodesIntoASpline)
 
 TEST_P(SolidIn, OthersAndWhatCannotBeReadDoNotExplode)
 {
-    for (const auto& [type, body] : {std::pair("3DSOLID", box(1, 1, 1)), std::pair("REGION", splineFace("forward", "{ exactcur nullbs }"))}) {
+    for (const auto& [type, body] :
+         {std::pair("3DSOLID", box(1, 1, 1)), std::pair("REGION", splineFace("forward", "{ exactcur nullbs }"))}) {
         Loaded drawing(GetParam().write(type, body));
         std::vector<VcDbEntity*> pieces;
         EXPECT_EQ(drawing.solid().explode(pieces), Vcad::eCannotExplode) << type;
@@ -267,7 +276,10 @@ TEST_P(SolidIn, IsDrawnAndOnlyWhatCannotBeReadIsTold)
         Body body;
         std::uint32_t figures;
         std::size_t told;
-    } cases[] = {{box(1, 2, 3), 12, 0}, {cylinder(2, 7), 6, 0}, {splineFace("forward", "{ exactcur nullbs }"), 1, 1}, {Body(), 0, 1}};
+    } cases[] = {{box(1, 2, 3), 12, 0},
+                 {cylinder(2, 7), 6, 0},
+                 {splineFace("forward", "{ exactcur nullbs }"), 1, 1},
+                 {Body(), 0, 1}};
     for (const auto& c : cases) {
         Loaded drawing(GetParam().write("3DSOLID", c.body));
         DisplayList list;
@@ -280,7 +292,8 @@ TEST_P(SolidIn, IsDrawnAndOnlyWhatCannotBeReadIsTold)
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, SolidIn,
-                         testing::Values(Kept{"Text", oldDrawing, DxfVersion::R2000}, Kept{"Binary", newDrawing, DxfVersion::R2018}),
+                         testing::Values(Kept{"Text", oldDrawing, DxfVersion::R2000},
+                                         Kept{"Binary", newDrawing, DxfVersion::R2018}),
                          [](const auto& info) { return std::string(info.param.name); });
 
 TEST(SolidFiles, OnlyLinesThatChangeAreWrittenAnew)
@@ -290,7 +303,8 @@ TEST(SolidFiles, OnlyLinesThatChangeAreWrittenAnew)
     std::istringstream in(textLines(halfDisc().text()));
     std::string code, value;
     while (std::getline(in, code) && std::getline(in, value))
-        lines += value.size() > 20 ? code + "\n" + value.substr(0, 15) + "\n3\n" + value.substr(15) + "\n" : code + "\n" + value + "\n";
+        lines += value.size() > 20 ? code + "\n" + value.substr(0, 15) + "\n3\n" + value.substr(15) + "\n"
+                                   : code + "\n" + value + "\n";
     Loaded drawing(::drawing("AC1015", entity("REGION", lines)));
     expectExtents(drawing.solid(), {-5, 0, 0}, {5, 5, 0});
     EXPECT_EQ(drawing.solid().modelData().find(halfDisc().text().substr(0, 20)), 0u);

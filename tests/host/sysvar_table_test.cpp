@@ -162,13 +162,13 @@ TEST(SysVarHomes, AreWhereTheyBelong)
         const char* header;
         int code;
     } kHomes[] = {
-        {"CLAYER", SysVarHome::Drawing, "$CLAYER", 8},       {"LTSCALE", SysVarHome::Drawing, "$LTSCALE", 40},
-        {"INSBASE", SysVarHome::Drawing, "$INSBASE", 10},    {"CECOLOR", SysVarHome::Drawing, "$CECOLOR", 62},
+        {"CLAYER", SysVarHome::Drawing, "$CLAYER", 8},         {"LTSCALE", SysVarHome::Drawing, "$LTSCALE", 40},
+        {"INSBASE", SysVarHome::Drawing, "$INSBASE", 10},      {"CECOLOR", SysVarHome::Drawing, "$CECOLOR", 62},
         {"CELWEIGHT", SysVarHome::Drawing, "$CELWEIGHT", 370}, {"DIMASSOC", SysVarHome::Drawing, "$DIMASSOC", 280},
-        {"DIMTXT", SysVarHome::DimStyle, "$DIMTXT", 40},     {"VIEWSIZE", SysVarHome::Viewport, "$VIEWSIZE", 40},
+        {"DIMTXT", SysVarHome::DimStyle, "$DIMTXT", 40},       {"VIEWSIZE", SysVarHome::Viewport, "$VIEWSIZE", 40},
         {"LWDISPLAY", SysVarHome::Drawing, "$LWDISPLAY", 290}, {"ANGBASE", SysVarHome::Drawing, "$ANGBASE", 50},
-        {"CANNOSCALE", SysVarHome::Dictionary, nullptr, 0},  {"PICKBOX", SysVarHome::Profile, nullptr, 0},
-        {"CMDECHO", SysVarHome::NotSaved, nullptr, 0},       {"UCSAXISANG", SysVarHome::Profile, nullptr, 0},
+        {"CANNOSCALE", SysVarHome::Dictionary, nullptr, 0},    {"PICKBOX", SysVarHome::Profile, nullptr, 0},
+        {"CMDECHO", SysVarHome::NotSaved, nullptr, 0},         {"UCSAXISANG", SysVarHome::Profile, nullptr, 0},
     };
     for (const auto& expected : kHomes) {
         const SysVarDef& def = row(expected.name);
@@ -187,15 +187,15 @@ TEST(SysVarValues, AreReadFromText)
         const char* text;
         const char* printed;  // null where the text is refused
     } kTexts[] = {
-        {"LUPREC", "3", "3"},           {"LUPREC", " +3 ", "3"},      {"LUPREC", "3.0", nullptr},
-        {"LUPREC", "", nullptr},        {"LUPREC", "x", nullptr},     {"LUPREC", "+-3", nullptr},
+        {"LUPREC", "3", "3"},           {"LUPREC", " +3 ", "3"},       {"LUPREC", "3.0", nullptr},
+        {"LUPREC", "", nullptr},        {"LUPREC", "x", nullptr},      {"LUPREC", "+-3", nullptr},
         {"LUPREC", "40000", nullptr},   {"TREEMAX", "40000", "40000"}, {"TREEMAX", "2147483648", nullptr},
-        {"LTSCALE", "2.500000", "2.5"}, {"LTSCALE", "-0", "0"},       {"LTSCALE", "1e3", "1000"},
-        {"LTSCALE", "1,5", nullptr},    {"LTSCALE", "nan", nullptr},  {"LTSCALE", "inf", nullptr},
-        {"LTSCALE", "1e999", nullptr},  {"LTSCALE", "2 3", nullptr},  {"LIMMAX", "1, 2", "1,2"},
-        {"LIMMAX", "1", nullptr},       {"LIMMAX", "1,2,3", nullptr}, {"LIMMAX", "1,", nullptr},
+        {"LTSCALE", "2.500000", "2.5"}, {"LTSCALE", "-0", "0"},        {"LTSCALE", "1e3", "1000"},
+        {"LTSCALE", "1,5", nullptr},    {"LTSCALE", "nan", nullptr},   {"LTSCALE", "inf", nullptr},
+        {"LTSCALE", "1e999", nullptr},  {"LTSCALE", "2 3", nullptr},   {"LIMMAX", "1, 2", "1,2"},
+        {"LIMMAX", "1", nullptr},       {"LIMMAX", "1,2,3", nullptr},  {"LIMMAX", "1,", nullptr},
         {"INSBASE", "1,2", "1,2,0"},    {"INSBASE", "1,2,3", "1,2,3"}, {"INSBASE", "1,2,3,4", nullptr},
-        {"INSBASE", ",,", nullptr},     {"CLAYER", " a b ", " a b "}, {"DIMPOST", "", ""},
+        {"INSBASE", ",,", nullptr},     {"CLAYER", " a b ", " a b "},  {"DIMPOST", "", ""},
     };
     for (const auto& [name, text, printed] : kTexts) {
         const auto value = parseSysVar(row(name), text);

@@ -29,8 +29,7 @@ FontUse useOf(const std::string& name)
     return {};
 }
 
-struct NameCase
-{
+struct NameCase {
     const char* asked;
     const char* taken;
     FontMatch match;
@@ -47,7 +46,7 @@ const NameCase kStrokeNames[] = {
     {"isocp", "isocp", FontMatch::Substitute},
 };
 
-} // namespace
+}  // namespace
 
 TEST(TextFonts, StrokeFontsGoByTheirCustomaryNames)
 {
@@ -125,7 +124,8 @@ TEST(TextFonts, SignsAndAccentsOfStrokeFonts)
 // Some sets have an arrow in the caret's place.
 TEST(TextFonts, TheCaretStandsHighInEveryAlphabet)
 {
-    for (const char* name : {"txt", "monotxt", "simplex", "romand", "romanc", "italict", "scripts", "gothice", "greeks"}) {
+    for (const char* name :
+         {"txt", "monotxt", "simplex", "romand", "romanc", "italict", "scripts", "gothice", "greeks"}) {
         EXPECT_GT(font(name).metrics('^').bottom, 0.2) << name;
         EXPECT_LT(font(name).metrics('_').top, 0) << name;
     }

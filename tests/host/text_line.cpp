@@ -18,8 +18,7 @@ TextStyleSpec style(const char* font, double widthFactor = 1)
     return s;
 }
 
-struct CodeCase
-{
+struct CodeCase {
     const char* text;
     const char* plain;
 };
@@ -48,8 +47,7 @@ const CodeCase kCodes[] = {
     {"stray \xFF byte", "stray \xFF byte"},
 };
 
-struct LengthCase
-{
+struct LengthCase {
     const char* font;
     const char* text;
     double height, widthFactor, length;
@@ -69,7 +67,7 @@ const LengthCase kLengths[] = {
 
 const TextStyleSpec kStyles[] = {style("txt"), style("simplex"), style("arial.ttf")};
 
-} // namespace
+}  // namespace
 
 TEST(TextCodes, Plain)
 {
@@ -217,5 +215,5 @@ TEST(TextLine, MeasuringIsCheap)
         sum += lineBox(kStyles[i % 3], 2.5, "Room 1204 - Storage").right;
     const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
     EXPECT_GT(sum, 0);
-    EXPECT_LT(taken.count(), 2.0); // some 0.1 s where nothing else runs
+    EXPECT_LT(taken.count(), 2.0);  // some 0.1 s where nothing else runs
 }

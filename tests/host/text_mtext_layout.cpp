@@ -39,8 +39,7 @@ std::string lines(const MTextLayout& layout)
     return out;
 }
 
-struct WrapCase
-{
+struct WrapCase {
     const char* contents;
     double width;
     const char* lines;
@@ -66,8 +65,7 @@ const WrapCase kWraps[] = {
     {"A B", 1e-9, "A|B"},
 };
 
-struct RecordedSize
-{
+struct RecordedSize {
     const char* contents;
     double height, width, widthTolerance, actualHeight;
 };
@@ -88,7 +86,7 @@ bool hasArialWidths()
     return std::abs(FontLibrary::instance().font(arial).metrics('0').advance - 1139.0 / 1466) < 1e-6;
 }
 
-} // namespace
+}  // namespace
 
 TEST(MTextLayout, Wrapping)
 {
@@ -185,7 +183,7 @@ TEST(MTextLayout, ParagraphAlignment)
     EXPECT_NEAR(wrapped("\\pqr;AB", 100).fragments[0].x, 90, 1e-9);
     const MTextLayout justified = wrapped("\\pqj;AA BB CC", 30);
     ASSERT_EQ(justified.fragments.size(), 3u);
-    EXPECT_NEAR(justified.fragments[1].x, 20, 1e-9); // two letters of 10 end at 30
+    EXPECT_NEAR(justified.fragments[1].x, 20, 1e-9);  // two letters of 10 end at 30
     EXPECT_NEAR(justified.fragments[2].x, 0, 1e-9);
 }
 
@@ -203,7 +201,7 @@ TEST(MTextLayout, IndentsAndTabs)
     EXPECT_NEAR(tabbed("\\ptr10;A^IBB"), 48, 1e-9);
     EXPECT_NEAR(tabbed("\\ptc10;A^IBB"), 54, 1e-9);
     EXPECT_NEAR(tabbed("\\ptr1;AAA^IB"), 24, 1e-9);
-    EXPECT_NEAR(tabbed("\\ptr4;AAA^IBBB"), 18, 1e-9); // no room to the left of the stop
+    EXPECT_NEAR(tabbed("\\ptr4;AAA^IBBB"), 18, 1e-9);  // no room to the left of the stop
 }
 
 TEST(MTextLayout, Stacks)

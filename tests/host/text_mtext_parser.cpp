@@ -40,8 +40,7 @@ CharFormat formatOfLast(std::string_view contents)
     return content.formats[content.tokens.back().format];
 }
 
-struct TextCase
-{
+struct TextCase {
     const char* contents;
     const char* expected;
 };
@@ -89,13 +88,13 @@ const TextCase kLooks[] = {
     {"a\\Lb\\lc", "a|b|c"},
     {"a{\\C1;b}c", "a|b|c"},
     {"a{b}c", "abc"},
-    {"a\\H2;b", "ab"}, // the height it has already
+    {"a\\H2;b", "ab"},  // the height it has already
     {"{a\\C3;}b", "a"
                   "b"},
     {"a%%ub%%uc", "a|b|c"},
 };
 
-} // namespace
+}  // namespace
 
 TEST(MTextParser, Plain)
 {

@@ -26,7 +26,7 @@ int giveLast()
 int echo()
 {
     resbuf* arguments = vcedGetArgs();
-    if (vcedGetArgs()) // they are given once
+    if (vcedGetArgs())  // they are given once
         return RTERROR;
     const int result = arguments ? vcedRetList(arguments) : vcedRetNil();
     vcutRelRb(arguments);
@@ -53,20 +53,32 @@ int twice()
 }
 int nulls()
 {
-    const bool refused = vcedRetPoint(nullptr) == RTERROR && vcedRetName(nullptr, RTENAME) == RTERROR && vcedRetVal(nullptr) == RTERROR;
+    const bool refused =
+        vcedRetPoint(nullptr) == RTERROR && vcedRetName(nullptr, RTENAME) == RTERROR && vcedRetVal(nullptr) == RTERROR;
     return refused ? vcedRetStr(nullptr) : vcedRetNil();
 }
 
-struct Function
-{
+struct Function {
     const wchar_t* name;
     int (*body)();
 };
 const Function kFunctions[] = {
-    {L"give-int", giveInt},   {L"give-real", giveReal},       {L"give-text", giveText}, {L"give-nil", giveNil},
-    {L"give-t", giveT},       {L"give-nothing", giveNothing}, {L"say-nothing", sayNothing}, {L"give-point", givePoint},
-    {L"give-last", giveLast}, {L"echo-all", echo},            {L"first-only", firstOnly},   {L"refuse", refuse},
-    {L"fall", fall},          {L"c:draw-point", drawPoint},   {L"twice", twice},            {L"give-nulls", nulls},
+    {L"give-int", giveInt},
+    {L"give-real", giveReal},
+    {L"give-text", giveText},
+    {L"give-nil", giveNil},
+    {L"give-t", giveT},
+    {L"give-nothing", giveNothing},
+    {L"say-nothing", sayNothing},
+    {L"give-point", givePoint},
+    {L"give-last", giveLast},
+    {L"echo-all", echo},
+    {L"first-only", firstOnly},
+    {L"refuse", refuse},
+    {L"fall", fall},
+    {L"c:draw-point", drawPoint},
+    {L"twice", twice},
+    {L"give-nulls", nulls},
 };
 
 void command() { vcedCommand(RTSTR, L"_.CIRCLE", RTSTR, L"0,0", RTREAL, 5.0, RTNONE); }

@@ -318,7 +318,9 @@ TEST_P(Mistakes, FailTheRunAndCancelTheDialog)
 }
 
 const Mistake kMistakes[] = {
-    {"NoSuchWidget", {"okBtn"}, "The step \"okBtn\" in the dialog ProbeDialog cannot be played: there is no widget okBtn; "},
+    {"NoSuchWidget",
+     {"okBtn"},
+     "The step \"okBtn\" in the dialog ProbeDialog cannot be played: there is no widget okBtn; "},
     {"NamesTheOthers", {"okBtn"}, "edit, fixedEdit, one, many, check"},
     {"NoSuchId", {"4711"}, "there is no widget 4711"},
     {"Disabled", {"off"}, "off is disabled"},

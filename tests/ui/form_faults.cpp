@@ -92,16 +92,12 @@ QList<QWidget*> tabStops(QDialog& form)
     return stops;
 }
 
-QRect placeIn(const QDialog& form, const QWidget& widget)
-{
-    return {widget.mapTo(&form, QPoint()), widget.size()};
-}
+QRect placeIn(const QDialog& form, const QWidget& widget) { return {widget.mapTo(&form, QPoint()), widget.size()}; }
 
 // Lines are read from left to right and downwards, columns one after the other, pages after their tabs.
 bool isReadAfter(const QRect& earlier, const QRect& later)
 {
-    return earlier.contains(later) || later.top() > earlier.bottom() ||
-           later.left() > earlier.right();
+    return earlier.contains(later) || later.top() > earlier.bottom() || later.left() > earlier.right();
 }
 
 void findTabOrder(QDialog& form, Faults& faults)
@@ -153,8 +149,8 @@ void findStiffness(QDialog& form, Faults& faults)
 std::vector<std::string> faultsOf(QDialog& form)
 {
     Faults faults;
-    for (auto* find : {findCutTexts, findOverlaps, findSharedKeys, findNameless, findTabOrder, findFirstFocus, findHugeness,
-                       findDefaults, findStiffness})
+    for (auto* find : {findCutTexts, findOverlaps, findSharedKeys, findNameless, findTabOrder, findFirstFocus,
+                       findHugeness, findDefaults, findStiffness})
         find(form, faults);
     return faults;
 }

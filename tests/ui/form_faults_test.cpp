@@ -82,7 +82,8 @@ const Spoilt kSpoilt[] = {
     {"ButtonFirst", [](GoodForm& f) { f.ok->setFocus(); }, "the button ok has the focus first"},
     {"NothingFirst", [](GoodForm& f) { f.edit->clearFocus(); }, "nothing has the focus"},
     {"Huge", [](GoodForm& f) { f.label->setMinimumHeight(800); }, "the form does not fit on a small screen"},
-    {"NoDefault", [](GoodForm& f) { f.ok->setDefault(false), f.ok->setAutoDefault(false), f.cancel->setAutoDefault(false); },
+    {"NoDefault",
+     [](GoodForm& f) { f.ok->setDefault(false), f.ok->setAutoDefault(false), f.cancel->setAutoDefault(false); },
      "0 buttons are for Enter"},
     {"Stiff", [](GoodForm& f) { f.dialog.setFixedSize(300, 200); }, "the form does not grow"},
 };

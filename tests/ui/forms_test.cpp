@@ -158,6 +158,8 @@ TEST_P(HostForms, TrueColoursHaveNoFaults)
 }
 
 INSTANTIATE_TEST_SUITE_P(HostForms, HostForms, testing::Values(Language::English, Language::LongWinded),
-                         [](const auto& info) { return std::string(info.param == Language::English ? "English" : "long"); });
+                         [](const auto& info) {
+                             return std::string(info.param == Language::English ? "English" : "long");
+                         });
 
 }

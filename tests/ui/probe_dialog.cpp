@@ -85,13 +85,14 @@ Form::Form(Logic* logic) : QBaseDialog(nullptr, logic), m_ui(std::make_unique<Ui
     connect(m_ui->pick, &QPushButton::clicked, this, [this] { forward(&Logic::OnPick); });
     connect(m_ui->one, &QListWidget::currentRowChanged, this,
             [this](int row) { forward(&Logic::heard, "row " + std::to_string(row)); });
-    connect(m_ui->one, &QListWidget::itemClicked, this, [this] { forward(&Logic::heard, std::string("item clicked")); });
+    connect(m_ui->one, &QListWidget::itemClicked, this,
+            [this] { forward(&Logic::heard, std::string("item clicked")); });
     connect(m_ui->edit, &QLineEdit::editingFinished, this,
             [this] { forward(&Logic::heard, std::string("edit finished")); });
     logic->SetHandle(this);
     logic->SetAutoDelete(true);
-    QWidget* const controls[] = {m_ui->edit,  m_ui->fixedEdit, m_ui->one,    m_ui->many, m_ui->check, m_ui->combo,
-                                 m_ui->spin,  m_ui->lines,     m_ui->browse, m_ui->pick, m_ui->off};
+    QWidget* const controls[] = {m_ui->edit, m_ui->fixedEdit, m_ui->one,    m_ui->many, m_ui->check, m_ui->combo,
+                                 m_ui->spin, m_ui->lines,     m_ui->browse, m_ui->pick, m_ui->off};
     for (int i = 0; i < int(std::size(controls)); ++i)
         logic->SetDlgItem(kEdit + i, controls[i]);
     logic->SetDlgItem(IDOK, m_ui->ok);

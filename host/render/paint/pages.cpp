@@ -25,7 +25,8 @@ void ensureApplication()
 class PngPage : public Page {
 public:
     explicit PngPage(const PageSpec& spec)
-        : m_image(spec.width, spec.height, QImage::Format_ARGB32_Premultiplied), m_canvas(m_painter, spec.background, true)
+        : m_image(spec.width, spec.height, QImage::Format_ARGB32_Premultiplied),
+          m_canvas(m_painter, spec.background, true)
     {
         if (m_image.isNull())
             return;
@@ -64,8 +65,8 @@ public:
         constexpr int kDotsPerInch = 1200;
         m_buffer.open(QIODevice::WriteOnly);
         m_writer.setCreator("vekad");
-        m_writer.setPageSize(QPageSize(QSizeF(spec.width, spec.height) * (kPointsPerInch / kPixelsPerInch), QPageSize::Point, QString(),
-                                       QPageSize::ExactMatch));
+        m_writer.setPageSize(QPageSize(QSizeF(spec.width, spec.height) * (kPointsPerInch / kPixelsPerInch),
+                                       QPageSize::Point, QString(), QPageSize::ExactMatch));
         m_writer.setPageMargins(QMarginsF(0, 0, 0, 0));
         m_writer.setResolution(kDotsPerInch);
         m_begun = m_painter.begin(&m_writer);

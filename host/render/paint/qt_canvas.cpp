@@ -51,7 +51,8 @@ void QtCanvas::setPen(const Pen& pen)
     if (m_mode == Mode::Stroke && m_pen == pen)
         return;
     const bool hairline = m_raster && pen.width <= 1.05;
-    m_painter.setPen(QPen(QColor::fromRgba(pen.argb), hairline ? 0 : pen.width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    m_painter.setPen(
+        QPen(QColor::fromRgba(pen.argb), hairline ? 0 : pen.width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     m_painter.setBrush(Qt::NoBrush);
     m_pen = pen;
     m_mode = Mode::Stroke;
@@ -134,8 +135,8 @@ const QImage& QtCanvas::loaded(const QString& file)
     return *m_images.insert(file, tooLarge ? QImage() : reader.read());
 }
 
-bool QtCanvas::image(const std::string& file, Point2 corner, VcGeVector2d width, VcGeVector2d height, const Rings& outline,
-                     const ImageAdjustment& adjustment)
+bool QtCanvas::image(const std::string& file, Point2 corner, VcGeVector2d width, VcGeVector2d height,
+                     const Rings& outline, const ImageAdjustment& adjustment)
 {
     QImage image = loaded(QString::fromStdString(file));
     if (image.isNull())
