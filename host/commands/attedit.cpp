@@ -25,8 +25,8 @@ struct Found {
 class Wanted {
 public:
     explicit Wanted(Editor& ed)
-        : m_ed(ed), m_block(ed.text("Enter block name specification", "*")),
-          m_tag(ed.word("Enter attribute tag specification", "*")), m_value(askValue(ed))
+        : m_ed(ed), m_block(ed.text("Enter block names", "*")),
+          m_tag(ed.word("Enter attribute tags", "*")), m_value(askValue(ed))
     {
     }
 
@@ -45,7 +45,7 @@ public:
     }
 
 private:
-    static std::string askValue(Editor& ed) { return ed.text("Enter attribute value specification", "*"); }
+    static std::string askValue(Editor& ed) { return ed.text("Enter attribute values", "*"); }
     bool meansValue(const std::string& value) const
     {
         return m_value == "\\" ? value.empty() : Wildcard(m_value, Wildcard::Case::Counts).matches(value);

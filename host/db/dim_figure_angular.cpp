@@ -111,9 +111,9 @@ Place defaultPlace(const Drawing& d, Figure& figure, const Sector& s, const Fit&
     const bool atEnd = !s.swapped;
     const double side = atEnd ? 1 : -1, edge = atEnd ? s.end() : s.start;
     const double half = halfAlong(d, edge, angleOfText(d, edge, false));
-    const double stub = fit.arrowsInside ? d.arrow : 2 * d.arrow;
-    const Place place = placeAt(d, s, edge + side * std::min(kPi / 2, (stub + d.gap + half) / s.radius), false);
-    const double reach = d.vars.dimtad != 0 ? (stub + 2 * d.gap + 2 * half) / s.radius : stub / s.radius;
+    const double tail = fit.arrowsInside ? d.arrow : 2 * d.arrow;
+    const Place place = placeAt(d, s, edge + side * std::min(kPi / 2, (tail + d.gap + half) / s.radius), false);
+    const double reach = d.vars.dimtad != 0 ? (tail + 2 * d.gap + 2 * half) / s.radius : tail / s.radius;
     const double sweep = std::min(kPi, reach);
     figure.bows.push_back({s.center, s.radius, atEnd ? edge : edge - sweep, sweep});
     return place;

@@ -131,11 +131,11 @@ TextPlace besidePlace(const Drawing& d, Figure& figure, const Line& line, double
     const VcGeVector2d out = first ? -line.along : line.along;
     const VcGePoint2d foot = line.feet[first ? 0 : 1];
     arrowsInside = d.isInside(!first, arrowsInside);
-    const double stub = arrowsInside || d.arrows[!first].reachesTip ? d.arrow : 2 * d.arrow;
+    const double tail = arrowsInside || d.arrows[!first].reachesTip ? d.arrow : 2 * d.arrow;
     const double off = textOffset(d, angle, lineAngle(line), false, line.away);
-    const VcGePoint2d onLine = foot + out * (stub + d.gap + half);
-    const double from = arrowsInside ? 0 : stub;
-    const double to = off != 0 ? stub + 2 * d.gap + 2 * half : stub;
+    const VcGePoint2d onLine = foot + out * (tail + d.gap + half);
+    const double from = arrowsInside ? 0 : tail;
+    const double to = off != 0 ? tail + 2 * d.gap + 2 * half : tail;
     if (to > from && d.vars.dimtmove != 2)
         figure.strokes.push_back({foot + out * from, foot + out * to});
     return {onLine + left(unit(angle)) * off, angle};

@@ -324,8 +324,8 @@ private:
         const Point3 start = m_slices[members.front()].start, end = m_slices[members.back()].end;
         chain.closed =
             start.distanceTo(end) <= m_near && (m_source.closed || members.size() > 1) && length > 4 * m_near;
-        const bool stub = length <= 4 * m_near || (m_source.simple && !chain.closed);
-        if (stub)
+        const bool tail = length <= 4 * m_near || (m_source.simple && !chain.closed);
+        if (tail)
             return std::nullopt;
         for (size_t i : members)
             append(chain, m_slices[i]);

@@ -123,83 +123,37 @@ private:
 
     void takeReal(int code, double value)
     {
+        // clang-format off
         switch (code) {
-        case 41:
-            leader.textHeight = value;
-            return;
-        case 140:
-            leader.arrowSize = value;
-            return;
-        case 42:
-            leader.rotation = value;
-            return;
-        case 43:
-            leader.width = value;
-            return;
-        case 45:
-            leader.spacing = value;
-            return;
-        case 46:
-            leader.blockRotation = value;
-            return;
-        case 11:
-        case 21:
-        case 31:
-            axis(leader.normal, code) = value;
-            return;
-        case 12:
-        case 22:
-        case 32:
-            axis(leader.textAt, code) = value;
-            return;
-        case 13:
-        case 23:
-        case 33:
-            axis(leader.direction, code) = value;
-            return;
-        case 14:
-        case 24:
-        case 34:
-            axis(leader.blockNormal, code) = value;
-            return;
-        case 15:
-        case 25:
-        case 35:
-            axis(leader.blockAt, code) = value;
-            return;
-        case 16:
-        case 26:
-        case 36:
-            axis(leader.blockScale, code) = value;
-            return;
+        case 41: leader.textHeight = value; return;
+        case 140: leader.arrowSize = value; return;
+        case 42: leader.rotation = value; return;
+        case 43: leader.width = value; return;
+        case 45: leader.spacing = value; return;
+        case 46: leader.blockRotation = value; return;
+        case 11: case 21: case 31: axis(leader.normal, code) = value; return;
+        case 12: case 22: case 32: axis(leader.textAt, code) = value; return;
+        case 13: case 23: case 33: axis(leader.direction, code) = value; return;
+        case 14: case 24: case 34: axis(leader.blockNormal, code) = value; return;
+        case 15: case 25: case 35: axis(leader.blockAt, code) = value; return;
+        case 16: case 26: case 36: axis(leader.blockScale, code) = value; return;
         }
+        // clang-format on
     }
 
     void takeInteger(const Tag& tag)
     {
+        // clang-format off
         switch (tag.code) {
-        case 290:
-            leader.hasText = tag.integer != 0;
-            return;
-        case 296:
-            leader.hasBlock = tag.integer != 0;
-            return;
-        case 340:
-            leader.textStyle = idOf(tag);
-            return;
-        case 341:
-            leader.block = idOf(tag);
-            return;
-        case 170:
-            leader.exactSpacing = tag.integer == 2;
-            return;
-        case 171:
-            leader.alignment = int(tag.integer);
-            return;
-        case 90:
-            leader.textColour = tag.integer;
-            return;
+        case 290: leader.hasText = tag.integer != 0; return;
+        case 296: leader.hasBlock = tag.integer != 0; return;
+        case 340: leader.textStyle = idOf(tag); return;
+        case 341: leader.block = idOf(tag); return;
+        case 170: leader.exactSpacing = tag.integer == 2; return;
+        case 171: leader.alignment = int(tag.integer); return;
+        case 90: leader.textColour = tag.integer; return;
         }
+        // clang-format on
     }
 
     void takeOfLeader(const Tag& tag)

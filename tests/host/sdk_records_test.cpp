@@ -55,55 +55,32 @@ void checkRefused(const std::vector<Vcad::ErrorStatus (*)(T&)>& setters)
 TEST(ViewRecords, KeepEachOfTheirValues)
 {
     using V = VcDbViewTableRecord;
+    // clang-format off
     checkValues<VcDbViewTable, V>({
-        {"center",
-         [](V& v) {
-             return v.setCenterPoint({3, 4});
-         },
-         [](const V& v) { return v.centerPoint() == VcGePoint2d(3, 4); }},
+        {"center", [](V& v) { return v.setCenterPoint({3, 4}); }, [](const V& v) { return v.centerPoint() == VcGePoint2d(3, 4); }},
         {"height", [](V& v) { return v.setHeight(12.5); }, [](const V& v) { return v.height() == 12.5; }},
         {"width", [](V& v) { return v.setWidth(20.25); }, [](const V& v) { return v.width() == 20.25; }},
-        {"target",
-         [](V& v) {
-             return v.setTarget({1, 2, 3});
-         },
-         [](const V& v) { return v.target() == VcGePoint3d(1, 2, 3); }},
-        {"direction",
-         [](V& v) {
-             return v.setViewDirection({1, -1, 1});
-         },
-         [](const V& v) {
-             return v.viewDirection().isCodirectionalTo({1, -1, 1});
-         }},
-        {"twist", [](V& v) { return v.setViewTwist(0.5); },
-         [](const V& v) { return std::fabs(v.viewTwist() - 0.5) < 1e-12; }},
+        {"target", [](V& v) { return v.setTarget({1, 2, 3}); }, [](const V& v) { return v.target() == VcGePoint3d(1, 2, 3); }},
+        {"direction", [](V& v) { return v.setViewDirection({1, -1, 1}); },
+         [](const V& v) { return v.viewDirection().isCodirectionalTo({1, -1, 1}); }},
+        {"twist", [](V& v) { return v.setViewTwist(0.5); }, [](const V& v) { return std::fabs(v.viewTwist() - 0.5) < 1e-12; }},
         {"lens", [](V& v) { return v.setLensLength(35); }, [](const V& v) { return v.lensLength() == 35; }},
-        {"front", [](V& v) { return v.setFrontClipDistance(7); },
-         [](const V& v) { return v.frontClipDistance() == 7; }},
+        {"front", [](V& v) { return v.setFrontClipDistance(7); }, [](const V& v) { return v.frontClipDistance() == 7; }},
         {"back", [](V& v) { return v.setBackClipDistance(-7); }, [](const V& v) { return v.backClipDistance() == -7; }},
         {"frontOn", [](V& v) { return v.setFrontClipEnabled(true); }, [](const V& v) { return v.frontClipEnabled(); }},
         {"backOn", [](V& v) { return v.setBackClipEnabled(true); }, [](const V& v) { return v.backClipEnabled(); }},
         {"notAtEye", [](V& v) { return v.setFrontClipAtEye(false); }, [](const V& v) { return !v.frontClipAtEye(); }},
-        {"perspective", [](V& v) { return v.setPerspectiveEnabled(true); },
-         [](const V& v) { return v.perspectiveEnabled(); }},
-        {"paper",
-         [](V& v) {
-             v.setIsPaperspaceView(true);
-             return Vcad::eOk;
-         },
-         [](const V& v) { return v.isPaperspaceView(); }},
-        {"ucs",
-         [](V& v) {
-             return v.setUcs({1, 2, 3}, {0, 2, 0}, {-3, 0, 0});
-         },
+        {"perspective", [](V& v) { return v.setPerspectiveEnabled(true); }, [](const V& v) { return v.perspectiveEnabled(); }},
+        {"paper", [](V& v) { v.setIsPaperspaceView(true); return Vcad::eOk; }, [](const V& v) { return v.isPaperspaceView(); }},
+        {"ucs", [](V& v) { return v.setUcs({1, 2, 3}, {0, 2, 0}, {-3, 0, 0}); },
          [](const V& v) {
              VcGePoint3d origin;
              VcGeVector3d x, y;
              v.getUcs(origin, x, y);
-             return v.isUcsAssociatedToView() && origin == VcGePoint3d(1, 2, 3) && x.isEqualTo({0, 1, 0}) &&
-                    y.isEqualTo({-1, 0, 0});
+             return v.isUcsAssociatedToView() && origin == VcGePoint3d(1, 2, 3) && x.isEqualTo({0, 1, 0}) && y.isEqualTo({-1, 0, 0});
          }},
     });
+    // clang-format on
     checkRefused<V>({
         [](V& v) {
             return v.setCenterPoint({NAN, 0});
@@ -131,41 +108,23 @@ TEST(ViewRecords, KeepEachOfTheirValues)
 TEST(ViewportRecords, KeepEachOfTheirValues)
 {
     using V = VcDbViewportTableRecord;
+    // clang-format off
     checkValues<VcDbViewportTable, V>({
-        {"corners",
-         [](V& v) {
-             v.setCorners({0, 0.5}, {0.5, 1});
-             return Vcad::eOk;
-         },
-         [](const V& v) {
-             return v.lowerLeftCorner() == VcGePoint2d(0, 0.5) && v.upperRightCorner() == VcGePoint2d(0.5, 1);
-         }},
+        {"corners", [](V& v) { v.setCorners({0, 0.5}, {0.5, 1}); return Vcad::eOk; },
+         [](const V& v) { return v.lowerLeftCorner() == VcGePoint2d(0, 0.5) && v.upperRightCorner() == VcGePoint2d(0.5, 1); }},
         {"snap", [](V& v) { return v.setSnapEnabled(true); }, [](const V& v) { return v.snapEnabled(); }},
         {"grid", [](V& v) { return v.setGridEnabled(true); }, [](const V& v) { return v.gridEnabled(); }},
-        {"snapSpacing",
-         [](V& v) {
-             return v.setSnapIncrements({0.5, 0.25});
-         },
-         [](const V& v) { return v.snapIncrements() == VcGePoint2d(0.5, 0.25); }},
-        {"gridSpacing",
-         [](V& v) {
-             return v.setGridIncrements({2, 3});
-         },
-         [](const V& v) { return v.gridIncrements() == VcGePoint2d(2, 3); }},
-        {"snapBase",
-         [](V& v) {
-             return v.setSnapBase({1, 2});
-         },
-         [](const V& v) { return v.snapBase() == VcGePoint2d(1, 2); }},
-        {"snapAngle", [](V& v) { return v.setSnapAngle(0.25); },
-         [](const V& v) { return std::fabs(v.snapAngle() - 0.25) < 1e-12; }},
-        {"isometric", [](V& v) { return v.setIsometricSnapEnabled(true); },
-         [](const V& v) { return v.isometricSnapEnabled(); }},
+        {"snapSpacing", [](V& v) { return v.setSnapIncrements({0.5, 0.25}); }, [](const V& v) { return v.snapIncrements() == VcGePoint2d(0.5, 0.25); }},
+        {"gridSpacing", [](V& v) { return v.setGridIncrements({2, 3}); }, [](const V& v) { return v.gridIncrements() == VcGePoint2d(2, 3); }},
+        {"snapBase", [](V& v) { return v.setSnapBase({1, 2}); }, [](const V& v) { return v.snapBase() == VcGePoint2d(1, 2); }},
+        {"snapAngle", [](V& v) { return v.setSnapAngle(0.25); }, [](const V& v) { return std::fabs(v.snapAngle() - 0.25) < 1e-12; }},
+        {"isometric", [](V& v) { return v.setIsometricSnapEnabled(true); }, [](const V& v) { return v.isometricSnapEnabled(); }},
         {"pair", [](V& v) { return v.setSnapPair(2); }, [](const V& v) { return v.snapPair() == 2; }},
         {"sides", [](V& v) { return v.setCircleSides(200); }, [](const V& v) { return v.circleSides() == 200; }},
         {"icon", [](V& v) { return v.setUcsIcon(0); }, [](const V& v) { return v.ucsIcon() == 0; }},
         {"follow", [](V& v) { return v.setUcsFollowMode(true); }, [](const V& v) { return v.ucsFollowMode(); }},
     });
+    // clang-format on
     checkRefused<V>({
         [](V& v) {
             return v.setSnapIncrements({0, 1});
@@ -190,20 +149,13 @@ TEST(ViewportRecords, KeepEachOfTheirValues)
 TEST(CoordinateSystemRecords, KeepTheirAxesAtRightAngles)
 {
     using U = VcDbUCSTableRecord;
+    // clang-format off
     checkValues<VcDbUCSTable, U>({
-        {"origin",
-         [](U& u) {
-             return u.setOrigin({1, 2, 3});
-         },
-         [](const U& u) { return u.origin() == VcGePoint3d(1, 2, 3); }},
-        {"axes",
-         [](U& u) {
-             return u.setAxes({0, 0, 2}, {0, 5, 0});
-         },
-         [](const U& u) {
-             return u.xAxis().isEqualTo({0, 0, 1}) && u.yAxis().isEqualTo({0, 1, 0});
-         }},
+        {"origin", [](U& u) { return u.setOrigin({1, 2, 3}); }, [](const U& u) { return u.origin() == VcGePoint3d(1, 2, 3); }},
+        {"axes", [](U& u) { return u.setAxes({0, 0, 2}, {0, 5, 0}); },
+         [](const U& u) { return u.xAxis().isEqualTo({0, 0, 1}) && u.yAxis().isEqualTo({0, 1, 0}); }},
     });
+    // clang-format on
     checkRefused<U>({
         [](U& u) {
             return u.setOrigin({NAN, 0, 0});
@@ -223,33 +175,26 @@ TEST(CoordinateSystemRecords, KeepTheirAxesAtRightAngles)
 TEST(TextStyleRecords, KeepEachOfTheirValues)
 {
     using S = VcDbTextStyleTableRecord;
+    // clang-format off
     checkValues<VcDbTextStyleTable, S>({
-        {"vertical",
-         [](S& s) {
-             s.setIsVertical(true);
-             return Vcad::eOk;
-         },
-         [](const S& s) { return s.isVertical(); }},
+        {"vertical", [](S& s) { s.setIsVertical(true); return Vcad::eOk; }, [](const S& s) { return s.isVertical(); }},
         {"size", [](S& s) { return s.setTextSize(3.5); }, [](const S& s) { return s.textSize() == 3.5; }},
         {"prior", [](S& s) { return s.setPriorSize(5); }, [](const S& s) { return s.priorSize() == 5; }},
         {"width", [](S& s) { return s.setXScale(0.8); }, [](const S& s) { return s.xScale() == 0.8; }},
-        {"oblique", [](S& s) { return s.setObliquingAngle(0.25); },
-         [](const S& s) { return std::fabs(s.obliquingAngle() - 0.25) < 1e-12; }},
-        {"flags", [](S& s) { return s.setFlagBits(6); },
-         [](const S& s) { return s.isBackwards() && s.isUpsideDown() && s.flagBits() == 6; }},
-        {"file", [](S& s) { return s.setFileName(L"romans.shx"); },
-         [](const S& s) { return taken(s.fileName()) == L"romans.shx"; }},
-        {"bigFont", [](S& s) { return s.setBigFontFileName(L"big.shx"); },
-         [](const S& s) { return taken(s.bigFontFileName()) == L"big.shx"; }},
+        {"oblique", [](S& s) { return s.setObliquingAngle(0.25); }, [](const S& s) { return std::fabs(s.obliquingAngle() - 0.25) < 1e-12; }},
+        {"flags", [](S& s) { return s.setFlagBits(6); }, [](const S& s) { return s.isBackwards() && s.isUpsideDown() && s.flagBits() == 6; }},
+        {"file", [](S& s) { return s.setFileName(L"romans.shx"); }, [](const S& s) { return taken(s.fileName()) == L"romans.shx"; }},
+        {"bigFont", [](S& s) { return s.setBigFontFileName(L"big.shx"); }, [](const S& s) { return taken(s.bigFontFileName()) == L"big.shx"; }},
         {"typeface", [](S& s) { return s.setFont(L"Gr\x00fc\x00df", true, false, 1, 34); },
          [](const S& s) {
              wchar_t* name = nullptr;
              bool bold = false, italic = true;
              int charset = 0, family = 0;
-             return s.font(name, bold, italic, charset, family) == Vcad::eOk && taken(name) == L"Gr\x00fc\x00df" &&
-                    bold && !italic && charset == 1 && family == 34;
+             return s.font(name, bold, italic, charset, family) == Vcad::eOk && taken(name) == L"Gr\x00fc\x00df" && bold && !italic &&
+                    charset == 1 && family == 34;
          }},
     });
+    // clang-format on
     checkRefused<S>({
         [](S& s) { return s.setTextSize(-1); },
         [](S& s) { return s.setPriorSize(NAN); },
@@ -265,14 +210,15 @@ TEST(TextStyleRecords, KeepEachOfTheirValues)
 TEST(LinetypeRecords, KeepTheirDashes)
 {
     using L = VcDbLinetypeTableRecord;
+    // clang-format off
     checkValues<VcDbLinetypeTable, L>({
-        {"text", [](L& l) { return l.setAsciiDescription(L"_ . \x00e4"); },
-         [](const L& l) { return taken(l.asciiDescription()) == L"_ . \x00e4"; }},
+        {"text", [](L& l) { return l.setAsciiDescription(L"_ . \x00e4"); }, [](const L& l) { return taken(l.asciiDescription()) == L"_ . \x00e4"; }},
         {"count", [](L& l) { return l.setNumDashes(3); }, [](const L& l) { return l.numDashes() == 3; }},
         {"dash", [](L& l) { return l.setDashLengthAt(0, 1.5); }, [](const L& l) { return l.dashLengthAt(0) == 1.5; }},
         {"gap", [](L& l) { return l.setDashLengthAt(1, -0.5); }, [](const L& l) { return l.dashLengthAt(1) == -0.5; }},
         {"length", [](L& l) { return l.setPatternLength(2.25); }, [](const L& l) { return l.patternLength() == 2.25; }},
     });
+    // clang-format on
     checkRefused<L>({
         [](L& l) { return l.setAsciiDescription(nullptr); },
         [](L& l) { return l.setNumDashes(-1); },
