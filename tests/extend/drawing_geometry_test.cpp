@@ -242,7 +242,7 @@ TEST_F(DrawingGeometry, WhatMeasuresNothingHasTheCornersOfAnEmptyBox)
     ASSERT_EQ(vcdbEntMakeX(use.get(), empty), RTNORM);
     vds_point low, high;
     EXPECT_EQ(vds_getEntExtent(empty, low, high), 0);
-    EXPECT_GT(low[X], high[X]);
+    EXPECT_GT(low[0], high[0]);
 }
 
 TEST_F(DrawingGeometry, ExtentsOfTexts)
