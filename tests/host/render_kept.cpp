@@ -392,6 +392,19 @@ TEST_F(RenderKept, LeadersExplodeIntoWhatIsSeenOfThem)
     EXPECT_EQ(counts, (std::map<std::string, int>{{"LINE", 3}, {"SOLID", 2}, {"MTEXT", 1}}));
 }
 
+TEST_F(RenderKept, PiecesOnTheirWayIntoADrawingHaveTheirStyle)
+{
+    auto& style = *db().objectAs<VcDbTextStyleTableRecord>(db().recordFor(NameTable::TextStyle, "WIDE"));
+    style.setFontFiles("txt", "");
+    style.setXScale(2);
+    VcDbMText text;
+    text.setContentsUtf8("HH");
+    text.setTextHeight(10);
+    const double narrow = text.actualWidth();
+    text.setTextStyle(style.objectId());
+    EXPECT_NEAR(text.actualWidth(), 2 * narrow, 1e-6);
+}
+
 TEST_F(RenderKept, LoadedReferencesThatHoldNothingAreNotMissing)
 {
     constexpr const char* kMissing = "external reference that is not loaded";
