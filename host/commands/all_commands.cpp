@@ -25,6 +25,7 @@ void registerHostCommands()
                                joinCommands(),
                                lengthenCommands(),
                                stretchCommands(),
+                               divideCommands(),
                                arrayCommands(),
                                layerCommands(),
                                styleCommands(),
