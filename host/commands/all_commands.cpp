@@ -26,6 +26,7 @@ void registerHostCommands()
                                lengthenCommands(),
                                stretchCommands(),
                                divideCommands(),
+                               alignCommands(),
                                arrayCommands(),
                                layerCommands(),
                                styleCommands(),

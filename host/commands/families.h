@@ -26,6 +26,7 @@ std::span<const HostCommand> joinCommands();
 std::span<const HostCommand> lengthenCommands();
 std::span<const HostCommand> stretchCommands();
 std::span<const HostCommand> divideCommands();
+std::span<const HostCommand> alignCommands();
 std::span<const HostCommand> arrayCommands();
 std::span<const HostCommand> layerCommands();
 std::span<const HostCommand> styleCommands();
