@@ -25,6 +25,8 @@ void registerHostCommands()
                                joinCommands(),
                                lengthenCommands(),
                                stretchCommands(),
+                               divideCommands(),
+                               alignCommands(),
                                arrayCommands(),
                                layerCommands(),
                                styleCommands(),

@@ -1,6 +1,7 @@
 // ARC, in the customary ways.
 #include "host/commands/curve_edits.h"
 #include "host/commands/families.h"
+#include "host/commands/figure_preview.h"
 #include "host/geom/tangent_circle.h"
 #include "sdk/vcdb_curves.h"
 
@@ -27,13 +28,22 @@ double withinTurn(double angle)
     return rest < 0 ? rest + 2 * M_PI : rest;
 }
 
-void addArc(Editor& ed, const ArcShape& arc)
+std::unique_ptr<VcDbArc> arcOf(Editor& ed, const ArcShape& arc)
 {
     if (!(arc.radius > 0) || arc.start == arc.end)
         throw CommandError{"The arc does not exist: its points do not allow one."};
     const double twist = ucsTwist(ed);
-    addToSpace(ed, std::make_unique<VcDbArc>(toWorld(ed, arc.centre), ucsNormal(ed), arc.radius,
-                                             withinTurn(arc.start + twist), withinTurn(arc.end + twist)));
+    return std::make_unique<VcDbArc>(toWorld(ed, arc.centre), ucsNormal(ed), arc.radius, withinTurn(arc.start + twist),
+                                     withinTurn(arc.end + twist));
+}
+
+void addArc(Editor& ed, const ArcShape& arc) { addToSpace(ed, arcOf(ed, arc)); }
+
+// With the next question.
+template <class ShapeAt>
+void showArc(Editor& ed, ShapeAt shapeAt)
+{
+    showFigure(ed, [&ed, shapeAt](const VcGePoint3d& cursor) { return arcOf(ed, shapeAt(cursor)); });
 }
 
 ArcShape throughThree(const VcGePoint3d& a, const VcGePoint3d& b, const VcGePoint3d& c)
@@ -85,49 +95,76 @@ ArcShape endsWithAngle(const VcGePoint3d& start, const VcGePoint3d& end, double 
     return {centre, centre.distanceTo(start), included > 0 ? first : last, included > 0 ? last : first};
 }
 
+ArcShape fromCentreTo(const VcGePoint3d& centre, const VcGePoint3d& start, const VcGePoint3d& end)
+{
+    return {centre, centre.distanceTo(start), directionOf(centre, start), directionOf(centre, end)};
+}
+
 // The rest of the questions when the centre and the start are known.
 void fromCentre(Editor& ed, const VcGePoint3d& centre, const VcGePoint3d& start)
 {
+    showArc(ed, [=](const VcGePoint3d& cursor) { return fromCentreTo(centre, start, cursor); });
     const Answer a =
         ed.askPoint("Specify end point of arc or [Angle/chord Length]", {.keywords = "Angle Length", .from = centre});
     if (a.status == Answer::Status::Value)
-        return addArc(ed, {centre, centre.distanceTo(start), directionOf(centre, start), directionOf(centre, a.point)});
-    if (a.text == "Angle")
-        return addArc(ed,
-                      byAngle(centre, start,
-                              ed.askAngle("Specify included angle", {.from = centre, .bits = InitGet::NoZero}).real));
-    addArc(ed, byChord(centre, start,
-                       ed.askDistance("Specify length of chord", {.from = start, .bits = InitGet::NoZero}).real));
+        return addArc(ed, fromCentreTo(centre, start, a.point));
+    if (a.text == "Angle") {
+        showArc(ed, [=](const VcGePoint3d& cursor) {
+            return byAngle(centre, start, withinTurn(directionOf(centre, cursor)));
+        });
+        const double angle = ed.askAngle("Specify included angle", {.from = centre, .bits = InitGet::NoZero}).real;
+        return addArc(ed, byAngle(centre, start, angle));
+    }
+    showArc(ed, [=](const VcGePoint3d& cursor) { return byChord(centre, start, start.distanceTo(cursor)); });
+    const double chord = ed.askDistance("Specify length of chord", {.from = start, .bits = InitGet::NoZero}).real;
+    addArc(ed, byChord(centre, start, chord));
 }
 
 // In a given direction from the start.
-void goOn(Editor& ed, const VcGePoint3d& start, const VcGeVector3d& direction, const VcGePoint3d& end)
+ArcShape goingOn(const VcGePoint3d& start, const VcGeVector3d& direction, const VcGePoint3d& end)
 {
     const VcGeVector3d chord = end - start;
     const double turn = std::atan2(direction.x * chord.y - direction.y * chord.x, direction.dotProduct(chord));
-    addArc(ed, endsWithAngle(start, end, 2 * turn));
+    return endsWithAngle(start, end, 2 * turn);
+}
+
+// From the last line or arc, as it ends.
+void goOn(Editor& ed, const VcGePoint3d& start, const VcGeVector3d& direction)
+{
+    const auto shape = [=](const VcGePoint3d& end) { return goingOn(start, direction, levelWith(start, end)); };
+    showArc(ed, shape);
+    addArc(ed, shape(ed.point("Specify end point of arc", {.from = start})));
+}
+
+void fromEndsByDirection(Editor& ed, const VcGePoint3d& start, const VcGePoint3d& end)
+{
+    showArc(ed, [=](const VcGePoint3d& cursor) { return goingOn(start, cursor - start, end); });
+    const double direction =
+        askDirection(ed, "Specify tangent direction for the start point of arc", {.from = start}).real;
+    addArc(ed, goingOn(start, {std::cos(direction), std::sin(direction), 0}, end));
 }
 
 void fromEnds(Editor& ed, const VcGePoint3d& start)
 {
     const VcGePoint3d end = levelWith(start, ed.point("Specify end point of arc", {.from = start}));
+    const auto about = [=](const VcGePoint3d& centre) { return fromCentreTo(levelWith(start, centre), start, end); };
+    showArc(ed, about);
     const Answer a = ed.askPoint("Specify center point of arc or [Angle/Direction/Radius]",
                                  {.keywords = "Angle Direction Radius", .from = start});
-    if (a.status == Answer::Status::Value) {
-        const VcGePoint3d centre = levelWith(start, a.point);
-        return addArc(ed, {centre, centre.distanceTo(start), directionOf(centre, start), directionOf(centre, end)});
+    if (a.status == Answer::Status::Value)
+        return addArc(ed, about(a.point));
+    if (a.text == "Direction")
+        return fromEndsByDirection(ed, start, end);
+    if (a.text == "Angle") {
+        showArc(ed, [=](const VcGePoint3d& cursor) {
+            return endsWithAngle(start, end, withinTurn(directionOf(start, cursor)));
+        });
+        const double angle = ed.askAngle("Specify included angle", {.from = start, .bits = InitGet::NoZero}).real;
+        return addArc(ed, endsWithAngle(start, end, angle));
     }
-    if (a.text == "Direction") {
-        const double direction =
-            askDirection(ed, "Specify tangent direction for the start point of arc", {.from = start}).real;
-        return goOn(ed, start, {std::cos(direction), std::sin(direction), 0}, end);
-    }
-    if (a.text == "Angle")
-        return addArc(
-            ed, endsWithAngle(start, end,
-                              ed.askAngle("Specify included angle", {.from = start, .bits = InitGet::NoZero}).real));
-    addArc(ed,
-           byRadius(start, end, ed.askDistance("Specify radius of arc", {.from = end, .bits = InitGet::NoZero}).real));
+    showArc(ed, [=](const VcGePoint3d& cursor) { return byRadius(start, end, end.distanceTo(cursor)); });
+    const double radius = ed.askDistance("Specify radius of arc", {.from = end, .bits = InitGet::NoZero}).real;
+    addArc(ed, byRadius(start, end, radius));
 }
 
 void arc(Editor& ed)
@@ -136,22 +173,23 @@ void arc(Editor& ed)
     const Answer first =
         ed.askPoint("Specify start point of arc or [Center]", {.keywords = "Center", .enterEnds = last.has_value()});
     if (first.status == Answer::Status::Enter)
-        return goOn(ed, last->point, last->direction,
-                    levelWith(last->point, ed.point("Specify end point of arc", {.from = last->point})));
+        return goOn(ed, last->point, last->direction);
     if (first.status == Answer::Status::Keyword) {
         const VcGePoint3d centre = ed.point("Specify center point of arc");
         return fromCentre(ed, centre, levelWith(centre, ed.point("Specify start point of arc", {.from = centre})));
     }
+    const VcGePoint3d start = first.point;
     const Answer second =
-        ed.askPoint("Specify second point of arc or [Center/End]", {.keywords = "Center End", .from = first.point});
+        ed.askPoint("Specify second point of arc or [Center/End]", {.keywords = "Center End", .from = start});
+    if (second.status == Answer::Status::Keyword && second.text == "Center")
+        return fromCentre(ed, levelWith(start, ed.point("Specify center point of arc", {.from = start})), start);
     if (second.status == Answer::Status::Keyword)
-        return second.text == "Center"
-                   ? fromCentre(ed,
-                                levelWith(first.point, ed.point("Specify center point of arc", {.from = first.point})),
-                                first.point)
-                   : fromEnds(ed, first.point);
-    const VcGePoint3d end = ed.point("Specify end point of arc", {.from = second.point});
-    addArc(ed, throughThree(first.point, levelWith(first.point, second.point), levelWith(first.point, end)));
+        return fromEnds(ed, start);
+    const auto through = [start, middle = levelWith(start, second.point)](const VcGePoint3d& end) {
+        return throughThree(start, middle, levelWith(start, end));
+    };
+    showArc(ed, through);
+    addArc(ed, through(ed.point("Specify end point of arc", {.from = second.point})));
 }
 
 const HostCommand kCommands[] = {

@@ -76,10 +76,11 @@ Spacing askRowSpacing(Editor& ed, bool withCell)
     }
 }
 
-void placeCopy(Editor& ed, const SelectionSet& objects, const VcGeMatrix3d& ucs)
+// How many could not be copied there.
+std::size_t placeCopy(Editor& ed, const SelectionSet& objects, const VcGeMatrix3d& ucs)
 {
     ed.throwIfInterrupted();
-    transformObjects(ed, *copied(ed, objects), inWorld(ed, ucs));
+    return placeCopies(ed, objects, inWorld(ed, ucs)).left;
 }
 
 // Rows run along the Y axis of the UCS turned by SNAPANG, columns along its X axis.
@@ -97,12 +98,14 @@ void rectangular(Editor& ed, const SelectionSet& objects)
         spacing.along = ed.askDistance("Specify the distance between columns (|||)", {.bits = InitGet::NoZero}).real;
     const double turn = ed.vars().real("SNAPANG");
     const VcGeVector3d x(std::cos(turn), std::sin(turn), 0), y(-x.y, x.x, 0);
+    std::size_t left = 0;
     for (std::int64_t row = 0; row < rows; ++row)
         for (std::int64_t column = 0; column < columns; ++column)
             if (row + column > 0)
-                placeCopy(ed, objects,
-                          VcGeMatrix3d::translation(x * (spacing.along.value_or(0) * double(column)) +
-                                                    y * (spacing.up * double(row))));
+                left += placeCopy(ed, objects,
+                                  VcGeMatrix3d::translation(x * (spacing.along.value_or(0) * double(column)) +
+                                                            y * (spacing.up * double(row))));
+    reportNotCopied(ed, left);
 }
 
 // The place by which an object goes round when it is not turned: its centre, its insertion, its start.
@@ -168,10 +171,12 @@ void polar(Editor& ed, const SelectionSet& objects)
     askItems(ed, layout);
     checkCount(double(layout.items), objects.size());
     const bool turns = ed.keyword("Rotate arrayed objects? [Yes/No] <Y>", "Yes No", "Yes") == "Yes";
+    std::size_t left = 0;
     for (std::int64_t i = 1; i < layout.items; ++i) {
         const VcGeMatrix3d turn = VcGeMatrix3d::rotation(layout.step * double(i), VcGeVector3d::zAxis(), layout.center);
-        placeCopy(ed, objects, turns ? turn : VcGeMatrix3d::translation(turn * layout.base - layout.base));
+        left += placeCopy(ed, objects, turns ? turn : VcGeMatrix3d::translation(turn * layout.base - layout.base));
     }
+    reportNotCopied(ed, left);
 }
 
 void array(Editor& ed)

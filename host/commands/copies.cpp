@@ -10,20 +10,36 @@ namespace vk::commands {
 
 using namespace edit;
 
-void transformObjects(Editor& ed, const SelectionSet& objects, const VcGeMatrix3d& world)
+std::vector<VcDbObjectId> transformWhatCan(Editor& ed, const SelectionSet& objects, const VcGeMatrix3d& world)
 {
-    std::size_t left = 0;
+    std::vector<VcDbObjectId> left;
     for (const VcDbObjectId id : objects.ids()) {
         ed.throwIfInterrupted();
         auto* entity = ed.db().liveAs<VcDbEntity>(id);
         if (!entity)
             continue;
         if (entity->transformBy(world) != Vcad::eOk)
-            ++left;
+            left.push_back(id);
         entity->dropCaches();  // dimensions are drawn anew
     }
+    return left;
+}
+
+void reportLeft(Editor& ed, std::size_t left)
+{
     if (left > 0)
         ed.report("{} could not be changed this way and were left as they are.", left);
+}
+
+void reportNotCopied(Editor& ed, std::size_t left)
+{
+    if (left > 0)
+        ed.report("{} could not be copied this way and were left.", left);
+}
+
+void transformObjects(Editor& ed, const SelectionSet& objects, const VcGeMatrix3d& world)
+{
+    reportLeft(ed, transformWhatCan(ed, objects, world).size());
 }
 
 // A copy of a hatch follows its boundary only where that was copied with it.
@@ -54,6 +70,27 @@ std::shared_ptr<SelectionSet> copied(Editor& ed, const SelectionSet& objects)
             twins->add(pair.value());
         }
     return twins;
+}
+
+std::size_t takeAway(Editor& ed, const std::vector<VcDbObjectId>& copies)
+{
+    for (const VcDbObjectId id : copies)
+        if (VcDbObject* copy = ed.db().object(id))
+            copy->erase();
+    return copies.size();
+}
+
+PlacedCopies placeCopies(Editor& ed, const SelectionSet& objects, const VcGeMatrix3d& world)
+{
+    const auto twins = copied(ed, objects);
+    const std::vector<VcDbObjectId> refused = transformWhatCan(ed, *twins, world);
+    if (refused.empty())
+        return {twins, 0};
+    PlacedCopies placed{std::make_shared<SelectionSet>(), takeAway(ed, refused)};
+    for (const VcDbObjectId id : twins->ids())
+        if (ed.db().liveAs<VcDbEntity>(id))
+            placed.objects->add(id);
+    return placed;
 }
 
 VcGeMatrix3d inWorld(const Editor& ed, const VcGeMatrix3d& ucs)

@@ -1,6 +1,7 @@
 // ELLIPSE, XLINE, RAY, ISOPLANE.
 #include "host/commands/drawing.h"
 #include "host/commands/families.h"
+#include "host/commands/figure_preview.h"
 #include "host/db/database.h"
 #include "host/edit/sysvars.h"
 #include "sdk/vcdb_curves.h"
@@ -32,11 +33,29 @@ Axes askAxes(Editor& ed, bool byCenter)
     return axes;
 }
 
+std::unique_ptr<VcDbEllipse> ellipseOf(Editor& ed, const Axes& axes)
+{
+    VcGeVector3d major = axes.first;
+    double minor = axes.other;
+    if (minor > major.length()) {
+        const VcGeVector3d turned(-major.y, major.x, 0);
+        const double length = major.length();
+        major = turned * (minor / length);
+        minor = length;
+    }
+    return std::make_unique<VcDbEllipse>(toWorld(ed, axes.center), ucsNormal(ed), inWorld(ed, major),
+                                         minor / major.length());
+}
+
 void finishAxes(Editor& ed, Axes& axes)
 {
     axes.first.z = 0;
     if (!(axes.first.length() > 0))
         throw CommandError{"The axis of the ellipse has no length."};
+    showFigure(ed, [&ed, axes](const VcGePoint3d& cursor) -> std::unique_ptr<VcDbEntity> {
+        const double other = axes.center.distanceTo(cursor);
+        return other > 0 ? ellipseOf(ed, {axes.center, axes.first, other}) : nullptr;
+    });
     const Answer a =
         ed.askDistance("Specify distance to other axis or [Rotation]",
                        {.keywords = "Rotation", .from = axes.center, .bits = InitGet::NoZero | InitGet::NoNegative});
@@ -51,20 +70,6 @@ void finishAxes(Editor& ed, Axes& axes)
             return;
         ed.printLine("The ellipse would be seen from its edge; the rotation must lie between 0 and 89.4 degrees.");
     }
-}
-
-std::unique_ptr<VcDbEllipse> ellipseOf(Editor& ed, const Axes& axes)
-{
-    VcGeVector3d major = axes.first;
-    double minor = axes.other;
-    if (minor > major.length()) {
-        const VcGeVector3d turned(-major.y, major.x, 0);
-        const double length = major.length();
-        major = turned * (minor / length);
-        minor = length;
-    }
-    return std::make_unique<VcDbEllipse>(toWorld(ed, axes.center), ucsNormal(ed), inWorld(ed, major),
-                                         minor / major.length());
 }
 
 // The parameter of the point of an ellipse that lies in a direction from its centre.
@@ -121,9 +126,23 @@ void cutToArc(Editor& ed, VcDbEllipse& e, const VcGePoint3d& center)
 }
 
 // A circle as it is seen in the isometric plane that SNAPISOPAIR tells: left, top, right.
+Axes seenInIsoplane(Editor& ed, const VcGePoint3d& center, double radius)
+{
+    static constexpr double kMajorDirections[] = {-M_PI / 3, 0, M_PI / 3};
+    const double direction =
+        kMajorDirections[std::clamp<std::int64_t>(ed.vars().integer("SNAPISOPAIR"), 0, 2)] + ed.vars().real("SNAPANG");
+    return {center, VcGeVector3d(std::cos(direction), std::sin(direction), 0) * (radius * std::sqrt(1.5)),
+            radius * std::sqrt(0.5)};
+}
+
 void isocircle(Editor& ed)
 {
     const VcGePoint3d center = ed.point("Specify center of isocircle");
+    const auto circleOf = [&ed, center](double radius) { return ellipseOf(ed, seenInIsoplane(ed, center, radius)); };
+    showFigure(ed, [=](const VcGePoint3d& cursor) -> std::unique_ptr<VcDbEntity> {
+        const double radius = center.distanceTo(cursor);
+        return radius > 0 ? circleOf(radius) : nullptr;
+    });
     const Answer r =
         ed.askDistance("Specify radius of isocircle or [Diameter]",
                        {.keywords = "Diameter", .from = center, .bits = InitGet::NoZero | InitGet::NoNegative});
@@ -133,12 +152,7 @@ void isocircle(Editor& ed)
                                         .real /
                                     2
                               : r.real;
-    static constexpr double kMajorDirections[] = {-M_PI / 3, 0, M_PI / 3};
-    const double direction =
-        kMajorDirections[std::clamp<std::int64_t>(ed.vars().integer("SNAPISOPAIR"), 0, 2)] + ed.vars().real("SNAPANG");
-    Axes axes{center, VcGeVector3d(std::cos(direction), std::sin(direction), 0) * (radius * std::sqrt(1.5)),
-              radius * std::sqrt(0.5)};
-    addToSpace(ed, ellipseOf(ed, axes));
+    addToSpace(ed, circleOf(radius));
 }
 
 void isoplane(Editor& ed)

@@ -2,6 +2,7 @@
 
 #include "host/base/unicode.h"
 #include "host/commands/explode.h"
+#include "host/commands/figure_preview.h"
 #include "host/db/dim_picture.h"
 #include "host/db/rec_arrow_blocks.h"
 #include "host/db/rec_dim_variables.h"
@@ -194,14 +195,29 @@ void placeText(Editor& ed, VcDbDimension& dimension, const VcGePoint3d& at)
         dimension.setTextPosition(toWorld(ed, at));
 }
 
+static void setUp(Editor& ed, VcDbDimension& made, const DimChoices& choices)
+{
+    made.setNormal(ucsNormal(ed));
+    made.setHorizontalRotation(-ucsTwist(ed));
+    if (!choices.text.empty())
+        made.setDimensionText(utf8ToWide(choices.text).c_str());
+    if (choices.angle)
+        made.setTextRotation(*choices.angle);
+}
+
+void showDimension(Editor& ed, const DimChoices& choices, DimensionAt dimensionAt)
+{
+    showFigure(ed, [&ed, choices, dimensionAt = std::move(dimensionAt)](const VcGePoint3d& cursor) {
+        auto dimension = dimensionAt(cursor);
+        setUp(ed, *dimension, choices);
+        takeDimStyle(*dimension, dimStyleFor(ed, *dimension));
+        return dimension;
+    });
+}
+
 NewDimension addDimension(Editor& ed, std::unique_ptr<VcDbDimension> made, const DimChoices& choices)
 {
-    made->setNormal(ucsNormal(ed));
-    made->setHorizontalRotation(-ucsTwist(ed));
-    if (!choices.text.empty())
-        made->setDimensionText(utf8ToWide(choices.text).c_str());
-    if (choices.angle)
-        made->setTextRotation(*choices.angle);
+    setUp(ed, *made, choices);
     const VcDbObjectId id = addToSpace(ed, std::move(made));
     auto& dimension = *ed.db().liveAs<VcDbDimension>(id);
     takeDimStyle(dimension, dimStyleFor(ed, dimension));

@@ -6,6 +6,8 @@
 #include "host/db/dim_format.h"
 #include "sdk/vcdb_dims.h"
 
+#include <functional>
+
 struct DimVariable;
 
 namespace vk::commands {
@@ -47,6 +49,9 @@ struct NewDimension {
 };
 // Puts a new dimension into the space with the current style, in the plane of the UCS.
 NewDimension addDimension(edit::Editor& ed, std::unique_ptr<VcDbDimension> dimension, const DimChoices& choices);
+// Shows with the next question the dimension that a place of the cursor would make.
+using DimensionAt = std::function<std::unique_ptr<VcDbDimension>(const VcGePoint3d& cursor)>;
+void showDimension(edit::Editor& ed, const DimChoices& choices, DimensionAt dimensionAt);
 // Whether a dimension of two points is a horizontal one when it is placed there, in the UCS.
 bool wantsHorizontal(const VcGePoint3d& first, const VcGePoint3d& second, const VcGePoint3d& at);
 // DIMUPT puts the text of a new dimension where its line is placed.

@@ -88,19 +88,26 @@ void finish(Editor& ed, std::unique_ptr<VcDbDimension> made, const DimChoices& c
     reportMeasure(ed, {added.measurement, DimMeasure::Kind::Length});
 }
 
+std::unique_ptr<VcDbDimension> linearThrough(Editor& ed, const Ends& ends, std::optional<double> angle,
+                                             const VcGePoint3d& through)
+{
+    const double direction = angle ? *angle : wantsHorizontal(ends.first, ends.second, through) ? 0 : M_PI / 2;
+    auto made = rotatedDimension(ed, ends, direction, through);
+    placeText(ed, *made, through);
+    return made;
+}
+
 void locateLinear(Editor& ed, const Ends& ends, std::optional<double> angle)
 {
     DimChoices choices;
     for (;;) {
+        const auto through = [&ed, ends, angle](const VcGePoint3d& p) { return linearThrough(ed, ends, angle, p); };
+        showDimension(ed, choices, through);
         const Answer a =
             ed.askPoint("Specify dimension line location or [Mtext/Text/Angle/Horizontal/Vertical/Rotated]",
                         {.keywords = "Mtext Text Angle Horizontal Vertical Rotated", .from = ends.second});
-        if (a.status == Answer::Status::Value) {
-            const double direction = angle ? *angle : wantsHorizontal(ends.first, ends.second, a.point) ? 0 : M_PI / 2;
-            auto made = rotatedDimension(ed, ends, direction, a.point);
-            placeText(ed, *made, a.point);
-            return finish(ed, std::move(made), choices);
-        }
+        if (a.status == Answer::Status::Value)
+            return finish(ed, through(a.point), choices);
         if (a.text == "Horizontal")
             angle = 0;
         else if (a.text == "Vertical")
@@ -121,15 +128,18 @@ void dimLinear(Editor& ed)
 void dimAligned(Editor& ed)
 {
     const Ends ends = askEnds(ed);
+    const auto through = [&ed, ends](const VcGePoint3d& p) -> std::unique_ptr<VcDbDimension> {
+        auto made = alignedDimension(ed, ends, p);
+        placeText(ed, *made, p);
+        return made;
+    };
     DimChoices choices;
     for (;;) {
+        showDimension(ed, choices, through);
         const Answer a = ed.askPoint("Specify dimension line location or [Mtext/Text/Angle]",
                                      {.keywords = "Mtext Text Angle", .from = ends.second});
-        if (a.status == Answer::Status::Value) {
-            auto made = alignedDimension(ed, ends, a.point);
-            placeText(ed, *made, a.point);
-            return finish(ed, std::move(made), choices);
-        }
+        if (a.status == Answer::Status::Value)
+            return finish(ed, through(a.point), choices);
         takeTextChoice(ed, a.text, choices, {ends.first.distanceTo(ends.second), DimMeasure::Kind::Length});
     }
 }

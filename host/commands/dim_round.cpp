@@ -44,9 +44,12 @@ VcGePoint3d onRound(const Round& r, const VcGePoint3d& towards, double sign = 1)
 }
 
 // The point that a person gives is where the text goes.
-VcGePoint3d askLocation(Editor& ed, const Round& r, DimChoices& choices, const DimMeasure& measure)
+VcGePoint3d askLocation(Editor& ed, const Round& r, DimChoices& choices, const DimMeasure& measure,
+                        const DimensionAt& shown)
 {
     for (;;) {
+        if (shown)
+            showDimension(ed, choices, shown);
         const Answer a = ed.askPoint("Specify dimension line location or [Mtext/Text/Angle]",
                                      {.keywords = "Mtext Text Angle", .from = r.center});
         if (a.status == Answer::Status::Value)
@@ -55,32 +58,44 @@ VcGePoint3d askLocation(Editor& ed, const Round& r, DimChoices& choices, const D
     }
 }
 
-void dimRadius(Editor& ed)
+std::unique_ptr<VcDbDimension> radiusAt(Editor& ed, const Round& r, const VcGePoint3d& at)
 {
-    const Round r = askRound(ed);
-    reportMeasure(ed, {r.radius, DimMeasure::Kind::Length});
-    DimChoices choices;
-    const VcGePoint3d at = askLocation(ed, r, choices, {r.radius, DimMeasure::Kind::Length});
     auto made = std::make_unique<VcDbRadialDimension>();
     made->setNormal(ucsNormal(ed));
     made->setCenter(toWorld(ed, r.center));
     made->setChordPoint(toWorld(ed, onRound(r, at)));
     made->setTextPosition(toWorld(ed, at));
-    addDimension(ed, std::move(made), choices);
+    return made;
 }
 
-void dimDiameter(Editor& ed)
+void dimRadius(Editor& ed)
 {
     const Round r = askRound(ed);
-    reportMeasure(ed, {2 * r.radius, DimMeasure::Kind::Length});
+    const DimMeasure measure{r.radius, DimMeasure::Kind::Length};
+    reportMeasure(ed, measure);
     DimChoices choices;
-    const VcGePoint3d at = askLocation(ed, r, choices, {2 * r.radius, DimMeasure::Kind::Length});
+    const auto placed = [&ed, r](const VcGePoint3d& at) { return radiusAt(ed, r, at); };
+    addDimension(ed, placed(askLocation(ed, r, choices, measure, placed)), choices);
+}
+
+std::unique_ptr<VcDbDimension> diameterAt(Editor& ed, const Round& r, const VcGePoint3d& at)
+{
     auto made = std::make_unique<VcDbDiametricDimension>();
     made->setNormal(ucsNormal(ed));
     made->setChordPoint(toWorld(ed, onRound(r, at)));
     made->setFarChordPoint(toWorld(ed, onRound(r, at, -1)));
     made->setTextPosition(toWorld(ed, at));
-    addDimension(ed, std::move(made), choices);
+    return made;
+}
+
+void dimDiameter(Editor& ed)
+{
+    const Round r = askRound(ed);
+    const DimMeasure measure{2 * r.radius, DimMeasure::Kind::Length};
+    reportMeasure(ed, measure);
+    DimChoices choices;
+    const auto placed = [&ed, r](const VcGePoint3d& at) { return diameterAt(ed, r, at); };
+    addDimension(ed, placed(askLocation(ed, r, choices, measure, placed)), choices);
 }
 
 void dimJogged(Editor& ed)
@@ -89,7 +104,7 @@ void dimJogged(Editor& ed)
     const VcGePoint3d center = ed.point("Specify center location override", {.from = r.center});
     reportMeasure(ed, {r.radius, DimMeasure::Kind::Length});
     DimChoices choices;
-    const VcGePoint3d at = askLocation(ed, r, choices, {r.radius, DimMeasure::Kind::Length});
+    const VcGePoint3d at = askLocation(ed, r, choices, {r.radius, DimMeasure::Kind::Length}, {});
     const VcGePoint3d jog = ed.point("Specify jog location", {.from = at});
     auto made = std::make_unique<VcDbRadialDimensionLarge>();
     made->setNormal(ucsNormal(ed));
@@ -139,9 +154,11 @@ std::unique_ptr<VcDbDimension> aboutPoint(Editor& ed, const VcGePoint3d& center,
     return made;
 }
 
-VcGePoint3d askArcLocation(Editor& ed, DimChoices& choices, const VcGePoint3d& from, double angle)
+VcGePoint3d askArcLocation(Editor& ed, DimChoices& choices, const VcGePoint3d& from, double angle,
+                           const DimensionAt& shown)
 {
     for (;;) {
+        showDimension(ed, choices, shown);
         const Answer a = ed.askPoint("Specify dimension arc line location or [Mtext/Text/Angle]",
                                      {.keywords = "Mtext Text Angle", .from = from});
         if (a.status == Answer::Status::Value)
@@ -175,8 +192,11 @@ void angleOfThreePoints(Editor& ed, const VcGePoint3d& center, const VcGePoint3d
     if (center.distanceTo(first) == 0 || center.distanceTo(second) == 0)
         throw CommandError{"The angle's ends must not lie on its vertex."};
     DimChoices choices;
-    const VcGePoint3d at = askArcLocation(ed, choices, center, angleAt(center, first, second));
-    finishAngle(ed, aboutPoint(ed, center, first, second, at), choices, at);
+    const auto through = [&ed, center, first, second](const VcGePoint3d& p) {
+        return aboutPoint(ed, center, first, second, p);
+    };
+    const VcGePoint3d at = askArcLocation(ed, choices, center, angleAt(center, first, second), through);
+    finishAngle(ed, through(at), choices, at);
 }
 
 void angleOfLines(Editor& ed, const VcDbLine& first)
@@ -189,8 +209,9 @@ void angleOfLines(Editor& ed, const VcDbLine& first)
     if (!vertex)
         throw CommandError{"The lines are parallel and have no angle."};
     DimChoices choices;
-    const VcGePoint3d at = askArcLocation(ed, choices, *vertex, (l.b - l.a).angleTo(l.d - l.c));
-    finishAngle(ed, betweenLines(ed, l, at), choices, at);
+    const auto through = [&ed, l](const VcGePoint3d& p) { return betweenLines(ed, l, p); };
+    const VcGePoint3d at = askArcLocation(ed, choices, *vertex, (l.b - l.a).angleTo(l.d - l.c), through);
+    finishAngle(ed, through(at), choices, at);
 }
 
 void dimAngular(Editor& ed)
@@ -219,32 +240,52 @@ void dimAngular(Editor& ed)
     }
 }
 
+// The dimension's arc lies on the side of the arc itself, whatever side the point is on.
+std::unique_ptr<VcDbDimension> arcLengthAt(Editor& ed, const Round& r, double middle, const VcGePoint3d& at)
+{
+    auto made = std::make_unique<VcDbArcDimension>();
+    made->setCenterPoint(toWorld(ed, r.center));
+    made->setXLine1Point(toWorld(ed, *r.start));
+    made->setXLine2Point(toWorld(ed, *r.end));
+    made->setArcPoint(
+        toWorld(ed, r.center + VcGeVector3d(std::cos(middle), std::sin(middle), 0) * r.center.distanceTo(at)));
+    return made;
+}
+
 void dimArc(Editor& ed)
 {
     const Round r = roundOf(ed, *askMeasured<VcDbArc>(ed, "Select arc", "An arc is wanted.").get());
     DimChoices choices;
     const VcGeVector3d a = *r.start - r.center, b = *r.end - r.center;
     const double sweep = std::fmod(std::atan2(b.y, b.x) - std::atan2(a.y, a.x) + 4 * M_PI, 2 * M_PI);
+    const double middle = std::atan2(a.y, a.x) + sweep / 2;
+    const auto through = [&ed, r, middle](const VcGePoint3d& p) { return arcLengthAt(ed, r, middle, p); };
     for (;;) {
+        showDimension(ed, choices, through);
         const Answer at = ed.askPoint("Specify arc length dimension location or [Mtext/Text/Angle]",
                                       {.keywords = "Mtext Text Angle", .from = r.center});
         if (at.status != Answer::Status::Value) {
             takeTextChoice(ed, at.text, choices, {r.radius * sweep, DimMeasure::Kind::Length});
             continue;
         }
-        // The dimension's arc lies on the side of the arc itself, whatever side the point is on.
-        const double middle = std::atan2(a.y, a.x) + sweep / 2;
-        const VcGePoint3d through =
-            r.center + VcGeVector3d(std::cos(middle), std::sin(middle), 0) * r.center.distanceTo(at.point);
-        auto made = std::make_unique<VcDbArcDimension>();
-        made->setCenterPoint(toWorld(ed, r.center));
-        made->setXLine1Point(toWorld(ed, *r.start));
-        made->setXLine2Point(toWorld(ed, *r.end));
-        made->setArcPoint(toWorld(ed, through));
+        auto made = through(at.point);
         placeText(ed, *made, at.point);
         finishLength(ed, std::move(made), choices);
         return;
     }
+}
+
+// A leader that runs up or down tells the X coordinate.
+std::unique_ptr<VcDbDimension> ordinateTo(Editor& ed, const VcGePoint3d& feature, std::optional<bool> useX,
+                                          const VcGePoint3d& end)
+{
+    const bool x = useX.value_or(std::abs(end.y - feature.y) > std::abs(end.x - feature.x));
+    auto made = std::make_unique<VcDbOrdinateDimension>();
+    made->setOrigin(toWorld(ed, VcGePoint3d()));
+    made->setDefiningPoint(toWorld(ed, feature));
+    made->setLeaderEndPoint(toWorld(ed, end));
+    x ? made->useXAxis() : made->useYAxis();
+    return made;
 }
 
 void dimOrdinate(Editor& ed)
@@ -253,17 +294,12 @@ void dimOrdinate(Editor& ed)
     DimChoices choices;
     std::optional<bool> useX;
     for (;;) {
+        const auto to = [&ed, feature, useX](const VcGePoint3d& end) { return ordinateTo(ed, feature, useX, end); };
+        showDimension(ed, choices, to);
         const Answer a = ed.askPoint("Specify leader endpoint or [Xdatum/Ydatum/Mtext/Text/Angle]",
                                      {.keywords = "Xdatum Ydatum Mtext Text Angle", .from = feature});
         if (a.status == Answer::Status::Value) {
-            // A leader that runs up or down tells the X coordinate.
-            const bool x = useX.value_or(std::abs(a.point.y - feature.y) > std::abs(a.point.x - feature.x));
-            auto made = std::make_unique<VcDbOrdinateDimension>();
-            made->setOrigin(toWorld(ed, VcGePoint3d()));
-            made->setDefiningPoint(toWorld(ed, feature));
-            made->setLeaderEndPoint(toWorld(ed, a.point));
-            x ? made->useXAxis() : made->useYAxis();
-            lastDimension() = finishLength(ed, std::move(made), choices).id;
+            lastDimension() = finishLength(ed, to(a.point), choices).id;
             return;
         }
         if (a.text == "Xdatum" || a.text == "Ydatum")

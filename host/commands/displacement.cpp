@@ -18,14 +18,13 @@ VcGeVector3d askWholeDisplacement(Editor& ed)
     return kept = a.status == Status::Enter ? kept : a.point.asVector();
 }
 
-VcGeVector3d askDisplacement(Editor& ed, const SelectionSet* moved)
+VcGeVector3d askDisplacement(Editor& ed, const std::function<void(const VcGePoint3d& base)>& show)
 {
     const Answer base = ed.askPoint("Specify base point or [Displacement] <Displacement>",
                                     {.keywords = "Displacement", .enterEnds = true});
     if (base.status != Status::Value)
         return askWholeDisplacement(ed);
-    if (moved)
-        showMovedFrom(ed, *moved, base.point);
+    show(base.point);
     const Answer second = ed.askPoint("Specify second point or <use first point as displacement>",
                                       {.from = base.point, .enterEnds = true});
     return second.status == Status::Enter ? base.point.asVector() : second.point - base.point;

@@ -8,8 +8,9 @@
 
 namespace vk::commands {
 
-// From a base to a second point, the base alone, or a displacement; in the UCS.
-VcGeVector3d askDisplacement(edit::Editor& ed, const edit::SelectionSet* moved = nullptr);
+// From a base to a second point, the base alone, or a displacement; in the UCS. The second point is asked with what the
+// function shows.
+VcGeVector3d askDisplacement(edit::Editor& ed, const std::function<void(const VcGePoint3d& base)>& show);
 // As one vector, with the last one offered again.
 VcGeVector3d askWholeDisplacement(edit::Editor& ed);
 

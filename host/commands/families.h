@@ -25,6 +25,8 @@ std::span<const HostCommand> chamferCommands();
 std::span<const HostCommand> joinCommands();
 std::span<const HostCommand> lengthenCommands();
 std::span<const HostCommand> stretchCommands();
+std::span<const HostCommand> divideCommands();
+std::span<const HostCommand> alignCommands();
 std::span<const HostCommand> arrayCommands();
 std::span<const HostCommand> layerCommands();
 std::span<const HostCommand> styleCommands();

@@ -1,6 +1,7 @@
 // RECTANG, POLYGON, DONUT - closed polylines.
 #include "host/commands/drawing.h"
 #include "host/commands/families.h"
+#include "host/commands/figure_preview.h"
 #include "host/edit/display.h"
 #include "host/edit/sysvars.h"
 #include "sdk/vcdb_curves.h"
@@ -210,17 +211,23 @@ std::vector<Vertex> regular(const VcGePoint3d& center, double radius, double fir
     return vertices;
 }
 
-void byEdge(Editor& ed, int sides)
+std::unique_ptr<VcDbPolyline> onEdge(Editor& ed, const VcGePoint3d& a, const VcGePoint3d& b, int sides)
 {
-    const VcGePoint3d a = ed.point("Specify first endpoint of edge"),
-                      b = ed.point("Specify second endpoint of edge", {.from = a});
     const double edge = std::hypot(b.x - a.x, b.y - a.y);
     if (!(edge > 0))
         throw CommandError{"The edge has no length."};
     const double direction = std::atan2(b.y - a.y, b.x - a.x), radius = edge / (2 * std::sin(M_PI / sides));
     const double inner = radius * std::cos(M_PI / sides);
     const VcGePoint3d center = a + (b - a) * 0.5 + VcGeVector3d(-std::sin(direction), std::cos(direction), 0) * inner;
-    addToSpace(ed, closedPolyline(ed, regular(center, radius, std::atan2(a.y - center.y, a.x - center.x), sides), 0));
+    return closedPolyline(ed, regular(center, radius, std::atan2(a.y - center.y, a.x - center.x), sides), 0);
+}
+
+void byEdge(Editor& ed, int sides)
+{
+    const VcGePoint3d a = ed.point("Specify first endpoint of edge");
+    const auto polygonTo = [&ed, a, sides](const VcGePoint3d& b) { return onEdge(ed, a, b, sides); };
+    showFigure(ed, polygonTo);
+    addToSpace(ed, polygonTo(ed.point("Specify second endpoint of edge", {.from = a})));
 }
 
 void polygon(Editor& ed)
@@ -241,13 +248,21 @@ void polygon(Editor& ed)
                 "Inscribed Circumscribed", about ? "Circumscribed" : "Inscribed") == "Circumscribed";
     // A point shows where a corner, or the middle of a side, lies; a typed radius lets the lowest side run level.
     const VcGePoint3d before = ed.lastPoint;
+    const double half = M_PI / double(sides);
+    const auto polygonOf = [&ed, center = c.point, sides, half](double length, double first) {
+        return closedPolyline(ed, regular(center, about ? length / std::cos(half) : length, first, int(sides)), 0);
+    };
+    const auto directionTo = [center = c.point, half](const VcGePoint3d& p) {
+        return std::atan2(p.y - center.y, p.x - center.x) + (about ? half : 0);
+    };
+    showFigure(ed, [=, center = c.point](const VcGePoint3d& cursor) -> std::unique_ptr<VcDbEntity> {
+        const double length = center.distanceTo(cursor);
+        return length > 0 ? polygonOf(length, directionTo(cursor)) : nullptr;
+    });
     const Answer r =
         ed.askDistance("Specify radius of circle", {.from = c.point, .bits = InitGet::NoZero | InitGet::NoNegative});
     const bool shown = ed.lastPoint != before && ed.lastPoint != c.point;
-    const double half = M_PI / double(sides), radius = about ? r.real / std::cos(half) : r.real;
-    const double first = shown ? std::atan2(ed.lastPoint.y - c.point.y, ed.lastPoint.x - c.point.x) + (about ? half : 0)
-                               : -M_PI / 2 + half;
-    addToSpace(ed, closedPolyline(ed, regular(c.point, radius, first, int(sides)), 0));
+    addToSpace(ed, polygonOf(r.real, shown ? directionTo(ed.lastPoint) : -M_PI / 2 + half));
     ed.lastPoint = c.point;
 }
 

@@ -21,7 +21,9 @@ void move(Editor& ed)
     const auto objects = ed.select();
     if (objects->empty())
         return;
-    transformObjects(ed, *objects, inWorld(ed, VcGeMatrix3d::translation(askDisplacement(ed, objects.get()))));
+    const VcGeVector3d by =
+        askDisplacement(ed, [&](const VcGePoint3d& base) { showMovedFrom(ed, *objects, base); });
+    transformObjects(ed, *objects, inWorld(ed, VcGeMatrix3d::translation(by)));
 }
 
 // Copies from one base point, as often as the person likes.
@@ -34,7 +36,8 @@ private:
     std::optional<VcGePoint3d> askBase();
     bool isSingle() const { return m_ed.vars().integer("COPYMODE") != 0; }
     void askMode();
-    void place(const VcGeVector3d& by);
+    std::size_t place(const VcGeVector3d& by);  // how many could not be
+    void placeOne(const VcGeVector3d& by) { reportNotCopied(m_ed, place(by)); }
     void array();
     void undo();
 
@@ -44,10 +47,11 @@ private:
     std::vector<std::shared_ptr<SelectionSet>> m_made;
 };
 
-void Copier::place(const VcGeVector3d& by)
+std::size_t Copier::place(const VcGeVector3d& by)
 {
-    m_made.push_back(copied(m_ed, m_objects));
-    transformObjects(m_ed, *m_made.back(), inWorld(m_ed, VcGeMatrix3d::translation(by)));
+    PlacedCopies placed = placeCopies(m_ed, m_objects, inWorld(m_ed, VcGeMatrix3d::translation(by)));
+    m_made.push_back(std::move(placed.objects));
+    return placed.left;
 }
 
 void Copier::undo()
@@ -79,10 +83,12 @@ void Copier::array()
     VcGeVector3d step = a.point - m_base;
     if (a.status == Status::Keyword)
         step = (m_ed.point("Specify second point", {.from = m_base}) - m_base) / double(items - 1);
+    std::size_t left = 0;
     for (std::int64_t i = 1; i < items; ++i) {
         m_ed.throwIfInterrupted();
-        place(step * double(i));
+        left += place(step * double(i));
     }
+    reportNotCopied(m_ed, left);
 }
 
 // Nothing when a displacement was given instead, and the copy is made.
@@ -97,7 +103,7 @@ std::optional<VcGePoint3d> Copier::askBase()
             askMode();
             continue;
         }
-        place(askWholeDisplacement(m_ed));
+        placeOne(askWholeDisplacement(m_ed));
         return std::nullopt;
     }
 }
@@ -117,11 +123,11 @@ void Copier::run()
                                                {.keywords = "Array Exit Undo", .from = m_base, .enterEnds = true});
         if (a.status == Status::Enter) {
             if (first)
-                place(m_base.asVector());
+                placeOne(m_base.asVector());
             return;
         }
         if (a.status == Status::Value)
-            place(a.point - m_base);
+            placeOne(a.point - m_base);
         else if (a.text == "Array")
             array();
         else if (a.text == "Undo")
@@ -138,6 +144,14 @@ void copy(Editor& ed)
     const auto objects = ed.select();
     if (!objects->empty())
         Copier(ed, *objects).run();
+}
+
+void transformOrCopy(Editor& ed, const SelectionSet& objects, const VcGeMatrix3d& ucs, bool copies)
+{
+    if (copies)
+        reportNotCopied(ed, placeCopies(ed, objects, inWorld(ed, ucs)).left);
+    else
+        transformObjects(ed, objects, inWorld(ed, ucs));
 }
 
 // Between two directions, the first typed or shown by two points.
@@ -182,8 +196,7 @@ void rotate(Editor& ed)
         }
         if (a.status != Status::Enter)
             known = a.status == Status::Keyword ? askReferenceTurn(ed, base) : a.real;
-        const auto targets = copies ? copied(ed, *objects) : objects;
-        return transformObjects(ed, *targets, inWorld(ed, VcGeMatrix3d::rotation(known, VcGeVector3d::zAxis(), base)));
+        return transformOrCopy(ed, *objects, VcGeMatrix3d::rotation(known, VcGeVector3d::zAxis(), base), copies);
     }
 }
 
@@ -228,8 +241,7 @@ void scale(Editor& ed)
         }
         if (a.status != Status::Enter)
             known = a.status == Status::Keyword ? askReferenceFactor(ed, base) : a.real;
-        const auto targets = copies ? copied(ed, *objects) : objects;
-        return transformObjects(ed, *targets, inWorld(ed, VcGeMatrix3d::scaling(known, base)));
+        return transformOrCopy(ed, *objects, VcGeMatrix3d::scaling(known, base), copies);
     }
 }
 
@@ -261,11 +273,11 @@ VcGeMatrix3d turnedOver(const VcDbEntity& text, const VcGeMatrix3d& mirror)
 
 bool isText(const VcDbEntity& entity) { return entity.isKindOf(VcDbText::desc()); }
 
-// With MIRRTEXT 0 texts, and the attributes of references, stay readable.
-void mirrorObjects(Editor& ed, const SelectionSet& objects, const VcGeMatrix3d& mirror)
+// With MIRRTEXT 0 texts, and the attributes of references, stay readable. Gives back what has no mirror image.
+std::vector<VcDbObjectId> mirrorObjects(Editor& ed, const SelectionSet& objects, const VcGeMatrix3d& mirror)
 {
     if (ed.vars().integer("MIRRTEXT") != 0)
-        return transformObjects(ed, objects, mirror);
+        return transformWhatCan(ed, objects, mirror);
     SelectionSet others;
     for (const VcDbObjectId id : objects.ids()) {
         auto* entity = ed.db().liveAs<VcDbEntity>(id);
@@ -280,9 +292,10 @@ void mirrorObjects(Editor& ed, const SelectionSet& objects, const VcGeMatrix3d& 
             for (VcDbEntity* attribute : reference->attributes())
                 if (isText(*attribute))
                     attributes.emplace_back(attribute, mirror * turnedOver(*attribute, mirror) * mirror.inverse());
-    transformObjects(ed, others, mirror);
+    std::vector<VcDbObjectId> left = transformWhatCan(ed, others, mirror);
     for (const auto& [attribute, back] : attributes)
         attribute->transformBy(back);
+    return left;
 }
 
 void mirror(Editor& ed)
@@ -296,7 +309,11 @@ void mirror(Editor& ed)
     if (a.x == b.x && a.y == b.y)
         throw CommandError{"The mirror line needs two different points."};
     const bool erases = ed.keyword("Erase source objects? [Yes/No] <No>", "Yes No", "No") == "Yes";
-    mirrorObjects(ed, *(erases ? objects : copied(ed, *objects)), inWorld(ed, mirrorAcross(a, b)));
+    const VcGeMatrix3d mirror = inWorld(ed, mirrorAcross(a, b));
+    if (erases)
+        reportLeft(ed, mirrorObjects(ed, *objects, mirror).size());
+    else
+        reportNotCopied(ed, takeAway(ed, mirrorObjects(ed, *copied(ed, *objects), mirror)));
 }
 
 const HostCommand kCommands[] = {

@@ -31,9 +31,16 @@ VcDbViewport* viewportWithUcs(const DatabaseCore& db)
     return viewport && viewport->isUcsSavedWithViewport() ? viewport : nullptr;
 }
 
+// Every pick asks: which record it was holds as long as nothing changes.
 VcDbViewportTableRecord* activeRecord(const DatabaseCore& db)
 {
-    return db.liveAs<VcDbViewportTableRecord>(db.findRecord(NameTable::Viewport, "*Active"));
+    static std::pair<std::uint32_t, std::uint64_t> state;
+    static VcDbObjectId active;
+    if (const std::pair now(db.serial(), db.changeCount()); active.isNull() || now != state) {
+        active = db.findRecord(NameTable::Viewport, "*Active");
+        state = now;
+    }
+    return db.liveAs<VcDbViewportTableRecord>(active);
 }
 
 CoordinateSystem fromHeader(const DatabaseCore& db, const HeaderNames& names)
@@ -56,6 +63,8 @@ void setHeader(DatabaseCore& db, const HeaderNames& names, const CoordinateSyste
 
 CoordinateSystem sound(CoordinateSystem ucs)
 {
+    if (ucs.x == VcGeVector3d::xAxis() && ucs.y == VcGeVector3d::yAxis())
+        return ucs;
     const VcGeVector3d z = ucs.x.normal().crossProduct(ucs.y.normal());
     if (!(z.length() > 1e-6))
         return {};

@@ -254,11 +254,13 @@ Vcad::ErrorStatus VcDbMText::transformBy(const VcGeMatrix3d& m)
     const double angle = rotation();
     assertWriteEnabled();
     m_location = m * m_location;
-    // Letters are never mirrored: the text fills the mirrored place, read from its other side.
-    const double turned = move->angle(angle) + (move->mirrored ? kPi : 0);
+    // Letters are never mirrored: the text fills the mirrored place, turned over along or across its lines, whichever turns
+    // them less.
+    const bool turnsAlong = move->mirrored && std::cos(move->angle(angle) - angle) > 1e-9;
+    const double turned = move->angle(angle) + (move->mirrored && !turnsAlong ? kPi : 0);
     if (move->mirrored) {
-        const int column = (m_attachment - 1) % 3;
-        m_attachment = std::int8_t(m_attachment - column + (2 - column));
+        const int column = (m_attachment - 1) % 3, row = (m_attachment - 1) / 3;
+        m_attachment = std::int8_t(turnsAlong ? (2 - row) * 3 + column + 1 : row * 3 + (2 - column) + 1);
     }
     const bool asAngle = m_direction.lengthSqrd() == 0;
     m_normal = move->normal;

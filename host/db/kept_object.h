@@ -36,10 +36,12 @@ public:
     explicit VcDbKeptEntity(std::string_view dxfName) : m_className(dxfName) {}
     const char* keptDxfName() const { return m_className.text(); }
     // Of the classes whose points are known for what they are among their groups: multileaders and underlays. They move, turn
-    // and scale evenly; texts and pages have no mirror image.
+    // and scale evenly; multileaders have mirror images, with texts that are still read, pages have none.
     Vcad::ErrorStatus transformBy(const VcGeMatrix3d& m) override;
-    // Of those points.
+    // Of what is seen of multileaders.
     Vcad::ErrorStatus getGeomExtents(VcDbExtents& extents) const override;
+    // Multileaders, into arrows, lines, and their text or their block.
+    Vcad::ErrorStatus explode(std::vector<VcDbEntity*>& pieces) const override;
 
 private:
     KeptClassName m_className;

@@ -3,6 +3,9 @@
 #include "host/db/ent_util.h"
 #include "host/db/extras.h"
 #include "host/db/kept_object.h"
+#include "host/db/multileader.h"
+#include "sdk/vcdb_insert.h"
+#include "sdk/vcdb_text.h"
 
 #include <algorithm>
 #include <cstring>
@@ -47,11 +50,12 @@ struct Class {
     const char* subclass;
     std::span<const Rule> rules;
     bool staysLevel;    // knows no other plane
-    bool showsExtents;  // by its points
+    bool hasImages;     // in a mirror
 };
 
 constexpr Class kClasses[] = {
     {"MULTILEADER", "AcDbMLeader", kMultileader, false, true},
+    {"MLEADER", "AcDbMLeader", kMultileader, false, true},
     {"PDFUNDERLAY", "AcDbUnderlayReference", kUnderlay, true, false},
     {"DWFUNDERLAY", "AcDbUnderlayReference", kUnderlay, true, false},
     {"DGNUNDERLAY", "AcDbUnderlayReference", kUnderlay, true, false},
@@ -77,6 +81,8 @@ public:
                                        [&](const Rule& r) { return r.part == part && r.code == tag.code; });
         return rule == m_class.rules.end() ? Meaning::Other : rule->meaning;
     }
+
+    Part part() const { return m_part; }
 
 private:
     void step(int code, std::string_view text)
@@ -200,6 +206,101 @@ private:
     int m_entries = 0;
 };
 
+// Where the text and the block of a multileader come to stand in a mirror.
+struct Content {
+    std::unique_ptr<VcDbMText> text;
+    std::unique_ptr<VcDbBlockReference> block;
+};
+
+std::optional<Content> contentIn(const VcDbKeptEntity& entity, const VcGeMatrix3d& mirror)
+{
+    const DatabaseCore* db = DatabaseCore::of(entity.props().layer);
+    if (!db)
+        return std::nullopt;
+    const vk::db::MultiLeader leader = vk::db::readMultiLeader(entity, *db);
+    Content content{textOf(leader, *db), blockOf(leader, *db)};
+    if ((content.text && content.text->transformBy(mirror)) || (content.block && content.block->transformBy(mirror)))
+        return std::nullopt;
+    return content;
+}
+
+// Texts of multileaders hang from their upper edge.
+VcGePoint3d upperEdge(const VcDbMText& text)
+{
+    const int row = (text.attachment() - 1) / 3;
+    const VcGeVector3d up = text.normal().crossProduct(text.direction()).normal();
+    return text.location() + up * (text.actualHeight() * row / 2);
+}
+
+class ContentWriter {
+public:
+    ContentWriter(const Content& content, const Class& kind) : m_content(content), m_reader(kind) {}
+
+    TagList written(const TagList& tags)
+    {
+        TagList result;
+        for (const Tag& tag : tags) {
+            const bool isContext = m_reader.part() == Part::Context;
+            m_reader.meaning(tag);
+            if (isContext && m_reader.part() == Part::Whole)
+                addAlignment(result);
+            const auto value = isContext && tag.form == Tag::Form::Real ? realOf(tag.code) : std::nullopt;
+            if (value)
+                result.addReal(tag.code, *value);
+            else if (!(isContext && m_content.text && tag.code == kAlignment))
+                result.add(tag);
+        }
+        return result;
+    }
+
+private:
+    static constexpr int kAlignment = 171;
+
+    // Left, middle or right.
+    void addAlignment(TagList& result) const
+    {
+        if (m_content.text)
+            result.addInteger(kAlignment, (m_content.text->attachment() - 1) % 3 + 1);
+    }
+
+    static std::optional<double> axisOf(int code, int first, double x, double y, double z)
+    {
+        const int axis = (code - first) / 10;
+        return axis == 0 ? x : axis == 1 ? y : z;
+    }
+
+    std::optional<double> realOf(int code) const
+    {
+        const auto at = [code](int first, const auto& v) { return axisOf(code, first, v.x, v.y, v.z); };
+        const bool isThreefold = code > 10 && code < 40;
+        if (const VcDbMText* text = m_content.text.get()) {
+            if (isThreefold && code % 10 == 1)
+                return at(11, text->normal());
+            if (isThreefold && code % 10 == 2)
+                return at(12, upperEdge(*text));
+            if (isThreefold && code % 10 == 3)
+                return at(13, text->direction());
+            if (code == 42)
+                return text->rotation();
+        }
+        if (const VcDbBlockReference* block = m_content.block.get()) {
+            const VcGeScale3d scale = block->scaleFactors();
+            if (isThreefold && code % 10 == 4)
+                return at(14, block->normal());
+            if (isThreefold && code % 10 == 5)
+                return at(15, block->position());
+            if (isThreefold && code % 10 == 6)
+                return axisOf(code, 16, scale.sx, scale.sy, scale.sz);
+            if (code == 46)
+                return block->rotation();
+        }
+        return std::nullopt;
+    }
+
+    const Content& m_content;
+    Reader m_reader;
+};
+
 UnclaimedGroups* groupsOf(const VcDbKeptEntity& entity, const Class& kind)
 {
     auto* extras = const_cast<VcDbKeptEntity&>(entity).extras();
@@ -227,26 +328,36 @@ Vcad::ErrorStatus VcDbKeptEntity::transformBy(const VcGeMatrix3d& m)
         return Vcad::eInvalidInput;
     if (kind->staysLevel && move->normal != VcGeVector3d::zAxis())
         return Vcad::eNotApplicable;
-    if (!move->even || !move->upright || move->mirrored)
+    if (!move->even || !move->upright || (move->mirrored && !kind->hasImages))
         return Vcad::eCannotScaleNonUniformly;
+    std::optional<Content> image;
+    if (move->mirrored && !(image = contentIn(*this, m)))
+        return Vcad::eNotApplicable;
     assertWriteEnabled();
     UnclaimedGroups& groups = *groupsOf(*this, *kind);
     groups.tags = Mover(*kind, m, *move).moved(groups.tags);
+    if (image)
+        groups.tags = ContentWriter(*image, *kind).written(groups.tags);
     return Vcad::eOk;
 }
 
 Vcad::ErrorStatus VcDbKeptEntity::getGeomExtents(VcDbExtents& extents) const
 {
     extents = VcDbExtents();
-    const Class* kind = classOf(*this);
-    const UnclaimedGroups* groups = kind && kind->showsExtents ? groupsOf(*this, *kind) : nullptr;
-    if (!groups)
+    if (!vk::db::isMultiLeader(*this))
         return Vcad::eNotApplicable;
-    forEachGroup(
-        groups->tags, *kind, [](const Tag&, Meaning) {},
-        [&](int code, int, const VcGePoint3d& p, Meaning meaning) {
-            if (meaning == Meaning::Point && code == 10)
-                extents.addPoint(p);
-        });
+    for (const auto& piece : vk::db::multiLeaderPieces(*this))
+        if (VcDbExtents one; piece->getGeomExtents(one) == Vcad::eOk)
+            extents.addExt(one);
     return extentsStatus(extents);
+}
+
+Vcad::ErrorStatus VcDbKeptEntity::explode(std::vector<VcDbEntity*>& pieces) const
+{
+    if (!vk::db::isMultiLeader(*this))
+        return Vcad::eCannotExplode;
+    auto made = vk::db::multiLeaderPieces(*this);
+    for (auto& piece : made)
+        pieces.push_back(piece.release());
+    return made.empty() ? Vcad::eNotApplicable : Vcad::eOk;
 }

@@ -38,6 +38,8 @@ vktext::TextStyleSpec textStyleSpec(VcDbObjectId style, const DatabaseCore* db)
 {
     vktext::TextStyleSpec spec;
     spec.font = "txt";
+    if (!db)
+        db = DatabaseCore::of(style);
     const VcDbTextStyleTableRecord* record = styleRecord(style, db);
     if (!record)
         return spec;
@@ -53,7 +55,8 @@ vktext::TextStyleSpec textStyleSpec(VcDbObjectId style, const DatabaseCore* db)
 
 vktext::TextStyleSpec textStyleSpec(const VcDbText& text)
 {
-    vktext::TextStyleSpec spec = textStyleSpec(text.textStyle(), DatabaseCore::of(text.objectId()));
+    const DatabaseCore* db = DatabaseCore::of(text.objectId());
+    vktext::TextStyleSpec spec = textStyleSpec(text.textStyle(), db ? db : DatabaseCore::of(text.props().layer));
     spec.fixedHeight = 0;
     spec.widthFactor = text.widthFactor();
     spec.oblique = text.oblique();

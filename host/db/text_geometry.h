@@ -7,7 +7,8 @@
 
 class DatabaseCore;
 
-// The style of that id or, where there is none, Standard of the drawing; a text in no drawing has the style txt.
+// The style of that id or, where there is none, Standard of the drawing, which for a text that is in none yet is the one
+// that its style or its layer is from; without either it has the style txt.
 vktext::TextStyleSpec textStyleSpec(VcDbObjectId style, const DatabaseCore* db);
 // With the width factor, slant and mirroring of the text itself.
 vktext::TextStyleSpec textStyleSpec(const VcDbText& text);

@@ -24,13 +24,20 @@ SelectArea Picker::boxAbout(const VcGePoint3d& at) const
     return SelectArea::rectangle(m_view, at - reach, at + reach, SelectArea::Kind::Crossing);
 }
 
+// What the index is asked for; a box of outlines is made only where the view is turned.
+std::optional<PlanArea> Picker::planAbout(const VcGePoint3d& at) const
+{
+    const double r = m_view.reach;
+    return m_view.isLevel() ? PlanArea{{at.x - r, at.y - r}, {at.x + r, at.y + r}} : boxAbout(at).plan();
+}
+
 // What of the entity lies nearest to the point, within reach.
 std::optional<Picker::Hit> Picker::hit(const VcDbEntity& entity, const VcGePoint3d& at) const
 {
     const VcGePoint2d p = m_view.project(at);
     ShapeWalk::Options options;
     options.tolerance = m_view.reach / 64;
-    options.area = boxAbout(at).plan();
+    options.area = planAbout(at);
     ShapeWalk shape(m_db, m_layers, options);
     std::optional<Hit> best;
     const auto offer = [&](double distance) {
@@ -55,8 +62,11 @@ std::optional<Picker::Hit> Picker::hit(const VcDbEntity& entity, const VcGePoint
 std::vector<SpaceIndex::Candidate> Picker::candidates(const SelectArea& area) const
 {
     const SpaceIndex& index = SpaceIndex::of(m_db, m_space);
-    std::vector<SpaceIndex::Candidate> found =
-        area.isFence() && m_view.isPlan() ? index.below(area.corners()) : index.candidates(area.plan());
+    return seen(area.isFence() && m_view.isPlan() ? index.below(area.corners()) : index.candidates(area.plan()));
+}
+
+std::vector<SpaceIndex::Candidate> Picker::seen(std::vector<SpaceIndex::Candidate> found) const
+{
     std::erase_if(found, [&](const SpaceIndex::Candidate& c) {
         const EntityProps& props = c.entity->props();
         const bool hidden = (props.invisible & 1) != 0 || m_layers.isFrozen(props.layer);
@@ -70,7 +80,7 @@ std::vector<SpaceIndex::Candidate> Picker::candidates(const SelectArea& area) co
 std::optional<Picker::Hit> Picker::nearest(const VcGePoint3d& at) const
 {
     std::optional<Hit> best;
-    const std::vector<SpaceIndex::Candidate> found = candidates(boxAbout(at));
+    const std::vector<SpaceIndex::Candidate> found = seen(SpaceIndex::of(m_db, m_space).candidates(planAbout(at)));
     const auto isNearer = [&](double distance) { return best ? distance < best->distance : distance <= m_view.reach; };
     for (auto candidate = found.rbegin(); candidate != found.rend() && isNearer(0); ++candidate) {
         const auto& [entity, extents] = *candidate;

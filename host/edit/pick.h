@@ -46,9 +46,11 @@ private:
         NestedPick pick;
     };
     SelectArea boxAbout(const VcGePoint3d& at) const;
+    std::optional<PlanArea> planAbout(const VcGePoint3d& at) const;
     std::optional<Hit> hit(const VcDbEntity& entity, const VcGePoint3d& at) const;
     std::optional<Hit> nearest(const VcGePoint3d& at) const;
     std::vector<SpaceIndex::Candidate> candidates(const SelectArea& area) const;
+    std::vector<SpaceIndex::Candidate> seen(std::vector<SpaceIndex::Candidate> found) const;
 
     DatabaseCore& m_db;
     VcDbObjectId m_space;

@@ -27,6 +27,14 @@ Box3d boxOf(const VcDbEntity& entity)
     return box.isFinite() ? box : kEverywhere;
 }
 
+void fetch(const VcDbObject* object)
+{
+    constexpr std::size_t kCacheLine = 64;
+    const auto* start = reinterpret_cast<const char*>(object);
+    for (std::size_t line = 0; line < 3; ++line)
+        __builtin_prefetch(start + line * kCacheLine);
+}
+
 VcDbExtents extentsOf(const Box3d& box) { return box.isFinite() ? VcDbExtents(box.min, box.max) : VcDbExtents(); }
 
 }
@@ -111,17 +119,14 @@ void SpaceIndex::update(const VcDbEntity& entity)
 }
 
 // What is found lies all over the memory: asked for ahead, it is waited for together. What was found twice comes once.
-std::vector<SpaceIndex::Candidate> SpaceIndex::inDrawingOrder() const
+std::vector<SpaceIndex::Candidate> SpaceIndex::inDrawingOrder(const Box3d& within) const
 {
-    constexpr std::size_t kAhead = 12, kCacheLine = 64;
+    constexpr std::size_t kAhead = 12;
     m_places.clear();
     for (std::size_t i = 0; i < m_found.size() + kAhead; ++i) {
-        if (i < m_found.size()) {
-            const auto* start = reinterpret_cast<const char*>(m_db.objectAt(m_found[i].id));
-            __builtin_prefetch(start);
-            __builtin_prefetch(start + kCacheLine);
-        }
-        if (i >= kAhead)
+        if (i < m_found.size())
+            fetch(m_db.objectAt(m_found[i].id));
+        if (i >= kAhead && m_found[i - kAhead].box->touches(within))
             m_places.push_back(std::uint64_t(m_db.objectAt(m_found[i - kAhead].id)->order()) << 32 | (i - kAhead));
     }
     std::sort(m_places.begin(), m_places.end());
@@ -139,10 +144,10 @@ std::vector<SpaceIndex::Candidate> SpaceIndex::inDrawingOrder() const
 std::vector<SpaceIndex::Candidate> SpaceIndex::candidates(const std::optional<PlanArea>& area) const
 {
     if (area) {
+        const Box3d within{{area->min.x, area->min.y, -Box3d::kInfinite}, {area->max.x, area->max.y, Box3d::kInfinite}};
         m_found.clear();
-        m_boxes.addTouching(
-            {{area->min.x, area->min.y, -Box3d::kInfinite}, {area->max.x, area->max.y, Box3d::kInfinite}}, m_found);
-        return inDrawingOrder();
+        m_boxes.addNear(within, m_found);
+        return inDrawingOrder(within);
     }
     std::vector<Candidate> found;
     for (const std::uint32_t slot : members())
@@ -156,7 +161,7 @@ std::vector<SpaceIndex::Candidate> SpaceIndex::below(const std::vector<VcGePoint
     m_found.clear();
     for (std::size_t i = 0; i + 1 < chain.size(); ++i)
         m_boxes.addBelow(chain[i], chain[i + 1], m_found);
-    return inDrawingOrder();
+    return inDrawingOrder(kEverywhere);
 }
 
 // Half a line against a rectangle, in the plan.
@@ -186,7 +191,7 @@ std::vector<SpaceIndex::Candidate> SpaceIndex::along(const VcGePoint3d& base, co
     m_boxes.addTouching({{left, bottom, -Box3d::kInfinite}, {right, top, Box3d::kInfinite}}, m_found);
     std::erase_if(m_found,
                   [&](const Found& f) { return f.box->isFinite() && !passesOver(base, direction, extentsOf(*f.box)); });
-    return inDrawingOrder();
+    return inDrawingOrder(kEverywhere);
 }
 
 }  // namespace vk::edit

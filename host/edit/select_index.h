@@ -36,7 +36,8 @@ private:
     void refresh();
     void rebuild();
     using Found = geom::SpatialIndex::Found;
-    std::vector<Candidate> inDrawingOrder() const;
+    // Of what was found, those that touch the box.
+    std::vector<Candidate> inDrawingOrder(const geom::Box3d& within) const;
     bool follow(std::span<const std::uint32_t> changed);
     // False when more than the one object may lie elsewhere now.
     bool follow(const VcDbObject& changed);

@@ -87,7 +87,9 @@ bool isWay(std::string_view way)
 std::optional<Mode> parseMode(const wchar_t* text)
 {
     Mode mode;
-    std::string rest = toUpper(wideToUtf8(text ? text : L""));
+    if (!text || !*text)
+        return mode;
+    std::string rest = toUpper(wideToUtf8(text));
     if (rest.starts_with('_'))
         rest.erase(0, 1);
     const std::size_t flags = std::min(rest.find(':'), rest.size());
@@ -255,10 +257,10 @@ int vcedSSGet(const wchar_t* modeText, const void* first, const void* second, co
     if (!ed.hasDrawing() || !mode || !setOut)
         return RTERROR;
     SelectRequest request = requestOf(*mode, first, second);
-    const auto filter = EntityFilter::parse(ed.db(), filterChain);
-    if (!filter)
+    const auto filter = filterChain ? EntityFilter::parse(ed.db(), filterChain) : nullptr;
+    if (filterChain && !filter)
         return RTERROR;
-    request.filter = filterChain ? filter.get() : nullptr;
+    request.filter = filter.get();
     if (mode->way.empty())
         return first && !mode->prompts ? finished(ed, pickedAt(ed, request, first), true, setOut)
                                        : askedFor(ed, request, setOut);

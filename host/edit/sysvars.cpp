@@ -92,10 +92,11 @@ std::optional<SysVarValue> SysVars::get(std::string_view name) const
         if (auto value = drawingSysVar(m_editor.db(), *def))
             return value;
     if (def->home == SysVarHome::Profile) {
-        const auto [at, isNew] = m_values->profile.try_emplace(def->name, initialValue(*def));
-        if (isNew)
-            if (auto stored = fromProfile(*def))
-                at->second = *stored;
+        auto at = m_values->profile.find(def->name);
+        if (at == m_values->profile.end()) {
+            const auto stored = fromProfile(*def);
+            at = m_values->profile.emplace(def->name, stored ? *stored : initialValue(*def)).first;
+        }
         return at->second;
     }
     return initialValue(*def);

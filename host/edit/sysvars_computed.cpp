@@ -249,12 +249,27 @@ SetVarResult setTab(Editor& ed, const std::string& name)
 
 }
 
+// Every look at a variable asks: by its place in the table, so that those which nothing computes cost no comparing.
+static const Computed* computedOf(const SysVarDef& def)
+{
+    static const std::vector<const Computed*> byPlace = [] {
+        std::vector<const Computed*> places;
+        for (const SysVarDef& each : sysVarTable()) {
+            const auto found = std::find_if(std::begin(kComputed), std::end(kComputed),
+                                            [&each](const Computed& c) { return c.name == each.name; });
+            places.push_back(found == std::end(kComputed) ? nullptr : &*found);
+        }
+        return places;
+    }();
+    return byPlace[std::size_t(&def - sysVarTable().data())];
+}
+
 std::optional<SysVarValue> computedSysVar(const Editor& ed, const SysVarDef& def)
 {
-    for (const Computed& c : kComputed)
-        if (c.name == def.name)
-            return c.needsDrawing && !ed.hasDrawing() ? std::nullopt : std::optional(c.get(ed));
-    return std::nullopt;
+    const Computed* computed = computedOf(def);
+    if (!computed || (computed->needsDrawing && !ed.hasDrawing()))
+        return std::nullopt;
+    return computed->get(ed);
 }
 
 std::optional<SetVarResult> setSpecialSysVar(Editor& ed, const SysVarDef& def, const SysVarValue& value)

@@ -12,8 +12,10 @@
 #include "host/base/api.h"
 #include "host/geom/box.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -50,12 +52,30 @@ public:
     Rectangle around() const { return m_root == kNowhere ? Rectangle{} : around(m_root); }
 
     // Goes down to the leaves through the children that meets(node) names by their bits, and gives take(id, box) those of
-    // the leaves.
+    // the leaves. While few nodes are met, it goes down level by level: those of a level are waited for together. The
+    // boxes are on their way when they are given; who looks at them later does not wait.
     template <class Meets, class Take>
     void search(const Meets& meets, const Take& take) const
     {
-        if (m_root != kNowhere)
-            searchNode(m_root, m_height, meets, take);
+        if (m_root == kNowhere)
+            return;
+        std::uint32_t open[kOpen] = {m_root}, opening[kOpen];
+        std::size_t count = 1, coming = 0;
+        unsigned height = m_height;
+        for (; height > 0; --height, coming = 0) {
+            for (std::size_t i = 0; i < count; ++i) {
+                if (coming + kWidth > kOpen) {
+                    searchEach({open + i, count - i}, height, meets, take);
+                    break;
+                }
+                const Node& node = m_nodes[open[i]];
+                for (unsigned met = meets(node); met; met &= met - 1)
+                    fetch(opening[coming++] = node.child[std::countr_zero(met)]);
+            }
+            std::copy_n(opening, coming, open);
+            count = coming;
+        }
+        searchEach({open, count}, 0, meets, take);
     }
 
     // For searches in an order of their own.
@@ -69,32 +89,43 @@ public:
 
 private:
     static constexpr std::uint32_t kNowhere = ~0u;
+    static constexpr std::size_t kOpen = 64;  // nodes that a search asks for at once; a small part of the nearest cache
     struct Link {
         std::uint32_t parent = kNowhere;
         std::uint16_t count = 0, height = 0;
     };
 
     template <class Meets, class Take>
+    void searchEach(std::span<const std::uint32_t> nodes, unsigned height, const Meets& meets, const Take& take) const
+    {
+        for (const std::uint32_t at : nodes)
+            searchNode(at, height, meets, take);
+    }
+    template <class Meets, class Take>
     void searchNode(std::uint32_t at, unsigned height, const Meets& meets, const Take& take) const
     {
         const Node& node = m_nodes[at];
         const unsigned met = meets(node);
-        for (unsigned rest = met; rest; rest &= rest - 1)
-            fetch(at, height, unsigned(std::countr_zero(rest)));
-        for (unsigned rest = met; rest; rest &= rest - 1) {
-            const unsigned place = unsigned(std::countr_zero(rest));
-            if (height == 0)
-                take(node.child[place], m_exact[std::size_t(at) * kWidth + place]);
-            else
-                searchNode(node.child[place], height - 1, meets, take);
+        if (height == 0) {
+            for (unsigned rest = met; rest; rest &= rest - 1) {
+                const unsigned place = unsigned(std::countr_zero(rest));
+                const Box3d& box = m_exact[std::size_t(at) * kWidth + place];
+                __builtin_prefetch(&box);
+                __builtin_prefetch(&box.max.z);
+                take(node.child[place], box);
+            }
+            return;
         }
+        for (unsigned rest = met; rest; rest &= rest - 1)
+            fetch(node.child[std::countr_zero(rest)]);
+        for (unsigned rest = met; rest; rest &= rest - 1)
+            searchNode(node.child[std::countr_zero(rest)], height - 1, meets, take);
     }
-    // Asks for the memory of a child ahead of its use, since all children that are met are waited for at once.
-    void fetch(std::uint32_t at, unsigned height, unsigned place) const
+    // Asks for the memory of a node ahead of its use, since all nodes that are met are waited for at once.
+    void fetch(std::uint32_t at) const
     {
-        const char* start = height ? reinterpret_cast<const char*>(&m_nodes[m_nodes[at].child[place]])
-                                   : reinterpret_cast<const char*>(&m_exact[std::size_t(at) * kWidth + place]);
-        for (std::size_t line = 0; line < (height ? sizeof(Node) : 1); line += 64)
+        const char* start = reinterpret_cast<const char*>(&m_nodes[at]);
+        for (std::size_t line = 0; line < sizeof(Node); line += 64)
             __builtin_prefetch(start + line);
     }
 

@@ -161,12 +161,18 @@ std::vector<SpatialIndex::Id> SpatialIndex::touching(const Box3d& box) const
 
 void SpatialIndex::addTouching(const Box3d& box, std::vector<Found>& found) const
 {
+    const auto before = found.size();
+    addNear(box, found);
+    found.erase(std::remove_if(found.begin() + std::ptrdiff_t(before), found.end(),
+                               [&box](const Found& f) { return !f.box->touches(box); }),
+                found.end());
+}
+
+void SpatialIndex::addNear(const Box3d& box, std::vector<Found>& found) const
+{
     if (box.isEmpty())
         return;
-    const auto take = [&](Id id, const Box3d& known) {
-        if (known.touches(box))
-            found.push_back({id, &known});
-    };
+    const auto take = [&](Id id, const Box3d& known) { found.push_back({id, &known}); };
     for (const auto& [id, known] : m_aside)
         if (!known.isEmpty())
             take(id, known);

@@ -40,6 +40,8 @@ public:
         const Box3d* box;
     };
     void addTouching(const Box3d& box, std::vector<Found>& found) const;
+    // As above, with some that only come near by rounding. Their boxes are on the way to the caller, who need not wait here.
+    void addNear(const Box3d& box, std::vector<Found>& found) const;
     // What the way from one point to another passes in X and Y, at whatever height, or comes near by rounding.
     void addBelow(const VcGePoint3d& from, const VcGePoint3d& to, std::vector<Found>& found) const;
 

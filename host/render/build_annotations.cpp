@@ -2,6 +2,7 @@
 #include "host/base/unicode.h"
 #include "host/db/database.h"
 #include "host/db/kept_object.h"
+#include "host/db/multileader.h"
 #include "host/render/build_parts.h"
 #include "host/render/linetype_shapes.h"
 #include "sdk/vcdb_dims.h"
@@ -61,8 +62,8 @@ void buildShape(const VcDbEntity& e, ListBuilder& b)
 void buildKept(const VcDbEntity& e, ListBuilder& b)
 {
     const std::string_view name = static_cast<const VcDbKeptEntity&>(e).keptDxfName();
-    if (name == "MULTILEADER" || name == "MLEADER")
-        buildMultiLeader(e, b);
+    if (db::isMultiLeader(static_cast<const VcDbKeptEntity&>(e)))
+        b.addPieces(e);
     else if (name == "MPOLYGON")
         buildMPolygon(e, b);
     else if (name.ends_with("UNDERLAY"))

@@ -3,6 +3,7 @@
 #include "host/db/dim_picture.h"
 #include "host/db/extras.h"
 #include "host/db/kept_object.h"
+#include "host/io/external_reference.h"
 #include "host/render/build_parts.h"
 #include "sdk/vcdb_dims.h"
 #include "sdk/vcdb_misc.h"
@@ -126,7 +127,8 @@ void tellMissing(ListBuilder& b, const VcDbBlockReference& reference)
     const auto* block = b.db().liveAs<VcDbBlockTableRecord>(reference.blockTableRecord());
     if (!block)
         b.omit("INSERT without a block");
-    else if (block->isFromExternalReference() && block->memberSlots().empty())
+    // One that is loaded may have nothing to show: an empty model, or nothing but what lies over it.
+    else if (block->isFromExternalReference() && block->memberSlots().empty() && !isLoaded(b.db(), *block))
         b.omit("external reference that is not loaded");
 }
 

@@ -178,49 +178,4 @@ void addWideFigures(ListBuilder& b, const Frame& frame, const std::vector<WidthV
         addBluntJoint(b, frame, pieces[i], pieces[(i + 1) % pieces.size()]);
 }
 
-namespace {
-
-// A smooth curve through the points: each piece a cubic whose tangents are half the way between its neighbours.
-geom::Nurbs throughPoints(const std::vector<VcGePoint3d>& points)
-{
-    geom::Nurbs nurbs{3, {points.front()}, {0, 0, 0, 0}, {}};
-    const std::size_t last = points.size() - 1;
-    const auto tangent = [&](std::size_t i) {
-        return (points[std::min(i + 1, last)] - points[i ? i - 1 : 0]) * (i && i < last ? 0.5 : 1.0);
-    };
-    for (std::size_t i = 0; i < last; ++i) {
-        nurbs.poles.push_back(points[i] + tangent(i) / 3);
-        nurbs.poles.push_back(points[i + 1] - tangent(i + 1) / 3);
-        nurbs.poles.push_back(points[i + 1]);
-        nurbs.knots.insert(nurbs.knots.end(), 3, double(i + 1));
-    }
-    nurbs.knots.push_back(double(last));
-    return nurbs;
-}
-
-}
-
-void addThroughPoints(ListBuilder& b, const std::vector<VcGePoint3d>& points, bool smooth)
-{
-    if (smooth && points.size() > 2)
-        return b.spline(throughPoints(points));
-    for (const VcGePoint3d& p : points)
-        b.point(p);
-}
-
-void addArrow(ListBuilder& b, VcDbObjectId arrowBlock, const VcGePoint3d& tip, const VcGeVector3d& pointing,
-              const VcGeVector3d& normal, double size)
-{
-    const VcGeVector3d x = pointing.normal(), z = normal.normal(), y = z.crossProduct(x);
-    if (const auto* block = b.db().liveAs<VcDbBlockTableRecord>(arrowBlock)) {
-        BlockUse use;
-        use.block = block->objectId();
-        use.matrix.setCoordSystem(tip, x * size, y * size, z * size);
-        return b.use(std::move(use));
-    }
-    const std::uint32_t first = b.figureCount();
-    b.polygon({tip, tip - x * size + y * (size / 6), tip - x * size - y * (size / 6)});
-    b.fill(first, FillRule::NonZero);
-}
-
 }  // namespace vk::render

@@ -3,8 +3,6 @@
 
 #include "host/render/list_builder.h"
 
-class VcDbText;
-
 namespace vktext {
 struct MTextLayout;
 }
@@ -38,14 +36,10 @@ void addBulge(ListBuilder& b, const geom::Frame& frame, const VcGePoint2d& from,
 // Figures whose non-zero filling is the wide polyline: the pieces meet in mitres where they are equally wide.
 void addWideFigures(ListBuilder& b, const geom::Frame& frame, const std::vector<WidthVertex>& vertices, bool closed);
 
-// A straight or a smooth line through points into the current figure.
-void addThroughPoints(ListBuilder& b, const std::vector<VcGePoint3d>& points, bool smooth);
-
 // Letters and rules of a text of many lines from its insertion point, in the current colour where they have none.
 void addMTextLayout(ListBuilder& b, const vktext::MTextLayout& layout, const VcGePoint3d& at, const VcGeVector3d& x,
                     const VcGeVector3d& y);
 
-void buildMultiLeader(const VcDbEntity& e, ListBuilder& b);
 void buildUnderlay(const VcDbEntity& e, ListBuilder& b);
 void buildMPolygon(const VcDbEntity& e, ListBuilder& b);
 
@@ -55,15 +49,5 @@ void addLabel(ListBuilder& b, std::string_view file, const VcGePoint3d& corner, 
 
 // The picture that another program left with an object of its own class; false where there is none.
 bool addKeptGraphics(const VcDbEntity& e, ListBuilder& b);
-
-// A colour as colourOfPacked takes it; by block is the entity's own.
-void setPackedColour(ListBuilder& b, std::int64_t packed);
-
-// A text that says something else than it holds, as those of attributes in their definition's place do.
-void addTextSaying(ListBuilder& b, const VcDbText& text, const std::string& said);
-
-// The arrow of a dimension style at the end of a line that comes from the given direction.
-void addArrow(ListBuilder& b, VcDbObjectId arrowBlock, const VcGePoint3d& tip, const VcGeVector3d& pointing,
-              const VcGeVector3d& normal, double size);
 
 }  // namespace vk::render

@@ -81,6 +81,8 @@ void addMTextLayout(ListBuilder& b, const vktext::MTextLayout& layout, const VcG
     b.setColour(inherited);
 }
 
+namespace {
+
 void addTextSaying(ListBuilder& b, const VcDbText& text, const std::string& drawn)
 {
     const Frame frame = geom::arbitraryFrame(text.normal());
@@ -88,8 +90,6 @@ void addTextSaying(ListBuilder& b, const VcDbText& text, const std::string& draw
     b.text(textStyleSpec(text), text.height(), drawn, drawnPosition(text, drawn), frame.x * c + frame.y * s,
            frame.y * c - frame.x * s);
 }
-
-namespace {
 
 void buildText(const VcDbEntity& e, ListBuilder& b)
 {

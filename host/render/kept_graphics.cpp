@@ -4,6 +4,7 @@
 #include "host/db/database.h"
 #include "host/db/ent_util.h"
 #include "host/db/extras.h"
+#include "host/db/packed_colour.h"
 #include "host/render/packed_polyline.h"
 
 #include <cmath>
@@ -183,7 +184,7 @@ private:
             setColourIndex(data.number());
             return keepColour();
         case kColour:
-            setPackedColour(m_b, data.number());
+            setColour(data.number());
             return keepColour();
         case kLineweight:
             m_look.lineWeight = std::int16_t(data.take<std::int32_t>());
@@ -450,6 +451,13 @@ private:
             return;
         --m_clips;
         m_b.unclip();
+    }
+
+    // By block is the entity's own.
+    void setColour(std::uint32_t packed)
+    {
+        const auto colour = colourOfPacked(packed);
+        m_b.setColour(!colour || colour->isByBlock() ? m_b.props().color : *colour);
     }
 
     void setColourIndex(std::uint32_t index)

@@ -1,5 +1,6 @@
 #include "host/render/layer_overrides.h"
 
+#include "host/db/packed_colour.h"
 #include "host/db/database.h"
 #include "sdk/vcdb_tables.h"
 #include "sdk/vcdb_objects.h"

@@ -42,8 +42,6 @@ struct ViewLooks {
     std::unordered_map<VcDbObjectId, LayerOverride> overrides;
 };
 
-// Of a number whose highest byte says by layer, by block, true or an index; nothing where it is none of these.
-std::optional<VcCmColor> colourOfPacked(std::uint32_t bits);
 // Of a number whose highest byte says by layer, by block, or a value of its own, for a value: its lowest byte.
 std::optional<std::uint32_t> opacityOfPacked(std::int64_t bits);
 

@@ -3,6 +3,8 @@
 #include "host/edit/display.h"
 #include "select_support.h"
 
+#include <algorithm>
+
 using namespace vk::edit;
 
 namespace {
@@ -143,4 +145,76 @@ TEST_F(DragPreviews, ModulesMoveWhatTheirSamplerSays)
     EXPECT_EQ(last().moved, 2u);
     EXPECT_EQ((*last().by * VcGePoint3d()).x, 10);
     vcedSSFree(set);
+}
+
+namespace {
+
+bool goesThrough(const Preview::Lines& lines, const VcGePoint3d& p)
+{
+    for (const auto& line : lines)
+        for (std::size_t i = 0; i + 1 < line.size(); ++i) {
+            const VcGeVector3d along = line[i + 1] - line[i];
+            const double length = along.length();
+            const double at = length > 0 ? (p - line[i]).dotProduct(along) / (length * length) : 0;
+            if ((line[i] + along * std::clamp(at, 0.0, 1.0)).distanceTo(p) < 0.05)
+                return true;
+        }
+    return false;
+}
+
+struct Growing {
+    const char* what;
+    const char* script;
+    std::vector<VcGePoint3d> on;  // points of what is shown last
+    VcGePoint3d off;
+};
+const Growing kGrowings[] = {
+    {"ArcThroughThree", "ARC\n20,0\n25,5\n30,0\n", {{20, 0, 0}, {25, 5, 0}, {30, 0, 0}}, {25, -5, 0}},
+    {"ArcAboutCentre", "ARC\nC\n20,0\n25,0\n20,9\n", {{25, 0, 0}, {20, 5, 0}}, {15, 0, 0}},
+    {"ArcByAngle", "ARC\nC\n20,0\n25,0\nA\n90\n", {{25, 0, 0}, {20, 5, 0}}, {15, 0, 0}},
+    {"ArcByDirection", "ARC\n20,0\nE\n30,0\nD\n90\n", {{20, 0, 0}, {25, 5, 0}, {30, 0, 0}}, {25, -5, 0}},
+    {"Polygon", "POLYGON\n4\n50,0\nI\n55,0\n", {{55, 0, 0}, {50, 5, 0}, {52.5, 2.5, 0}}, {53.5, 3.5, 0}},
+    {"PolygonAbout", "POLYGON\n4\n50,0\nC\n55,0\n", {{55, 0, 0}, {55, 5, 0}}, {50, 6, 0}},
+    {"PolygonOnEdge", "POLYGON\n4\nE\n50,0\n53,0\n", {{51, 0, 0}, {53, 1, 0}, {51, 3, 0}}, {51, -3, 0}},
+    {"Ellipse", "ELLIPSE\n60,0\n80,0\n70,4\n", {{60, 0, 0}, {70, 4, 0}, {70, -4, 0}}, {70, 5, 0}},
+    {"LinearDimension", "DIMLINEAR\n0,0\n10,0\n5,20\n", {{3, 20, 0}, {0, 10, 0}, {10, 10, 0}}, {5, 15, 0}},
+    {"VerticalDimension", "DIMLINEAR\n0,0\n10,8\nV\n30,4\n", {{30, 2.7, 0}, {20, 0, 0}, {20, 8, 0}}, {20, 4, 0}},
+    {"AlignedDimension", "DIMALIGNED\n0,0\n0,10\n-20,5\n", {{-20, 3, 0}, {-10, 0, 0}}, {-10, 5, 0}},
+    {"OrdinateDimension", "DIMORDINATE\n5,5\n5,30\n", {{5, 20, 0}}, {9, 20, 0}},
+    {"Stretched", "STRETCH\nC\n-1,-1\n1,1\n\n0,0\n0,7\n", {{0, 7, 0}, {5, 3.5, 0}, {10, 0, 0}}, {5, 0, 0}},
+};
+
+class GrowingFigures : public DragPreviews, public testing::WithParamInterface<Growing> {};
+
+}
+
+TEST_P(GrowingFigures, AreShownAsTheyWillBe)
+{
+    const Growing& c = GetParam();
+    run(c.script);
+    ASSERT_GT(count(), 0u);
+    for (const VcGePoint3d& p : c.on)
+        EXPECT_TRUE(goesThrough(last().lines, p)) << p.x << "," << p.y;
+    EXPECT_FALSE(goesThrough(last().lines, c.off));
+}
+INSTANTIATE_TEST_SUITE_P(, GrowingFigures, testing::ValuesIn(kGrowings),
+                         [](const auto& info) { return info.param.what; });
+
+// A place of the cursor that allows no figure shows none.
+TEST_F(DragPreviews, WhereThereIsNoArcNoneIsShown)
+{
+    type("ARC\n0,0\n5,0\n10,0\n");
+    ed().run();
+    ASSERT_GT(count(), 0u);
+    EXPECT_TRUE(last().lines.empty());
+}
+
+// What a window did not take moves whole.
+TEST_F(DragPreviews, StretchMovesWhatWasPickedForItself)
+{
+    run("STRETCH\nC\n-1,-1\n1,1\n5,7\n\n0,0\n3,0\n");
+    EXPECT_EQ(last().moved, 1u);
+    ASSERT_TRUE(last().by);
+    EXPECT_TRUE((*last().by * VcGePoint3d()).isEqualTo({3, 0, 0}));
+    EXPECT_TRUE(goesThrough(last().lines, {3, 0, 0}));
 }

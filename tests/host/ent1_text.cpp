@@ -209,6 +209,26 @@ TEST(Ent1MText, AMirrorKeepsTheLettersReadableInTheMirroredPlace)
     EXPECT_EQ(t.transformBy(uneven()), Vcad::eCannotScaleNonUniformly);
 }
 
+// Turned over along its lines where that turns it less: it is not read head down.
+TEST(Ent1MText, AMirrorAlongTheLinesKeepsTheirDirection)
+{
+    VcDbMText t = block(L"HH");
+    t.setLocation({5, 5, 0});
+    t.setRotation(0.3);
+    VcDbExtents before, after;
+    ASSERT_EQ(t.getGeomExtents(before), Vcad::eOk);
+    const VcGeMatrix3d mirror = VcGeMatrix3d::scaling(VcGeScale3d(1, -1, 1));
+    ASSERT_EQ(t.transformBy(mirror), Vcad::eOk);
+    EXPECT_NEAR(t.rotation(), 2 * kPi - 0.3, 1e-9);
+    EXPECT_EQ(t.attachment(), VcDbMText::kBottomLeft);
+    ASSERT_EQ(t.getGeomExtents(after), Vcad::eOk);
+    EXPECT_NEAR(after.minPoint().y, -before.maxPoint().y, 1e-6);
+    EXPECT_NEAR(after.maxPoint().x, before.maxPoint().x, 1e-6);
+    ASSERT_EQ(t.transformBy(mirror), Vcad::eOk);
+    EXPECT_NEAR(t.rotation(), 0.3, 1e-9);
+    EXPECT_EQ(t.attachment(), VcDbMText::kTopLeft);
+}
+
 TEST(Ent1MText, ExplodesIntoALineOfTextForEachLook)
 {
     VcDbMText t = block(L"one {\\C1;two}\\Pthree");

@@ -1,9 +1,12 @@
 // What is drawn of things that drawings bring along for others: pictures of foreign objects, clips of references, blocks of
 // leaders, shapes of linetypes, gradients.
 #include "host/io/drawing_file.h"
+#include "host/io/external_reference.h"
 #include "render_support.h"
+#include "sdk/vcdb_text.h"
 
 #include <cstring>
+#include <map>
 #include <fmt/format.h>
 
 using namespace rendertest;
@@ -359,6 +362,60 @@ TEST_F(RenderKept, BlocksOfLeadersHaveTheirAttributes)
             if (p.y < kSide - 510)
                 right = std::max(right, p.x);
     EXPECT_GT(right, 700) << "four letters, twice as large, over the block";
+}
+
+// A leader of two lines: both have arrows, what they share is drawn once; the rest is as wide as the text and its colours.
+TEST_F(RenderKept, LeadersExplodeIntoWhatIsSeenOfThem)
+{
+    const std::string line = "304\nLEADER_LINE{\n10\n100\n20\n%d\n30\n0\n305\n}\n";
+    const auto from = [&](const char* y) { return std::string(line).replace(line.find("%d"), 2, y); };
+    VcDbDatabase database(false);
+    const std::string file = drawing(
+        "0\nMULTILEADER\n5\n70\n100\nAcDbEntity\n8\n0\n62\n3\n100\nAcDbMLeader\n300\nCONTEXT_DATA{\n41\n40\n140\n50\n"
+        "290\n1\n304\nHH\n12\n600\n22\n620\n32\n0\n13\n1\n23\n0\n33\n0\n171\n2\n90\n-1023410171\n302\nLEADER{\n"
+        "290\n1\n291\n1\n10\n500\n20\n600\n30\n0\n11\n1\n21\n0\n31\n0\n40\n80\n" +
+        from("500") + from("700") + "303\n}\n301\n}\n170\n1\n91\n-1056964608\n171\n50\n");
+    ASSERT_TRUE(readDrawingBytes(database, file).ok());
+    const auto* leader = VcDbEntity::cast(database.core().object(database.core().findHandle(0x70)));
+    ASSERT_TRUE(leader);
+    std::vector<VcDbEntity*> made;
+    ASSERT_EQ(leader->explode(made), Vcad::eOk);
+    std::map<std::string, int> counts;
+    for (VcDbEntity* piece : made) {
+        ++counts[piece->isA()->dxfName()];
+        const bool isText = piece->isKindOf(VcDbMText::desc());
+        EXPECT_EQ(piece->colorIndex(), isText ? 5 : 3);
+        EXPECT_EQ(piece->lineWeight(), isText ? -1 : 50);
+        EXPECT_TRUE(!isText || static_cast<VcDbMText*>(piece)->attachment() == VcDbMText::kTopCenter);
+        delete piece;
+    }
+    EXPECT_EQ(counts, (std::map<std::string, int>{{"LINE", 3}, {"SOLID", 2}, {"MTEXT", 1}}));
+}
+
+TEST_F(RenderKept, PiecesOnTheirWayIntoADrawingHaveTheirStyle)
+{
+    auto& style = *db().objectAs<VcDbTextStyleTableRecord>(db().recordFor(NameTable::TextStyle, "WIDE"));
+    style.setFontFiles("txt", "");
+    style.setXScale(2);
+    VcDbMText text;
+    text.setContentsUtf8("HH");
+    text.setTextHeight(10);
+    const double narrow = text.actualWidth();
+    text.setTextStyle(style.objectId());
+    EXPECT_NEAR(text.actualWidth(), 2 * narrow, 1e-6);
+}
+
+TEST_F(RenderKept, LoadedReferencesThatHoldNothingAreNotMissing)
+{
+    constexpr const char* kMissing = "external reference that is not loaded";
+    const auto& over = addExternalReference(db(), "OVER", "over.dxf", true);
+    add(new VcDbBlockReference({0, 0, 0}, over.objectId()));
+    paint();
+    EXPECT_EQ(omissions.counts().count(kMissing), 1u);
+    omissions = {};
+    db().loadedReferences.insert(over.objectId().slot());
+    paint();
+    EXPECT_EQ(omissions.counts().count(kMissing), 0u);
 }
 
 TEST_F(RenderKept, FiguresOfLinetypes)

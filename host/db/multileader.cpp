@@ -1,44 +1,13 @@
-// Leaders with several lines. Their groups are kept as they came; what is seen stands in a context that holds the text or
-// the block, and the lines of each leader.
+#include "host/db/multileader.h"
+
 #include "host/db/database.h"
 #include "host/db/extras.h"
 #include "host/db/kept_object.h"
-#include "host/db/text_geometry.h"
-#include "host/render/build_parts.h"
-#include "host/render/looks.h"
-#include "host/text/mtext_layout.h"
 #include "sdk/vcdb_text.h"
 
-#include <cmath>
-
-namespace vk::render {
+namespace vk::db {
 
 namespace {
-
-struct Leader {
-    VcGePoint3d landing;
-    VcGeVector3d dogleg;
-    double doglegLength = 0;
-    bool hasLanding = false, hasDogleg = false;
-    std::vector<std::vector<VcGePoint3d>> lines;
-};
-
-struct MultiLeader {
-    std::string text;
-    VcGePoint3d textAt, blockAt;
-    VcGeVector3d normal{0, 0, 1}, direction{1, 0, 0}, blockNormal{0, 0, 1}, blockScale{1, 1, 1};
-    double textHeight = 1, arrowSize = 0, rotation = 0, width = 0, spacing = 1, blockRotation = 0;
-    int alignment = 1, lineKind = 1;
-    struct Attribute {
-        VcDbObjectId definition;
-        std::string text;
-    };
-    std::vector<Attribute> attributes;  // of the block
-    bool hasText = false, hasBlock = false, exactSpacing = false;
-    std::int64_t textColour = 0, lineColour = 0;
-    VcDbObjectId textStyle, block, arrow;
-    std::vector<Leader> leaders;
-};
 
 double& axis(VcGePoint3d& p, int code) { return code < 20 ? p.x : code < 30 ? p.y : p.z; }
 double& axis(VcGeVector3d& v, int code) { return code < 20 ? v.x : code < 30 ? v.y : v.z; }
@@ -107,6 +76,10 @@ private:
             leader.lineKind = int(tag.integer);
         else if (tag.code == 91)
             leader.lineColour = tag.integer;
+        else if (tag.code == 341)
+            leader.linetype = idOf(tag);
+        else if (tag.code == 171)
+            leader.lineWeight = std::int16_t(tag.integer);
         else if (tag.code == 342)
             leader.arrow = idOf(tag);
     }
@@ -127,10 +100,10 @@ private:
         switch (code) {
         case 41: leader.textHeight = value; return;
         case 140: leader.arrowSize = value; return;
-        case 42: leader.rotation = value; return;
         case 43: leader.width = value; return;
         case 45: leader.spacing = value; return;
         case 46: leader.blockRotation = value; return;
+        case 141: leader.fillScale = value; return;
         case 11: case 21: case 31: axis(leader.normal, code) = value; return;
         case 12: case 22: case 32: axis(leader.textAt, code) = value; return;
         case 13: case 23: case 33: axis(leader.direction, code) = value; return;
@@ -152,13 +125,17 @@ private:
         case 170: leader.exactSpacing = tag.integer == 2; return;
         case 171: leader.alignment = int(tag.integer); return;
         case 90: leader.textColour = tag.integer; return;
+        case 91: leader.fillColour = tag.integer; return;
+        case 93: leader.blockColour = tag.integer; return;
+        case 291: leader.fillsLikeWindow = tag.integer != 0; return;
+        case 292: leader.isFilled = tag.integer != 0; return;
         }
         // clang-format on
     }
 
     void takeOfLeader(const Tag& tag)
     {
-        Leader& l = leader.leaders.back();
+        LeaderOfMany& l = leader.leaders.back();
         const bool real = tag.form == Tag::Form::Real, integer = tag.form == Tag::Form::Integer;
         if (integer && tag.code == 290)
             l.hasLanding = tag.integer != 0;
@@ -189,81 +166,16 @@ private:
 
 }
 
-void setPackedColour(ListBuilder& b, std::int64_t packed)
+bool isMultiLeader(const VcDbKeptEntity& entity)
 {
-    const auto colour = colourOfPacked(std::uint32_t(packed));
-    b.setColour(!colour || colour->isByBlock() ? b.props().color : *colour);
+    const std::string_view name = entity.keptDxfName();
+    return name == "MULTILEADER" || name == "MLEADER";
 }
 
-namespace {
-
-void addLine(ListBuilder& b, const MultiLeader& m, const Leader& leader, std::vector<VcGePoint3d> points)
+MultiLeader readMultiLeader(const VcDbEntity& entity, const DatabaseCore& db)
 {
-    if (leader.hasLanding)
-        points.push_back(leader.landing);
-    if (points.size() < 2)
-        return;
-    const VcGeVector3d first = points[1] - points[0];
-    if (m.arrowSize > 0 && first.length() > m.arrowSize) {
-        addArrow(b, m.arrow, points[0], -first, m.normal, m.arrowSize);
-        if (m.arrow.isNull())
-            points[0] += first.normal() * m.arrowSize;
-    }
-    if (leader.hasDogleg && m.lineKind != 2)
-        points.push_back(leader.landing + leader.dogleg.normal() * leader.doglegLength);
-    const std::uint32_t figure = b.figureCount();
-    b.beginFigure();
-    addThroughPoints(b, points, m.lineKind == 2);
-    b.endFigure(false);
-    b.stroke(figure, Item::RunsOn);
+    const ObjectExtras* extras = entity.extras();
+    return extras ? Reader(db, *extras).leader : MultiLeader();
 }
 
-void addText(ListBuilder& b, const MultiLeader& m)
-{
-    vktext::MTextSpec spec;
-    spec.contents = m.text;
-    spec.style = textStyleSpec(m.textStyle, &b.db());
-    spec.height = m.textHeight;
-    spec.width = m.width;
-    spec.attachment = m.alignment >= 1 && m.alignment <= 3 ? m.alignment : 1;
-    spec.spacingFactor = m.spacing;
-    spec.exactSpacing = m.exactSpacing;
-    const VcGeVector3d z = m.normal.normal(), x0 = m.direction.normal(), y0 = z.crossProduct(x0);
-    addMTextLayout(b, vktext::layoutMText(spec), m.textAt, x0, y0);
-}
-
-void addBlock(ListBuilder& b, const MultiLeader& m)
-{
-    BlockUse use;
-    use.block = m.block;
-    use.matrix = VcGeMatrix3d::translation(m.blockAt.asVector()) * VcGeMatrix3d::planeToWorld(m.blockNormal) *
-                 VcGeMatrix3d::rotation(m.blockRotation, VcGeVector3d::zAxis()) *
-                 VcGeMatrix3d::scaling(VcGeScale3d(m.blockScale.x, m.blockScale.y, m.blockScale.z));
-    for (const MultiLeader::Attribute& attribute : m.attributes) {
-        VcDbAttributeDefinition placed = *b.db().liveAs<VcDbAttributeDefinition>(attribute.definition);
-        placed.transformBy(use.matrix);
-        addTextSaying(b, placed, attribute.text);
-    }
-    b.use(std::move(use));
-}
-
-}
-
-void buildMultiLeader(const VcDbEntity& e, ListBuilder& b)
-{
-    if (!e.extras())
-        return;
-    const MultiLeader m = Reader(b.db(), *e.extras()).leader;
-    setPackedColour(b, m.lineColour);
-    for (const Leader& leader : m.leaders)
-        for (const auto& line : leader.lines)
-            if (m.lineKind != 0)
-                addLine(b, m, leader, line);
-    setPackedColour(b, m.textColour);
-    if (m.hasText)
-        addText(b, m);
-    if (m.hasBlock)
-        addBlock(b, m);
-}
-
-}  // namespace vk::render
+}  // namespace vk::db
