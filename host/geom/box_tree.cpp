@@ -25,12 +25,21 @@ constexpr float kNotANumber = std::numeric_limits<float>::quiet_NaN();
 constexpr Rectangle kFree{kNotANumber, kNotANumber, kNotANumber,
                           kNotANumber};  // not even a search of everything meets it
 
+// The next float down. Around zero all of them would do, and the smallest normal one costs no more than others.
+float justBelow(float f)
+{
+    if (std::fabs(f) < FLT_MIN)
+        return -FLT_MIN;
+    const auto bits = std::bit_cast<std::int32_t>(f);
+    return std::bit_cast<float>(f > 0 ? bits - 1 : bits + 1);
+}
+
 float floatBelow(double v)
 {
     if (!(std::fabs(v) <= FLT_MAX))
         return v > 0 ? FLT_MAX : -kInfinity;
     const float f = float(v);
-    return double(f) <= v ? f : std::nextafter(f, -kInfinity);
+    return double(f) <= v ? f : justBelow(f);
 }
 
 float floatAbove(double v) { return -floatBelow(-v); }
@@ -57,20 +66,42 @@ void setRectangle(BoxTree::Node& node, unsigned place, const Rectangle& r)
 
 // The order in which neighbours come one after the other
 
-constexpr unsigned kSideBits = 14;
+constexpr unsigned kSideBits = 14;  // even
 
-// Place of a cell on a Hilbert curve through the square of cells. In the lower half of a square the curve is turned over,
-// in its right quarter the other way round; without branches, which nobody could foretell.
+// Steps along a Hilbert curve through a square of cells, two bits of each coordinate at a time. In the lower half of a
+// square the curve is turned over, in its right quarter the other way round: how it runs in a square are its two low bits.
+struct HilbertStep {
+    std::uint8_t place, manner;
+};
+
+constexpr HilbertStep hilbertStep(unsigned manner, unsigned x, unsigned y)
+{
+    unsigned place = 0;
+    for (unsigned bit = 2; bit-- > 0;) {
+        const unsigned turned = manner & 1, reversed = manner >> 1, a = x >> bit & 1, b = y >> bit & 1;
+        const unsigned right = (turned ? b : a) ^ reversed, up = (turned ? a : b) ^ reversed;
+        place = place << 2 | ((3 * right) ^ up);
+        manner ^= up ? 0 : 1 | right << 1;
+    }
+    return {std::uint8_t(place), std::uint8_t(manner)};
+}
+
+constexpr auto kHilbertSteps = [] {
+    std::array<HilbertStep, 64> steps{};
+    for (unsigned i = 0; i < steps.size(); ++i)
+        steps[i] = hilbertStep(i >> 4, i >> 2 & 3, i & 3);
+    return steps;
+}();
+
 std::uint32_t alongHilbert(std::uint32_t x, std::uint32_t y)
 {
     std::uint32_t place = 0;
-    for (unsigned bit = kSideBits; bit-- > 0;) {
-        const std::uint32_t right = x >> bit & 1, up = y >> bit & 1;
-        place = place << 2 | ((3 * right) ^ up);
-        const std::uint32_t reversed = 0u - (right & ~up), turned = up - 1;
-        const std::uint32_t swapped = (x ^ y) & turned;
-        x ^= reversed ^ swapped;
-        y ^= reversed ^ swapped;
+    unsigned manner = 0;
+    for (unsigned bit = kSideBits; bit > 0;) {
+        bit -= 2;
+        const HilbertStep step = kHilbertSteps[manner << 4 | (x >> bit & 3) << 2 | (y >> bit & 3)];
+        place = place << 4 | step.place;
+        manner = step.manner;
     }
     return place;
 }

@@ -207,3 +207,15 @@ TEST_F(GeomSpatialIndex, NearestByTheCallersMeasure)
     ASSERT_EQ(found.size(), 1u);
     EXPECT_EQ(found[0].id, 2u);
 }
+
+// A rectangle that were a hair too small would lose what stands at its very edge.
+TEST_F(GeomSpatialIndex, RectanglesOfFloatsHoldTheirBoxes)
+{
+    for (const double number : {0.0, 1e-300, 1e-45, 1.3e-39, 0.1, 1.0 / 3, 1234567.0, 16777217.0, 3.4028236e38, 1e300})
+        for (const double at : {number, -number}) {
+            const BoxTree::Rectangle r = BoxTree::outward({{at, at, 0}, {at, at, 0}});
+            EXPECT_TRUE(double(r.left) <= at && double(r.bottom) <= at) << at;
+            EXPECT_TRUE(double(r.right) >= at && double(r.top) >= at) << at;
+            EXPECT_TRUE(number > 1e38 || double(r.right) - double(r.left) <= number * 1e-6 + 1e-37) << at;
+        }
+}
