@@ -38,21 +38,18 @@ Curves textOutline(const VcDbEntity& e)
 {
     const auto& text = static_cast<const VcDbText&>(e);
     const auto* definition = VcDbAttributeDefinition::cast(&e);
-    const vktext::Box box =
-        vktext::lineBox(textStyleSpec(text), text.height(), definition ? definition->tagUtf8() : text.textUtf8());
+    const std::string& drawn = definition ? definition->tagUtf8() : text.textUtf8();
+    const vktext::Box box = vktext::lineBox(lineLooks(text), text.height(), drawn);
     const Frame frame = arbitraryFrame(text.normal());
     const double c = std::cos(text.rotation()), s = std::sin(text.rotation());
-    return boxOutline(box, text.position(), frame.x * c + frame.y * s, frame.y * c - frame.x * s);
+    return boxOutline(box, drawnPosition(text, drawn), frame.x * c + frame.y * s, frame.y * c - frame.x * s);
 }
 
 Curves paragraphOutline(const VcDbEntity& e)
 {
     const auto& text = static_cast<const VcDbMText&>(e);
-    const int column = (text.attachment() - 1) % 3, row = (text.attachment() - 1) / 3;
-    const double width = text.actualWidth(), height = text.actualHeight();
-    const vktext::Box box{-width * column / 2, -height * (2 - row) / 2, width * (2 - column) / 2, height * row / 2};
     const VcGeVector3d x = text.direction().normal();
-    return boxOutline(box, text.location(), x, text.normal().crossProduct(x));
+    return boxOutline(drawnBoxOf(text), text.location(), x, text.normal().crossProduct(x));
 }
 
 Curves quadOutline(const VcDbEntity& e)

@@ -7,6 +7,7 @@
 #include "host/db/kept_extents.h"
 #include "host/db/text_geometry.h"
 #include "host/geom/arbitrary_axis.h"
+#include "host/text/mtext_plain.h"
 #include "sdk/vcdb_curves.h"
 #include "sdk/vcdb_records.h"
 #include "sdk/vcdb_text.h"
@@ -282,11 +283,27 @@ Vcad::ErrorStatus VcDbMText::transformBy(const VcGeMatrix3d& m)
     return Vcad::eOk;
 }
 
+static std::optional<vktext::Box> plainBoxOf(const VcDbMText& text, VcDbObjectId style)
+{
+    if (text.columnType() != VcDbMText::kNoColumns)
+        return std::nullopt;
+    return vktext::plainDrawnBox({text.contentsUtf8(), styleLooks(style, text), text.textHeight(), text.width(),
+                                  text.attachment(), text.lineSpacingStyle() == VcDb::kExactly,
+                                  text.lineSpacingFactor()});
+}
+
+vktext::Box drawnBoxOf(const VcDbMText& text)
+{
+    const auto plain = plainBoxOf(text, text.textStyle());
+    return plain ? *plain : vktext::drawnBox(layoutOf(text));
+}
+
 Vcad::ErrorStatus VcDbMText::getGeomExtents(VcDbExtents& extents) const
 {
     return keptExtents(m_id, extents, [this] {
         VcDbExtents drawn;
-        const vktext::Box box = vktext::drawnBox(layoutOf(*this));
+        const auto plain = plainBoxOf(*this, m_style);
+        const vktext::Box box = plain ? *plain : vktext::drawnBox(layoutOf(*this));
         const VcGeVector3d along = direction(), up = m_normal.crossProduct(along);
         for (const double x : {box.left, box.right})
             for (const double y : {box.bottom, box.top})

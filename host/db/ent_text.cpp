@@ -230,15 +230,16 @@ Vcad::ErrorStatus VcDbText::getGeomExtents(VcDbExtents& extents) const
 {
     return keptExtents(m_id, extents, [this] {
         VcDbExtents drawn;
-        const vktext::Box box = vktext::lineBox(textStyleSpec(*this), m_height, drawnText());
+        const vktext::LineLooks looks = lineLooks(*this, m_style);
+        const vktext::Box box = vktext::lineBox(looks, m_height, drawnText());
         if (box.width() <= 0 && box.height() <= 0)
             return drawn;
-        const VcGePoint3d base = fromWorld(drawnPosition(*this, drawnText()), normal());
+        const VcGePoint3d base = ownDrawnPosition(*this, drawnText(), looks);
+        const VcGeVector3d n = normal();
         const double c = std::cos(m_rotation), s = std::sin(m_rotation);
         for (const double x : {box.left, box.right})
             for (const double y : {box.bottom, box.top})
-                addExtruded(drawn, toWorld(base + VcGeVector3d(x * c - y * s, x * s + y * c, 0), normal()),
-                            m_extrusion);
+                addExtruded(drawn, toWorld(base + VcGeVector3d(x * c - y * s, x * s + y * c, 0), n), m_extrusion);
         return drawn;
     });
 }

@@ -93,7 +93,7 @@ void KeptExtents::drop(std::uint32_t slot)
 
 void KeptExtents::changing(const DatabaseCore& db, std::uint32_t slot)
 {
-    const VcDbObject* object = m_boxes.empty() ? nullptr : db.objectAt(slot);
+    const VcDbObject* object = m_boxes.empty() && m_looks.empty() ? nullptr : db.objectAt(slot);
     if (!object)
         return;
     if (othersHangOn(db, *object)) {

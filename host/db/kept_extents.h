@@ -2,9 +2,11 @@
 #pragma once
 
 #include "host/base/api.h"
+#include "host/text/text_line.h"
 #include "sdk/vcdb_entity.h"
 
 #include <cstdint>
+#include <unordered_map>
 #include <vector>
 
 class DatabaseCore;
@@ -27,6 +29,13 @@ public:
         return slot < m_places.size() && m_places[slot] ? &m_boxes[m_places[slot] - 1] : nullptr;
     }
     void keep(std::uint32_t slot, const VcDbExtents& extents);
+    // Looks of a text style, by the slot of its record; of Standard by 0. Null when they are not known.
+    const vktext::LineLooks* looks(std::uint32_t style) const
+    {
+        const auto known = m_looks.find(style);
+        return known == m_looks.end() ? nullptr : &known->second;
+    }
+    void keepLooks(std::uint32_t style, const vktext::LineLooks& looks) { m_looks.insert_or_assign(style, looks); }
     // Called before the object of the slot changes.
     void changing(const DatabaseCore& db, std::uint32_t slot);
 
@@ -35,6 +44,7 @@ private:
     std::vector<std::uint32_t> m_places;  // by slot, from 1
     std::vector<VcDbExtents> m_boxes;     // in the order in which they were asked for, which is that of a scan
     std::vector<std::uint32_t> m_free;    // places from 1
+    std::unordered_map<std::uint32_t, vktext::LineLooks> m_looks;
 };
 
 // What a function finds for the object, or what is kept of it.

@@ -2,6 +2,7 @@
 
 #include "host/base/unicode.h"
 #include "host/db/database.h"
+#include "host/db/kept_extents.h"
 #include "host/geom/arbitrary_axis.h"
 #include "sdk/vcdb_records.h"
 
@@ -65,17 +66,45 @@ vktext::TextStyleSpec textStyleSpec(const VcDbText& text)
     return spec;
 }
 
-VcGePoint3d drawnPosition(const VcDbText& text, const std::string& drawn)
+vktext::LineLooks styleLooks(VcDbObjectId style, const VcDbEntity& text)
+{
+    const VcDbObjectId id = text.objectId();
+    KeptExtents* kept = KeptExtents::of(id);
+    if (!style.isNull() && style.databaseSerial() != id.databaseSerial())
+        kept = nullptr;
+    if (const vktext::LineLooks* known = kept ? kept->looks(style.slot()) : nullptr)
+        return *known;
+    const vktext::LineLooks looks = vktext::lineLooks(textStyleSpec(style, DatabaseCore::of(id)));
+    if (kept)
+        kept->keepLooks(style.slot(), looks);
+    return looks;
+}
+
+vktext::LineLooks lineLooks(const VcDbText& text) { return lineLooks(text, text.textStyle()); }
+
+vktext::LineLooks lineLooks(const VcDbText& text, VcDbObjectId style)
+{
+    vktext::LineLooks looks = styleLooks(style, text);
+    vktext::setLooks(looks, text.widthFactor(), text.oblique());
+    looks.backwards = text.isMirroredInX();
+    looks.upsideDown = text.isMirroredInY();
+    return looks;
+}
+
+VcGePoint3d ownDrawnPosition(const VcDbText& text, const std::string& drawn, const vktext::LineLooks& looks)
 {
     const VcDb::TextHorzMode mode = text.horizontalMode();
     if (text.isDefaultAlignment() || mode == VcDb::kTextAlign || mode == VcDb::kTextFit)
-        return text.position();
-    const VcGeVector2d offset =
-        vktext::justificationOffset(textStyleSpec(text), text.height(), drawn, vktext::HorizontalMode(mode),
-                                    vktext::VerticalMode(text.verticalMode()));
+        return text.ownPosition();
+    const VcGeVector2d offset = vktext::justificationOffset(looks, text.height(), drawn, vktext::HorizontalMode(mode),
+                                                            vktext::VerticalMode(text.verticalMode()));
     const double c = std::cos(text.rotation()), s = std::sin(text.rotation());
-    const VcGeVector3d own(-(offset.x * c - offset.y * s), -(offset.x * s + offset.y * c), 0);
-    return vk::geom::toWorld(text.ownAlignmentPoint() + own, text.normal());
+    return text.ownAlignmentPoint() + VcGeVector3d(-(offset.x * c - offset.y * s), -(offset.x * s + offset.y * c), 0);
+}
+
+VcGePoint3d drawnPosition(const VcDbText& text, const std::string& drawn)
+{
+    return vk::geom::toWorld(ownDrawnPosition(text, drawn, lineLooks(text)), text.normal());
 }
 
 VcDbObjectId styleWithFont(DatabaseCore& db, const vktext::FontRequest& font, VcDbObjectId preferred)

@@ -116,19 +116,6 @@ Distance toText(const VcDbEntity& e, const Pick& pick)
     return distanceToBox(pick.at, {low.x, low.y}, {high.x, high.y});
 }
 
-// The place of its lines, which is wider than what is drawn.
-Distance toMText(const VcDbEntity& e, const Pick& pick)
-{
-    const auto& text = static_cast<const VcDbMText&>(e);
-    if (!isUpright(text.normal()) || text.direction() != VcGeVector3d::xAxis())
-        return std::nullopt;
-    const int column = (text.attachment() - 1) % 3, row = (text.attachment() - 1) / 3;
-    const double width = text.actualWidth(), height = text.actualHeight();
-    const VcGePoint3d at = text.location();
-    return distanceToBox(pick.at, {at.x - width * column / 2, at.y - height * (2 - row) / 2},
-                         {at.x + width * (2 - column) / 2, at.y + height * row / 2});
-}
-
 struct Entry {
     VcRxClass* (*desc)();
     Distance (*distance)(const VcDbEntity&, const Pick&);
@@ -136,7 +123,7 @@ struct Entry {
 
 constexpr Entry kPlain[] = {
     {&VcDbLine::desc, toLine},      {&VcDbPolyline::desc, toPolyline}, {&VcDbCircle::desc, toCircle},
-    {&VcDbArc::desc, toArc},        {&VcDbText::desc, toText},         {&VcDbMText::desc, toMText},
+    {&VcDbArc::desc, toArc},        {&VcDbText::desc, toText},         {&VcDbMText::desc, toText},
     {&VcDbAttribute::desc, toText},
 };
 
@@ -145,6 +132,10 @@ constexpr Entry kPlain[] = {
 bool fillsItsBox(const VcDbEntity& entity)
 {
     const VcRxClass* cls = entity.isA();
+    if (cls == VcDbMText::desc()) {
+        const auto& text = static_cast<const VcDbMText&>(entity);
+        return isUpright(text.normal()) && text.direction() == VcGeVector3d::xAxis();
+    }
     if (cls != VcDbText::desc() && cls != VcDbAttribute::desc())
         return false;
     const auto& text = static_cast<const VcDbText&>(entity);

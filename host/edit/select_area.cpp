@@ -363,12 +363,11 @@ bool SelectArea::takesOutline(const Outline& outline, double chordError) const
     return quick ? *quick : takesCurve(*outline.curve);
 }
 
-// Texts of many lines have more room than their extents, and a fence takes points that it comes near to.
+// A fence takes points that it comes near to.
 bool SelectArea::missesPart(const VcDbEntity& part, const VcGeMatrix3d& toWorld) const
 {
     VcDbExtents extents;
-    const bool reachesOut = part.isA() == VcDbMText::desc() || part.isA() == VcDbPoint::desc();
-    if (reachesOut || part.getGeomExtents(extents) != Vcad::eOk || extents.isEmpty())
+    if (part.isA() == VcDbPoint::desc() || part.getGeomExtents(extents) != Vcad::eOk || extents.isEmpty())
         return false;
     extents.transformBy(toWorld);
     return takesExtents(extents, false) == std::optional(false);

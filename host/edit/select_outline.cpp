@@ -310,7 +310,7 @@ void outlineText(const VcDbEntity& e, OutlineBuilder& b)
     const auto& text = static_cast<const VcDbText&>(e);
     const auto* definition = VcDbAttributeDefinition::cast(&e);
     const std::string& drawn = definition ? definition->tagUtf8() : text.textUtf8();
-    const vktext::Box box = vktext::lineBox(textStyleSpec(text), text.height(), drawn);
+    const vktext::Box box = vktext::lineBox(lineLooks(text), text.height(), drawn);
     const Frame frame = geom::arbitraryFrame(text.normal());
     const double c = std::cos(text.rotation()), s = std::sin(text.rotation());
     outlineBox(box, drawnPosition(text, drawn), frame.x * c + frame.y * s, frame.y * c - frame.x * s, b);
@@ -319,11 +319,8 @@ void outlineText(const VcDbEntity& e, OutlineBuilder& b)
 void outlineMText(const VcDbEntity& e, OutlineBuilder& b)
 {
     const auto& text = static_cast<const VcDbMText&>(e);
-    const int column = (text.attachment() - 1) % 3, row = (text.attachment() - 1) / 3;
-    const double width = text.actualWidth(), height = text.actualHeight();
-    const vktext::Box box{-width * column / 2, -height * (2 - row) / 2, width * (2 - column) / 2, height * row / 2};
     const VcGeVector3d x = text.direction().normal();
-    outlineBox(box, text.location(), x, text.normal().crossProduct(x), b);
+    outlineBox(drawnBoxOf(text), text.location(), x, text.normal().crossProduct(x), b);
 }
 
 struct Entry {

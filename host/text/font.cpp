@@ -1,5 +1,7 @@
 #include "host/text/font.h"
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace vktext {
@@ -121,6 +123,45 @@ const GlyphShape& Font::shape(char32_t c) const
         }
     }
     return m_shapes.emplace(c, std::move(shape)).first->second;
+}
+
+LeaningInk& Font::leaning(double slant) const
+{
+    const auto known =
+        std::find_if(m_leaning.begin(), m_leaning.end(), [slant](const auto& ink) { return ink->slant() == slant; });
+    if (known != m_leaning.end())
+        return **known;
+    // A drawing has a handful of slants; one that has more measures some of them again.
+    constexpr std::size_t kMostSlants = 64;
+    if (m_leaning.size() == kMostSlants)
+        m_leaning.clear();
+    return *m_leaning.emplace_back(std::make_unique<LeaningInk>(*this, slant));
+}
+
+LeaningInk::LeaningInk(const Font& font, double slant) : m_font(font), m_slant(slant) { m_common.fill({1, 0}); }
+
+InkSpan LeaningInk::load(char32_t c)
+{
+    if (c < m_common.size())
+        return m_common[c] = measured(c);
+    const auto [known, isNew] = m_rare.try_emplace(c);
+    if (isNew)
+        known->second = measured(c);
+    return known->second;
+}
+
+InkSpan LeaningInk::measured(char32_t c) const
+{
+    const GlyphMetrics& m = m_font.metrics(c);
+    if (m.blank)
+        return {m.left, m.right};
+    InkSpan ink{HUGE_VAL, -HUGE_VAL};
+    for (const auto& line : m_font.shape(c).lines)
+        for (const VcGePoint2d& p : line) {
+            ink.left = std::min(ink.left, p.x + m_slant * p.y);
+            ink.right = std::max(ink.right, p.x + m_slant * p.y);
+        }
+    return ink.left <= ink.right ? ink : InkSpan{m.left, m.right};
 }
 
 }  // namespace vktext

@@ -21,6 +21,11 @@ struct GlyphMetrics {
     bool blank = true;
 };
 
+// How far ink reaches along the baseline.
+struct InkSpan {
+    double left = 0, right = 0;
+};
+
 // Strokes are open polylines to be drawn with a pen. Contours are closed polygons without their repeated first point,
 // to be filled by the non-zero rule.
 struct GlyphShape {
@@ -38,6 +43,30 @@ public:
     virtual bool stroked() const = 0;
 };
 
+class Font;
+
+// The ink of letters that lean, each measured once.
+class LeaningInk {
+public:
+    LeaningInk(const Font& font, double slant);
+    double slant() const { return m_slant; }
+    InkSpan of(char32_t c)
+    {
+        if (c < m_common.size() && m_common[c].left <= m_common[c].right)
+            return m_common[c];
+        return load(c);
+    }
+
+private:
+    InkSpan load(char32_t c);
+    InkSpan measured(char32_t c) const;
+
+    const Font& m_font;
+    double m_slant;                      // x for each y
+    std::array<InkSpan, 0x80> m_common;  // left beyond right: not loaded yet
+    std::unordered_map<char32_t, InkSpan> m_rare;
+};
+
 // A font with its stand-ins for missing glyphs. Every character has metrics and a shape: what no source has is a box.
 // Fills its caches on use, so that a font serves one thread.
 class VKHOST_API Font {
@@ -53,6 +82,8 @@ public:
         return loadMetrics(c);
     }
     const GlyphShape& shape(char32_t c) const;
+    // Good until the next call.
+    LeaningInk& leaning(double slant) const;
     double descent() const { return m_descent; }
     bool stroked() const { return m_stroked; }
     // How many different characters came from a stand-in, or from nowhere.
@@ -74,6 +105,7 @@ private:
     mutable std::array<GlyphMetrics, 0x250> m_common;  // a negative advance means not loaded yet
     mutable std::unordered_map<char32_t, GlyphMetrics> m_rare;
     mutable std::unordered_map<char32_t, GlyphShape> m_shapes;
+    mutable std::vector<std::unique_ptr<LeaningInk>> m_leaning;
     mutable std::size_t m_borrowed = 0;
     mutable std::size_t m_missing = 0;
 };

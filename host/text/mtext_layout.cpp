@@ -430,18 +430,36 @@ TextStyleSpec fragmentStyle(const MTextLayout& layout, const MTextFragment& frag
     return style;
 }
 
+static std::optional<Box> fragmentInk(const LineLooks& looks, const MTextFragment& fragment)
+{
+    const bool isCoded = fragment.decorations != 0 || fragment.text.find('%') != std::string::npos;
+    return isCoded ? inkBox(looks, fragment.height, fragmentText(fragment), fragment.tracking)
+                   : inkBox(looks, fragment.height, fragment.text, fragment.tracking);
+}
+
+static void include(Box& box, const Box& part)
+{
+    box = {std::min(box.left, part.left), std::min(box.bottom, part.bottom), std::max(box.right, part.right),
+           std::max(box.top, part.top)};
+}
+
 Box drawnBox(const MTextLayout& layout)
 {
-    Box box = layout.box;
+    std::vector<LineLooks> looks(layout.fonts.size());
+    Box box{HUGE_VAL, HUGE_VAL, -HUGE_VAL, -HUGE_VAL};
     for (const MTextFragment& fragment : layout.fragments) {
-        constexpr double kHighest = 2;  // of what stands on a base line, in its heights
-        if (fragment.y + kHighest * fragment.height > layout.box.top)
-            box.top = std::max(
-                box.top,
-                fragment.y +
-                    measureLine(fragmentStyle(layout, fragment), fragment.height, fragmentText(fragment)).ink.top);
+        LineLooks& own = looks[fragment.font];
+        if (!own.font)
+            own = lineLooks(fragmentStyle(layout, fragment));
+        setLooks(own, fragment.widthFactor, fragment.oblique);
+        if (const auto ink = fragmentInk(own, fragment))
+            include(box,
+                    {fragment.x + ink->left, fragment.y + ink->bottom, fragment.x + ink->right, fragment.y + ink->top});
     }
-    return box;
+    for (const MTextRule& rule : layout.rules)
+        include(box, {std::min(rule.from.x, rule.to.x), std::min(rule.from.y, rule.to.y),
+                      std::max(rule.from.x, rule.to.x), std::max(rule.from.y, rule.to.y)});
+    return box.left <= box.right ? box : layout.box;
 }
 
 }  // namespace vktext

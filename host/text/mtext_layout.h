@@ -69,7 +69,7 @@ VKHOST_API MTextLayout layoutMText(const MTextSpec& spec);
 VKHOST_API std::string fragmentText(const MTextFragment& fragment);
 VKHOST_API TextStyleSpec fragmentStyle(const MTextLayout& layout, const MTextFragment& fragment);
 
-// The box with what rises out of its top: accents, and the dots of some stroke fonts.
+// The box of what is drawn, letters, decorations and rules; that of the layout when nothing is.
 VKHOST_API Box drawnBox(const MTextLayout& layout);
 
 }  // namespace vktext

@@ -1,6 +1,7 @@
 #include "host/text/outline_font.h"
 
 #include <ft2build.h>
+#include FT_BBOX_H
 #include FT_FREETYPE_H
 #include FT_OUTLINE_H
 
@@ -145,11 +146,15 @@ std::optional<GlyphMetrics> OutlineFont::metrics(char32_t c)
     const double advance = m.horiAdvance * m_scaleX;
     if (m.width == 0 || m.height == 0)
         return GlyphMetrics{.advance = advance, .left = 0, .right = advance};
+    // The bearings of a font count with the points that steer its curves; the ink ends where the curves do.
+    FT_BBox ink{m.horiBearingX, m.horiBearingY - m.height, m.horiBearingX + m.width, m.horiBearingY};
+    if (m_face->handle->glyph->format == FT_GLYPH_FORMAT_OUTLINE)
+        FT_Outline_Get_BBox(&m_face->handle->glyph->outline, &ink);
     return GlyphMetrics{.advance = advance,
-                        .left = m.horiBearingX * m_scaleX,
-                        .right = (m.horiBearingX + m.width) * m_scaleX,
-                        .bottom = (m.horiBearingY - m.height) * m_scaleY,
-                        .top = m.horiBearingY * m_scaleY,
+                        .left = ink.xMin * m_scaleX,
+                        .right = ink.xMax * m_scaleX,
+                        .bottom = ink.yMin * m_scaleY,
+                        .top = ink.yMax * m_scaleY,
                         .blank = false};
 }
 

@@ -6,16 +6,31 @@
 #include "host/text/text_style.h"
 #include "vcge.h"
 
+#include <optional>
 #include <string_view>
 #include <vector>
 
 namespace vktext {
+
+class Font;
 
 struct Box {
     double left = 0, bottom = 0, right = 0, top = 0;
     double width() const { return right - left; }
     double height() const { return top - bottom; }
 };
+
+// What a style says of a line, its font found: measuring then has nothing left to look up.
+struct LineLooks {
+    const Font* font = nullptr;
+    double widthFactor = 1;
+    double slant = 0;  // x for each y
+    bool backwards = false, upsideDown = false, vertical = false;
+};
+// Nonsense in a style counts as its default.
+VKHOST_API LineLooks lineLooks(const TextStyleSpec& style);
+// The width factor and the oblique angle are then these.
+void setLooks(LineLooks& looks, double widthFactor, double oblique);
 
 // What justification counts with. The length of a text in a stroke font ends with its last stroke, that in an outline
 // font with the last letter's advance.
@@ -28,10 +43,14 @@ struct LineMetrics {
 
 VKHOST_API LineMetrics measureLine(const TextStyleSpec& style, double height, std::string_view text);
 
-// The text from its base point (left end of the baseline; the top of the first letter when vertical), slanted and
-// mirrored as the style says. Reaches at least from the base point over the length, and from the baseline to the height
-// of capitals. An empty text has an empty box.
+// What is drawn of a text, from its base point (left end of the baseline; the top of the first letter when vertical):
+// letters and decorations, slanted and mirrored as the style says. Blanks alone have their length and the height of
+// capitals; an empty text has an empty box.
 VKHOST_API Box lineBox(const TextStyleSpec& style, double height, std::string_view text);
+Box lineBox(const LineLooks& looks, double height, std::string_view text);
+
+// The same of letters that stand further apart or nearer by `tracking`. Nothing when nothing is drawn.
+std::optional<Box> inkBox(const LineLooks& looks, double height, std::string_view text, double tracking = 1);
 
 // Groups 72 and 73 of a text entity.
 enum class HorizontalMode { Left, Center, Right, Aligned, Middle, Fit };
@@ -41,6 +60,8 @@ enum class VerticalMode { Baseline, Bottom, Middle, Top };
 // Middle means half of what is drawn, descenders included, and pays no regard to the vertical mode.
 VKHOST_API VcGeVector2d justificationOffset(const TextStyleSpec& style, double height, std::string_view text,
                                             HorizontalMode horizontal, VerticalMode vertical);
+VcGeVector2d justificationOffset(const LineLooks& looks, double height, std::string_view text,
+                                 HorizontalMode horizontal, VerticalMode vertical);
 
 // The height at which the text is `distance` long at the style's width factor (Aligned), and the width factor at which
 // it is at the given height (Fit). An empty or immeasurable text keeps what it had.

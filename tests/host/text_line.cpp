@@ -103,14 +103,28 @@ TEST(TextLine, GrowsWithHeightAndWidthFactor)
     }
 }
 
-TEST(TextLine, BoxHoldsCapitalsAndDescenders)
+TEST(TextLine, BoxIsThatOfTheInk)
 {
     for (const auto& s : kStyles) {
-        const Box low = lineBox(s, 10, "xx"), deep = lineBox(s, 10, "xg");
-        EXPECT_NEAR(low.top, 10, 1e-9);
+        const Box low = lineBox(s, 10, "xx"), deep = lineBox(s, 10, "xg"), high = lineBox(s, 10, "H");
+        EXPECT_LT(low.top, 8) << s.font;
         EXPECT_GT(low.bottom, -0.3);
         EXPECT_LT(deep.bottom, -1.5);
-        EXPECT_LE(low.left, 0);
+        EXPECT_NEAR(high.top, 10, 1e-9);
+        EXPECT_NEAR(high.bottom, 0, 1e-9);
+        EXPECT_EQ(lineBox(s, 10, "H   ").right, high.right) << "blanks are not drawn";
+        EXPECT_GT(lineBox(s, 10, "  H").left, 5);
+    }
+}
+
+TEST(TextLine, BlanksHaveTheirLength)
+{
+    for (const auto& s : kStyles) {
+        const Box box = lineBox(s, 10, "  ");
+        EXPECT_NEAR(box.right, measureLine(s, 10, "  ").length, 1e-9);
+        EXPECT_EQ(box.top, 10);
+        EXPECT_NEAR(lineBox(s, 10, "%%u  ").top, 10 * kUnderlineAt, 1e-9) << "a line is drawn";
+        EXPECT_EQ(lineBox(s, 10, "").right, 0);
     }
 }
 
@@ -129,7 +143,7 @@ TEST(TextLine, BoxFollowsSlantMirrorsAndDecorations)
         s.upsideDown = false;
         EXPECT_NEAR(lineBox(s, 1, "%%uHM").bottom, kUnderlineAt, 1e-9);
         EXPECT_NEAR(lineBox(s, 1, "%%oHM").top, kOverlineAt, 1e-9);
-        EXPECT_NEAR(lineBox(s, 1, "%%uHM").right, plain.right, 1e-9);
+        EXPECT_NEAR(lineBox(s, 1, "%%uHM").right, measureLine(s, 1, "HM").length, 1e-9);
     }
 }
 
@@ -164,22 +178,29 @@ TEST(TextLine, AlignedAndFittedTextsFillTheirDistance)
     }
 }
 
-TEST(TextLine, OutlineStaysInTheBox)
+TEST(TextLine, OutlineFillsTheBox)
 {
     for (auto s : kStyles)
-        for (const double oblique : {0.0, 0.3})
-            for (const bool mirror : {false, true}) {
+        for (const double oblique : {0.0, 0.3, -0.7})
+            for (const int looks : {0, 1, 2, 3, 4}) {
                 s.oblique = oblique;
-                s.backwards = s.upsideDown = mirror;
-                const Box box = lineBox(s, 3, "%%uAgj%%u @É");
-                const TextOutline outline = outlineLine(s, 3, "%%uAgj%%u @É");
-                EXPECT_FALSE(outline.strokes.empty());
-                for (const auto* lines : {&outline.strokes, &outline.contours})
-                    for (const auto& line : *lines)
-                        for (const auto& p : line) {
-                            EXPECT_TRUE(p.x > box.left - 1e-9 && p.x < box.right + 1e-9) << s.font << ' ' << p.x;
-                            EXPECT_TRUE(p.y > box.bottom - 1e-9 && p.y < box.top + 1e-9) << s.font << ' ' << p.y;
-                        }
+                s.backwards = looks & 1;
+                s.upsideDown = looks & 2;
+                s.vertical = looks & 4;
+                for (const char* text : {"%%uAgj%%u @É", "f", "Wj ", "a%%ob%%k c", "%%u %%uV"}) {
+                    const Box box = lineBox(s, 3, text);
+                    Box ink{1e9, 1e9, -1e9, -1e9};
+                    const TextOutline outline = outlineLine(s, 3, text);
+                    for (const auto* lines : {&outline.strokes, &outline.contours})
+                        for (const auto& line : *lines)
+                            for (const auto& p : line)
+                                ink = {std::min(ink.left, p.x), std::min(ink.bottom, p.y), std::max(ink.right, p.x),
+                                       std::max(ink.top, p.y)};
+                    EXPECT_NEAR(box.left, ink.left, 0.01) << s.font << ' ' << text << ' ' << looks;
+                    EXPECT_NEAR(box.right, ink.right, 0.01) << s.font << ' ' << text << ' ' << looks;
+                    EXPECT_NEAR(box.bottom, ink.bottom, 0.01) << s.font << ' ' << text << ' ' << looks;
+                    EXPECT_NEAR(box.top, ink.top, 0.01) << s.font << ' ' << text << ' ' << looks;
+                }
             }
 }
 

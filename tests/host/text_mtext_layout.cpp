@@ -1,6 +1,8 @@
 #include "host/text/font_library.h"
 #include "host/text/mtext_layout.h"
+#include "host/text/mtext_plain.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -248,6 +250,42 @@ TEST(MTextLayout, Columns)
     EXPECT_NEAR(layout.fragments[3].x, 120, 1e-9);
     EXPECT_NEAR(layout.width, 170, 1e-9);
     EXPECT_NEAR(layout.height, 16, 1e-9);
+}
+
+// What needs no layout comes out as though it had one.
+TEST(MTextLayout, PlainTextsHaveTheBoxOfTheirLayout)
+{
+    for (const char* font : {"txt", "romanc", "arial.ttf", "times.ttf"})
+        for (const char* contents :
+             {"Room 12", "jgf", "  led in", "ends  ", "x", "f j", "(Q)", "two  gaps", "a wide wider widest line",
+              "one\\Ptwo  \\P\\P jgq\\P", "\\P(x", "farfarfarfar too"})
+            for (const double width : {0.0, 60.0, 200.0})
+                for (const double oblique : {0.0, 0.4, -0.4})
+                    for (int variant = 0; variant < 18; ++variant) {
+                        auto s = spec(contents, font);
+                        s.width = width;
+                        s.attachment = 1 + variant % 9;
+                        s.exactSpacing = variant > 8;
+                        s.spacingFactor = 1 + 0.1 * (variant % 4);
+                        s.style.oblique = oblique;
+                        s.style.widthFactor = 0.8;
+                        const auto plain = plainDrawnBox({s.contents, lineLooks(s.style), s.height, s.width,
+                                                          s.attachment, s.exactSpacing, s.spacingFactor});
+                        ASSERT_TRUE(plain);
+                        const Box laidOut = drawnBox(layoutMText(s));
+                        const std::string which = fmt::format("{} {} {} {}", contents, font, width, variant);
+                        EXPECT_NEAR(plain->left, laidOut.left, 1e-9) << which;
+                        EXPECT_NEAR(plain->right, laidOut.right, 1e-9) << which;
+                        EXPECT_NEAR(plain->bottom, laidOut.bottom, 1e-9) << which;
+                        EXPECT_NEAR(plain->top, laidOut.top, 1e-9) << which;
+                    }
+}
+
+TEST(MTextLayout, OnlyPlainTextsGoWithoutALayout)
+{
+    for (const char* contents :
+         {"", "   ", "\\P", "a\\pq;b", "{a}", "^I", "50%%d", "two\nlines", "\xC3\x84", "a\\", "       wide"})
+        EXPECT_FALSE(plainDrawnBox({contents, lineLooks(spec("").style), 6, 20, 1})) << contents;
 }
 
 TEST(MTextLayout, DownwardFlow)
