@@ -150,7 +150,7 @@ TEST_F(ManyTexts, OfManyLinesAgreesWithItsExtents)
     for (const int attachment : {1, 5, 9}) {
         auto* text = new VcDbMText;
         text->setLocation({500, 500, 0});
-        text->setTextHeight(40);
+        text->setTextHeight(20);
         text->setContents(L"First line\\PSecond {\\H2x;big} line\\P{\\C1;red} 1{\\S1/2;} \\Lunder\\l g");
         text->setAttachment(VcDbMText::AttachmentPoint(attachment));
         VcDbMText& added = add(text);
@@ -158,10 +158,10 @@ TEST_F(ManyTexts, OfManyLinesAgreesWithItsExtents)
         ASSERT_EQ(added.getGeomExtents(extents), Vcad::eOk);
         paint();
         const vk::geom::Box3d ink = inkBox();
-        EXPECT_NEAR(ink.min.x, extents.minPoint().x, 0.4) << attachment;
-        EXPECT_NEAR(ink.min.y, extents.minPoint().y, 0.4) << attachment;
-        EXPECT_NEAR(ink.max.x, extents.maxPoint().x, 0.4) << attachment;
-        EXPECT_NEAR(ink.max.y, extents.maxPoint().y, 0.4) << attachment;
+        EXPECT_NEAR(ink.min.x, extents.minPoint().x, 0.2) << attachment;
+        EXPECT_NEAR(ink.min.y, extents.minPoint().y, 0.2) << attachment;
+        EXPECT_NEAR(ink.max.x, extents.maxPoint().x, 0.2) << attachment;
+        EXPECT_NEAR(ink.max.y, extents.maxPoint().y, 0.2) << attachment;
         EXPECT_TRUE(
             std::any_of(sheet.marks.begin(), sheet.marks.end(), [](const Sheet::Mark& m) { return m.argb == kRed; }));
         added.erase();

@@ -188,7 +188,7 @@ TEST_F(RandomTexts, OfManyLinesFillTheirExtents)
     for (int round = 0; round < 600 && !HasFailure(); ++round) {
         const double height = number(5, 9), turn = chance(0.6) ? 0 : number(0, 6);
         const bool isCoded = round % 4 != 0;
-        const std::wstring said = isCoded ? paragraphs() : plainWords();
+        const std::wstring said = isCoded ? paragraphs() : plainWords() + L"H";
         VcDbMText& text = addParagraphs(said, height, turn, isCoded);
         expectExtents(text, turn, height, said);
         text.erase();
