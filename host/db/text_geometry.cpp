@@ -74,7 +74,9 @@ vktext::LineLooks styleLooks(VcDbObjectId style, const VcDbEntity& text)
         kept = nullptr;
     if (const vktext::LineLooks* known = kept ? kept->looks(style.slot()) : nullptr)
         return *known;
-    const vktext::LineLooks looks = vktext::lineLooks(textStyleSpec(style, DatabaseCore::of(id)));
+    const DatabaseCore* db = DatabaseCore::of(id);
+    const vktext::LineLooks looks =
+        vktext::lineLooks(textStyleSpec(style, db ? db : DatabaseCore::of(text.props().layer)));
     if (kept)
         kept->keepLooks(style.slot(), looks);
     return looks;
