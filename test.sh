@@ -23,7 +23,8 @@ cmake --build "$folder" -j "$(jobs)"
 results=$folder/test-results.log
 status=0
 # The folder of each run's temporary files outlives the run; those of the tests go with them.
-export TMPDIR=$(mktemp -d)
+export TMPDIR=$(mktemp -d -t vekad-tests-XXXXXX)
+chmod 755 "$TMPDIR"
 trap 'rm -rf "$TMPDIR"' EXIT
 ctest --test-dir "$folder" --output-on-failure --no-tests=error -j "$(jobs)" | tee "$results" || status=$?
 grep -E 'tests passed|No tests' "$results" | tail -n 1
