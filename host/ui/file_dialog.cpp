@@ -53,6 +53,15 @@ public:
             QFileDialog::accept();
     }
 
+    // The toolkit takes a point in the name of a folder for an ending.
+    QString chosen() const
+    {
+        const QString path = selectedFiles().value(0);
+        const bool lacksEnding =
+            !path.isEmpty() && !QFileInfo(path).isDir() && !QFileInfo(path).fileName().contains('.');
+        return lacksEnding && !m_request.extension.isEmpty() ? path + "." + m_request.extension : path;
+    }
+
 private:
     void start(const QFileInfo& preset)
     {
@@ -70,7 +79,7 @@ private:
 
     bool isGoodChoice()
     {
-        const QString path = selectedFiles().value(0);
+        const QString path = chosen();
         if (path.isEmpty() || QFileInfo(path).isDir())
             return true;
         if (m_request.mustExist && !QFileInfo::exists(path)) {
@@ -112,7 +121,7 @@ std::optional<std::string> askInWindow(const FileRequest& request)
     FileDialog dialog(request);
     if (vk::ui::runModal(dialog) != QDialog::Accepted)
         return std::nullopt;
-    const QString path = dialog.selectedFiles().value(0);
+    const QString path = dialog.chosen();
     return path.isEmpty() ? std::nullopt : std::optional(path.toStdString());
 }
 
