@@ -1,10 +1,9 @@
 // TRIM, EXTEND, OFFSET, BREAK and FILLET, typed over random figures in turned and tilted coordinate systems.
-#include "host/commands/all_commands.h"
+#include "command_support.h"
 #include "host/db/curve_of.h"
 #include "host/geom/curve_edit.h"
 #include "sdk/vcdb_polylines.h"
 #include "sdk/vcdb_records.h"
-#include "select_support.h"
 
 #include <fmt/format.h>
 #include <random>
@@ -14,31 +13,8 @@ using geom::Curve;
 
 namespace {
 
-class RandomCommands : public seltest::Drawing {
+class RandomCommands : public seltest::Commands {
 protected:
-    static void SetUpTestSuite()
-    {
-        static const bool registered = (commands::registerHostCommands(), true);
-        ASSERT_TRUE(registered);
-    }
-    void SetUp() override
-    {
-        Drawing::SetUp();
-        ed().setTranscriptSink([](std::string_view) {});
-    }
-    void TearDown() override
-    {
-        ed().setTranscriptSink({});
-        Drawing::TearDown();
-    }
-
-    static void run(const std::string& script)
-    {
-        type(script);
-        ed().run();
-        ASSERT_EQ(ed().vars().integer("CMDACTIVE"), 0) << script;
-    }
-
     double number(double low, double high) { return std::uniform_real_distribution<double>(low, high)(m_random); }
     VcGePoint3d point() { return {number(0, 10), number(0, 10), 0}; }
 

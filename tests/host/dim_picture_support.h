@@ -9,8 +9,30 @@
 
 #include <gtest/gtest.h>
 
-struct DimPictures : testing::Test {
-    DimPictures() : core(db.core()), space(*core.objectAs<VcDbBlockTableRecord>(core.modelSpace()))
+struct DimDrawing {
+    DimDrawing() : core(db.core()), space(*core.objectAs<VcDbBlockTableRecord>(core.modelSpace())) {}
+
+    VcDbDimStyleTableRecord& style()
+    {
+        return *core.objectAs<VcDbDimStyleTableRecord>(core.findRecord(NameTable::DimStyle, "Standard"));
+    }
+
+    template <class T>
+    T& add(std::unique_ptr<T> entity)
+    {
+        T* raw = entity.release();
+        EXPECT_EQ(space.appendVcDbEntity(raw), Vcad::eOk);
+        raw->close();
+        return *raw;
+    }
+
+    VcDbDatabase db;
+    DatabaseCore& core;
+    VcDbBlockTableRecord& space;
+};
+
+struct DimPictures : testing::Test, DimDrawing {
+    DimPictures()
     {
         VcDbDimVars vars = style().dimVars();
         vars = VcDbDimVars();
@@ -23,24 +45,11 @@ struct DimPictures : testing::Test {
         style().setDimVars(vars);
     }
 
-    VcDbDimStyleTableRecord& style()
-    {
-        return *core.objectAs<VcDbDimStyleTableRecord>(core.findRecord(NameTable::DimStyle, "Standard"));
-    }
     void change(void (*change)(VcDbDimVars&))
     {
         VcDbDimVars vars = style().dimVars();
         change(vars);
         style().setDimVars(vars);
-    }
-
-    template <class T>
-    T& add(std::unique_ptr<T> entity)
-    {
-        T* raw = entity.release();
-        EXPECT_EQ(space.appendVcDbEntity(raw), Vcad::eOk);
-        raw->close();
-        return *raw;
     }
 
     std::unique_ptr<VcDbRotatedDimension> linear(double length, double height = 10)
@@ -83,8 +92,4 @@ struct DimPictures : testing::Test {
             all += (all.empty() ? "" : "|") + text->contentsUtf8();
         return all;
     }
-
-    VcDbDatabase db;
-    DatabaseCore& core;
-    VcDbBlockTableRecord& space;
 };

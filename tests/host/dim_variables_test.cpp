@@ -1,18 +1,13 @@
 // Every dimension variable in every class: changed in the style, it shows where the class uses it once the dimension is
 // written back, and nowhere else.
-#include "db_support.h"
+#include "dim_picture_support.h"
 
 #include "host/db/chain.h"
 #include "host/db/dim_picture.h"
 #include "host/db/rec_arrow_blocks.h"
 #include "host/db/rec_dim_variables.h"
 #include "sdk/vcdb_chains.h"
-#include "sdk/vcdb_dims.h"
-#include "sdk/vcdb_records.h"
-#include "sdk/vcdb_text.h"
 #include "sdk/vchost.h"
-
-#include <gtest/gtest.h>
 
 #include <cmath>
 #include <set>
@@ -23,17 +18,10 @@ namespace {
 // jogged radius, leader.
 constexpr std::string_view kClasses = "LAGTRDOCJE";
 
-struct Drawn {
-    Drawn() : core(db.core()), space(*core.objectAs<VcDbBlockTableRecord>(core.modelSpace()))
-    {
-        vcdbHostApplicationServices()->setWorkingDatabase(&db);
-    }
+struct Drawn : DimDrawing {
+    Drawn() { vcdbHostApplicationServices()->setWorkingDatabase(&db); }
     ~Drawn() { vcdbHostApplicationServices()->setWorkingDatabase(nullptr); }
 
-    VcDbDimStyleTableRecord& style()
-    {
-        return *core.objectAs<VcDbDimStyleTableRecord>(core.findRecord(NameTable::DimStyle, "Standard"));
-    }
     VcDbObjectId linetype(const char* name)
     {
         const VcDbObjectId id = core.recordFor(NameTable::Linetype, name);
@@ -41,21 +29,8 @@ struct Drawn {
         return id;
     }
 
-    template <class T>
-    T& add(std::unique_ptr<T> entity)
-    {
-        T* raw = entity.release();
-        EXPECT_EQ(space.appendVcDbEntity(raw), Vcad::eOk);
-        raw->close();
-        return *raw;
-    }
-
     VcDbEntity& make(char which);
     std::string picture(VcDbEntity& entity);
-
-    VcDbDatabase db;
-    DatabaseCore& core;
-    VcDbBlockTableRecord& space;
 };
 
 template <class T>

@@ -1,7 +1,6 @@
 // What follows the cursor while commands ask, as the runner records it.
-#include "host/commands/all_commands.h"
+#include "command_support.h"
 #include "host/edit/display.h"
-#include "select_support.h"
 
 #include <algorithm>
 
@@ -9,33 +8,16 @@ using namespace vk::edit;
 
 namespace {
 
-class DragPreviews : public seltest::Drawing {
+class DragPreviews : public seltest::Commands {
 protected:
-    static void SetUpTestSuite()
-    {
-        static const bool registered = (vk::commands::registerHostCommands(), true);
-        ASSERT_TRUE(registered);
-    }
     void SetUp() override
     {
-        Drawing::SetUp();
-        ed().setTranscriptSink([](std::string_view) {});
+        Commands::SetUp();
         Display::instance().reset();
         line(0, 0, 10, 0);
         circle(5, 5, 2);
     }
-    void TearDown() override
-    {
-        ed().setTranscriptSink({});
-        Drawing::TearDown();
-    }
 
-    static void run(const std::string& script)
-    {
-        type(script);
-        ed().run();
-        ASSERT_EQ(ed().vars().integer("CMDACTIVE"), 0) << script;
-    }
     static const Dragged& last() { return Display::instance().dragged().back(); }
     static std::size_t count() { return Display::instance().dragged().size(); }
 };
